@@ -1,0 +1,40 @@
+# A room is one folder and one static library: every .cpp in the folder, linked to the rooms below it.
+#
+#   add_room(card LINKS platform)
+
+include(GoogleTest)
+
+function(set_project_warnings target)
+    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Werror)
+endfunction()
+
+function(add_room name)
+    cmake_parse_arguments(ROOM "" "" "LINKS" ${ARGN})
+    file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+    if(NOT sources)
+        add_library(${name} INTERFACE)
+        return()
+    endif()
+    add_library(${name} STATIC ${sources})
+    target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR})
+    target_link_libraries(${name} PUBLIC ${ROOM_LINKS})
+    set_project_warnings(${name})
+endfunction()
+
+# The tests of one room: every .cpp in the current folder, one executable named <room>_tests.
+#
+#   add_room_tests(card LINKS card)
+function(add_room_tests room)
+    cmake_parse_arguments(ROOM "" "" "LINKS" ${ARGN})
+    file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+    if(NOT sources)
+        return()
+    endif()
+    add_executable(${room}_tests ${sources})
+    target_include_directories(${room}_tests PRIVATE ${PROJECT_SOURCE_DIR})
+    target_link_libraries(${room}_tests PRIVATE ${ROOM_LINKS} GTest::gtest)
+    set_project_warnings(${room}_tests)
+    gtest_discover_tests(${room}_tests DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen")
+endfunction()
+

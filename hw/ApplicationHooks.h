@@ -1,0 +1,19 @@
+#pragma once
+
+// What the hardware layer asks of the application it runs in. app/ defines these; a program without a window,
+// or a test, defines its own.
+
+#include <cstdint>
+
+// Lets the event loop run one pass in the middle of long work. It must not start a second run on a card.
+void AllowNextEvent();
+
+// Tells how many bytes of the firmware image have been consumed so far.
+void UpdateProgressBar(uint32_t bytes);
+
+// Shows the program's one kind of alert, a title and a message (NUL-terminated UTF-8), and returns true when
+// it was answered with OK.
+bool ShowAlert(const char* title, const char* message);
+
+// Identity word of the open card; 0 and 0x7FFFFFFF mean that it has none.
+extern uint32_t gSerialNumber;

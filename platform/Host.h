@@ -1,0 +1,82 @@
+#pragma once
+
+// The one contract between the Mac service names and the machine underneath them.
+//
+// The functions under platform/mac keep the Mac's semantics (reference counts, status codes) and ask the
+// installed Host for everything that only the machine can know. An implementation can be written from this
+// header alone.
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+class Host {
+  public:
+    // A range of a card's memory as it appears in this process. The base is good for address arithmetic and
+    // for loadWord and storeWord; it need not be memory that the processor can reach by itself.
+    struct MappedRange {
+        void* base;
+        uint32_t bytes;
+    };
+
+    // A running process. Serial numbers are never 0.
+    struct Process {
+        uint64_t serialNumber;
+        std::string name;
+    };
+
+    Host() = default;
+    Host(const Host&) = delete;
+    Host& operator=(const Host&) = delete;
+    virtual ~Host() = default;
+
+    // The application's bundle (a folder that holds Contents/Resources), or an empty path when there is none.
+    virtual std::filesystem::path bundleDirectory() = 0;
+
+    // The services that match a driver class at this moment, in the registry's order. The numbers are the
+    // host's own and stay valid for the host's life.
+    virtual std::vector<uint64_t> servicesOfClass(std::string_view className) = 0;
+
+    // Opens a connection to a service. Returns a connection number that is above 0xFFFF, so that it can be
+    // mistaken neither for "none" nor for a card index, and is not handed out again; or nothing when the
+    // service cannot be opened.
+    virtual std::optional<uint32_t> openService(uint64_t service) = 0;
+
+    // Closes a connection and takes its mappings away. Returns false, changing nothing, when the number is
+    // not an open connection.
+    virtual bool closeConnection(uint32_t connection) = 0;
+
+    // Maps one of the card's memory ranges (0 or 1). The mapping lasts until its connection is closed.
+    // Nothing when the range cannot be mapped.
+    virtual std::optional<MappedRange> mapMemory(uint32_t connection, uint32_t memoryType) = 0;
+
+    // Calls a driver method that takes no input and answers with a structure: method 0 fills 512 bytes, a
+    // NUL-terminated card name at 0 and a NUL-terminated location at 256. Returns how many bytes of the reply
+    // were filled, or nothing, leaving the reply alone, when the driver refuses.
+    virtual std::optional<std::size_t> callMethod(uint32_t connection, uint32_t method,
+                                                  std::span<uint8_t> reply) = 0;
+
+    // Moves one aligned 32-bit word from or to mapped memory. The word is formed with the byte at the lowest
+    // address as its most significant byte, on every processor. These two are the program's hottest calls: a
+    // firmware write makes some hundred million of them.
+    virtual uint32_t loadWord(const uint32_t* address) = 0;
+    virtual void storeWord(uint32_t* address, uint32_t word) = 0;
+
+    // The running processes, in the order in which the system lists them.
+    virtual std::vector<Process> processes() = 0;
+
+    // Hands the system's shut-down event to a process. Returns false when there is no such process.
+    virtual bool deliverShutDownEvent(uint64_t processSerialNumber) = 0;
+};
+
+// Makes a host the one that answers from now on. The caller keeps ownership and takes it out again (null)
+// before destroying it. Everything runs on one thread.
+void InstallHost(Host* host);
+
+// The installed host; calling a service without one is a bug.
+Host& InstalledHost();

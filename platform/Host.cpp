@@ -1,16 +1,9 @@
 #include "platform/Host.h"
 
-#include <cassert>
-
-namespace {
-Host* gInstalledHost = nullptr;
+namespace platform {
+Host* installedHost = nullptr;
 }
 
 void InstallHost(Host* host) {
-    gInstalledHost = host;
-}
-
-Host& InstalledHost() {
-    assert(gInstalledHost != nullptr);
-    return *gInstalledHost;
+    platform::installedHost = host;
 }

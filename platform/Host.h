@@ -6,6 +6,7 @@
 // installed Host for everything that only the machine can know. An implementation can be written from this
 // header alone.
 
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
@@ -74,9 +75,17 @@ class Host {
     virtual bool deliverShutDownEvent(uint64_t processSerialNumber) = 0;
 };
 
+namespace platform {
+extern Host* installedHost;
+}
+
 // Makes a host the one that answers from now on. The caller keeps ownership and takes it out again (null)
 // before destroying it. Everything runs on one thread.
 void InstallHost(Host* host);
 
-// The installed host; calling a service without one is a bug.
-Host& InstalledHost();
+// The installed host; calling a service without one is a bug. Inline, because every register access passes
+// here.
+inline Host& InstalledHost() {
+    assert(platform::installedHost != nullptr);
+    return *platform::installedHost;
+}

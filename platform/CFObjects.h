@@ -1,0 +1,25 @@
+#pragma once
+
+// The live Core Foundation objects, by the addresses under which they are known.
+
+#include <CoreFoundation/CoreFoundation.h>
+
+#include <cstddef>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace CFObjects {
+
+// Each hands over a new object with one reference. An array owns the objects that it holds.
+CFMutableDictionaryRef addDictionary(std::string text);
+CFURLRef addURL(const std::filesystem::path& path);
+CFArrayRef addArray(std::vector<CFTypeRef> elements);
+
+// A string's characters, a URL's path or a dictionary's class name; nothing when the object is not alive.
+std::optional<std::string> text(CFTypeRef object);
+
+std::size_t countLive();
+
+}  // namespace CFObjects

@@ -1,0 +1,45 @@
+#pragma once
+
+// The Apple Event Manager, as far as sending one event to a process goes.
+
+#include <Carbon/MacTypes.h>
+
+// A descriptor owns its data; AEDisposeDesc gives it back and may be called on an empty one.
+struct AEDesc {
+    DescType descriptorType;
+    void* dataHandle;
+};
+using AEAddressDesc = AEDesc;
+using AppleEvent = AEDesc;
+using AEEventClass = OSType;
+using AEEventID = OSType;
+using AESendMode = int32_t;
+using AESendPriority = int16_t;
+
+constexpr DescType typeNull = FourCharacters("null");
+constexpr DescType typeAppleEvent = FourCharacters("aevt");
+constexpr DescType typeProcessSerialNumber = FourCharacters("psn ");
+constexpr AEEventClass kCoreEventClass = FourCharacters("aevt");
+constexpr AEEventID kAEShutDown = FourCharacters("shut");
+
+constexpr int16_t kAutoGenerateReturnID = -1;
+constexpr int32_t kAnyTransactionID = 0;
+
+constexpr AESendMode kAENoReply = 0x01;
+constexpr AESendMode kAEAlwaysInteract = 0x30;
+constexpr AESendMode kAECanSwitchLayer = 0x40;
+constexpr AESendPriority kAENormalPriority = 0;
+constexpr int32_t kAEDefaultTimeout = -1;
+
+// Makes a descriptor with a copy of the data.
+OSErr AECreateDesc(DescType type, const void* data, uint32_t dataBytes, AEDesc* result);
+OSErr AEDisposeDesc(AEDesc* descriptor);
+
+// Makes an event addressed to a copy of the target.
+OSErr AECreateAppleEvent(AEEventClass eventClass, AEEventID eventID, const AEAddressDesc* target,
+                         int16_t returnID, int32_t transactionID, AppleEvent* result);
+
+// Sends an event; the shut-down event to a process is the one that exists here, anything else gives paramErr
+// and a process that is not there procNotFound. The reply is left empty.
+OSErr AESend(const AppleEvent* event, AppleEvent* reply, AESendMode mode, AESendPriority priority,
+             int32_t timeoutTicks, void* idleProcedure, void* filterProcedure);

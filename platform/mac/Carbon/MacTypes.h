@@ -1,0 +1,33 @@
+#pragma once
+
+// The Mac's basic types: four-character codes, status codes, Pascal strings.
+
+#include <cstdint>
+
+using OSErr = int16_t;
+using OSStatus = int32_t;
+using OSType = uint32_t;
+using DescType = OSType;
+
+// A Pascal string: its length in the first byte, then so many characters (here the bytes of UTF-8).
+using Str255 = unsigned char[256];
+using StringPtr = unsigned char*;
+using ConstStr255Param = const unsigned char*;
+
+constexpr OSErr noErr = 0;
+constexpr OSErr paramErr = -50;
+constexpr OSErr procNotFound = -600;
+
+// The code that a compiler for the Mac makes of 'abcd': the first character in the most significant byte.
+constexpr OSType FourCharacters(const char (&text)[5]) {
+    return static_cast<OSType>(static_cast<uint8_t>(text[0])) << 24 |
+           static_cast<OSType>(static_cast<uint8_t>(text[1])) << 16 |
+           static_cast<OSType>(static_cast<uint8_t>(text[2])) << 8 | static_cast<uint8_t>(text[3]);
+}
+
+// Converts a NUL-terminated text, cutting it at 255 bytes and there at the end of a whole character.
+void CopyCStringToPascal(const char* source, Str255 destination);
+
+// Compares two Pascal strings; upper and lower case and diacritical marks count.
+bool EqualString(ConstStr255Param first, ConstStr255Param second, bool caseSensitive,
+                 bool diacriticalSensitive);

@@ -1,0 +1,31 @@
+#pragma once
+
+// The Process Manager: the list of running processes.
+
+#include <Carbon/MacTypes.h>
+
+struct ProcessSerialNumber {
+    uint32_t highLongOfPSN;
+    uint32_t lowLongOfPSN;
+};
+
+constexpr uint32_t kNoProcess = 0;
+
+// The record's length on the Mac, which callers state and which is checked; pointers made it 60 bytes there.
+constexpr uint32_t kProcessInfoRecordLength = 60;
+
+// The part of the record that is filled here: the name, when a buffer (Str255) for it is given, and the
+// number.
+struct ProcessInfoRec {
+    uint32_t processInfoLength;
+    StringPtr processName;
+    ProcessSerialNumber processNumber;
+    void* processAppSpec;
+};
+
+// Replaces a serial number by that of the next process in the list, starting from kNoProcess. At the end of
+// the list it becomes kNoProcess again and the result is procNotFound.
+OSErr GetNextProcess(ProcessSerialNumber* process);
+
+// Fills the record; leaves it and the name buffer alone when there is no such process (procNotFound).
+OSErr GetProcessInformation(const ProcessSerialNumber* process, ProcessInfoRec* information);

@@ -1,0 +1,42 @@
+#pragma once
+
+// The application's bundle, its resources, and the reference-counted values in which they are handed out.
+//
+// Names and reference rules are the Mac's: what a function with Copy or Create in its name returns belongs to
+// the caller, who gives it back with CFRelease; what a Get function returns does not.
+
+#include <cstdint>
+
+using Boolean = uint8_t;
+using CFIndex = int32_t;
+
+using CFTypeRef = const void*;
+using CFStringRef = const struct OpaqueCFString*;
+using CFURLRef = const struct OpaqueCFURL*;
+using CFArrayRef = const struct OpaqueCFArray*;
+using CFBundleRef = struct OpaqueCFBundle*;
+using CFMutableDictionaryRef = struct OpaqueCFDictionary*;
+
+// A constant string, which nobody owns.
+CFStringRef CFSTR(const char* text);
+
+CFTypeRef CFRetain(CFTypeRef object);
+void CFRelease(CFTypeRef object);
+
+// Retain count, 0 for something that is no live object.
+CFIndex CFGetRetainCount(CFTypeRef object);
+
+// The running application's bundle, or null when it has none.
+CFBundleRef CFBundleGetMainBundle();
+
+// The URLs of all resources of a type (their extension), in the order of their names. A null subdirectory
+// means the resource folder itself. Null when the bundle has no such folder.
+CFArrayRef CFBundleCopyResourceURLsOfType(CFBundleRef bundle, CFStringRef type, CFStringRef subdirectory);
+
+CFIndex CFArrayGetCount(CFArrayRef array);
+const void* CFArrayGetValueAtIndex(CFArrayRef array, CFIndex index);
+
+// Writes the URL's file-system path, NUL-terminated, into a buffer of so many bytes. False, leaving the
+// buffer alone, when the path does not fit.
+Boolean CFURLGetFileSystemRepresentation(CFURLRef url, Boolean resolveAgainstBase, uint8_t* buffer,
+                                         CFIndex bufferBytes);

@@ -1,0 +1,67 @@
+#include <Carbon/Carbon.h>
+#include <gtest/gtest.h>
+
+#include "platform/LiveObjects.h"
+#include "tests/support/FakeHost.h"
+
+namespace {
+
+TEST(Processes, WalkEndsAtNoProcessAndStartsAgain) {
+    FakeHost host;
+    host.processList = {{0x100000007, "first"}, {9, "second"}};
+    ProcessSerialNumber process = {0, kNoProcess};
+    Str255 name = {0};
+    ProcessInfoRec information = {kProcessInfoRecordLength, name, {}, nullptr};
+
+    EXPECT_EQ(GetNextProcess(&process), noErr);
+    EXPECT_EQ(process.highLongOfPSN, 1u);
+    EXPECT_EQ(process.lowLongOfPSN, 7u);
+    EXPECT_EQ(GetNextProcess(&process), noErr);
+    EXPECT_EQ(GetProcessInformation(&process, &information), noErr);
+    EXPECT_EQ(GetNextProcess(&process), procNotFound);
+    EXPECT_EQ(process.lowLongOfPSN, kNoProcess);
+    // No process: the name buffer keeps what the last one left in it.
+    EXPECT_EQ(GetProcessInformation(&process, &information), procNotFound);
+    Str255 second;
+    CopyCStringToPascal("second", second);
+    EXPECT_TRUE(EqualString(name, second, true, true));
+    EXPECT_EQ(GetNextProcess(&process), noErr);
+    EXPECT_EQ(process.lowLongOfPSN, 7u);
+
+    information.processInfoLength = 59;
+    EXPECT_EQ(GetProcessInformation(&process, &information), paramErr);
+}
+
+TEST(AppleEvents, ShutDownReachesTheProcessAndNothingLeaks) {
+    FakeHost host;
+    host.processList = {{5, "loginwindow"}};
+    for (const uint32_t serial : {5u, 0u}) {
+        const ProcessSerialNumber process = {0, serial};
+        AEAddressDesc address;
+        AppleEvent event;
+        AppleEvent reply;
+        ASSERT_EQ(AECreateDesc(typeProcessSerialNumber, &process, sizeof process, &address), noErr);
+        ASSERT_EQ(AECreateAppleEvent(kCoreEventClass, kAEShutDown, &address, kAutoGenerateReturnID,
+                                     kAnyTransactionID, &event),
+                  noErr);
+        AEDisposeDesc(&address);
+        EXPECT_EQ(AESend(&event, &reply, kAENoReply, kAENormalPriority, kAEDefaultTimeout, nullptr, nullptr),
+                  serial == 5 ? noErr : procNotFound);
+        AEDisposeDesc(&reply);
+        EXPECT_EQ(CountLiveObjects().appleEventDescriptors, 1u);
+        AEDisposeDesc(&event);
+    }
+    EXPECT_EQ(CountLiveObjects(), LiveObjects());
+}
+
+TEST(PascalStrings, LongTextIsCutAfterAWholeCharacter) {
+    Str255 pascal;
+    CopyCStringToPascal((std::string(254, 'x') + "\u00e9tail").c_str(), pascal);
+    EXPECT_EQ(pascal[0], 254);
+    CopyCStringToPascal(std::string(300, 'x').c_str(), pascal);
+    EXPECT_EQ(pascal[0], 255);
+    CopyCStringToPascal("", pascal);
+    EXPECT_EQ(pascal[0], 0);
+}
+
+}  // namespace

@@ -1,0 +1,116 @@
+#pragma once
+
+// A host made of plain containers: services that open, map and answer as a test says, a memory window that
+// remembers every access, a process list that remembers every shut-down event.
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstring>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "platform/Host.h"
+
+class FakeHost : public Host {
+  public:
+    struct Card {
+        bool opens = true;
+        std::set<uint32_t> mappableRanges = {0, 1};
+        bool answers = true;
+        std::string name = "Card";
+        std::string location = "Slot";
+    };
+    struct Access {
+        bool isWrite;
+        uint32_t offset;
+        uint32_t word;
+        bool operator==(const Access&) const = default;
+    };
+
+    static constexpr std::size_t windowWords = 0x80;
+
+    FakeHost() { InstallHost(this); }
+    ~FakeHost() override { InstallHost(nullptr); }
+
+    std::filesystem::path bundle;
+    std::vector<Card> cards;
+    std::string serviceClass = "com_VornLabs_driver_VornMxDevice";
+    // One window, shared by all cards: what a word's four bytes hold, the one at the lowest address first.
+    std::array<uint32_t, windowWords> window = {};
+    std::vector<Access> accesses;
+    std::vector<Process> processList;
+    std::vector<uint64_t> shutDownEvents;
+    std::map<uint32_t, std::size_t> openConnections;
+    std::vector<uint32_t> refusedCloses;
+
+    std::filesystem::path bundleDirectory() override { return bundle; }
+
+    std::vector<uint64_t> servicesOfClass(std::string_view className) override {
+        std::vector<uint64_t> services(className == serviceClass ? cards.size() : 0);
+        for (std::size_t i = 0; i < services.size(); ++i) {
+            services[i] = i;
+        }
+        return services;
+    }
+
+    std::optional<uint32_t> openService(uint64_t service) override {
+        if (!cards.at(service).opens) {
+            return std::nullopt;
+        }
+        openConnections[++lastConnection_] = service;
+        return lastConnection_;
+    }
+
+    bool closeConnection(uint32_t connection) override {
+        if (openConnections.erase(connection) == 0) {
+            refusedCloses.push_back(connection);
+            return false;
+        }
+        return true;
+    }
+
+    std::optional<MappedRange> mapMemory(uint32_t connection, uint32_t memoryType) override {
+        if (!cards.at(openConnections.at(connection)).mappableRanges.contains(memoryType)) {
+            return std::nullopt;
+        }
+        return MappedRange{window.data(), sizeof window};
+    }
+
+    std::optional<std::size_t> callMethod(uint32_t connection, uint32_t method,
+                                          std::span<uint8_t> reply) override {
+        const Card& card = cards.at(openConnections.at(connection));
+        if (!card.answers || method != 0 || reply.size() != 512) {
+            return std::nullopt;
+        }
+        std::fill(reply.begin(), reply.end(), uint8_t{0});
+        std::copy(card.name.begin(), card.name.end(), reply.begin());
+        std::copy(card.location.begin(), card.location.end(), reply.begin() + 256);
+        return reply.size();
+    }
+
+    uint32_t loadWord(const uint32_t* address) override {
+        const auto index = static_cast<std::size_t>(address - window.data());
+        accesses.push_back({false, static_cast<uint32_t>(index * 4), window.at(index)});
+        return window.at(index);
+    }
+
+    void storeWord(uint32_t* address, uint32_t word) override {
+        const auto index = static_cast<std::size_t>(address - window.data());
+        accesses.push_back({true, static_cast<uint32_t>(index * 4), word});
+        window.at(index) = word;
+    }
+
+    std::vector<Process> processes() override { return processList; }
+
+    bool deliverShutDownEvent(uint64_t serialNumber) override {
+        shutDownEvents.push_back(serialNumber);
+        return std::any_of(processList.begin(), processList.end(),
+                           [=](const Process& process) { return process.serialNumber == serialNumber; });
+    }
+
+  private:
+    uint32_t lastConnection_ = 0x20000;
+};

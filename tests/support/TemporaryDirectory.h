@@ -1,0 +1,31 @@
+#pragma once
+
+// A fresh directory that goes away with the object.
+
+#include <stdlib.h>
+
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+
+class TemporaryDirectory {
+  public:
+    TemporaryDirectory() {
+        std::string name = std::filesystem::temp_directory_path() / "vupdater-test-XXXXXX";
+        if (mkdtemp(name.data()) == nullptr) {
+            throw std::runtime_error("no temporary directory: " + name);
+        }
+        path_ = name;
+    }
+    ~TemporaryDirectory() {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+    TemporaryDirectory(const TemporaryDirectory&) = delete;
+    TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
+
+    const std::filesystem::path& path() const { return path_; }
+
+  private:
+    std::filesystem::path path_;
+};

@@ -1,0 +1,35 @@
+#pragma once
+
+// The open card's register window: 32-bit registers at byte offsets, reached through two functions alone.
+
+#include <cstdint>
+
+// Byte offsets of the registers, from the base of the card's memory range 0.
+constexpr uint32_t kByteSwapIDRegister = 0x000;
+constexpr uint32_t kDeviceIDRegister = 0x008;
+constexpr uint32_t kBoardRevisionRegister = 0x00C;
+constexpr uint32_t kFirmwareVersionRegister = 0x010;
+constexpr uint32_t kFirmwareDateRegister = 0x014;
+constexpr uint32_t kReservedRegister = 0x018;
+constexpr uint32_t kJtagOutputRegister = 0x100;
+constexpr uint32_t kJtagInputRegister = 0x108;
+
+// What the low 16 bits of the byte-swap identification register read in the right byte order.
+constexpr uint16_t kByteSwapID = 0x564F;
+
+// Non-zero when the card presents its registers least significant byte first (firmware flavour W); then every
+// value is reversed on its way in and out. With 0 (flavour M) the bytes are taken most significant first, as
+// they lie.
+extern uint8_t gbSwap;
+
+// Base of the open card's register window; null when no card is open.
+extern uint32_t* gpRegisters;
+
+// The address of a register in the open card's window, from its byte offset.
+inline uint32_t* RegisterAt(uint32_t offsetBytes) {
+    return gpRegisters + offsetBytes / sizeof(uint32_t);
+}
+
+// Reads or writes one register in the byte order that gbSwap says.
+uint32_t MacReadULONG(uint32_t* reg);
+void MacWriteULONG(uint32_t* reg, uint32_t value);

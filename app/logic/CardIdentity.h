@@ -1,0 +1,23 @@
+#pragma once
+
+// The card identity word, which is its serial number:
+//
+//   bits 24-31   model code
+//   bits 20-23   year of manufacture minus 2000
+//   bits 12-19   week of manufacture
+//   bits  0-11   unit number
+
+#include <cstdint>
+#include <string>
+
+// True for the two words that a card without an identity reads as.
+bool IsBlankIdentity(uint32_t identity);
+
+uint16_t IdentityModelCode(uint32_t identity);
+
+// The ten characters printed on the card: model code in hexadecimal, then year, week and unit in decimal.
+// 0x21307015 is "2103070021".
+std::string SerialNumberText(uint32_t identity);
+
+// "Feb 12, 2003", or "Unknown!" when the word is 0 or its week is not one of a year.
+std::string ManufactureDateText(uint32_t identity);

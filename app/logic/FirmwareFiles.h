@@ -1,0 +1,46 @@
+#pragma once
+
+// The firmware images that travel in the bundle, known by their names alone:
+//
+//   position 0-2   model tag: VMA, VMB, VMC, K40, DX8, DSX
+//   position 3     byte-order letter: 'M', or 'W' and anything else
+//   position 4-5   version, two decimal digits
+//   position 6-7   board: "NC" for none, or position 6 a revision letter
+//   then           ".xsv"
+//
+// K40W07B.xsv is version 7 for a Vorn K40 of board revision B, in byte order W.
+
+#include <cstdint>
+
+constexpr int kMaxFirmwareFiles = 16;
+constexpr int kResourcePathBytes = 256;
+constexpr int kResourceNameBytes = 14;
+
+// Full paths and file names of the images, NUL-terminated, and how many there are.
+extern char gszResourcePaths[kMaxFirmwareFiles][kResourcePathBytes];
+extern char gszResourceNames[kMaxFirmwareFiles][kResourceNameBytes];
+extern int32_t gNumXSVFiles;
+
+// The image chosen for the open card: its index in the tables above, -1 for none, and its version.
+extern int32_t gNewFirmware;
+extern uint16_t gusNewFirmwareRev;
+
+// Fills at most max paths from the bundle, in the bundle's order, and returns how many. A path that does not
+// fit is passed over. Without a bundle there are none, and a line on standard error says so.
+int32_t GetXSVFilesInBundle(char (*paths)[kResourcePathBytes], int32_t max);
+
+// Fills both tables and the count. A file name too long for its entry is cut to fit.
+void CatalogueFirmwareFiles();
+
+// The model code for which a file name's first three characters stand.
+int FirmwareModelCode(const char* name);
+
+// Sets gNewFirmware and gusNewFirmwareRev to the first image in the tables for a model and board revision,
+// whatever its version and byte order; to -1 and 0xFFFF when there is none.
+void ChooseFirmware(uint16_t modelCode, uint16_t boardRevision);
+
+// 'M' or 'W'.
+char FirmwareByteOrderLetter(const char* name);
+
+// A card is up to date when the image has the card's byte order and is not newer than what the card runs.
+bool IsFirmwareCurrent(char cardLetter, uint8_t cardVersion, char fileLetter, uint16_t fileVersion);

@@ -1,0 +1,69 @@
+#include "app/logic/CardTexts.h"
+
+#include <gtest/gtest.h>
+
+#include "app/logic/CardIdentity.h"
+#include "app/logic/CardModel.h"
+
+// The hardware layer's hooks; nothing here plays an image.
+void AllowNextEvent() {}
+void UpdateProgressBar(uint32_t /*bytes*/) {}
+bool ShowAlert(const char* /*title*/, const char* /*message*/) {
+    return true;
+}
+
+namespace {
+
+TEST(CardModel, EveryModelHasItsName) {
+    const std::pair<uint16_t, const char*> models[] = {{0x20, "VornMX-A"}, {0x21, "VornMX-B"},
+                                                       {0x22, "VornMX-C"}, {0x23, "Vorn K40"},
+                                                       {0x24, "Vorn DX8"}, {0x25, "Vorn DX8-XS"}};
+    for (const auto& [code, name] : models) {
+        EXPECT_TRUE(IsModelCode(code));
+        EXPECT_EQ(ModelName(code), name);
+    }
+    EXPECT_FALSE(IsModelCode(0x1F));
+    EXPECT_FALSE(IsModelCode(0x26));
+}
+
+TEST(CardTexts, RegistersReadAsTexts) {
+    EXPECT_EQ(BoardRevisionText(0), "NC");
+    EXPECT_EQ(BoardRevisionText(2), "B");
+    EXPECT_EQ(FirmwareVersionText(ByteOrderLetter(0), 7), "M7");
+    EXPECT_EQ(FirmwareVersionText(ByteOrderLetter(1), 255), "W255");
+    EXPECT_EQ(FirmwareDateText(0x6311), "Mar 17, 2006");
+    // A month that there is not, 0 included, shows as December; the day is not checked.
+    EXPECT_EQ(FirmwareDateText(0x500F), "Dec 15, 2005");
+    EXPECT_EQ(FirmwareDateText(0xFD00), "Dec 00, 2015");
+}
+
+TEST(CardIdentity, SerialNumberHasTenCharacters) {
+    EXPECT_EQ(SerialNumberText(0x21307015), "2103070021");
+    EXPECT_EQ(SerialNumberText(0x25F35FFF), "2515534095");
+    EXPECT_EQ(IdentityModelCode(0x21307015), 0x21);
+    EXPECT_TRUE(IsBlankIdentity(0));
+    EXPECT_TRUE(IsBlankIdentity(0x7FFFFFFF));
+    EXPECT_FALSE(IsBlankIdentity(0xFFFFFFFF));
+}
+
+TEST(CardIdentity, WeekBecomesADate) {
+    const std::pair<uint32_t, const char*> weeks[] = {{1, "Jan 01, 2003"},
+                                                      {5, "Jan 29, 2003"},
+                                                      {7, "Feb 12, 2003"},
+                                                      {9, "Feb 26, 2003"},
+                                                      {10, "Mar 05, 2003"},
+                                                      {52, "Dec 24, 2003"},
+                                                      {53, "Dec 31, 2003"},
+                                                      {0, "Unknown!"},
+                                                      {54, "Unknown!"},
+                                                      {255, "Unknown!"},
+                                                      // A day count that a month uses up exactly leaves day 0
+                                                      // of the next one; cards have always been shown so.
+                                                      {18, "May 00, 2003"}};
+    for (const auto& [week, date] : weeks) {
+        EXPECT_EQ(ManufactureDateText(0x21300015 | week << 12), date) << "week " << week;
+    }
+    EXPECT_EQ(ManufactureDateText(0), "Unknown!");
+}
+
+}  // namespace

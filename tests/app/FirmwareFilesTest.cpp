@@ -1,0 +1,93 @@
+#include "app/logic/FirmwareFiles.h"
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <fstream>
+
+#include "platform/LiveObjects.h"
+#include "tests/support/FakeHost.h"
+#include "tests/support/TemporaryDirectory.h"
+
+namespace {
+
+// Puts names into the tables in an order of the test's choosing, which a bundle's listing cannot.
+void setNames(std::initializer_list<const char*> names) {
+    gNumXSVFiles = 0;
+    for (const char* name : names) {
+        std::strncpy(gszResourceNames[gNumXSVFiles++], name, kResourceNameBytes - 1);
+    }
+}
+
+TEST(FirmwareFiles, TagsDecodeByCharacterArithmetic) {
+    const std::pair<const char*, int> tags[] = {{"VMA", 0x20}, {"VMB", 0x21}, {"VMC", 0x22}, {"K40", 0x23},
+                                                {"DX8", 0x24}, {"DSX", 0x25}, {"VMD", 0x23}, {"VME", 0x24},
+                                                {"VMF", 0x25}, {"DXA", 0x24}, {"DAA", 0x20}, {"XX0", 0x23}};
+    for (const auto& [tag, code] : tags) {
+        EXPECT_EQ(FirmwareModelCode(tag), code) << tag;
+    }
+}
+
+TEST(FirmwareFiles, FirstFileThatFitsWins) {
+    struct Case {
+        std::initializer_list<const char*> names;
+        uint16_t model;
+        uint16_t board;
+        int32_t index;
+        uint16_t version;
+    };
+    for (const Case& c :
+         {Case{{"VMAM12NC.xsv", "VMAM10NC.xsv"}, 0x20, 0, 0, 12},
+          Case{{"VMAM10NC.xsv", "VMAM12NC.xsv"}, 0x20, 0, 0, 10},
+          Case{{"VMAM12NC.xsv", "K40W07B.xsv"}, 0x23, 2, 1, 7}, Case{{"K40W07B.xsv"}, 0x23, 0, -1, 0xFFFF},
+          Case{{"K40W07NC.xsv"}, 0x23, 'N' - '@', -1, 0xFFFF}, Case{{"VMBM9"}, 0x21, 1, -1, 0xFFFF},
+          Case{{"VMBM1xA.xsv"}, 0x21, 1, 0, 1}, Case{{}, 0x21, 1, -1, 0xFFFF}}) {
+        setNames(c.names);
+        ChooseFirmware(c.model, c.board);
+        EXPECT_EQ(gNewFirmware, c.index);
+        EXPECT_EQ(gusNewFirmwareRev, c.version);
+        std::memset(gszResourceNames, 0, sizeof gszResourceNames);
+    }
+}
+
+TEST(FirmwareFiles, CurrentMeansSameLetterAndNotOlder) {
+    EXPECT_TRUE(IsFirmwareCurrent('M', 12, FirmwareByteOrderLetter("VMBM12A"), 12));
+    EXPECT_FALSE(IsFirmwareCurrent('M', 11, 'M', 12));
+    EXPECT_FALSE(IsFirmwareCurrent('W', 12, 'M', 10));
+    EXPECT_TRUE(IsFirmwareCurrent('W', 12, FirmwareByteOrderLetter("VMB?10A"), 10));
+}
+
+TEST(FirmwareFiles, CatalogueHoldsSixteenAndCutsLongNames) {
+    const TemporaryDirectory directory;
+    FakeHost host;
+    testing::internal::CaptureStderr();
+    CatalogueFirmwareFiles();
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Could not get main bundle\n");
+    EXPECT_EQ(gNumXSVFiles, 0);
+
+    host.bundle = directory.path();
+    CatalogueFirmwareFiles();
+    EXPECT_EQ(gNumXSVFiles, 0) << "a bundle without resources";
+
+    const auto resources = directory.path() / "Contents/Resources";
+    std::filesystem::create_directories(resources);
+    for (int i = 0; i < 18; ++i) {
+        std::ofstream(resources / ("VMAM" + std::to_string(10 + i) + "NC.xsv")) << "x";
+    }
+    std::ofstream(resources / "K40W07B-a-long-name.xsv") << "x";
+    CatalogueFirmwareFiles();
+    EXPECT_EQ(gNumXSVFiles, 16);
+    EXPECT_STREQ(gszResourceNames[0], "K40W07B-a-lon");
+    EXPECT_STREQ(gszResourceNames[1], "VMAM10NC.xsv");
+    EXPECT_STREQ(gszResourcePaths[1], (resources / "VMAM10NC.xsv").c_str());
+    EXPECT_EQ(CountLiveObjects(), LiveObjects());
+
+    // A path that does not fit its entry leaves the entry to the next one.
+    host.bundle = directory.path() / std::string(200, 'd');
+    std::filesystem::create_directories(host.bundle / "Contents/Resources");
+    std::ofstream(host.bundle / "Contents/Resources/VMAM12NC.xsv") << "x";
+    CatalogueFirmwareFiles();
+    EXPECT_EQ(gNumXSVFiles, 0);
+}
+
+}  // namespace

@@ -1,0 +1,32 @@
+#pragma once
+
+// The player's bit strings and the operations on them.
+
+#include <cstdint>
+
+#include "xsvf/Format.h"
+
+// One big unsigned number, most significant byte first: bit 0 of byte sByteCount - 1 is the first bit shifted
+// into the chain. A bit string that is no multiple of 8 long leaves the high bits of byte 0 unused.
+struct var_len_byte {
+    int16_t sByteCount = 0;  // 0 to MAX_LEN; negative only after a data size that does not fit in 16 bits
+    uint8_t aucValue[MAX_LEN + 1] = {};
+};
+
+// Takes the next bytes of the image into the value. A negative count takes 65536 + byteCount bytes, the way a
+// 16-bit counter runs down to 0; what exceeds the value's capacity is taken and dropped.
+void readVal(var_len_byte* value, int16_t byteCount);
+
+// 1 when the actual value equals the expected one in every bit that is 1 in the mask (all bits without a
+// mask), else 0. The expected value's length counts; the others are read at the same positions.
+int32_t EqualLenVal(const var_len_byte* expected, const var_len_byte* actual, const var_len_byte* mask);
+
+// Adds at the first addend's width; a carry out of byte 0 is lost. The result may be the first addend.
+void addVal(var_len_byte* result, const var_len_byte* first, const var_len_byte* second);
+
+// The last four bytes as a number.
+uint32_t value(const var_len_byte* number);
+
+// Where a trace of the player's values hangs in. It prints nothing: standard error belongs to the program's
+// own messages. Accepts a missing value.
+void xsvfPrintLenVal(const var_len_byte* traced);

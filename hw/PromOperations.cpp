@@ -1,0 +1,98 @@
+#include "hw/PromOperations.h"
+
+#include "hw/ApplicationHooks.h"
+#include "hw/JtagPort.h"
+#include "hw/PromPrograms.h"
+#include "xsvf/Trace.h"
+
+namespace {
+
+constexpr int32_t kSilent = -1;
+constexpr int32_t kTraceFirmware = 1;
+
+constexpr uint32_t kNoIdentity = 0;
+constexpr uint32_t kBlankIdentity = 0x7FFFFFFF;
+
+// Plays a copy: the port takes writable bytes.
+template <typename Program>
+void playSilently(tagSXsvfInfo* info, Program program) {
+    xsvf_iDebugLevel = kSilent;
+    PlayOnCard(info, program.data(), static_cast<uint32_t>(program.size()));
+}
+
+const char* failureTitle(int32_t error) {
+    switch (error) {
+        case kXsvfTdoMismatch:
+            return "TDO Mismatch Error";
+        case kXsvfMaxRetries:
+            return "TDO Mismatch Error after max retries";
+        case kXsvfIllegalCommand:
+            return "Illegal Command Error";
+        case kXsvfIllegalState:
+            return "Illegal State Error";
+        case kXsvfDataOverflow:
+            return "Data Overflow Error";
+        default:
+            return "An Unknown Error has occurred";
+    }
+}
+
+}  // namespace
+
+uint16_t ProtectEEPROM() {
+    tagSXsvfInfo info;
+    playSilently(&info, kProtectProgram);
+    return info.iResult != kXsvfNoError ? 1 : 0;
+}
+
+uint16_t GetSerialNumber(uint32_t* identity) {
+    tagSXsvfInfo info;
+    playSilently(&info, kReadProgram);
+    if (info.iResult == kXsvfNoError || info.lCommandsRead != kReadUserCodeCommand ||
+        info.lvExpected.sByteCount != kUserCodeBytes) {
+        return 1;
+    }
+    *identity = value(&info.lvCaptured) >> 1;
+    return 0;
+}
+
+uint16_t WriteSerialNumber(uint32_t identity) {
+    auto program = kWriteProgram;
+    PatchIdentity(program, identity);
+    tagSXsvfInfo info;
+    playSilently(&info, program);
+    if (info.iResult != kXsvfNoError) {
+        ShowAlert("Error", "Error writing Serial Number!");
+        return static_cast<uint16_t>(info.iResult);
+    }
+
+    // Protection is a courtesy: the identity counts as written when it reads back.
+    ProtectEEPROM();
+    uint32_t readBack = 0;
+    if (GetSerialNumber(&readBack) != 0) {
+        ShowAlert("Error 2", "Unable to read Serial Number from VornMX/K40!");
+        return 1;
+    }
+    if (readBack != identity) {
+        ShowAlert("Error", "Serial Number readback does not match!");
+        return 2;
+    }
+    return 0;
+}
+
+uint16_t ProgramConfigProm(uint8_t* image, uint32_t length) {
+    const uint32_t identity = gSerialNumber;
+    if (identity == kBlankIdentity || identity == kNoIdentity) {
+        ShowAlert("Error", "Serial Number is blank!");
+    }
+
+    tagSXsvfInfo info;
+    xsvf_iDebugLevel = kTraceFirmware;
+    PlayOnCard(&info, image, length);
+    if (info.iResult != kXsvfNoError) {
+        ShowAlert(failureTitle(info.iResult), "EEPROM Programming Failure!");
+        WriteSerialNumber(identity);
+        return static_cast<uint16_t>(info.iResult);
+    }
+    return WriteSerialNumber(identity);
+}

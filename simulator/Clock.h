@@ -1,0 +1,52 @@
+#pragma once
+
+// The machine's time: a count of register accesses, three to the microsecond. Nothing else moves it.
+//
+// Whoever waits for a moment asks to be woken at an access count; the clock then wakes the whole machine,
+// which looks after everyone whose time has come. So an access costs one increment and one comparison.
+
+#include <algorithm>
+#include <cstdint>
+#include <functional>
+#include <limits>
+#include <utility>
+
+namespace simulator {
+
+class Clock {
+  public:
+    static constexpr uint64_t kAccessesPerMicrosecond = 3;
+
+    [[nodiscard]] uint64_t accesses() const { return accesses_; }
+    [[nodiscard]] uint64_t microseconds() const { return accesses_ / kAccessesPerMicrosecond; }
+
+    // Counts one access, before it is carried out.
+    void tick() {
+        if (++accesses_ >= wakeAt_)
+            wake();
+    }
+
+    // Asks for the wake-up call when the count reaches `accesses`; at the next access if it already has.
+    void wakeAt(uint64_t accesses) { wakeAt_ = std::min(wakeAt_, accesses); }
+
+    // Who is called. By then no wake-up is due any more; whoever still waits asks again.
+    void onWake(std::function<void()> callback) { onWake_ = std::move(callback); }
+
+    // Carries on from a count that an earlier run reached.
+    void resume(uint64_t accesses) { accesses_ = accesses; }
+
+  private:
+    void wake() {
+        wakeAt_ = kNever;
+        if (onWake_)
+            onWake_();
+    }
+
+    static constexpr uint64_t kNever = std::numeric_limits<uint64_t>::max();
+
+    uint64_t accesses_ = 0;
+    uint64_t wakeAt_ = kNever;
+    std::function<void()> onWake_;
+};
+
+}  // namespace simulator

@@ -1,0 +1,55 @@
+#pragma once
+
+// What was done to the machine that its makers forbid, even where it came out right by luck. A correct update
+// leaves the ledger empty.
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace simulator {
+
+enum class Misuse {
+    shortWait,               // an operation of the PROM was not given its time in Run-Test/Idle
+    outsideProgrammingMode,  // program or erase while the PROM was not in programming mode
+    programmedTwice,         // a page that was not erased was programmed
+    noSuchRow,               // program at an address, or of a data register, that leads to no row
+    shortScan,               // a register was updated before the scan had filled it
+    strayAccess,             // a load or store outside every live window
+};
+
+// The word that stands for a misuse in files and listings, and back; nothing for a word that is none.
+[[nodiscard]] std::string_view misuseName(Misuse misuse);
+[[nodiscard]] std::optional<Misuse> misuseNamed(std::string_view name);
+
+// How a device reports a misuse; the detail is one full sentence.
+using MisuseReport = std::function<void(Misuse misuse, const std::string& detail)>;
+
+class Ledger {
+  public:
+    struct Entry {
+        Misuse misuse;
+        std::string card;  // its name; empty when no card is concerned
+        std::string detail;
+        uint64_t firstAccess;  // the clock's count when it first happened
+        uint64_t times;
+
+        bool operator==(const Entry&) const = default;
+    };
+
+    // Enters a misuse; one that is already there with the same words is counted instead.
+    void record(Misuse misuse, std::string_view card, std::string_view detail, uint64_t access);
+
+    [[nodiscard]] const std::vector<Entry>& entries() const { return entries_; }
+    [[nodiscard]] bool empty() const { return entries_.empty(); }
+    void restore(std::vector<Entry> entries) { entries_ = std::move(entries); }
+    void clear() { entries_.clear(); }
+
+  private:
+    std::vector<Entry> entries_;
+};
+
+}  // namespace simulator

@@ -1,0 +1,61 @@
+#include "simulator/Machine.h"
+
+#include <algorithm>
+#include <cassert>
+#include <utility>
+
+namespace simulator {
+namespace {
+
+constexpr const char* kLoginProcess = "loginwindow";
+
+}  // namespace
+
+Machine::Machine() {
+    clock_.onWake([this] {
+        for (const auto& card : cards_)
+            card->timePassed();
+    });
+}
+
+Card& Machine::addCard(Board board, PromCells cells) {
+    assert(!on_);
+    return *cards_.emplace_back(std::make_unique<Card>(std::move(board), std::move(cells), clock_, ledger_));
+}
+
+void Machine::powerOn() {
+    if (std::exchange(on_, true))
+        return;
+    for (const auto& card : cards_)
+        card->powerUp();
+}
+
+void Machine::powerOff() {
+    if (!std::exchange(on_, false))
+        return;
+    for (const auto& card : cards_)
+        card->powerOff();
+}
+
+void Machine::resume() {
+    on_ = true;
+}
+
+std::vector<Machine::Process> Machine::processes() const {
+    if (!on_)
+        return {};
+    return {{0x40001, "WindowServer"},    {0x80001, kLoginProcess}, {0xC0001, "Dock"},
+            {0x100001, "SystemUIServer"}, {0x140001, "Finder"},     {0x180001, "VUpdater"}};
+}
+
+bool Machine::deliverShutDownEvent(uint64_t processSerialNumber) {
+    const auto running = processes();
+    const auto process = std::ranges::find(running, processSerialNumber, &Process::serialNumber);
+    if (process == running.end())
+        return false;
+    if (process->name == kLoginProcess)
+        powerOff();
+    return true;
+}
+
+}  // namespace simulator

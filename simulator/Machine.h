@@ -1,0 +1,62 @@
+#pragma once
+
+// The whole machine: its cards, its clock, its power and its processes. It is off until it is switched on.
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "simulator/Card.h"
+#include "simulator/Clock.h"
+#include "simulator/Ledger.h"
+
+namespace simulator {
+
+class Machine {
+  public:
+    struct Process {
+        uint64_t serialNumber;
+        std::string name;
+    };
+
+    Machine();
+    Machine(const Machine&) = delete;
+    Machine& operator=(const Machine&) = delete;
+
+    // Plugs a card in, which only a machine that is off allows. The card lives as long as the machine.
+    Card& addCard(Board board, PromCells cells);
+    [[nodiscard]] std::size_t cardCount() const { return cards_.size(); }
+    [[nodiscard]] Card& card(std::size_t index) { return *cards_.at(index); }
+    [[nodiscard]] const Card& card(std::size_t index) const { return *cards_.at(index); }
+
+    [[nodiscard]] bool isOn() const { return on_; }
+    // Both change nothing when the machine already is so. Each power-up has every FPGA configure itself anew;
+    // switching off breaks off whatever a PROM is doing.
+    void powerOn();
+    void powerOff();
+    // Switches on without a power-up, to carry on where an earlier run of a machine that stayed on ended. The
+    // cards are resumed one by one.
+    void resume();
+
+    [[nodiscard]] Clock& clock() { return clock_; }
+    [[nodiscard]] uint64_t accesses() const { return clock_.accesses(); }
+    [[nodiscard]] uint64_t microseconds() const { return clock_.microseconds(); }
+    [[nodiscard]] Ledger& ledger() { return ledger_; }
+    [[nodiscard]] const Ledger& ledger() const { return ledger_; }
+
+    // What runs while the machine is on, in the order in which the system lists it. Serial numbers stay.
+    [[nodiscard]] std::vector<Process> processes() const;
+    // Hands the shut-down event to a process; the login process switches the machine off, the others take no
+    // notice. False when there is no such process.
+    bool deliverShutDownEvent(uint64_t processSerialNumber);
+
+  private:
+    Clock clock_;
+    Ledger ledger_;
+    std::vector<std::unique_ptr<Card>> cards_;
+    bool on_ = false;
+};
+
+}  // namespace simulator

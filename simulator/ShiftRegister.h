@@ -1,0 +1,41 @@
+#pragma once
+
+// A register of the chain while it is being shifted: bits in at the top, out at the bottom, one step at a
+// time and at the same cost for one bit as for 4096 (the bits stay where they are and the bottom moves).
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace simulator {
+
+class ShiftRegister {
+  public:
+    // Takes on a length and a content. Bit i of the content is bit i % 8 of byte i / 8; bit 0 leaves first.
+    void load(std::span<const uint8_t> bytes, std::size_t bits);
+    // The same for a number of at most 32 bits, least significant bit first.
+    void loadNumber(uint32_t number, std::size_t bits);
+
+    // The bit that leaves next; an empty register holds 0.
+    [[nodiscard]] bool bottom() const { return !bits_.empty() && bits_[bottom_] != 0; }
+
+    // Drops the bottom bit and takes one in at the top.
+    void shift(bool in) {
+        if (bits_.empty())
+            return;
+        bits_[bottom_] = in ? 1 : 0;
+        if (++bottom_ == bits_.size())
+            bottom_ = 0;
+    }
+
+    [[nodiscard]] std::size_t bits() const { return bits_.size(); }
+    [[nodiscard]] std::vector<uint8_t> bytes() const;  // (bits() + 7) / 8 of them, unused bits 0
+    [[nodiscard]] uint32_t number() const;             // the lowest 32 bits
+
+  private:
+    std::vector<uint8_t> bits_;  // one bit each
+    std::size_t bottom_ = 0;
+};
+
+}  // namespace simulator

@@ -1,0 +1,145 @@
+#include "simulator/SimulatedHost.h"
+
+#include <algorithm>
+#include <cassert>
+#include <utility>
+
+namespace simulator {
+namespace {
+
+// Far from anything that could be a card's index.
+constexpr uint64_t kFirstService = 0x1'0000'0001;
+constexpr uint32_t kFirstConnection = 0x1'0001;
+
+constexpr uint32_t kInformationMethod = 0;
+constexpr std::size_t kInformationBytes = 512;
+constexpr std::size_t kLocationAt = 256;
+constexpr std::size_t kTextBytes = 256;
+
+constexpr uint32_t kNobodyAnswers = 0xFFFFFFFF;
+
+// Copies a text, cut where necessary, and fills what is left of its 256 bytes with NUL.
+void putText(std::span<uint8_t> field, std::string_view text) {
+    std::ranges::fill(field, uint8_t{0});
+    std::ranges::copy(text.substr(0, field.size() - 1), field.begin());
+}
+
+}  // namespace
+
+SimulatedHost::SimulatedHost(Machine& machine, std::filesystem::path bundleDirectory)
+    : machine_(machine),
+      clock_(machine.clock()),
+      bundleDirectory_(std::move(bundleDirectory)),
+      nextConnection_(kFirstConnection) {}
+
+std::vector<uint64_t> SimulatedHost::servicesOfClass(std::string_view className) {
+    std::vector<uint64_t> services;
+    if (className != kServiceClass)
+        return services;
+    for (std::size_t index = 0; index < machine_.cardCount(); ++index) {
+        if (machine_.card(index).running())
+            services.push_back(kFirstService + index);
+    }
+    return services;
+}
+
+std::optional<uint32_t> SimulatedHost::openService(uint64_t service) {
+    const auto published = servicesOfClass(kServiceClass);
+    if (std::ranges::find(published, service) == published.end())
+        return std::nullopt;
+    const uint32_t connection = nextConnection_++;
+    connections_.emplace(connection, &machine_.card(static_cast<std::size_t>(service - kFirstService)));
+    return connection;
+}
+
+bool SimulatedHost::closeConnection(uint32_t connection) {
+    if (connections_.erase(connection) == 0)
+        return false;
+    for (Mapping& mapping : mappings_) {
+        if (mapping.connection == connection)
+            mapping.live = false;
+    }
+    view_ = View{};
+    return true;
+}
+
+std::optional<Host::MappedRange> SimulatedHost::mapMemory(uint32_t connection, uint32_t memoryType) {
+    const auto found = connections_.find(connection);
+    if (found == connections_.end())
+        return std::nullopt;
+    Card* const card = found->second;
+    RegisterWindow* const window = card->window(memoryType);
+    if (!card->running() || window == nullptr)
+        return std::nullopt;
+    const Mapping& mapping =
+        mappings_.emplace_back(connection, true, card, memoryType, window, AddressSpace(window->bytes()));
+    return MappedRange{mapping.space.base(), window->bytes()};
+}
+
+std::optional<std::size_t> SimulatedHost::callMethod(uint32_t connection, uint32_t method,
+                                                     std::span<uint8_t> reply) {
+    const auto found = connections_.find(connection);
+    if (found == connections_.end() || !found->second->running() || method != kInformationMethod ||
+        reply.size() < kInformationBytes)
+        return std::nullopt;
+    const Board& board = found->second->board();
+    putText(reply.first(kTextBytes), board.name);
+    putText(reply.subspan(kLocationAt, kTextBytes), board.location);
+    return kInformationBytes;
+}
+
+uint32_t SimulatedHost::loadWord(const uint32_t* address) {
+    if (view_.indexOf(address) >= view_.words && !findView(address)) [[unlikely]]
+        return kNobodyAnswers;
+    clock_.tick();
+    return view_.window->load(view_.indexOf(address));
+}
+
+void SimulatedHost::storeWord(uint32_t* address, uint32_t word) {
+    if (view_.indexOf(address) >= view_.words && !findView(address)) [[unlikely]]
+        return;
+    clock_.tick();
+    const std::size_t index = view_.indexOf(address);
+    view_.window->countStore(index);
+    if (view_.registersOf != nullptr)
+        view_.registersOf->storeRegister(static_cast<uint32_t>(index * sizeof(uint32_t)), word);
+}
+
+bool SimulatedHost::findView(const void* address) {
+    bool once = false;
+    for (const Mapping& mapping : mappings_) {
+        const View view{.base = reinterpret_cast<uintptr_t>(mapping.space.base()),
+                        .words = mapping.window->words(),
+                        .window = mapping.window,
+                        .registersOf = mapping.memoryType == 0 ? mapping.card : nullptr};
+        if (view.indexOf(address) >= view.words)
+            continue;
+        if (mapping.live) {
+            view_ = view;
+            return true;
+        }
+        once = true;
+    }
+    machine_.ledger().record(Misuse::strayAccess, "",
+                             once ? "A word was accessed through a window that had been taken away."
+                                  : "A word was accessed where no window has ever been.",
+                             clock_.accesses());
+    return false;
+}
+
+std::vector<Host::Process> SimulatedHost::processes() {
+    std::vector<Process> listed;
+    for (const Machine::Process& process : machine_.processes())
+        listed.push_back({process.serialNumber, process.name});
+    return listed;
+}
+
+bool SimulatedHost::deliverShutDownEvent(uint64_t processSerialNumber) {
+    return machine_.deliverShutDownEvent(processSerialNumber);
+}
+
+std::size_t SimulatedHost::liveMappings() const {
+    return static_cast<std::size_t>(std::ranges::count_if(mappings_, &Mapping::live));
+}
+
+}  // namespace simulator

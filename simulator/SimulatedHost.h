@@ -1,0 +1,82 @@
+#pragma once
+
+// A simulated machine as the host of this process.
+
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <filesystem>
+#include <map>
+
+#include "platform/Host.h"
+#include "simulator/AddressSpace.h"
+#include "simulator/Machine.h"
+
+namespace simulator {
+
+class SimulatedHost final : public Host {
+  public:
+    static constexpr std::string_view kServiceClass = "com_VornLabs_driver_VornMxDevice";
+
+    // The machine must outlive the host. The bundle's folder may be empty: then there is no bundle.
+    SimulatedHost(Machine& machine, std::filesystem::path bundleDirectory);
+
+    std::filesystem::path bundleDirectory() override { return bundleDirectory_; }
+    // A card publishes its service when its FPGA found its configuration at power-up.
+    std::vector<uint64_t> servicesOfClass(std::string_view className) override;
+    std::optional<uint32_t> openService(uint64_t service) override;
+    bool closeConnection(uint32_t connection) override;
+    std::optional<MappedRange> mapMemory(uint32_t connection, uint32_t memoryType) override;
+    // Method 0 alone is known; a reply of less than 512 bytes is refused.
+    std::optional<std::size_t> callMethod(uint32_t connection, uint32_t method,
+                                          std::span<uint8_t> reply) override;
+    // Outside the live windows loads return all ones, stores are lost, and both go into the ledger.
+    uint32_t loadWord(const uint32_t* address) override;
+    void storeWord(uint32_t* address, uint32_t word) override;
+    std::vector<Process> processes() override;
+    bool deliverShutDownEvent(uint64_t processSerialNumber) override;
+
+    // What has been opened and not closed, and mapped and not taken away.
+    [[nodiscard]] std::size_t openConnections() const { return connections_.size(); }
+    [[nodiscard]] std::size_t liveMappings() const;
+
+  private:
+    struct Mapping {
+        uint32_t connection;
+        bool live;
+        Card* card;
+        uint32_t memoryType;
+        RegisterWindow* window;
+        AddressSpace
+            space;  // kept after the mapping has gone, so that its addresses are not handed out again
+    };
+
+    // A mapping as loads and stores need it.
+    struct View {
+        uintptr_t base = 0;
+        std::size_t words = 0;
+        RegisterWindow* window = nullptr;
+        Card* registersOf = nullptr;  // the card, when stores go to its registers
+
+        // Which word of the window lies at an address; `words` or more when none does. The rotation takes the
+        // two bits that an aligned offset has clear to the top, where they make any other one too large.
+        [[nodiscard]] std::size_t indexOf(const void* address) const {
+            return std::rotr(reinterpret_cast<uintptr_t>(address) - base, 2);
+        }
+    };
+
+    // Makes the live mapping at an address the current view; false, with a note in the ledger, when there is
+    // none.
+    bool findView(const void* address);
+
+    Machine& machine_;
+    Clock& clock_;
+    View view_;
+    std::filesystem::path bundleDirectory_;
+    std::map<uint32_t, Card*> connections_;
+    std::deque<Mapping> mappings_;
+    uint32_t nextConnection_;
+};
+
+}  // namespace simulator

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "framework/core/LListener.h"
+
+// Something that tells its listeners what happened to it. Neither side owns the other, and either may be
+// destroyed first.
+class LBroadcaster {
+  public:
+    LBroadcaster();
+    LBroadcaster(const LBroadcaster&) = delete;
+    LBroadcaster& operator=(const LBroadcaster&) = delete;
+    virtual ~LBroadcaster();
+
+    // Adding a listener that is already there changes nothing, and so does removing one that is not.
+    void AddListener(LListener* listener);
+    void RemoveListener(LListener* listener);
+
+    // Calls the listeners in the order in which they were added. A listener that is removed meanwhile is not
+    // called any more, one that is added hears only the next message, and one of them may destroy this
+    // broadcaster. What a listener throws goes to the caller; the listeners after it are not called.
+    void BroadcastMessage(MessageT message, void* parameter = nullptr);
+
+  private:
+    friend class LListener;
+    void Forget(LListener* listener);
+
+    // Shared with the broadcasts in progress, which must notice when this object is gone.
+    std::shared_ptr<std::vector<LListener*>> mListeners;
+};

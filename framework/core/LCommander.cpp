@@ -1,0 +1,67 @@
+#include "framework/core/LCommander.h"
+
+#include <algorithm>
+
+namespace {
+
+LCommander* gTarget = nullptr;
+
+}  // namespace
+
+LCommander::LCommander(LCommander* super) {
+    SetSuperCommander(super);
+}
+
+LCommander::~LCommander() {
+    if (gTarget == this) {
+        gTarget = mSuper;
+    }
+    for (LCommander* sub : mSubCommanders) {
+        sub->mSuper = nullptr;
+    }
+    SetSuperCommander(nullptr);
+}
+
+void LCommander::SetSuperCommander(LCommander* super) {
+    if (mSuper != nullptr) {
+        std::erase(mSuper->mSubCommanders, this);
+    }
+    mSuper = super;
+    if (mSuper != nullptr) {
+        mSuper->mSubCommanders.push_back(this);
+    }
+}
+
+bool LCommander::ObeyCommand(CommandT command, void* parameter) {
+    return mSuper != nullptr && mSuper->ObeyCommand(command, parameter);
+}
+
+void LCommander::FindCommandStatus(CommandT command, uint8_t& outEnabled, uint8_t& outUsesMark,
+                                   uint16_t& outMark, unsigned char* outName) {
+    if (mSuper != nullptr) {
+        mSuper->FindCommandStatus(command, outEnabled, outUsesMark, outMark, outName);
+    }
+}
+
+bool LCommander::AttemptQuitSelf(int32_t /*saveOption*/) {
+    return true;
+}
+
+bool LCommander::AttemptQuit(int32_t saveOption) {
+    if (!AttemptQuitSelf(saveOption)) {
+        return false;
+    }
+    // Whoever is asked may ask the user, and so close and destroy others; those have no say any more.
+    const std::vector<LCommander*> asked = mSubCommanders;
+    return std::ranges::all_of(asked, [&](LCommander* sub) {
+        return std::ranges::find(mSubCommanders, sub) == mSubCommanders.end() || sub->AttemptQuit(saveOption);
+    });
+}
+
+LCommander* LCommander::GetTarget() {
+    return gTarget;
+}
+
+void LCommander::SwitchTarget(LCommander* target) {
+    gTarget = target;
+}

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "framework/core/FourCharCode.h"
+#include "framework/core/LAttachable.h"
+
+// Commands that the framework itself knows; every other number belongs to the application.
+constexpr CommandT kCommandAbout = 1;
+constexpr CommandT kCommandQuit = 10;
+
+// What to do about unsaved work on the way out: ask the user.
+constexpr int32_t kSaveOptionAsk = FourCharCode("ask ");
+
+// A link in the chain of command: a command that a commander does not handle climbs to its super-commander.
+// Commanders do not own each other and may be destroyed in any order.
+class LCommander : public virtual LAttachable {
+  public:
+    explicit LCommander(LCommander* super = nullptr);
+    ~LCommander() override;
+
+    LCommander* GetSuperCommander() const { return mSuper; }
+
+    // Moves this commander, with everything below it, under another one, or under none (null).
+    void SetSuperCommander(LCommander* super);
+
+    // Carries out a command and returns whether anyone did. The parameter is the sender's, and may be null.
+    virtual bool ObeyCommand(CommandT command, void* parameter = nullptr);
+
+    // Tells how a command shows in a menu: whether it can be chosen, whether it carries a mark and which
+    // (0 is none), and its text as a Pascal string in a Str255. The caller presets all four to "disabled,
+    // no mark, no text of its own"; whoever knows the command changes what differs.
+    virtual void FindCommandStatus(CommandT command, uint8_t& outEnabled, uint8_t& outUsesMark,
+                                   uint16_t& outMark, unsigned char* outName);
+
+    // Whether this commander alone lets the program end.
+    virtual bool AttemptQuitSelf(int32_t saveOption);
+
+    // Asks this commander and everything below it, and stops at the first refusal.
+    bool AttemptQuit(int32_t saveOption);
+
+    // Where a command from the menu bar enters the chain. Never owned; when the target is destroyed, its
+    // super-commander takes its place.
+    static LCommander* GetTarget();
+    static void SwitchTarget(LCommander* target);
+
+  private:
+    LCommander* mSuper = nullptr;
+    std::vector<LCommander*> mSubCommanders;
+};

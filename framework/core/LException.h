@@ -1,0 +1,33 @@
+#pragma once
+
+// What the framework throws: an error named by a four-character code. LApplication::Run reports what nobody
+// caught; an application throws it too, for a pane that its layout lacks.
+
+#include <cstdint>
+#include <exception>
+#include <string>
+
+#include "framework/core/FourCharCode.h"
+
+class LException : public std::exception {
+  public:
+    static constexpr int32_t kNilPointer = FourCharCode("nilP");
+
+    explicit LException(int32_t code);
+
+    int32_t GetErrorCode() const { return mCode; }
+    const char* what() const noexcept override { return mText.c_str(); }
+
+  private:
+    int32_t mCode;
+    std::string mText;
+};
+
+// Returns the pointer, or throws "nilP" when it is null.
+template <typename Type>
+Type* ThrowIfNil(Type* pointer) {
+    if (pointer == nullptr) {
+        throw LException(LException::kNilPointer);
+    }
+    return pointer;
+}

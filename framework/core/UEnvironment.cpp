@@ -1,0 +1,5 @@
+#include "framework/core/UEnvironment.h"
+
+bool UEnvironment::HasFeature(uint32_t feature) {
+    return feature == kHasAppearance;
+}

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <exception>
+#include <memory>
+#include <vector>
+
+#include "framework/core/LCommander.h"
+
+class LWindow;
+class QuitRequests;
+
+// The application: the top of the chain of command, the event loop, and the list of windows, which it owns.
+// At most one exists at a time, on the main thread. Making one makes the QApplication if there is none yet.
+//
+// Every way out is a call of DoQuit: the menu, a window's close box, the end of the desktop session, the
+// signals SIGTERM, SIGINT and SIGHUP (while this object exists), and the application's own wish.
+class LApplication : public LCommander {
+  public:
+    LApplication();
+    ~LApplication() override;
+
+    // The application object that exists now, or null.
+    static LApplication* Current();
+
+    // Calls StartUp and then runs the event loop until a quit is accepted. An exception is reported, on
+    // standard error and in an alert, and the loop goes on; after one that escapes from StartUp the
+    // application quits.
+    void Run();
+
+    // One pass of the event loop. Called by Run it sleeps until something happens; called from inside long
+    // work it handles what is pending and returns at once. An exception that an event handler threw comes out
+    // of the outermost pass only, after everything below it has returned.
+    void ProcessNextEvent();
+
+    // Ends the application if everybody in the chain of command agrees. A dialog that is up is then dismissed
+    // as cancelled, and one that is asked for later is cancelled without being shown.
+    void DoQuit(int32_t saveOption = kSaveOptionAsk);
+
+    // Whether a quit has been accepted.
+    bool IsQuitting() const { return mState == State::kQuitting; }
+
+    // Handles About and Quit.
+    bool ObeyCommand(CommandT command, void* parameter = nullptr) override;
+    void FindCommandStatus(CommandT command, uint8_t& outEnabled, uint8_t& outUsesMark, uint16_t& outMark,
+                           unsigned char* outName) override;
+
+    // The window that alerts belong to: the latest one that is visible, or null.
+    LWindow* FrontWindow() const;
+
+  protected:
+    // Called once by Run, before the first event.
+    virtual void StartUp();
+
+    // Shows the dialog of dialog-128.ui, which does not stop the program from going on with its work. Its
+    // pane "VERS" tells the version that QCoreApplication knows.
+    virtual void ShowAboutBox();
+
+  private:
+    friend class LWindow;
+    enum class State { kConstructed, kStartingUp, kRunning, kQuitting };
+
+    void AddWindow(LWindow* window);
+    void RemoveWindow(LWindow* window);
+    void Report(const std::exception_ptr& exception);
+
+    State mState = State::kConstructed;
+    int32_t mPassDepth = 0;
+    std::vector<LWindow*> mWindows;
+    std::unique_ptr<QuitRequests> mQuitRequests;
+};

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QLabel>
+
+#include "framework/widgets/LPane.h"
+
+// The name of another pane (its buddy), in a colour that steps back behind the values and follows the
+// palette.
+class LCaption : public QLabel, public LPane {
+  public:
+    static constexpr const char* kClassName = "LCaption";
+
+    LCaption();
+
+  protected:
+    void changeEvent(QEvent* event) override;
+
+  private:
+    void TakeColour();
+};

@@ -1,0 +1,25 @@
+#include "framework/widgets/LControl.h"
+
+#include <QVariant>
+#include <QWidget>
+
+#include "framework/core/UKeptException.h"
+
+void LControl::BroadcastValueMessage() {
+    if (mValueMessage != 0) {
+        int32_t value = GetValue();
+        BroadcastMessage(mValueMessage, &value);
+    }
+}
+
+void LControl::FinishCreate() {
+    LPane::FinishCreate();
+    const QVariant message = PaneWidget()->property("valueMessage");
+    if (message.isValid()) {
+        mValueMessage = CodeFromName(message.toString().toStdString());
+    }
+}
+
+void LControl::BroadcastFromQt() noexcept {
+    KeepException([this] { BroadcastValueMessage(); });
+}

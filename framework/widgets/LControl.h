@@ -1,0 +1,30 @@
+#pragma once
+
+#include "framework/core/LBroadcaster.h"
+#include "framework/widgets/LPane.h"
+
+// A pane with a value that the user can act on. When that happens it broadcasts its value message, with the
+// value (int32_t*) as the parameter. The layout gives the message as the property "valueMessage", four
+// characters in a string; without one the control is silent.
+class LControl : public LPane, public LBroadcaster {
+  public:
+    MessageT GetValueMessage() const { return mValueMessage; }
+    void SetValueMessage(MessageT message) { mValueMessage = message; }
+
+    // Setting the value does not broadcast: only the user's own doing does.
+    virtual int32_t GetValue() const = 0;
+    virtual void SetValue(int32_t value) = 0;
+
+    void BroadcastValueMessage();
+
+    void FinishCreate() override;
+
+  protected:
+    explicit LControl(QWidget* self) : LPane(self) {}
+
+    // For connecting to Qt's signals: broadcasts, and keeps what a listener throws for the event loop.
+    void BroadcastFromQt() noexcept;
+
+  private:
+    MessageT mValueMessage = 0;
+};

@@ -1,0 +1,31 @@
+#include "framework/widgets/LDialogBox.h"
+
+#include <cstdio>
+
+#include "framework/widgets/ModalSession.h"
+#include "framework/widgets/UResources.h"
+
+LDialogBox::LDialogBox() : LPane(this) {}
+
+std::unique_ptr<LDialogBox> LDialogBox::CreateDialog(const char* kind, int32_t layoutID, LCommander* super) {
+    std::unique_ptr<QWidget> root = UResources::LoadLayout(kind, layoutID);
+    auto* dialog = dynamic_cast<LDialogBox*>(root.get());
+    if (dialog == nullptr) {
+        if (root != nullptr) {
+            std::fprintf(stderr, "The layout of %s %d does not describe an LDialogBox\n", kind, layoutID);
+        }
+        return nullptr;
+    }
+    root.release();
+    dialog->SetSuperCommander(super);
+    dialog->setParent(ModalParent(), dialog->windowFlags());
+    return std::unique_ptr<LDialogBox>(dialog);
+}
+
+LPane* LDialogBox::FindPaneByID(PaneIDT paneID) const {
+    return ::FindPaneByID(*this, paneID);
+}
+
+bool LDialogBox::DoDialog() {
+    return RunModal(*this) == QDialog::Accepted;
+}

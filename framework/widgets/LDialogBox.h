@@ -1,0 +1,26 @@
+#pragma once
+
+#include <QDialog>
+#include <memory>
+
+#include "framework/core/LCommander.h"
+#include "framework/widgets/LPane.h"
+
+// A dialog that a layout describes. Its buttons are Qt's own button box, which the layout connects to the
+// dialog's accept and reject.
+class LDialogBox : public QDialog, public LPane, public LCommander {
+  public:
+    static constexpr const char* kClassName = "LDialogBox";
+
+    LDialogBox();
+
+    // Builds the hidden dialog of <kind>-<layoutID>.ui, centred on the application's front window. Null, with
+    // one line on standard error, when there is no usable layout.
+    static std::unique_ptr<LDialogBox> CreateDialog(const char* kind, int32_t layoutID, LCommander* super);
+
+    LPane* FindPaneByID(PaneIDT paneID) const;
+
+    // Shows the dialog, waits for the answer and returns whether it was OK. After an accepted quit the dialog
+    // is not shown: the answer is Cancel. A quit accepted meanwhile is answered the same way.
+    bool DoDialog();
+};

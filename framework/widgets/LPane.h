@@ -1,0 +1,41 @@
+#pragma once
+
+#include "framework/core/FourCharCode.h"
+#include "framework/core/LAttachable.h"
+
+class QWidget;
+
+// The framework's side of a widget in a window. A pane class derives from its Qt class first and from this
+// second, so a pane is a widget; its ID is the widget's object name, as CodeFromName reads it. Qt's parent
+// owns it.
+class LPane : public virtual LAttachable {
+  public:
+    PaneIDT GetPaneID() const;
+
+    // A hidden pane keeps its place in the layout, so that nothing moves when panes come and go.
+    virtual void Show();
+    virtual void Hide();
+    // Whether the pane is shown when its window is.
+    bool IsVisible() const;
+
+    virtual void Enable();
+    virtual void Disable();
+    bool IsEnabled() const;
+
+    // Has the event loop redraw the pane.
+    void Refresh();
+
+    // Called once, after the layout has set all the widget's properties.
+    virtual void FinishCreate();
+
+  protected:
+    explicit LPane(QWidget* self) : mWidget(self) {}
+
+    QWidget* PaneWidget() const { return mWidget; }
+
+  private:
+    QWidget* mWidget;
+};
+
+// The first pane with that ID in a window or dialog, or null. Widgets that are no panes have no ID.
+LPane* FindPaneByID(const QWidget& window, PaneIDT paneID);

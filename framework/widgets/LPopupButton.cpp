@@ -1,0 +1,47 @@
+#include "framework/widgets/LPopupButton.h"
+
+#include <QAbstractItemView>
+#include <QStyleOptionComboBox>
+#include <QStyledItemDelegate>
+#include <QWheelEvent>
+
+LPopupButton::LPopupButton() : LControl(this) {
+    // The popup is as wide as the layout makes it, however long its items are.
+    setSizeAdjustPolicy(AdjustToMinimumContentsLengthWithIcon);
+    // A plain list shows texts as they stand and elides them; a menu would read mnemonics and tabs into them.
+    setItemDelegate(new QStyledItemDelegate(this));
+    view()->setTextElideMode(Qt::ElideRight);
+    view()->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    connect(this, &QComboBox::activated, this, [this] { BroadcastFromQt(); });
+    connect(this, &QComboBox::currentTextChanged, this, &QWidget::setToolTip);
+}
+
+void LPopupButton::SetValue(int32_t value) {
+    if (value >= 1 && value <= count()) {
+        setCurrentIndex(value - 1);
+    }
+}
+
+void LPopupButton::AppendMenu(ConstStringPtr itemText, bool /*ignoreMetacharacters*/) {
+    const QString text = QString::fromStdString(TextOfPascal(itemText));
+    addItem(text);
+    setItemData(count() - 1, text, Qt::ToolTipRole);
+    if (count() == 1) {
+        QMetaObject::invokeMethod(
+            this, [this] { BroadcastFromQt(); }, Qt::QueuedConnection);
+    }
+}
+
+void LPopupButton::initStyleOption(QStyleOptionComboBox* option) const {
+    QComboBox::initStyleOption(option);
+    const QRect field =
+        style()->subControlRect(QStyle::CC_ComboBox, option, QStyle::SC_ComboBoxEditField, this);
+    // Styles draw the text within the field less one pixel on either side.
+    option->currentText =
+        option->fontMetrics.elidedText(option->currentText, Qt::ElideRight, field.width() - 2);
+}
+
+void LPopupButton::wheelEvent(QWheelEvent* event) {
+    // Scrolling over the closed popup must not open another card by accident.
+    event->ignore();
+}

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <QComboBox>
+
+#include "framework/core/PascalString.h"
+#include "framework/widgets/LControl.h"
+
+// A popup menu that shows its chosen item. Its value is the number of that item, counted from 1; 0 while it
+// is empty. It broadcasts whenever the user picks an item, also the one that was chosen already.
+//
+// The first item that is appended becomes the chosen one, and the popup then posts one broadcast to the event
+// loop: it arrives when the code that fills the menu has long returned.
+class LPopupButton : public QComboBox, public LControl {
+  public:
+    static constexpr const char* kClassName = "LPopupButton";
+
+    LPopupButton();
+
+    int32_t GetValue() const override { return currentIndex() + 1; }
+    // Numbers without an item are ignored.
+    void SetValue(int32_t value) override;
+
+    // Appends one item. No character has a meaning in a menu here, so the text is shown as it stands whether
+    // or not the caller asks to have metacharacters ignored. Text that is too long for the popup ends in an
+    // ellipsis and is told in full by the tool tip.
+    void AppendMenu(ConstStringPtr itemText, bool ignoreMetacharacters);
+
+  protected:
+    void initStyleOption(QStyleOptionComboBox* option) const override;
+    void wheelEvent(QWheelEvent* event) override;
+};

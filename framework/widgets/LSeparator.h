@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QFrame>
+
+#include "framework/widgets/LPane.h"
+
+// A thin horizontal line between two parts of a window.
+class LSeparator : public QFrame, public LPane {
+  public:
+    static constexpr const char* kClassName = "LSeparator";
+
+    LSeparator();
+};

@@ -1,0 +1,25 @@
+#include "framework/widgets/LayoutLoader.h"
+
+#include <QWidget>
+
+#include "framework/core/URegistrar.h"
+
+LayoutLoader::LayoutLoader() {
+    // Layouts use the registered classes and Qt's own; plug-ins that happen to be installed have no say.
+    clearPluginPaths();
+    setLanguageChangeEnabled(false);
+}
+
+QWidget* LayoutLoader::createWidget(const QString& className, QWidget* parent, const QString& name) {
+    std::unique_ptr<LAttachable> object = URegistrar::CreateObject(className.toStdString());
+    auto* widget = dynamic_cast<QWidget*>(object.get());
+    if (widget == nullptr) {
+        return QUiLoader::createWidget(className, parent, name);
+    }
+    object.release();
+    if (parent != nullptr) {
+        widget->setParent(parent);
+    }
+    widget->setObjectName(name);
+    return widget;
+}

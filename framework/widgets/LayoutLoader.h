@@ -1,0 +1,11 @@
+#pragma once
+
+#include <QUiLoader>
+
+// Qt's loader of .ui files, which here asks the class registry first for every class that a layout names.
+class LayoutLoader : public QUiLoader {
+  public:
+    LayoutLoader();
+
+    QWidget* createWidget(const QString& className, QWidget* parent, const QString& name) override;
+};

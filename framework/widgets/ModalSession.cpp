@@ -1,0 +1,31 @@
+#include "framework/widgets/ModalSession.h"
+
+#include <QApplication>
+#include <QDialog>
+
+#include "framework/widgets/LApplication.h"
+#include "framework/widgets/LWindow.h"
+
+QWidget* ModalParent() {
+    if (QWidget* dialog = QApplication::activeModalWidget()) {
+        return dialog;
+    }
+    const LApplication* application = LApplication::Current();
+    return application == nullptr ? nullptr : application->FrontWindow();
+}
+
+int RunModal(QDialog& dialog) {
+    const LApplication* application = LApplication::Current();
+    if (application != nullptr && application->IsQuitting()) {
+        return QDialog::Rejected;
+    }
+    return dialog.exec();
+}
+
+void DismissDialogs() {
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+        if (auto* dialog = qobject_cast<QDialog*>(widget); dialog != nullptr && dialog->isVisible()) {
+            dialog->reject();
+        }
+    }
+}

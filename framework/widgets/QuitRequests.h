@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QObject>
+#include <array>
+#include <csignal>
+
+class LApplication;
+class QSessionManager;
+
+// The ways in which the world outside the window asks the program to end: Qt's quit event, the end of the
+// desktop session, and the signals SIGTERM, SIGINT and SIGHUP. Each becomes a call of LApplication::DoQuit,
+// made in the event loop, while this object exists. A signal that was ignored from the start stays ignored.
+class QuitRequests : public QObject {
+  public:
+    explicit QuitRequests(LApplication& application);
+    ~QuitRequests() override;
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    static constexpr std::array<int, 3> kSignals = {SIGTERM, SIGINT, SIGHUP};
+
+    bool AskToQuit() noexcept;
+    void EndSession(QSessionManager& manager);
+    void ListenToSignals();
+
+    LApplication& mApplication;
+    std::array<int, 2> mSignalPipe = {-1, -1};
+    std::array<struct sigaction, kSignals.size()> mPreviousActions = {};
+};

@@ -1,0 +1,103 @@
+#include "framework/widgets/StandardAlert.h"
+
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+#include <array>
+
+#include "framework/widgets/ModalSession.h"
+
+namespace {
+
+QString TextFrom(ConstStringPtr string) {
+    return QString::fromStdString(TextOfPascal(string));
+}
+
+QMessageBox::Icon IconOf(AlertType type) {
+    switch (type) {
+        case kAlertStopAlert:
+            return QMessageBox::Critical;
+        case kAlertNoteAlert:
+            return QMessageBox::Information;
+        case kAlertCautionAlert:
+            return QMessageBox::Warning;
+        default:
+            return QMessageBox::NoIcon;
+    }
+}
+
+// Shows a text of the message box literally; the box's own setting reaches only some of its labels.
+QLabel* PlainLabel(QMessageBox& box, const char* name) {
+    auto* label = box.findChild<QLabel*>(name);
+    if (label != nullptr) {
+        label->setTextFormat(Qt::PlainText);
+    }
+    return label;
+}
+
+void SetTexts(QMessageBox& box, const QString& title, const QString& explanation) {
+    box.setText(title);
+    box.setInformativeText(explanation);
+    if (QLabel* label = PlainLabel(box, "qt_msgbox_label")) {
+        QFont font = label->font();
+        font.setBold(true);
+        label->setFont(font);
+    }
+    PlainLabel(box, "qt_msgbox_informativelabel");
+}
+
+// The box's buttons, at the index of the number that a hit on them reports.
+using Buttons = std::array<QAbstractButton*, 4>;
+
+Buttons AddButtons(QMessageBox& box, const AlertStdAlertParamRec& parameters) {
+    const auto add = [&box](ConstStringPtr text, QMessageBox::ButtonRole role) -> QAbstractButton* {
+        if (text == nullptr) {
+            return nullptr;
+        }
+        if (text == kAlertDefaultOKText) {
+            return box.addButton(QMessageBox::Ok);
+        }
+        if (text == kAlertDefaultCancelText) {
+            return box.addButton(QMessageBox::Cancel);
+        }
+        return box.addButton(TextFrom(text).replace('&', "&&"), role);
+    };
+    return {nullptr, add(parameters.defaultText, QMessageBox::AcceptRole),
+            add(parameters.cancelText, QMessageBox::RejectRole),
+            add(parameters.otherText, QMessageBox::ActionRole)};
+}
+
+QAbstractButton* ButtonAt(const Buttons& buttons, int16_t number) {
+    return number >= 0 && static_cast<std::size_t>(number) < buttons.size()
+               ? buttons[static_cast<std::size_t>(number)]
+               : nullptr;
+}
+
+}  // namespace
+
+int16_t StandardAlert(AlertType type, ConstStringPtr title, ConstStringPtr explanation,
+                      const AlertStdAlertParamRec* parameters, int16_t* outItemHit) {
+    const AlertStdAlertParamRec record = parameters != nullptr ? *parameters : AlertStdAlertParamRec();
+    QWidget* parent = ModalParent();
+    QMessageBox box(parent);
+    box.setIcon(IconOf(type));
+    if (parent != nullptr) {
+        box.setWindowTitle(parent->windowTitle());
+    }
+    SetTexts(box, TextFrom(title), TextFrom(explanation));
+    const Buttons buttons = AddButtons(box, record);
+    box.setDefaultButton(qobject_cast<QPushButton*>(ButtonAt(buttons, record.defaultButton)));
+    box.setEscapeButton(ButtonAt(buttons, record.cancelButton));
+
+    RunModal(box);
+    int16_t hit = record.cancelButton;
+    for (std::size_t number = 1; number < buttons.size(); ++number) {
+        if (buttons[number] != nullptr && box.clickedButton() == buttons[number]) {
+            hit = static_cast<int16_t>(number);
+        }
+    }
+    if (outItemHit != nullptr) {
+        *outItemHit = hit;
+    }
+    return 0;
+}

@@ -1,0 +1,18 @@
+#include "framework/widgets/UQDGlobals.h"
+
+#include <QApplication>
+#include <cerrno>
+
+void UQDGlobals::InitializeToolbox() {
+    if (QCoreApplication::instance() != nullptr) {
+        return;
+    }
+    // Qt keeps referring to these. The entry code passes no arguments on; the program's name is what window
+    // managers and screen readers know it by.
+    static int argumentCount = 1;
+    static char* arguments[] = {program_invocation_name, nullptr};
+    // Qt's own globals go away in an order of their own when the process ends, so this object outlives them.
+    static QApplication* application = new QApplication(argumentCount, arguments);
+    // Whether closing a window ends the program is for the chain of command to say.
+    application->setQuitOnLastWindowClosed(false);
+}

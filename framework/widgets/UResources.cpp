@@ -1,0 +1,54 @@
+#include "framework/widgets/UResources.h"
+
+#include <QFile>
+#include <QWidget>
+#include <cstdio>
+#include <string>
+
+#include "framework/widgets/LPane.h"
+#include "framework/widgets/LayoutLoader.h"
+
+namespace {
+
+std::filesystem::path& Folder() {
+    static std::filesystem::path folder;
+    return folder;
+}
+
+void FinishPane(QWidget* widget) {
+    if (auto* pane = dynamic_cast<LPane*>(widget)) {
+        pane->FinishCreate();
+    }
+}
+
+}  // namespace
+
+void UResources::UseFolder(const std::filesystem::path& folder) {
+    Folder() = folder;
+}
+
+std::unique_ptr<QWidget> UResources::LoadLayout(const char* kind, int32_t id) {
+    const std::string name = std::string(kind) + "-" + std::to_string(id) + ".ui";
+    if (Folder().empty()) {
+        std::fprintf(stderr, "Cannot load the layout %s: no resource folder has been named\n", name.c_str());
+        return nullptr;
+    }
+    QFile file(QString::fromStdString((Folder() / name).string()));
+    if (!file.open(QIODevice::ReadOnly)) {
+        std::fprintf(stderr, "Cannot open the layout %s: %s\n", qPrintable(file.fileName()),
+                     qPrintable(file.errorString()));
+        return nullptr;
+    }
+    LayoutLoader loader;
+    std::unique_ptr<QWidget> root(loader.load(&file));
+    if (root == nullptr) {
+        std::fprintf(stderr, "Cannot read the layout %s: %s\n", qPrintable(file.fileName()),
+                     qPrintable(loader.errorString().simplified()));
+        return nullptr;
+    }
+    FinishPane(root.get());
+    for (QWidget* widget : root->findChildren<QWidget*>()) {
+        FinishPane(widget);
+    }
+    return root;
+}

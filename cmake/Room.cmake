@@ -21,6 +21,17 @@ function(add_room name)
     set_project_warnings(${name})
 endfunction()
 
+# A program: one main file. Programs lie together in the build folder, where the bundle is too.
+#
+#   add_program(cardsim SOURCE main.cpp LINKS cardsim_commands)
+function(add_program name)
+    cmake_parse_arguments(PROGRAM "" "SOURCE" "LINKS" ${ARGN})
+    add_executable(${name} ${PROGRAM_SOURCE})
+    target_link_libraries(${name} PRIVATE ${PROGRAM_LINKS})
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
+    set_project_warnings(${name})
+endfunction()
+
 # The tests of one room: every .cpp in the current folder, one executable named <room>_tests.
 #
 #   add_room_tests(card LINKS card)

@@ -28,6 +28,10 @@ const std::string& constantText(CFStringRef string) {
 // it.
 std::filesystem::path gMainBundle;
 
+std::filesystem::path resourceFolder(CFBundleRef bundle) {
+    return *reinterpret_cast<const std::filesystem::path*>(bundle) / "Contents" / "Resources";
+}
+
 }  // namespace
 
 CFStringRef CFSTR(const char* text) {
@@ -40,8 +44,12 @@ CFBundleRef CFBundleGetMainBundle() {
     return gMainBundle.empty() ? nullptr : reinterpret_cast<CFBundleRef>(&gMainBundle);
 }
 
+CFURLRef CFBundleCopyResourcesDirectoryURL(CFBundleRef bundle) {
+    return CFObjects::addURL(resourceFolder(bundle));
+}
+
 CFArrayRef CFBundleCopyResourceURLsOfType(CFBundleRef bundle, CFStringRef type, CFStringRef subdirectory) {
-    auto folder = *reinterpret_cast<const std::filesystem::path*>(bundle) / "Contents" / "Resources";
+    auto folder = resourceFolder(bundle);
     if (subdirectory != nullptr) {
         folder /= constantText(subdirectory);
     }

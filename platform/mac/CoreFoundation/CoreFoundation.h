@@ -29,6 +29,9 @@ CFIndex CFGetRetainCount(CFTypeRef object);
 // The running application's bundle, or null when it has none.
 CFBundleRef CFBundleGetMainBundle();
 
+// The URL of the bundle's resource folder, whether or not it is there.
+CFURLRef CFBundleCopyResourcesDirectoryURL(CFBundleRef bundle);
+
 // The URLs of all resources of a type (their extension), in the order of their names. A null subdirectory
 // means the resource folder itself. Null when the bundle has no such folder.
 CFArrayRef CFBundleCopyResourceURLsOfType(CFBundleRef bundle, CFStringRef type, CFStringRef subdirectory);

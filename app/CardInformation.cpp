@@ -1,0 +1,140 @@
+// CUpdaterApp's view of a card: opening the chosen one, reading it, showing it, choosing its firmware.
+
+#include <cstdio>
+
+#include "app/Alert.h"
+#include "app/CUpdaterApp.h"
+#include "app/PaneIDs.h"
+#include "app/WindowText.h"
+#include "app/logic/CardIdentity.h"
+#include "app/logic/CardModel.h"
+#include "app/logic/CardTexts.h"
+#include "app/logic/CardValues.h"
+#include "app/logic/FirmwareFiles.h"
+#include "card/CardAccess.h"
+#include "card/Registers.h"
+#include "framework/core/LException.h"
+#include "framework/widgets/LPopupButton.h"
+#include "framework/widgets/LWindow.h"
+#include "framework/widgets/UModalAlerts.h"
+#include "hw/PromOperations.h"
+
+namespace {
+
+constexpr int32_t kCardUnreachableAlert = 130;
+
+uint16_t readLowHalf(uint32_t offsetBytes) {
+    return static_cast<uint16_t>(MacReadULONG(RegisterAt(offsetBytes)));
+}
+
+// Sets gbSwap to the order in which the byte-swap identification reads right; false when there is none.
+bool decideByteOrder() {
+    for (const uint8_t byteSwap : {uint8_t{1}, uint8_t{0}}) {
+        gbSwap = byteSwap;
+        if (readLowHalf(kByteSwapIDRegister) == kByteSwapID) {
+            return true;
+        }
+    }
+    return false;
+}
+
+}  // namespace
+
+void CUpdaterApp::UpdateCardInfo() {
+    auto* const popup = ThrowIfNil(dynamic_cast<LPopupButton*>(mMainWindow->FindPaneByID(kCardPopupPane)));
+    mFirmwareIsCurrent = false;
+    const int32_t item = popup->GetValue();
+    if (item == mCurrentCardItem) {
+        return;
+    }
+    uint16_t firmwareVersion = 0;
+    if (!OpenChosenCard(item) || !ReadCardRegisters(firmwareVersion) || !ReadCardIdentity()) {
+        DoQuit(kSaveOptionAsk);
+        return;
+    }
+    ChooseFirmwareForCard(static_cast<uint8_t>(firmwareVersion));
+}
+
+bool CUpdaterApp::OpenChosenCard(int32_t item) {
+    if (mCardConnection != 0) {
+        CloseCard(mCardConnection);
+        mCardConnection = 0;
+        gpRegisters = nullptr;
+    }
+    mCurrentCardItem = item;
+    void* base = nullptr;
+    uint32_t bytes = 0;
+    mCardConnection = OpenCard(item - 1, &base, &bytes, nullptr, nullptr);
+    if (mCardConnection == 0) {
+        UModalAlerts::Alert(kCardUnreachableAlert);
+        return false;
+    }
+    gpRegisters = static_cast<uint32_t*>(base);
+    return true;
+}
+
+bool CUpdaterApp::ReadCardRegisters(uint16_t& outFirmwareVersion) {
+    if (!decideByteOrder()) {
+        ShowAlert("Byte Swap Error", "Unable to properly read the Byte Swap ID!");
+        return false;
+    }
+    gusDeviceID = readLowHalf(kDeviceIDRegister);
+    if (!IsModelCode(gusDeviceID)) {
+        ShowAlert("Error", "Unable to properly read the VornMX/K40/DX8 Device ID!");
+        return false;
+    }
+    gusPCBRev = readLowHalf(kBoardRevisionRegister);
+    outFirmwareVersion = readLowHalf(kFirmwareVersionRegister);
+    const uint16_t firmwareDate = readLowHalf(kFirmwareDateRegister);
+    readLowHalf(kReservedRegister);
+
+    SetWindowItemText(mMainWindow, kModelPane, ModelName(gusDeviceID).c_str());
+    SetWindowItemText(mMainWindow, kBoardRevisionPane, BoardRevisionText(gusPCBRev).c_str());
+    SetWindowItemText(mMainWindow, kFirmwareVersionPane,
+                      FirmwareVersionText(ByteOrderLetter(gbSwap), outFirmwareVersion & 0xFF).c_str());
+    SetWindowItemText(mMainWindow, kFirmwareDatePane, FirmwareDateText(firmwareDate).c_str());
+    return true;
+}
+
+bool CUpdaterApp::ReadCardIdentity() {
+    if (GetSerialNumber(&gSerialNumber) != 0) {
+        gSerialNumber = 0;
+    }
+    const auto askForIdentity = [this] {
+        if (GetSerialNumberDialog()) {
+            return true;
+        }
+        std::fputs("GetSerialNumberDialog returned false\n", stderr);
+        return false;
+    };
+    if (IsBlankIdentity(gSerialNumber) && !askForIdentity()) {
+        return false;
+    }
+    while (!IsModelCode(IdentityModelCode(gSerialNumber))) {
+        ShowAlert("Error", "Unable to properly determine the Serial Number of the VornMX/K40/DX8!");
+        if (!askForIdentity()) {
+            return false;
+        }
+    }
+    if (IdentityModelCode(gSerialNumber) != gusDeviceID) {
+        ShowAlert("Error", "VornMX/K40/DX8 Serial Number does not match Device ID!");
+        return false;
+    }
+    SetWindowItemText(mMainWindow, kSerialNumberPane, SerialNumberText(gSerialNumber).c_str());
+    SetWindowItemText(mMainWindow, kManufactureDatePane, ManufactureDateText(gSerialNumber).c_str());
+    return true;
+}
+
+void CUpdaterApp::ChooseFirmwareForCard(uint8_t firmwareVersion) {
+    ChooseFirmware(gusDeviceID, gusPCBRev);
+    if (gNewFirmware == -1) {
+        ShowAlert("Error", "Unable to determine New Firmware Version!");
+        gusNewFirmwareRev = 0;
+        return;
+    }
+    std::fprintf(stderr, "Will use %s for firmware\n", gszResourcePaths[gNewFirmware]);
+    const char letter = FirmwareByteOrderLetter(gszResourceNames[gNewFirmware]);
+    SetWindowItemText(mMainWindow, kNewFirmwarePane, FirmwareVersionText(letter, gusNewFirmwareRev).c_str());
+    mFirmwareIsCurrent =
+        IsFirmwareCurrent(ByteOrderLetter(gbSwap), firmwareVersion, letter, gusNewFirmwareRev);
+}

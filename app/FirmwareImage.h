@@ -1,0 +1,28 @@
+#pragma once
+
+// A firmware image in memory, as the update run plays it.
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+
+struct FirmwareImage {
+    // The file's bytes, followed by a guard: see LoadFirmwareImage.
+    std::unique_ptr<uint8_t[]> bytes;
+    uint32_t size = 0;
+};
+
+// What kept an image from being loaded, in the words of the alert that reports it.
+struct FirmwareImageError {
+    const char* title;
+    const char* message;
+};
+
+// Reads a whole image file. Returns the image, or nothing with the error filled.
+//
+// The player ends by the image's own completion command and never looks at its length, so the bytes are
+// followed by a guard of unsupported commands, longer than the operands of any one command: a truncated image
+// ends there in an error instead of running into foreign memory.
+std::optional<FirmwareImage> LoadFirmwareImage(const char* path, FirmwareImageError& outError);

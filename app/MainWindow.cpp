@@ -1,0 +1,92 @@
+// CUpdaterApp's main window: the card popup, the controls' messages, and the look of each window state.
+
+#include <Carbon/MacTypes.h>
+
+#include "app/CUpdaterApp.h"
+#include "app/PaneIDs.h"
+#include "app/logic/FormatText.h"
+#include "card/CardAccess.h"
+#include "framework/core/LException.h"
+#include "framework/widgets/LPopupButton.h"
+#include "framework/widgets/LWindow.h"
+
+namespace {
+
+// When a pane is shown.
+struct StatePane {
+    PaneIDT pane;
+    WindowState shownIn;
+};
+
+constexpr StatePane kStatePanes[] = {
+    {kProgressText0Pane, kWindowUpdating},   {kProgressText1Pane, kWindowUpdating},
+    {kProgressBarPane, kWindowUpdating},     {kFinishedText0Pane, kWindowFinished},
+    {kFinishedText1Pane, kWindowFinished},   {kFinishedText2Pane, kWindowFinished},
+    {kPowerDownButtonPane, kWindowFinished}, {kIdleText0Pane, kWindowIdle},
+    {kIdleText1Pane, kWindowIdle},           {kIdleText2Pane, kWindowIdle},
+    {kCloseButtonPane, kWindowIdle},         {kUpdateButtonPane, kWindowIdle},
+};
+
+}  // namespace
+
+void CUpdaterApp::PopulateCardsPopup(LWindow* window) {
+    auto* const popup = ThrowIfNil(dynamic_cast<LPopupButton*>(window->FindPaneByID(kCardPopupPane)));
+    for (int32_t index = 0; index < mCardCount; ++index) {
+        const uint32_t connection = OpenCard(index, nullptr, nullptr, nullptr, nullptr);
+        if (connection == 0) {
+            continue;
+        }
+        char name[kCardTextBytes];
+        char location[kCardTextBytes];
+        if (GetCardInformation(connection, name, location) != 0) {
+            Str255 item;
+            CopyCStringToPascal(FormatText("%s in %s", name, location).c_str(), item);
+            popup->AppendMenu(item, true);
+        }
+        // The index, not the connection: the connections opened here stay open until the process ends, and
+        // have on every system this program has run on.
+        CloseCard(static_cast<uint32_t>(index));
+    }
+}
+
+void CUpdaterApp::ListenToMessage(MessageT message, void* /*parameter*/) {
+    switch (message) {
+        case kCardPopupPane:
+            UpdateCardInfo();
+            break;
+        case kCloseButtonPane:
+            DoQuit(kSaveOptionAsk);
+            break;
+        case kPowerDownButtonPane:
+            mPowerDownOnExit = true;
+            DoQuit(kSaveOptionAsk);
+            break;
+        case kUpdateButtonPane:
+            UpdateFirmware();
+            break;
+        default:
+            break;
+    }
+}
+
+void CUpdaterApp::UpdateWindowState() {
+    if (mWindowState >= kWindowIdle && mWindowState <= kWindowFinished) {
+        for (const auto& [paneID, shownIn] : kStatePanes) {
+            LPane* const pane = ThrowIfNil(mMainWindow->FindPaneByID(paneID));
+            if (mWindowState == shownIn) {
+                pane->Show();
+            } else {
+                pane->Hide();
+            }
+        }
+        LPane* const popup = ThrowIfNil(mMainWindow->FindPaneByID(kCardPopupPane));
+        if (mWindowState == kWindowIdle) {
+            popup->Enable();
+        } else {
+            popup->Disable();
+        }
+    }
+    // Callers go straight into long work, so the window must not wait for the event loop.
+    mMainWindow->Refresh();
+    mMainWindow->UpdatePort();
+}

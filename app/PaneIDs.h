@@ -1,0 +1,34 @@
+#pragma once
+
+// The main window's panes. A control sends its own pane ID as its message.
+
+#include "framework/core/FourCharCode.h"
+
+constexpr PaneIDT kCardPopupPane = FourCharCode("CRDS");
+constexpr PaneIDT kCloseButtonPane = FourCharCode("CLOS");
+constexpr PaneIDT kUpdateButtonPane = FourCharCode("UPDT");
+constexpr PaneIDT kPowerDownButtonPane = FourCharCode("POWR");
+
+// Instructions shown while idle.
+constexpr PaneIDT kIdleText0Pane = FourCharCode("ITX0");
+constexpr PaneIDT kIdleText1Pane = FourCharCode("ITX1");
+constexpr PaneIDT kIdleText2Pane = FourCharCode("ITX2");
+
+// Captions and bar shown while the firmware is written.
+constexpr PaneIDT kProgressText0Pane = FourCharCode("PTX0");
+constexpr PaneIDT kProgressText1Pane = FourCharCode("PTX1");
+constexpr PaneIDT kProgressBarPane = FourCharCode("PGRS");
+
+// Texts shown after a successful write.
+constexpr PaneIDT kFinishedText0Pane = FourCharCode("FTX0");
+constexpr PaneIDT kFinishedText1Pane = FourCharCode("FTX1");
+constexpr PaneIDT kFinishedText2Pane = FourCharCode("FTX2");
+
+// What the chosen card is and carries.
+constexpr PaneIDT kModelPane = FourCharCode("MODL");
+constexpr PaneIDT kBoardRevisionPane = FourCharCode("PCBR");
+constexpr PaneIDT kFirmwareVersionPane = FourCharCode("FWVR");
+constexpr PaneIDT kFirmwareDatePane = FourCharCode("FWDT");
+constexpr PaneIDT kSerialNumberPane = FourCharCode("SRNO");
+constexpr PaneIDT kManufactureDatePane = FourCharCode("MFDT");
+constexpr PaneIDT kNewFirmwarePane = FourCharCode("NFWR");

@@ -1,0 +1,47 @@
+#include "app/UpdaterMain.h"
+
+#include <CoreFoundation/CoreFoundation.h>
+
+#include "app/CUpdaterApp.h"
+#include "framework/core/LGrowZone.h"
+#include "framework/core/UEnvironment.h"
+#include "framework/widgets/UQDGlobals.h"
+#include "framework/widgets/UResources.h"
+
+namespace {
+
+constexpr int kMasterPointerBlocks = 3;
+constexpr int32_t kMemoryReserveBytes = 20000;
+constexpr int32_t kMaxPathBytes = 4096;
+
+// Layouts and alerts come from the bundle, wherever the program was started from.
+void useBundleResources() {
+    const CFBundleRef bundle = CFBundleGetMainBundle();
+    if (bundle == nullptr) {
+        return;
+    }
+    const CFURLRef folder = CFBundleCopyResourcesDirectoryURL(bundle);
+    char path[kMaxPathBytes];
+    if (CFURLGetFileSystemRepresentation(folder, 1, reinterpret_cast<uint8_t*>(path), sizeof path) != 0) {
+        UResources::UseFolder(path);
+    }
+    CFRelease(folder);
+}
+
+}  // namespace
+
+int UpdaterMain() {
+    InitializeHeap(kMasterPointerBlocks);
+    UQDGlobals::InitializeToolbox();
+    // Lives as long as the process.
+    static const LGrowZone* const reserve = new LGrowZone(kMemoryReserveBytes);
+    static_cast<void>(reserve);
+    useBundleResources();
+    {
+        CUpdaterApp application;
+        gpTheApp = &application;
+        application.Run();
+    }
+    gpTheApp = nullptr;
+    return 0;
+}

@@ -1,0 +1,41 @@
+// The updater on a simulated machine, which lives in the folder that the command line names.
+
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <exception>
+
+#include "app/UpdaterMain.h"
+#include "platform/ExecutableBundle.h"
+#include "simulator/MachineDirectory.h"
+#include "simulator/SimulatedHost.h"
+
+namespace {
+
+int runOn(const std::string& folder) {
+    const auto directory =
+        simulator::MachineDirectory::open(folder, simulator::MachineDirectory::OnOpening::powerUp);
+    int exitCode = 0;
+    {
+        simulator::SimulatedHost host(directory->machine(), BundleBesideExecutable());
+        InstallHost(&host);
+        exitCode = UpdaterMain();
+        InstallHost(nullptr);
+    }
+    directory->save();
+    return exitCode;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    CLI::App arguments("Updates the firmware of the cards in a simulated machine.");
+    std::string folder;
+    arguments.add_option("machine", folder, "The machine's folder, as cardsim makes it")->required();
+    CLI11_PARSE(arguments, argc, argv);
+    try {
+        return runOn(folder);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "vupdater-simulated: %s\n", error.what());
+        return 1;
+    }
+}

@@ -1,0 +1,205 @@
+// Everything that can go wrong is told in its own words, and leaves the window and the card as they were.
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <fstream>
+
+#include "simulator/DefaultMachine.h"
+#include "tests/whole/UpdaterSession.h"
+#include "xsvf/Assembler.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using Alert = UpdaterSession::Alert;
+using Alerts = std::vector<Alert>;
+
+const Alert noNewFirmware = {"Error", "Unable to determine New Firmware Version!"};
+const Alert noSuitableFirmware = {"Error", "Could not find suitable firmware for the selected card."};
+const Alert upToDate = {"Error", "The firmware on your card is already up to date!"};
+const Alert confirmation = {"Firmware Update Confirmation",
+                            "About to program your VornMX-B with Firmware Version 12"};
+const Alert failure = {
+    "EEPROM Programming Failure",
+    "Updating the Firmware on the VornMX/K40/DX8 FAILED!\nDo NOT turn off the power to your "
+    "computer before successfully updating the VornMX/K40/DX8 Firmware!"};
+
+Alert playerFailure(const char* title) {
+    return {title, "EEPROM Programming Failure!"};
+}
+
+constexpr const char* imageName = "VMBM12A.xsv";
+const std::vector<uint8_t> emptyProgram = {0x00};
+
+class Alerting : public testing::Test {
+  protected:
+    Alerting() {
+        simulator::addDefaultCards(machine);
+        machine.powerOn();
+    }
+
+    void TearDown() override { EXPECT_TRUE(machine.ledger().empty()); }
+
+    simulator::Machine machine;
+    TestBundle bundle;
+};
+
+TEST_F(Alerting, NoFittingImage) {
+    UpdaterSession session(machine, bundle);
+    session.run([&] {
+        EXPECT_EQ(session.text("MODL"), "VornMX-B");
+        session.click("UPDT");
+    });
+    EXPECT_EQ(session.alerts, (Alerts{noNewFirmware, noSuitableFirmware}));
+}
+
+TEST_F(Alerting, UpToDateCardIsWrittenOnlyAfterCancelAndConfirmation) {
+    bundle.addImage("VMBM10A.xsv", emptyProgram);
+    const Alert confirmTen = {"Firmware Update Confirmation",
+                              "About to program your VornMX-B with Firmware Version 10"};
+    UpdaterSession session(machine, bundle);
+    session.run([&] {
+        session.click("UPDT");
+        EXPECT_EQ(session.alerts, Alerts{upToDate});
+        session.alerts.clear();
+        session.cancelled = {upToDate.message, confirmTen.title};
+        const uint64_t accesses = machine.accesses();
+        session.click("UPDT");
+        EXPECT_EQ(session.alerts, (Alerts{upToDate, confirmTen}));
+        EXPECT_EQ(machine.accesses(), accesses);
+        session.alerts.clear();
+        session.cancelled = {upToDate.message};
+        session.click("UPDT");
+        EXPECT_EQ(session.alerts, (Alerts{upToDate, confirmTen}));
+        EXPECT_GT(machine.accesses(), accesses);
+        EXPECT_EQ(session.shownStatePanes(), "FTX0 FTX1 FTX2 POWR");
+    });
+}
+
+// Each case puts something else in the image's place while the updater runs.
+TEST_F(Alerting, ImageThatCannotBeLoaded) {
+    struct Case {
+        const char* message;
+        const char* title;
+        std::function<void(const fs::path&)> spoil;
+    };
+    int pipeEnds[2];
+    ASSERT_EQ(pipe(pipeEnds), 0);
+    const fs::path pipeFile = "/proc/self/fd/" + std::to_string(pipeEnds[0]);
+    const fs::path shortFile = "/sys/devices/system/cpu/online";  // says 4096 bytes and has a few
+    std::vector<Case> cases = {
+        {"Could not open the firmware file.", "Error", [](const fs::path&) {}},
+        {"Could not determine the size of the firmware file.", "Error",
+         [&](const fs::path& image) { fs::create_symlink(pipeFile, image); }},
+        {"Unable to get Firmware file size!", "Error", [](const fs::path& image) { std::ofstream{image}; }},
+        {"Unable to allocate enough RAM to load the Firmware!", "Out of Memory",
+         [](const fs::path& image) {
+             std::ofstream{image};
+             fs::resize_file(image, uint64_t{5} << 30);
+         }},
+        {"Unable to read the firmware file!", "Error",
+         [&](const fs::path& image) { fs::create_symlink(shortFile, image); }}};
+    for (const Case& c : cases) {
+        bundle.addImage(imageName, emptyProgram);
+        UpdaterSession session(machine, bundle);
+        session.run([&] {
+            fs::remove(bundle.resource(imageName));
+            c.spoil(bundle.resource(imageName));
+            session.click("UPDT");
+            EXPECT_EQ(session.shownStatePanes(), "ITX0 ITX1 ITX2 CLOS UPDT");
+        });
+        EXPECT_EQ(session.alerts, (Alerts{{c.title, c.message}}));
+        fs::remove(bundle.resource(imageName));
+    }
+    close(pipeEnds[0]);
+    close(pipeEnds[1]);
+}
+
+// Each image is refused by the player in its own way; the identity is in the card afterwards and a good image
+// works.
+TEST_F(Alerting, ImageThatFails) {
+    using Assembler = XsvfAssembler<std::vector<uint8_t>>;
+    struct Case {
+        const char* title;
+        std::function<void(Assembler&)> program;
+    };
+    const auto checkIdentification = [](Assembler& xsvf, uint64_t expected) {
+        xsvf.XSTATE(kTapRunTestIdle);
+        xsvf.XSIR(13, 0x1FDF);
+        xsvf.XSDRSIZE(33);
+        xsvf.XTDOMASK(0x01FFFFFFFF);
+        xsvf.XSDRTDO(0, expected);
+        xsvf.XCOMPLETE();
+    };
+    const Case cases[] = {
+        {"TDO Mismatch Error", [&](Assembler& xsvf) { checkIdentification(xsvf, 0x01EA06A128); }},
+        {"TDO Mismatch Error after max retries",
+         [&](Assembler& xsvf) {
+             xsvf.XREPEAT(3);
+             checkIdentification(xsvf, 0);
+         }},
+        {"Illegal Command Error", [](Assembler& xsvf) { xsvf.XREPEAT(0); }},
+        {"Illegal State Error", [](Assembler& xsvf) { xsvf.XSTATE(kTapPauseDR); }},
+        {"Data Overflow Error", [](Assembler& xsvf) { xsvf.XSDRSIZE(8001); }}};
+    for (const Case& c : cases) {
+        std::vector<uint8_t> image;
+        Assembler assembler(image);
+        c.program(assembler);
+        bundle.addImage(imageName, image);
+        UpdaterSession session(machine, bundle);
+        session.run([&] {
+            session.click("UPDT");
+            EXPECT_EQ(session.alerts, (Alerts{confirmation, playerFailure(c.title), failure}));
+            EXPECT_EQ(session.shownStatePanes(), "ITX0 ITX1 ITX2 CLOS UPDT");
+            EXPECT_EQ(machine.card(0).identity(), 0x21307015u);
+
+            bundle.addImage(imageName, emptyProgram);
+            session.click("UPDT");
+            EXPECT_EQ(session.shownStatePanes(), "FTX0 FTX1 FTX2 POWR");
+        });
+    }
+}
+
+// TDO falsified from some way before the end of an update: the writing, the reading or the comparing of the
+// identity fails, depending on how far the update has come.
+TEST_F(Alerting, IdentityThatCannotBeWrittenBack) {
+    bundle.addImage(imageName, emptyProgram);
+    constexpr uint32_t jtagInput = 0x108;
+    uint64_t loadsOfUpdate = 0;
+    {
+        UpdaterSession session(machine, bundle);
+        session.run([&] {
+            const uint64_t before = session.host.loads;
+            session.click("UPDT");
+            loadsOfUpdate = session.host.loads - before;
+        });
+    }
+    struct Case {
+        uint64_t lastTrueLoad;
+        uint32_t tdo;
+        Alert alert;
+    };
+    constexpr uint64_t loadsOfLastScan = 2000;
+    constexpr uint64_t loadsOfReadProgram = 30000;
+    const Case cases[] = {
+        {0, 0x00, {"Error", "Error writing Serial Number!"}},
+        {loadsOfUpdate - loadsOfReadProgram,
+         0x00,
+         {"Error 2", "Unable to read Serial Number from VornMX/K40!"}},
+        {loadsOfUpdate - loadsOfLastScan / 2, 0x80, {"Error", "Serial Number readback does not match!"}}};
+    for (const Case& c : cases) {
+        UpdaterSession session(machine, bundle);
+        session.run([&] {
+            const uint64_t from = session.host.loads + c.lastTrueLoad;
+            session.host.falsifyLoad = [&, from](uint32_t offset, uint32_t word) {
+                return offset == jtagInput && session.host.loads > from ? c.tdo : word;
+            };
+            session.click("UPDT");
+            EXPECT_EQ(session.shownStatePanes(), "ITX0 ITX1 ITX2 CLOS UPDT");
+        });
+        EXPECT_EQ(session.alerts, (Alerts{confirmation, c.alert, failure}));
+    }
+}
+
+}  // namespace

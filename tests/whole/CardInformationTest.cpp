@@ -1,0 +1,170 @@
+// Choosing a card: what the window shows, what ends the updater, and what the popup lists.
+
+#include <gtest/gtest.h>
+
+#include "framework/widgets/LApplication.h"
+#include "platform/LiveObjects.h"
+#include "simulator/DefaultMachine.h"
+#include "tests/whole/UpdaterSession.h"
+
+namespace {
+
+using Alert = UpdaterSession::Alert;
+using Alerts = std::vector<Alert>;
+
+class CardInformation : public testing::Test {
+  protected:
+    CardInformation() {
+        simulator::addDefaultCards(machine);
+        machine.powerOn();
+        for (const char* image : {"VMBM12A.xsv", "K40W07B.xsv", "DX8M05NC.xsv"}) {
+            bundle.addShippedImage(image);
+        }
+    }
+
+    void TearDown() override {
+        EXPECT_TRUE(machine.ledger().empty());
+        EXPECT_EQ(CountLiveObjects(), LiveObjects());
+    }
+
+    simulator::Machine machine;
+    TestBundle bundle;
+};
+
+std::vector<std::string> informationOf(const UpdaterSession& session) {
+    std::vector<std::string> texts;
+    for (const char* pane : {"MODL", "PCBR", "FWVR", "FWDT", "SRNO", "MFDT", "NFWR"}) {
+        texts.push_back(session.text(pane));
+    }
+    return texts;
+}
+
+TEST_F(CardInformation, EachCardShowsWhatItIsAndCarries) {
+    using Texts = std::vector<std::string>;
+    UpdaterSession session(machine, bundle);
+    session.run([&] {
+        EXPECT_EQ(session.cardItems().size(), 3u);
+        Texts first = informationOf(session);
+        EXPECT_EQ(first[0], "VornMX-B");
+        EXPECT_EQ(first[1], "A");
+        EXPECT_EQ(first[2], "M10");
+        EXPECT_EQ(first[4], "2103070021");
+        EXPECT_EQ(first[5], "Feb 12, 2003");
+        EXPECT_EQ(first[6], "M12");
+
+        session.pickCard(2);
+        Texts second = informationOf(session);
+        EXPECT_EQ(second[0], "Vorn K40");
+        EXPECT_EQ(second[1], "B");
+        EXPECT_EQ(second[2], "W7");
+        EXPECT_EQ(second[6], "W7");
+
+        // Choosing the open card again reads nothing.
+        const uint64_t accesses = machine.accesses();
+        session.pickOpenCardAgain();
+        EXPECT_EQ(machine.accesses(), accesses);
+
+        session.pickCard(3);
+        Texts third = informationOf(session);
+        EXPECT_EQ(third[0], "Vorn DX8");
+        EXPECT_EQ(third[1], "NC");
+        EXPECT_EQ(third[2], "W7");
+        EXPECT_EQ(third[6], "M5");
+        // The letters differ, so the older image is offered and not called up to date.
+        session.cancelled = {"Firmware Update Confirmation"};
+        session.click("UPDT");
+    });
+    EXPECT_EQ(
+        session.alerts,
+        (Alerts{{"Firmware Update Confirmation", "About to program your Vorn DX8 with Firmware Version 5"}}));
+    EXPECT_EQ(session.simulatedHost.liveMappings(), 0u);
+    // Filling the popup closes card indexes instead of connections, and so leaves one open per listed card.
+    EXPECT_EQ(session.simulatedHost.openConnections(), 3u);
+}
+
+TEST_F(CardInformation, CardsThatDoNotOpenOrAnswerShiftThePopup) {
+    UpdaterSession session(machine, bundle);
+    session.host.refusesInformation = {0};
+    session.run([&] {
+        EXPECT_EQ(session.cardItems().size(), 2u);
+        // The first item names the second card, and opens the first.
+        EXPECT_NE(session.cardItems()[0].find("K40"), std::string::npos);
+        EXPECT_EQ(session.text("MODL"), "VornMX-B");
+    });
+    EXPECT_EQ(session.alerts, Alerts());
+}
+
+TEST_F(CardInformation, EmptyPopupOnlyOffersTheWayOut) {
+    UpdaterSession session(machine, bundle);
+    session.host.refusesInformation = {0, 1, 2};
+    session.run([&] {
+        EXPECT_TRUE(session.cardItems().empty());
+        session.click("UPDT");
+        session.click("CLOS");
+    });
+    EXPECT_EQ(session.alerts, (Alerts{{"Error", "Could not find suitable firmware for the selected card."}}));
+}
+
+// Whatever is found wrong with a card ends the updater, after an alert or a line on standard error that says
+// why.
+TEST_F(CardInformation, FatalFindingsQuit) {
+    struct Case {
+        const char* what;
+        std::function<void(UpdaterSession&)> prepare;
+        Alerts alerts;
+        const char* standardError;
+    };
+    const auto falsify = [](uint32_t at, uint32_t value) {
+        return [at, value](UpdaterSession& session) {
+            session.host.falsifyLoad = [at, value](uint32_t offset, uint32_t word) {
+                return offset == at ? value : word;
+            };
+        };
+    };
+    const auto setIdentity = [this](uint32_t identity) {
+        return [this, identity](UpdaterSession&) { machine.card(0).cells().setUserCode(identity); };
+    };
+    const char* const cancelledEntry = "GetSerialNumberDialog returned false\n";
+    const Case cases[] = {
+        {"no byte order reads right",
+         falsify(0x000, 0xFFFFFFFF),
+         {{"Byte Swap Error", "Unable to properly read the Byte Swap ID!"}},
+         ""},
+        {"no such model",
+         falsify(0x008, 0x26),
+         {{"Error", "Unable to properly read the VornMX/K40/DX8 Device ID!"}},
+         ""},
+        {"TDO stuck low, so the identity cannot be read", falsify(0x108, 0), {}, cancelledEntry},
+        {"blank identity", setIdentity(0xFFFFFFFF), {}, cancelledEntry},
+        {"identity of no model",
+         setIdentity(0x11307015),
+         {{"Error", "Unable to properly determine the Serial Number of the VornMX/K40/DX8!"}},
+         cancelledEntry},
+        {"identity of another model",
+         setIdentity(0x23307015),
+         {{"Error", "VornMX/K40/DX8 Serial Number does not match Device ID!"}},
+         ""}};
+    for (const Case& c : cases) {
+        UpdaterSession session(machine, bundle);
+        c.prepare(session);
+        bool quitByItself = false;
+        session.run([&] { quitByItself = LApplication::Current()->IsQuitting(); });
+        EXPECT_TRUE(quitByItself) << c.what;
+        EXPECT_EQ(session.alerts, c.alerts) << c.what;
+        EXPECT_EQ(session.standardError, c.standardError) << c.what;
+        machine.card(0).cells().setUserCode(0x21307015);
+    }
+}
+
+TEST_F(CardInformation, CardThatVanishesAfterItWasListed) {
+    UpdaterSession session(machine, bundle);
+    session.run([&] {
+        session.host.refusesOpening = {1};
+        session.pickCard(2);
+        EXPECT_TRUE(LApplication::Current()->IsQuitting());
+    });
+    ASSERT_EQ(session.alerts.size(), 1u);
+    EXPECT_NE(session.alerts[0].message.find("card"), std::string::npos);
+}
+
+}  // namespace

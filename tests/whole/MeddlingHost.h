@@ -1,0 +1,80 @@
+#pragma once
+
+// A host between the updater and another one, which counts register accesses and can falsify what the updater
+// sees.
+
+#include <algorithm>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <set>
+#include <vector>
+
+#include "platform/Host.h"
+
+class MeddlingHost final : public Host {
+  public:
+    explicit MeddlingHost(Host& host) : host_(host) { InstallHost(this); }
+    ~MeddlingHost() override { InstallHost(nullptr); }
+
+    // Loads and stores so far.
+    uint64_t loads = 0;
+    uint64_t stores = 0;
+
+    // What a load returns, from its offset in the window and the true word; null leaves every word as it is.
+    std::function<uint32_t(uint32_t offset, uint32_t word)> falsifyLoad;
+
+    // Cards, by their index in the registry, that refuse to be opened or to describe themselves.
+    std::set<std::size_t> refusesOpening;
+    std::set<std::size_t> refusesInformation;
+
+    std::filesystem::path bundleDirectory() override { return host_.bundleDirectory(); }
+    std::vector<uint64_t> servicesOfClass(std::string_view className) override {
+        services_ = host_.servicesOfClass(className);
+        return services_;
+    }
+    std::optional<uint32_t> openService(uint64_t service) override {
+        const auto index = static_cast<std::size_t>(std::find(services_.begin(), services_.end(), service) -
+                                                    services_.begin());
+        if (refusesOpening.contains(index)) {
+            return std::nullopt;
+        }
+        const auto connection = host_.openService(service);
+        if (connection) {
+            cardOf_[*connection] = index;
+        }
+        return connection;
+    }
+    bool closeConnection(uint32_t connection) override { return host_.closeConnection(connection); }
+    std::optional<MappedRange> mapMemory(uint32_t connection, uint32_t memoryType) override {
+        const auto range = host_.mapMemory(connection, memoryType);
+        if (range) {
+            base_ = static_cast<const uint32_t*>(range->base);
+        }
+        return range;
+    }
+    std::optional<std::size_t> callMethod(uint32_t connection, uint32_t method,
+                                          std::span<uint8_t> reply) override {
+        if (refusesInformation.contains(cardOf_.at(connection))) {
+            return std::nullopt;
+        }
+        return host_.callMethod(connection, method, reply);
+    }
+    uint32_t loadWord(const uint32_t* address) override {
+        ++loads;
+        const uint32_t word = host_.loadWord(address);
+        return falsifyLoad ? falsifyLoad(static_cast<uint32_t>(address - base_) * 4, word) : word;
+    }
+    void storeWord(uint32_t* address, uint32_t word) override {
+        ++stores;
+        host_.storeWord(address, word);
+    }
+    std::vector<Process> processes() override { return host_.processes(); }
+    bool deliverShutDownEvent(uint64_t process) override { return host_.deliverShutDownEvent(process); }
+
+  private:
+    Host& host_;
+    std::vector<uint64_t> services_;
+    std::map<uint32_t, std::size_t> cardOf_;
+    const uint32_t* base_ = nullptr;
+};

@@ -1,0 +1,65 @@
+// Starting up: without cards, and with layouts that are not as they should be.
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <iterator>
+
+#include "platform/LiveObjects.h"
+#include "simulator/DefaultMachine.h"
+#include "tests/whole/UpdaterSession.h"
+
+namespace {
+
+class StartUp : public testing::Test {
+  protected:
+    // Replaces text in the main window's layout.
+    void editLayout(const std::string& from, const std::string& to) {
+        const auto file = bundle.resource("window-128.ui");
+        std::ifstream in(file);
+        std::string layout{std::istreambuf_iterator<char>(in), {}};
+        const auto at = layout.find(from);
+        ASSERT_NE(at, std::string::npos) << from;
+        std::ofstream(file) << layout.replace(at, from.size(), to);
+    }
+
+    simulator::Machine machine;
+    TestBundle bundle;
+};
+
+TEST_F(StartUp, WithoutCardsAnAlertIsAllThatShows) {
+    machine.powerOn();
+    UpdaterSession session(machine, bundle);
+    session.run([] { FAIL() << "there is no window to sit in front of"; });
+    ASSERT_EQ(session.alerts.size(), 1u);
+    EXPECT_FALSE(session.alerts[0].message.empty());
+    EXPECT_EQ(CountLiveObjects(), LiveObjects());
+}
+
+TEST_F(StartUp, LayoutWithoutAPaneIsReportedAndEndsTheUpdater) {
+    simulator::addDefaultCards(machine);
+    machine.powerOn();
+    for (const char* paneID : {"CRDS", "POWR", "PTX1", "FTX2"}) {
+        TestBundle fresh;
+        std::filesystem::copy(fresh.resource("window-128.ui"), bundle.resource("window-128.ui"),
+                              std::filesystem::copy_options::overwrite_existing);
+        editLayout(std::string("name=\"") + paneID + '"', "name=\"GONE\"");
+        UpdaterSession session(machine, bundle);
+        session.run();
+        EXPECT_NE(session.standardError.find("nilP"), std::string::npos) << paneID;
+        ASSERT_EQ(session.alerts.size(), 1u) << paneID;
+        EXPECT_NE((session.alerts[0].title + session.alerts[0].message).find("nilP"), std::string::npos);
+    }
+}
+
+TEST_F(StartUp, MissingLayoutIsReportedAndEndsTheUpdater) {
+    simulator::addDefaultCards(machine);
+    machine.powerOn();
+    std::filesystem::remove(bundle.resource("window-128.ui"));
+    UpdaterSession session(machine, bundle);
+    session.run([] { FAIL() << "there is no window to sit in front of"; });
+    EXPECT_NE(session.standardError.find("nilP"), std::string::npos);
+    EXPECT_EQ(session.alerts.size(), 1u);
+}
+
+}  // namespace

@@ -1,0 +1,144 @@
+// A card's firmware is updated from the window, down to the PROM's cells, and shows after the power cycle.
+
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QTest>
+#include <csignal>
+#include <fstream>
+#include <iterator>
+
+#include "app/logic/CardTexts.h"
+#include "hw/PromPrograms.h"
+#include "simulator/DefaultMachine.h"
+#include "tests/whole/ExpectedAccesses.h"
+#include "tests/whole/UpdaterSession.h"
+
+namespace {
+
+using Alerts = std::vector<UpdaterSession::Alert>;
+
+constexpr uint32_t identityOfVornMX = 0x21307015;
+
+const UpdaterSession::Alert confirmation = {"Firmware Update Confirmation",
+                                            "About to program your VornMX-B with Firmware Version 12"};
+
+std::vector<uint8_t> bytesOf(const std::filesystem::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+class Update : public testing::Test {
+  protected:
+    Update() {
+        simulator::addDefaultCards(machine);
+        machine.powerOn();
+        bundle.addShippedImage("VMBM12A.xsv");
+    }
+
+    simulator::Card& card() { return machine.card(0); }
+
+    simulator::Machine machine;
+    TestBundle bundle;
+};
+
+TEST_F(Update, WritesTheFirmwareAndShowsItAfterThePowerCycle) {
+    Accesses made;
+    std::vector<int> progress;
+    {
+        UpdaterSession session(machine, bundle);
+        session.onProgress = [&](int value) {
+            // The window's look and its ways out, halfway through the write.
+            if (value >= 500 && (progress.empty() || progress.back() < 500)) {
+                EXPECT_EQ(session.shownStatePanes(), "PTX0 PTX1 PGRS");
+                EXPECT_FALSE(session.isEnabled("CRDS"));
+                session.window()->close();
+                QTest::keyClick(session.window(), Qt::Key_Q, Qt::ControlModifier);
+                std::raise(SIGTERM);
+                QCoreApplication::processEvents();
+            }
+            progress.push_back(value);
+        };
+        session.run([&] {
+            EXPECT_EQ(session.shownStatePanes(), "ITX0 ITX1 ITX2 CLOS UPDT");
+            EXPECT_EQ(session.text("FWVR"), "M10");
+            EXPECT_EQ(session.text("NFWR"), "M12");
+            const Accesses before = {session.host.stores, session.host.loads};
+            session.click("UPDT");
+            made = {session.host.stores - before.stores, session.host.loads - before.loads};
+            EXPECT_EQ(session.shownStatePanes(), "FTX0 FTX1 FTX2 POWR");
+            EXPECT_FALSE(session.isEnabled("CRDS"));
+            // The card runs what it loaded at power-up until the power has been off.
+            EXPECT_EQ(card().running()->version, 10);
+            session.click("POWR");
+        });
+        EXPECT_EQ(session.alerts, Alerts{confirmation});
+        EXPECT_NE(session.standardError.find("/VMBM12A.xsv for firmware\n"), std::string::npos);
+        EXPECT_EQ(session.simulatedHost.liveMappings(), 0u);
+    }
+    EXPECT_FALSE(machine.isOn());
+    EXPECT_TRUE(machine.ledger().empty());
+    EXPECT_EQ(card().identity(), identityOfVornMX);
+
+    // The image, then the identity written, protected and read back; the read fails nine times on purpose.
+    const std::vector<uint8_t> image = bytesOf(bundle.resource("VMBM12A.xsv"));
+    Accesses expected = expectedAccesses(image);
+    const Accesses identityRuns[] = {expectedAccesses(kWriteProgram), expectedAccesses(kProtectProgram),
+                                     expectedAccesses(kReadProgram, 9)};
+    for (const Accesses& run : identityRuns) {
+        expected.stores += run.stores;
+        expected.loads += run.loads;
+    }
+    EXPECT_EQ(made.stores, expected.stores);
+    EXPECT_EQ(made.loads, expected.loads);
+
+    // One step per 3000 bytes, never backwards.
+    EXPECT_TRUE(std::is_sorted(progress.begin() + 1, progress.end()));
+    EXPECT_GT(progress.back(), 995);
+
+    machine.powerOn();
+    UpdaterSession session(machine, bundle);
+    session.run([&] {
+        EXPECT_EQ(session.text("FWVR"), "M12");
+        EXPECT_EQ(session.text("FWDT"), "Mar 17, 2006");
+        EXPECT_EQ(session.text("SRNO"), "2103070021");
+        session.click("UPDT");
+    });
+    EXPECT_EQ(session.alerts, (Alerts{{"Error", "The firmware on your card is already up to date!"}}));
+}
+
+TEST_F(Update, FailedWriteKeepsTheIdentityAndCanBeTriedAgain) {
+    std::vector<uint8_t> image = bytesOf(bundle.resource("VMBM12A.xsv"));
+    // Cut off while pages are being programmed.
+    const std::vector<uint8_t> truncated(image.begin(), image.begin() + 300000);
+    bundle.addImage("VMBM12A.xsv", truncated);
+
+    UpdaterSession session(machine, bundle);
+    session.run([&] {
+        session.click("UPDT");
+        EXPECT_EQ(session.shownStatePanes(), "ITX0 ITX1 ITX2 CLOS UPDT");
+        EXPECT_TRUE(session.isEnabled("CRDS"));
+        EXPECT_EQ(card().identity(), identityOfVornMX);
+        EXPECT_FALSE(card().acceptableConfiguration());
+
+        bundle.addImage("VMBM12A.xsv", image);
+        session.click("UPDT");
+        EXPECT_EQ(session.shownStatePanes(), "FTX0 FTX1 FTX2 POWR");
+    });
+    EXPECT_EQ(
+        session.alerts,
+        (Alerts{confirmation,
+                {"Illegal Command Error", "EEPROM Programming Failure!"},
+                {"EEPROM Programming Failure",
+                 "Updating the Firmware on the VornMX/K40/DX8 FAILED!\nDo NOT turn off the power to your "
+                 "computer before successfully updating the VornMX/K40/DX8 Firmware!"},
+                confirmation}));
+    // Quitting without the power-down leaves the machine on.
+    EXPECT_TRUE(machine.isOn());
+    ASSERT_TRUE(card().acceptableConfiguration());
+    EXPECT_EQ(card().acceptableConfiguration()->version, 12);
+    EXPECT_EQ(card().identity(), identityOfVornMX);
+    EXPECT_TRUE(machine.ledger().empty());
+}
+
+}  // namespace

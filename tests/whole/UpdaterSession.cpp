@@ -1,0 +1,181 @@
+#include "tests/whole/UpdaterSession.h"
+
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QComboBox>
+#include <QDialog>
+#include <QLabel>
+#include <QMainWindow>
+#include <QMessageBox>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+#include <algorithm>
+#include <fstream>
+
+#include <gtest/gtest.h>
+
+#include "app/UpdaterMain.h"
+#include "app/logic/FirmwareFiles.h"
+#include "framework/widgets/LApplication.h"
+
+namespace fs = std::filesystem;
+
+TestBundle::TestBundle() {
+    fs::create_directories(directory_.path() / "Contents/Resources");
+    for (const auto& entry : fs::directory_iterator(BUNDLE_RESOURCES)) {
+        if (entry.path().extension() == ".ui") {
+            fs::copy(entry.path(), resource(entry.path().filename()));
+        }
+    }
+}
+
+fs::path TestBundle::resource(const std::string& name) const {
+    return directory_.path() / "Contents/Resources" / name;
+}
+
+void TestBundle::addShippedImage(const std::string& name) {
+    fs::copy(fs::path(BUNDLE_RESOURCES) / name, resource(name), fs::copy_options::overwrite_existing);
+}
+
+void TestBundle::addImage(const std::string& name, const std::vector<uint8_t>& bytes) {
+    std::ofstream(resource(name), std::ios::binary)
+        .write(reinterpret_cast<const char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+}
+
+UpdaterSession::UpdaterSession(simulator::Machine& machine, const TestBundle& bundle)
+    : simulatedHost(machine, bundle.path()), host(simulatedHost) {
+    // As in a fresh process.
+    gNewFirmware = -1;
+    qApp->installEventFilter(this);
+}
+
+UpdaterSession::~UpdaterSession() {
+    qApp->removeEventFilter(this);
+}
+
+void UpdaterSession::run(const std::function<void()>& script) {
+    testing::internal::CaptureStderr();
+    QTimer::singleShot(0, this, [this, &script] {
+        // Posted before start-up, this is delivered before the popup's first broadcast, which comes now.
+        QCoreApplication::sendPostedEvents();
+        if (window() != nullptr) {
+            if (auto* const bar = qobject_cast<QProgressBar*>(pane("PGRS"))) {
+                connect(bar, &QProgressBar::valueChanged, this, [this](int value) {
+                    if (onProgress) {
+                        onProgress(value);
+                    }
+                });
+            }
+            script();
+        }
+        if (LApplication::Current() != nullptr) {
+            LApplication::Current()->DoQuit();
+        }
+    });
+    UpdaterMain();
+    standardError = testing::internal::GetCapturedStderr();
+}
+
+QWidget* UpdaterSession::window() const {
+    for (QWidget* const widget : QApplication::topLevelWidgets()) {
+        if (qobject_cast<QMainWindow*>(widget) != nullptr) {
+            return widget;
+        }
+    }
+    return nullptr;
+}
+
+QWidget* UpdaterSession::pane(const char* paneID) const {
+    return window() == nullptr ? nullptr : window()->findChild<QWidget*>(paneID);
+}
+
+std::string UpdaterSession::text(const char* paneID) const {
+    return dynamic_cast<QLabel&>(*pane(paneID)).text().toStdString();
+}
+
+bool UpdaterSession::isShown(const char* paneID) const {
+    return pane(paneID)->isVisible();
+}
+
+bool UpdaterSession::isEnabled(const char* paneID) const {
+    return pane(paneID)->isEnabled();
+}
+
+std::string UpdaterSession::shownStatePanes() const {
+    std::string shown;
+    for (const char* paneID :
+         {"PTX0", "PTX1", "PGRS", "FTX0", "FTX1", "FTX2", "POWR", "ITX0", "ITX1", "ITX2", "CLOS", "UPDT"}) {
+        if (isShown(paneID)) {
+            shown += std::string(shown.empty() ? "" : " ") + paneID;
+        }
+    }
+    return shown;
+}
+
+void UpdaterSession::click(const char* paneID) {
+    QTest::mouseClick(pane(paneID), Qt::LeftButton);
+}
+
+void UpdaterSession::pickCard(int item) {
+    auto& popup = dynamic_cast<QComboBox&>(*pane("CRDS"));
+    popup.setFocus();
+    while (popup.currentIndex() != item - 1) {
+        const int before = popup.currentIndex();
+        QTest::keyClick(&popup, popup.currentIndex() < item - 1 ? Qt::Key_Down : Qt::Key_Up);
+        ASSERT_NE(popup.currentIndex(), before);
+    }
+}
+
+void UpdaterSession::pickOpenCardAgain() {
+    auto& popup = dynamic_cast<QComboBox&>(*pane("CRDS"));
+    popup.showPopup();
+    QTest::keyClick(popup.view(), Qt::Key_Return);
+}
+
+std::vector<std::string> UpdaterSession::cardItems() const {
+    const auto& popup = dynamic_cast<QComboBox&>(*pane("CRDS"));
+    std::vector<std::string> items;
+    for (int i = 0; i < popup.count(); ++i) {
+        items.push_back(popup.itemText(i).toStdString());
+    }
+    return items;
+}
+
+bool UpdaterSession::eventFilter(QObject* watched, QEvent* event) {
+    auto* const dialog = qobject_cast<QDialog*>(watched);
+    if (event->type() == QEvent::Show && dialog != nullptr && dialog->isModal()) {
+        // After the alert has entered its own event loop.
+        QTimer::singleShot(0, dialog, [this, dialog] { answer(dialog); });
+    }
+    return false;
+}
+
+void UpdaterSession::answer(QWidget* dialog) {
+    Alert alert;
+    if (const auto* const box = qobject_cast<QMessageBox*>(dialog)) {
+        alert = {box->text().toStdString(), box->informativeText().toStdString()};
+    } else {
+        alert.title = dialog->windowTitle().toStdString();
+        for (const QLabel* const label : dialog->findChildren<QLabel*>()) {
+            alert.message += label->text().toStdString();
+        }
+    }
+    alerts.push_back(alert);
+    const bool cancels = std::any_of(cancelled.begin(), cancelled.end(), [&alert](const std::string& text) {
+        return text == alert.title || text == alert.message;
+    });
+    if (cancels) {
+        QTest::keyClick(dialog, Qt::Key_Escape);
+        return;
+    }
+    for (QPushButton* const button : dialog->findChildren<QPushButton*>()) {
+        if (button->isDefault()) {
+            QTest::mouseClick(button, Qt::LeftButton);
+            return;
+        }
+    }
+    ADD_FAILURE() << "an alert without a default button: " << alert;
+    QTest::keyClick(dialog, Qt::Key_Escape);
+}

@@ -1,0 +1,86 @@
+#pragma once
+
+// One run of the updater in this process, on a simulated machine, with somebody in front of its window.
+
+#include <QEvent>
+#include <QObject>
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "simulator/Machine.h"
+#include "simulator/SimulatedHost.h"
+#include "tests/support/TemporaryDirectory.h"
+#include "tests/whole/MeddlingHost.h"
+
+class QWidget;
+
+// A bundle of its own: the real layouts, and whatever firmware images a test puts in.
+class TestBundle {
+  public:
+    TestBundle();
+
+    const std::filesystem::path& path() const { return directory_.path(); }
+    std::filesystem::path resource(const std::string& name) const;
+
+    // Puts in one of the images that ship, or one made of the bytes given.
+    void addShippedImage(const std::string& name);
+    void addImage(const std::string& name, const std::vector<uint8_t>& bytes);
+
+  private:
+    TemporaryDirectory directory_;
+};
+
+class UpdaterSession : public QObject {
+  public:
+    // An alert as it was shown.
+    struct Alert {
+        std::string title;
+        std::string message;
+        bool operator==(const Alert&) const = default;
+        friend std::ostream& operator<<(std::ostream& out, const Alert& alert) {
+            return out << '"' << alert.title << "\" / \"" << alert.message << '"';
+        }
+    };
+
+    UpdaterSession(simulator::Machine& machine, const TestBundle& bundle);
+    ~UpdaterSession() override;
+
+    // Starts the updater, has the script sit in front of its window once the first card has been shown, and
+    // ends the updater if the script has not. Alerts are answered with their default button as they come,
+    // save those whose titles or messages are listed in cancelled.
+    void run(const std::function<void()>& script = [] {});
+    std::vector<std::string> cancelled;
+
+    // What has been shown so far, and what came out on standard error during run.
+    std::vector<Alert> alerts;
+    std::string standardError;
+
+    // Called from the event loop whenever the progress bar's value changes.
+    std::function<void(int value)> onProgress;
+
+    // The window's panes, by ID. text and isShown need the pane to be there.
+    QWidget* window() const;
+    QWidget* pane(const char* paneID) const;
+    std::string text(const char* paneID) const;
+    bool isShown(const char* paneID) const;
+    bool isEnabled(const char* paneID) const;
+    // Which of the window's state panes are shown, in one string.
+    std::string shownStatePanes() const;
+
+    void click(const char* paneID);
+    // Picks an item (1-based) of the card popup with the keyboard.
+    void pickCard(int item);
+    void pickOpenCardAgain();
+    std::vector<std::string> cardItems() const;
+
+    simulator::SimulatedHost simulatedHost;
+    MeddlingHost host;
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    void answer(QWidget* dialog);
+};

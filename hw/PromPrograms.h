@@ -2,9 +2,9 @@
 
 // The XSVF programs that read, write and protect the identity in a card's configuration PROM.
 //
-// The chain is TDI, PROM, FPGA, TDO. Every instruction is 13 bits, the PROM's 8 above the FPGA's 5, which stay
-// at bypass; every data shift is one bit longer than the PROM's register, and its bit 0 is the FPGA's bypass
-// register, which captures 0.
+// The chain is TDI, PROM, FPGA, TDO. Every instruction is 13 bits, the PROM's 8 above the FPGA's 5, which
+// stay at bypass; every data shift is one bit longer than the PROM's register, and its bit 0 is the FPGA's
+// bypass register, which captures 0.
 
 #include <array>
 #include <cstddef>
@@ -26,8 +26,8 @@ constexpr uint16_t kPromControlRead = 0x1C5F;
 extern const std::array<uint8_t, 169> kProtectProgram;
 
 // Captures the user code in a comparison that no working chain can pass: command kReadUserCodeCommand expects
-// the FPGA's bypass bit as 1. A run that stops there, with a kUserCodeBytes long expected value, holds the user
-// code in its captured value, bit 0 being the bypass bit.
+// the FPGA's bypass bit as 1. A run that stops there, with a kUserCodeBytes long expected value, holds the
+// user code in its captured value, bit 0 being the bypass bit.
 extern const std::array<uint8_t, 104> kReadProgram;
 constexpr int32_t kReadUserCodeCommand = 20;
 constexpr int16_t kUserCodeBytes = 5;

@@ -12,12 +12,15 @@
 
 #include "xsvf/Format.h"
 
-// A data register value, given as a number or as bytes, most significant first. It is written with as many
-// bytes as the data size in force needs; missing high bytes are 0, surplus ones are dropped.
+// A data register value, given as a number or as bytes, most significant first, which must stay alive until
+// it has been written. It is written with as many bytes as the data size in force needs; missing high bytes
+// are 0, surplus ones are dropped.
 class XsvfValue {
   public:
     constexpr XsvfValue(uint64_t number) : mNumber(number) {}
     constexpr XsvfValue(std::span<const uint8_t> bytes) : mBytes(bytes) {}
+    template <std::size_t kBytes>
+    constexpr XsvfValue(const std::array<uint8_t, kBytes>& bytes) : mBytes(bytes) {}
 
     // Position 0 is the least significant byte.
     constexpr uint8_t byteAt(std::size_t position) const {

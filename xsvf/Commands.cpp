@@ -42,7 +42,8 @@ int32_t shiftCompared(tagSXsvfInfo* info) {
 }
 
 // The B and C forms leave the scan open for the next part of a long bit string; the E forms close it.
-int32_t shiftPart(tagSXsvfInfo* info, XsvfOpcode closingForm, var_len_byte* captured, var_len_byte* expected) {
+int32_t shiftPart(tagSXsvfInfo* info, XsvfOpcode closingForm, var_len_byte* captured,
+                  var_len_byte* expected) {
     const uint8_t endState = opcodeIs(info, closingForm) ? info->ucDrEndState : kTapShiftDR;
     return xsvfBasicXSDRTDO(&info->ucCurrentState, info->lDrBits, info->sDrBytes, &info->lvShiftIn, captured,
                             expected, nullptr, endState, 0, 0);
@@ -69,7 +70,8 @@ int32_t shiftSteps(tagSXsvfInfo* info) {
     int32_t error = kXsvfNoError;
     for (uint8_t steps = readOperandByte(); steps > 0 && error == kXsvfNoError; --steps) {
         readVal(&info->lvNextDataBits, stepBytes);
-        xsvfDoSDRMasking(&info->lvShiftIn, &info->lvNextDataBits, &info->lvIncrementMask, &info->lvDataFieldMask);
+        xsvfDoSDRMasking(&info->lvShiftIn, &info->lvNextDataBits, &info->lvIncrementMask,
+                         &info->lvDataFieldMask);
         error = shiftCompared(info);
     }
     return error;
@@ -123,8 +125,8 @@ int32_t xsvfDoXSIR(tagSXsvfInfo* info) {
         return report(info, kXsvfDataOverflow);
     }
     readVal(&info->lvShiftIn, bytes);
-    return report(info, xsvfShift(&info->ucCurrentState, kTapShiftIR, bits, &info->lvShiftIn, nullptr, nullptr,
-                                  nullptr, info->ucIrEndState, info->lWaitMicroseconds, 0));
+    return report(info, xsvfShift(&info->ucCurrentState, kTapShiftIR, bits, &info->lvShiftIn, nullptr,
+                                  nullptr, nullptr, info->ucIrEndState, info->lWaitMicroseconds, 0));
 }
 
 int32_t xsvfDoXSDR(tagSXsvfInfo* info) {
@@ -149,9 +151,10 @@ int32_t xsvfDoXSDRSIZE(tagSXsvfInfo* info) {
 }
 
 int32_t xsvfDoXSDRTDO(tagSXsvfInfo* info) {
-    return report(info, xsvfBasicXSDRTDO(&info->ucCurrentState, info->lDrBits, info->sDrBytes, &info->lvShiftIn,
-                                         &info->lvCaptured, &info->lvExpected, &info->lvCompareMask,
-                                         info->ucDrEndState, info->lWaitMicroseconds, info->ucRetryLimit));
+    return report(
+        info, xsvfBasicXSDRTDO(&info->ucCurrentState, info->lDrBits, info->sDrBytes, &info->lvShiftIn,
+                               &info->lvCaptured, &info->lvExpected, &info->lvCompareMask, info->ucDrEndState,
+                               info->lWaitMicroseconds, info->ucRetryLimit));
 }
 
 int32_t xsvfDoXSETSDRMASKS(tagSXsvfInfo* info) {

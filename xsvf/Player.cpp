@@ -35,7 +35,8 @@ int32_t xsvfInitialize(tagSXsvfInfo* info) {
 int32_t xsvfRun(tagSXsvfInfo* info) {
     readByte(&info->ucOpcode);
     ++info->lCommandsRead;
-    const XsvfHandler handler = info->ucOpcode < kXsvfOpcodes ? xsvf_pfDoCmd[info->ucOpcode] : xsvfDoIllegalCmd;
+    const XsvfHandler handler =
+        info->ucOpcode < kXsvfOpcodes ? xsvf_pfDoCmd[info->ucOpcode] : xsvfDoIllegalCmd;
     handler(info);
     return info->iResult;
 }

@@ -7,8 +7,8 @@
 #include "xsvf/StateRecord.h"
 
 // Plays a whole image of `length` bytes. The outcome is in the record: iResult is 0 or the error (XsvfError)
-// at which the run stopped. The registers are the addresses of the card's JTAG output and input registers; the
-// record, the image and the registers stay the caller's. Allocates nothing.
+// at which the run stopped. The registers are the addresses of the card's JTAG output and input registers;
+// the record, the image and the registers stay the caller's. Allocates nothing.
 //
 // An image has to reach XCOMPLETE or an error before its last byte: the length does not end a run.
 void DoXsvf(tagSXsvfInfo* info, uint8_t* image, uint32_t length, uint32_t* outputRegister,

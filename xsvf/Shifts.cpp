@@ -7,7 +7,8 @@
 
 namespace {
 
-void trace(int32_t aboveLevel, const var_len_byte* first, const var_len_byte* second, const var_len_byte* third) {
+void trace(int32_t aboveLevel, const var_len_byte* first, const var_len_byte* second,
+           const var_len_byte* third) {
     if (xsvf_iDebugLevel > aboveLevel) {
         xsvfPrintLenVal(first);
         xsvfPrintLenVal(second);
@@ -60,16 +61,17 @@ void xsvfShiftOnly(int32_t bits, const var_len_byte* in, var_len_byte* captured)
     }
 }
 
-int32_t xsvfShift(uint8_t* state, uint8_t startState, int32_t bits, const var_len_byte* in, var_len_byte* captured,
-                  const var_len_byte* expected, const var_len_byte* mask, uint8_t endState,
-                  int32_t waitMicroseconds, uint8_t retryLimit) {
+int32_t xsvfShift(uint8_t* state, uint8_t startState, int32_t bits, const var_len_byte* in,
+                  var_len_byte* captured, const var_len_byte* expected, const var_len_byte* mask,
+                  uint8_t endState, int32_t waitMicroseconds, uint8_t retryLimit) {
     if (bits == 0) {
         waitInIdle(state, waitMicroseconds);
         return kXsvfNoError;
     }
     trace(kTraceShifts, in, expected, mask);
 
-    uint8_t attempt = 0;  // with a limit of 255 it comes round to 0, and the failure counts as one without retries
+    uint8_t attempt =
+        0;  // with a limit of 255 it comes round to 0, and the failure counts as one without retries
     bool mismatch = false;
     bool again = false;
     do {
@@ -105,9 +107,9 @@ int32_t xsvfShift(uint8_t* state, uint8_t startState, int32_t bits, const var_le
     return retryLimit != 0 && attempt > retryLimit ? kXsvfMaxRetries : kXsvfTdoMismatch;
 }
 
-int32_t xsvfBasicXSDRTDO(uint8_t* state, int32_t bits, int16_t bytes, var_len_byte* in, var_len_byte* captured,
-                         var_len_byte* expected, const var_len_byte* mask, uint8_t endState,
-                         int32_t waitMicroseconds, uint8_t retryLimit) {
+int32_t xsvfBasicXSDRTDO(uint8_t* state, int32_t bits, int16_t bytes, var_len_byte* in,
+                         var_len_byte* captured, var_len_byte* expected, const var_len_byte* mask,
+                         uint8_t endState, int32_t waitMicroseconds, uint8_t retryLimit) {
     readVal(in, bytes);
     if (expected != nullptr) {
         readVal(expected, bytes);

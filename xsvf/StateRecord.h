@@ -21,13 +21,13 @@ struct tagSXsvfInfo {
     int32_t lWaitMicroseconds = 0;  // in Run-Test/Idle after each shift
     int32_t lDrBits = 0;
     int16_t sDrBytes = 0;
-    var_len_byte lvShiftIn;         // TDI, and scratch for the 4-byte operands
-    var_len_byte lvExpected;        // TDO that a compared shift must yield
-    var_len_byte lvCaptured;        // TDO of the last captured shift
-    var_len_byte lvCompareMask;     // 1 = compare
-    var_len_byte lvIncrementMask;   // added to lvShiftIn before each XSDRINC step
-    var_len_byte lvDataFieldMask;   // bits of lvShiftIn that take new data in an XSDRINC step
-    var_len_byte lvNextDataBits;    // that data
+    var_len_byte lvShiftIn;        // TDI, and scratch for the 4-byte operands
+    var_len_byte lvExpected;       // TDO that a compared shift must yield
+    var_len_byte lvCaptured;       // TDO of the last captured shift
+    var_len_byte lvCompareMask;    // 1 = compare
+    var_len_byte lvIncrementMask;  // added to lvShiftIn before each XSDRINC step
+    var_len_byte lvDataFieldMask;  // bits of lvShiftIn that take new data in an XSDRINC step
+    var_len_byte lvNextDataBits;   // that data
 };
 
 // Sets the scalar fields to the values that a run starts with, leaves the values alone, and returns 0.

@@ -7,6 +7,7 @@
 // Set by the caller before a run.
 extern int32_t xsvf_iDebugLevel;
 
-// Above the first level, the values of a final mismatch; above the second, those of every shift, retry and mask.
+// Above the first level, the values of a final mismatch; above the second, those of every shift, retry and
+// mask.
 constexpr int32_t kTraceMismatches = 0;
 constexpr int32_t kTraceShifts = 3;

@@ -1,0 +1,82 @@
+#include "hw/JtagPort.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/hw/ScriptedCard.h"
+#include "xsvf/JtagPort.h"
+
+namespace {
+
+using Accesses = std::vector<FakeHost::Access>;
+
+// A word written to the output register, and the reads that give it time.
+void addWord(Accesses& accesses, uint32_t word, std::size_t reads) {
+    accesses.push_back({true, 0x100, word});
+    accesses.insert(accesses.end(), reads, {false, 0x100, word});
+}
+
+class JtagPort : public testing::Test {
+  protected:
+    JtagPort() {
+        openPort(image.data(), 6000, RegisterAt(0x100), RegisterAt(0x108));
+        card.accesses.clear();
+    }
+    void TearDown() override { EXPECT_EQ(card.accesses, expected); }
+
+    ScriptedCard card;
+    Accesses expected;
+    std::vector<uint8_t> image = std::vector<uint8_t>(6000, 0);
+};
+
+TEST_F(JtagPort, showsSignalsWithTheNextClockLevel) {
+    for (const auto& [port, level] : {std::pair{1, 1}, {2, -7}, {2, 0}, {3, 1}, {-1, 1}}) {
+        setPort(static_cast<int16_t>(port), static_cast<int16_t>(level));
+    }
+    EXPECT_TRUE(card.accesses.empty());
+    pulseClock();
+    setPort(2, 256);
+    setPort(0, 256);
+    for (const uint32_t word : {0x28U, 0x68U, 0x28U, 0x78U}) {
+        addWord(expected, word, 15);
+    }
+}
+
+TEST_F(JtagPort, samplesWithOneReadAndWaitsWithThreePerMicrosecond) {
+    for (const auto& [word, bit] : {std::pair{0x80U, 1}, {0xFFFFFFFFU, 1}, {0x7FU, 0}, {0xFFFFFF7FU, 0}}) {
+        card.window[0x108 / 4] = word;
+        EXPECT_EQ(readTDOBit(), bit);
+        expected.push_back({false, 0x108, word});
+    }
+    for (const int32_t microseconds : {0, -5, INT32_MIN, 1, 14000}) {
+        waitTime(microseconds);
+    }
+    expected.insert(expected.end(), 3 + 42000, {false, 0x100, 0x08});
+}
+
+TEST_F(JtagPort, letsTheApplicationWorkBetweenBytes) {
+    const std::tuple<uint32_t, const char*, uint32_t> cases[] = {
+        {999, "", 0x08},
+        {1000, "event ", 0x08},
+        {3000, "event event event 3000 ", 0},
+        {6000, "event event event 3000 event event event 6000 ", 0x08}};
+    for (const auto& [bytes, asked, shadow] : cases) {
+        for (uint8_t byte = 0; gulCurrentOffset < bytes;) {
+            readByte(&byte);
+        }
+        EXPECT_EQ(card.asked, asked);
+        EXPECT_EQ(gulControlReg, shadow);
+    }
+}
+
+TEST_F(JtagPort, runsFromIdleWordToIdleWord) {
+    tagSXsvfInfo info;
+    PlayOnCard(&info, image.data(), 1);
+    addWord(expected, 0x08, 0);
+    for (int word = 0; word < 15; ++word) {
+        addWord(expected, word % 3 == 1 ? 0x68 : 0x28, 15);
+    }
+    addWord(expected, 0x08, 0);
+    EXPECT_EQ(gulControlReg, 0x28U);
+}
+
+}  // namespace

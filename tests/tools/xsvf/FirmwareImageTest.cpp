@@ -1,0 +1,46 @@
+#include "tools/xsvf/FirmwareImage.h"
+
+#include <gtest/gtest.h>
+
+#include "card/Registers.h"
+#include "hw/ApplicationHooks.h"
+#include "hw/JtagPort.h"
+#include "simulator/SimulatedHost.h"
+
+uint32_t gSerialNumber = 0;
+void AllowNextEvent() {}
+void UpdateProgressBar(uint32_t) {}
+bool ShowAlert(const char*, const char*) {
+    return true;
+}
+
+namespace {
+
+TEST(FirmwareImage, replacesWhatAPromHoldsAndComparesIt) {
+    const auto before = simulator::encodeConfiguration({0x21, 1, 'M', 10, 0x5C1F});
+    const auto after = simulator::encodeConfiguration({0x21, 1, 'W', 12, 0x6311});
+    auto image = tools::makeFirmwareImage(std::span<const uint8_t, simulator::kPromBytes>(after));
+    EXPECT_LT(image.size(), 1'100'000U);
+    for (const bool otherExpectation : {false, true}) {
+        simulator::Machine machine;
+        simulator::Card& card = machine.addCard({"Card", "Slot", 0x21, 1}, {before, 0x21307015, 0});
+        machine.powerOn();
+        simulator::SimulatedHost host(machine, {});
+        InstallHost(&host);
+        const auto connection = host.openService(host.servicesOfClass(host.kServiceClass).at(0));
+        gpRegisters = static_cast<uint32_t*>(host.mapMemory(connection.value(), 0).value().base);
+
+        image[image.size() - 300] ^= otherExpectation ? 1 : 0;  // in the last page
+        tagSXsvfInfo info;
+        PlayOnCard(&info, image.data(), static_cast<uint32_t>(image.size()));
+        InstallHost(nullptr);
+        EXPECT_EQ(info.iResult, otherExpectation ? kXsvfMaxRetries : kXsvfNoError);
+        const auto pages = card.cells().pages();
+        EXPECT_TRUE(std::equal(after.begin(), after.end(), pages.begin(), pages.end()));
+        EXPECT_EQ(card.chain().prom().state().programmingMode, otherExpectation);
+        EXPECT_TRUE(machine.ledger().empty());
+        EXPECT_LT(machine.accesses(), 280'000'000U);
+    }
+}
+
+}  // namespace

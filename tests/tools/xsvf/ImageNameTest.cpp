@@ -1,0 +1,35 @@
+#include "tools/xsvf/ImageName.h"
+
+#include <gtest/gtest.h>
+
+#include "tools/xsvf/FirmwareDate.h"
+
+namespace {
+
+TEST(ImageName, saysWhatTheImageIsFor) {
+    const std::tuple<const char*, char, uint8_t, const char*, uint8_t, const char*> cases[] = {
+        {"VornMX-A", 'M', 12, "NC", 0x20, "VMAM12NC.xsv"}, {"VornMX-B", 'W', 0, "A", 0x21, "VMBW00A.xsv"},
+        {"VornMX-C", 'M', 99, "Z", 0x22, "VMCM99Z.xsv"},   {"K40", 'W', 7, "B", 0x23, "K40W07B.xsv"},
+        {"DX8", 'M', 1, "NC", 0x24, "DX8M01NC.xsv"},       {"DX8-XS", 'M', 10, "C", 0x25, "DSXM10C.xsv"}};
+    for (const auto& [name, flavour, version, board, code, fileName] : cases) {
+        const auto* model = tools::modelNamed(name);
+        ASSERT_NE(model, nullptr);
+        EXPECT_EQ(model->code, code);
+        const uint8_t revision = tools::boardRevisionNamed(board).value();
+        EXPECT_EQ(tools::imageFileName(*model, flavour, version, revision), fileName);
+    }
+    for (const char* board : {"", "a", "AB", "1"}) {
+        EXPECT_FALSE(tools::boardRevisionNamed(board)) << board;
+    }
+}
+
+TEST(FirmwareDate, isADateThatTheRegisterCanHold) {
+    EXPECT_EQ(tools::firmwareDate("2006-03-17"), 0x6311);
+    EXPECT_EQ(tools::firmwareDate("2004-02-29"), 0x421D);
+    for (const char* text : {"", "2006-3-17", "2006/03/17", "1999-12-31", "2016-01-01", "2006-02-29",
+                             "2006-13-01", "2006-00-10", "2006-01-0x", "+006-01-01"}) {
+        EXPECT_FALSE(tools::firmwareDate(text)) << text;
+    }
+}
+
+}  // namespace

@@ -1,0 +1,39 @@
+#include "xsvf/VarLenByte.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "tests/xsvf/FakePort.h"
+#include "xsvf/JtagPort.h"
+
+namespace {
+
+var_len_byte valueOf(const std::string& hexadecimal) {
+    auto bytes = bytesOf(hexadecimal);
+    openPort(bytes.data(), 0, nullptr, nullptr);
+    var_len_byte result;
+    readVal(&result, static_cast<int16_t>(bytes.size()));
+    return result;
+}
+
+TEST(VarLenByte, comparesUnderTheMaskAtTheExpectedLength) {
+    const var_len_byte expected = valueOf("0F F0"), actual = valueOf("0E F0 55"), mask = valueOf("FE FF"),
+                       none;
+    EXPECT_EQ(EqualLenVal(&expected, &actual, &mask), 1);
+    EXPECT_EQ(EqualLenVal(&expected, &actual, nullptr), 0);
+    EXPECT_EQ(EqualLenVal(&none, &actual, nullptr), 1);
+}
+
+TEST(VarLenByte, negativeCountTakesBytesWithoutStoringThemElsewhere) {
+    std::vector<uint8_t> image(65536, 0xAA);
+    openPort(image.data(), 65536, nullptr, nullptr);
+    var_len_byte values[2];
+    readVal(&values[0], -1);
+    EXPECT_EQ(values[0].sByteCount, -1);
+    EXPECT_EQ(gulCurrentOffset, 65535U);
+    EXPECT_EQ(values[1].sByteCount, 0);
+    EXPECT_EQ(std::count(std::begin(values[1].aucValue), std::end(values[1].aucValue), 0), MAX_LEN + 1);
+}
+
+}  // namespace

@@ -1,0 +1,43 @@
+#include "tools/xsvf/FirmwareDate.h"
+
+#include <charconv>
+#include <chrono>
+
+namespace tools {
+
+namespace {
+
+constexpr unsigned firstYear = 2000;
+constexpr unsigned lastYear = 2015;
+
+std::optional<unsigned> digits(std::string_view text) {
+    unsigned number = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, number);
+    if (error != std::errc{} || stop != end) {
+        return std::nullopt;
+    }
+    return number;
+}
+
+}  // namespace
+
+std::optional<uint16_t> firmwareDate(std::string_view text) {
+    if (text.size() != 10 || text[4] != '-' || text[7] != '-') {
+        return std::nullopt;
+    }
+    const auto year = digits(text.substr(0, 4));
+    const auto month = digits(text.substr(5, 2));
+    const auto day = digits(text.substr(8, 2));
+    if (!year || !month || !day || *year < firstYear || *year > lastYear) {
+        return std::nullopt;
+    }
+    const std::chrono::year_month_day date{std::chrono::year(static_cast<int>(*year)),
+                                           std::chrono::month(*month), std::chrono::day(*day)};
+    if (!date.ok()) {
+        return std::nullopt;
+    }
+    return static_cast<uint16_t>((*year - firstYear) << 12 | *month << 8 | *day);
+}
+
+}  // namespace tools

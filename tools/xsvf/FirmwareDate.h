@@ -1,0 +1,15 @@
+#pragma once
+
+// Firmware dates as people write them and as a card's date register holds them.
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+namespace tools {
+
+// "2006-03-17" as bits 0-4 day, bits 8-11 month, bits 12-15 year minus 2000. Nothing for a text that is not a
+// date in that form, or for a year outside 2000 to 2015, which the register cannot hold.
+[[nodiscard]] std::optional<uint16_t> firmwareDate(std::string_view text);
+
+}  // namespace tools

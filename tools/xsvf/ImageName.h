@@ -1,0 +1,34 @@
+#pragma once
+
+// The file names under which the updater finds its firmware images: what an image is for stands in its name.
+//
+//   VMBM12A.xsv = VornMX-B, byte order M, version 12, board revision A;  K40W03NC.xsv = any board without one
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace tools {
+
+struct CardModel {
+    std::string_view name;
+    std::string_view tag;  // in file names
+    uint8_t code;          // in the device ID register
+};
+
+[[nodiscard]] std::span<const CardModel> cardModels();
+
+// The model of that name, or null.
+[[nodiscard]] const CardModel* modelNamed(std::string_view name);
+
+// The revision of a board given by its letter, A for 1, or by "NC" for a board without one, 0. Nothing for
+// other texts.
+[[nodiscard]] std::optional<uint8_t> boardRevisionNamed(std::string_view board);
+
+// Flavour 'M' or 'W', version 0 to 99, revision 0 to 26.
+[[nodiscard]] std::string imageFileName(const CardModel& model, char flavour, uint8_t version,
+                                        uint8_t boardRevision);
+
+}  // namespace tools

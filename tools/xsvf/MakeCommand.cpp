@@ -1,0 +1,128 @@
+#include "tools/xsvf/MakeCommand.h"
+
+#include <CLI/CLI.hpp>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <memory>
+#include <stdexcept>
+
+#include "simulator/FpgaConfiguration.h"
+#include "tools/xsvf/FirmwareDate.h"
+#include "tools/xsvf/FirmwareImage.h"
+#include "tools/xsvf/ImageName.h"
+
+namespace tools {
+
+namespace {
+
+struct MakeOptions {
+    std::string model;
+    char flavour = 'M';
+    uint32_t version = 0;
+    std::string board = "NC";
+    std::string date;
+    std::filesystem::path payload;
+    std::filesystem::path outputDirectory = ".";
+};
+
+std::vector<uint8_t> readPayload(const std::filesystem::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    std::vector<uint8_t> bytes{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    if (!file.is_open() || file.bad()) {
+        throw std::runtime_error("The payload " + path.string() + " could not be read.");
+    }
+    if (bytes.size() != simulator::kPromBytes) {
+        throw std::runtime_error("The payload " + path.string() + " is " + std::to_string(bytes.size()) +
+                                 " bytes long; a PROM holds exactly " +
+                                 std::to_string(simulator::kPromBytes) + ".");
+    }
+    return bytes;
+}
+
+void writeImage(const std::filesystem::path& path, const std::vector<uint8_t>& image) {
+    std::error_code ignored;
+    std::filesystem::create_directories(path.parent_path(), ignored);
+    std::ofstream file(path, std::ios::binary | std::ios::trunc);
+    if (!file.is_open()) {
+        throw std::runtime_error("The image " + path.string() + " could not be created.");
+    }
+    std::copy(image.begin(), image.end(), std::ostreambuf_iterator<char>(file));
+    file.close();
+    if (!file) {
+        std::filesystem::remove(path, ignored);
+        throw std::runtime_error("The image " + path.string() + " could not be written completely.");
+    }
+}
+
+// The options have passed their checks.
+void make(const MakeOptions& options) {
+    const CardModel& model = *modelNamed(options.model);
+    const uint8_t version = static_cast<uint8_t>(options.version);
+    const uint8_t boardRevision = boardRevisionNamed(options.board).value_or(0);
+
+    std::vector<uint8_t> prom;
+    if (options.payload.empty()) {
+        const uint16_t date = firmwareDate(options.date).value_or(0);
+        prom = simulator::encodeConfiguration({model.code, boardRevision, options.flavour, version, date});
+    } else {
+        prom = readPayload(options.payload);
+    }
+
+    const auto path = options.outputDirectory / imageFileName(model, options.flavour, version, boardRevision);
+    writeImage(path, makeFirmwareImage(std::span<const uint8_t, simulator::kPromBytes>(prom)));
+    std::cout << path.string() << '\n';
+}
+
+// CLI11 takes an empty text for "valid".
+std::string checkBoard(const std::string& text) {
+    return boardRevisionNamed(text) ? ""
+                                    : "A board is a letter from A to Z, or NC for one without a revision.";
+}
+
+std::string checkDate(const std::string& text) {
+    return firmwareDate(text) ? "" : "A date is written like 2006-03-17 and lies in 2000 to 2015.";
+}
+
+std::vector<std::string> modelNames() {
+    std::vector<std::string> names;
+    for (const CardModel& model : cardModels()) {
+        names.emplace_back(model.name);
+    }
+    return names;
+}
+
+}  // namespace
+
+void addMakeCommand(CLI::App& program) {
+    auto options = std::make_shared<MakeOptions>();
+    CLI::App* command = program.add_subcommand("make", "Make a firmware image and print its path");
+    command->add_option("--model", options->model, "Card model")
+        ->required()
+        ->check(CLI::IsMember(modelNames()));
+    command
+        ->add_option("--flavour", options->flavour,
+                     "Byte order of the registers: M big-endian, W little-endian")
+        ->required()
+        ->check(CLI::IsMember({"M", "W"}));
+    command->add_option("--version", options->version, "Firmware version, 0 to 99")
+        ->required()
+        ->check(CLI::Range(0, 99));
+    command->add_option("--board", options->board, "Board revision letter, or NC for a board without one")
+        ->capture_default_str()
+        ->check(checkBoard, "LETTER|NC");
+    auto* content = command->add_option_group("content", "What the PROM is to hold");
+    content
+        ->add_option("--date", options->date,
+                     "Date of the firmware, for a configuration made from these options")
+        ->check(checkDate, "YYYY-MM-DD");
+    content->add_option("--payload", options->payload, "File with the PROM's 262144 bytes instead")
+        ->check(CLI::ExistingFile);
+    content->require_option(1);
+    command
+        ->add_option("--output-directory", options->outputDirectory, "Where the image goes; made if missing")
+        ->capture_default_str();
+    command->callback([options] { make(*options); });
+}
+
+}  // namespace tools

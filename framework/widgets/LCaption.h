@@ -14,7 +14,4 @@ class LCaption : public QLabel, public LPane {
 
   protected:
     void changeEvent(QEvent* event) override;
-
-  private:
-    void TakeColour();
 };

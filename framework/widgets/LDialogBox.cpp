@@ -17,6 +17,7 @@ std::unique_ptr<LDialogBox> LDialogBox::CreateDialog(const char* kind, int32_t l
         return nullptr;
     }
     root.release();
+    RemoveButtonIcons(*dialog);
     dialog->SetSuperCommander(super);
     dialog->setParent(ModalParent(), dialog->windowFlags());
     return std::unique_ptr<LDialogBox>(dialog);

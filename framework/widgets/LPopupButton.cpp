@@ -5,11 +5,26 @@
 #include <QStyledItemDelegate>
 #include <QWheelEvent>
 
+namespace {
+
+// Shows texts as they stand, where a menu would read mnemonics and tabs into them, in rows with room to
+// breathe.
+class ItemDelegate : public QStyledItemDelegate {
+  public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+        const QSize hint = QStyledItemDelegate::sizeHint(option, index);
+        return {hint.width(), hint.height() + hint.height() / 2};
+    }
+};
+
+}  // namespace
+
 LPopupButton::LPopupButton() : LControl(this) {
     // The popup is as wide as the layout makes it, however long its items are.
     setSizeAdjustPolicy(AdjustToMinimumContentsLengthWithIcon);
-    // A plain list shows texts as they stand and elides them; a menu would read mnemonics and tabs into them.
-    setItemDelegate(new QStyledItemDelegate(this));
+    setItemDelegate(new ItemDelegate(this));
     view()->setTextElideMode(Qt::ElideRight);
     view()->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     connect(this, &QComboBox::activated, this, [this] { BroadcastFromQt(); });
@@ -30,6 +45,12 @@ void LPopupButton::AppendMenu(ConstStringPtr itemText, bool /*ignoreMetacharacte
         QMetaObject::invokeMethod(
             this, [this] { BroadcastFromQt(); }, Qt::QueuedConnection);
     }
+}
+
+void LPopupButton::showPopup() {
+    // Qt would make the list as wide as its longest item.
+    view()->window()->setMaximumWidth(width());
+    QComboBox::showPopup();
 }
 
 void LPopupButton::initStyleOption(QStyleOptionComboBox* option) const {

@@ -25,6 +25,8 @@ class LPopupButton : public QComboBox, public LControl {
     // ellipsis and is told in full by the tool tip.
     void AppendMenu(ConstStringPtr itemText, bool ignoreMetacharacters);
 
+    void showPopup() override;
+
   protected:
     void initStyleOption(QStyleOptionComboBox* option) const override;
     void wheelEvent(QWheelEvent* event) override;

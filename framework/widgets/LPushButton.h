@@ -13,4 +13,7 @@ class LPushButton : public QPushButton, public LControl {
 
     int32_t GetValue() const override { return 0; }
     void SetValue(int32_t /*value*/) override {}
+
+  protected:
+    void keyPressEvent(QKeyEvent* event) override;
 };

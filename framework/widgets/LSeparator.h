@@ -10,4 +10,7 @@ class LSeparator : public QFrame, public LPane {
     static constexpr const char* kClassName = "LSeparator";
 
     LSeparator();
+
+  protected:
+    void changeEvent(QEvent* event) override;
 };

@@ -4,7 +4,9 @@
 
 #include "framework/widgets/LPane.h"
 
-// A text that the program may change. It is shown character for character, without markup.
+// A text that the program may change. It is shown character for character, without markup. The layout's
+// property "leastCharacters" keeps room for so many digits, so that the window does not change its size with
+// the text.
 class LStaticText : public QLabel, public LPane {
   public:
     static constexpr const char* kClassName = "LStaticText";
@@ -13,4 +15,10 @@ class LStaticText : public QLabel, public LPane {
 
     // Shows so many bytes of UTF-8. A null pointer or a length below 1 empties the pane.
     void SetText(const char* text, int32_t length);
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
+  private:
+    QSize AtLeast(QSize hint) const;
 };

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QDialog>
+#include <QPushButton>
 
 #include "framework/widgets/LApplication.h"
 #include "framework/widgets/LWindow.h"
@@ -20,6 +21,12 @@ int RunModal(QDialog& dialog) {
         return QDialog::Rejected;
     }
     return dialog.exec();
+}
+
+void RemoveButtonIcons(QDialog& dialog) {
+    for (QPushButton* button : dialog.findChildren<QPushButton*>()) {
+        button->setIcon(QIcon());
+    }
 }
 
 void DismissDialogs() {

@@ -11,5 +11,9 @@ QWidget* ModalParent();
 // shown, and counts as rejected.
 int RunModal(QDialog& dialog);
 
+// Takes the icons off a dialog's buttons, which some desktops put there, so that they look like all the
+// others.
+void RemoveButtonIcons(QDialog& dialog);
+
 // Dismisses every dialog that is up, as if it had been cancelled.
 void DismissDialogs();

@@ -43,7 +43,13 @@ void SetTexts(QMessageBox& box, const QString& title, const QString& explanation
         font.setBold(true);
         label->setFont(font);
     }
-    PlainLabel(box, "qt_msgbox_informativelabel");
+    if (QLabel* label = PlainLabel(box, "qt_msgbox_informativelabel")) {
+        // The box alone would wrap an explanation at the width of its title.
+        constexpr int kComfortableCharacters = 48;
+        const QFontMetrics metrics = label->fontMetrics();
+        label->setMinimumWidth(
+            qMin(metrics.size(0, explanation).width(), kComfortableCharacters * metrics.averageCharWidth()));
+    }
 }
 
 // The box's buttons, at the index of the number that a hit on them reports.
@@ -86,6 +92,7 @@ int16_t StandardAlert(AlertType type, ConstStringPtr title, ConstStringPtr expla
     }
     SetTexts(box, TextFrom(title), TextFrom(explanation));
     const Buttons buttons = AddButtons(box, record);
+    RemoveButtonIcons(box);
     box.setDefaultButton(qobject_cast<QPushButton*>(ButtonAt(buttons, record.defaultButton)));
     box.setEscapeButton(ButtonAt(buttons, record.cancelButton));
 

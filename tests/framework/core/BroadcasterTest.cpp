@@ -1,0 +1,77 @@
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "framework/core/LBroadcaster.h"
+
+namespace {
+
+class Ear : public LListener {
+  public:
+    void ListenToMessage(MessageT message, void* parameter) override {
+        mHeard.push_back(message);
+        mParameter = parameter;
+        if (mReaction) {
+            mReaction();
+        }
+    }
+
+    std::vector<MessageT> mHeard;
+    void* mParameter = nullptr;
+    std::function<void()> mReaction;
+};
+
+}  // namespace
+
+TEST(Broadcaster, EveryListenerHearsOnceUntilItIsRemoved) {
+    LBroadcaster broadcaster;
+    Ear first;
+    Ear second;
+    broadcaster.AddListener(&first);
+    broadcaster.AddListener(&first);
+    broadcaster.AddListener(&second);
+    int parameter = 0;
+    broadcaster.BroadcastMessage(1, &parameter);
+    broadcaster.RemoveListener(&first);
+    broadcaster.RemoveListener(&first);
+    broadcaster.BroadcastMessage(2);
+    EXPECT_EQ(first.mHeard, std::vector<MessageT>{1});
+    EXPECT_EQ(first.mParameter, &parameter);
+    EXPECT_EQ(second.mHeard, (std::vector<MessageT>{1, 2}));
+}
+
+TEST(Broadcaster, ListenersComeAndGoDuringABroadcast) {
+    LBroadcaster broadcaster;
+    Ear first;
+    Ear removed;
+    Ear added;
+    auto destroyed = std::make_unique<Ear>();
+    Ear last;
+    for (Ear* ear : {&first, &removed, destroyed.get(), &last}) {
+        broadcaster.AddListener(ear);
+    }
+    first.mReaction = [&] {
+        broadcaster.RemoveListener(&removed);
+        destroyed.reset();
+        broadcaster.AddListener(&added);
+    };
+    broadcaster.BroadcastMessage(1);
+    EXPECT_TRUE(removed.mHeard.empty());
+    EXPECT_TRUE(added.mHeard.empty()) << "hears the next message only";
+    EXPECT_EQ(last.mHeard.size(), 1U);
+    broadcaster.BroadcastMessage(2);
+    EXPECT_EQ(added.mHeard, std::vector<MessageT>{2});
+}
+
+TEST(Broadcaster, ItMayBeDestroyedByItsOwnBroadcast) {
+    auto broadcaster = std::make_unique<LBroadcaster>();
+    Ear first;
+    Ear second;
+    broadcaster->AddListener(&first);
+    broadcaster->AddListener(&second);
+    first.mReaction = [&] { broadcaster.reset(); };
+    broadcaster->BroadcastMessage(1);
+    EXPECT_TRUE(second.mHeard.empty());
+}

@@ -1,0 +1,126 @@
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <vector>
+
+#include "framework/core/LCommander.h"
+
+namespace {
+
+// Handles one command and remembers whom it was asked for.
+class Recorder : public LCommander {
+  public:
+    explicit Recorder(LCommander* super, CommandT handled = 0) : LCommander(super), mHandled(handled) {}
+
+    bool ObeyCommand(CommandT command, void* parameter) override {
+        if (command != mHandled) {
+            return LCommander::ObeyCommand(command, parameter);
+        }
+        mObeyed.push_back(command);
+        return true;
+    }
+
+    void FindCommandStatus(CommandT command, uint8_t& outEnabled, uint8_t& outUsesMark, uint16_t& outMark,
+                           unsigned char* outName) override {
+        if (command == mHandled) {
+            outEnabled = 1;
+        } else {
+            LCommander::FindCommandStatus(command, outEnabled, outUsesMark, outMark, outName);
+        }
+    }
+
+    bool AttemptQuitSelf(int32_t saveOption) override {
+        mSaveOption = saveOption;
+        ++mAsked;
+        if (mDestroyedWhenAsked) {
+            mDestroyedWhenAsked->reset();
+        }
+        return mAgrees;
+    }
+
+    CommandT mHandled;
+    std::vector<CommandT> mObeyed;
+    int32_t mSaveOption = 0;
+    int mAsked = 0;
+    bool mAgrees = true;
+    std::unique_ptr<Recorder>* mDestroyedWhenAsked = nullptr;
+};
+
+}  // namespace
+
+TEST(Commander, CommandIsHandledHereClimbsOrStopsAtTheTop) {
+    Recorder top(nullptr, 20);
+    LCommander middle(&top);
+    Recorder bottom(&middle, 30);
+
+    EXPECT_TRUE(bottom.ObeyCommand(30, nullptr));
+    EXPECT_TRUE(bottom.ObeyCommand(20, nullptr));
+    EXPECT_FALSE(bottom.ObeyCommand(40, nullptr));
+    EXPECT_FALSE(top.ObeyCommand(30, nullptr)) << "commands do not sink";
+    EXPECT_EQ(bottom.mObeyed, std::vector<CommandT>{30});
+    EXPECT_EQ(top.mObeyed, std::vector<CommandT>{20});
+}
+
+TEST(Commander, StatusClimbsAndIsLeftAloneAtTheTop) {
+    Recorder top(nullptr, 20);
+    LCommander bottom(&top);
+    uint8_t enabled = 0;
+    uint8_t usesMark = 7;
+    uint16_t mark = 7;
+    unsigned char name[256] = {7};
+    bottom.FindCommandStatus(40, enabled, usesMark, mark, name);
+    EXPECT_EQ(enabled, 0);
+    bottom.FindCommandStatus(20, enabled, usesMark, mark, name);
+    EXPECT_EQ(enabled, 1);
+    EXPECT_EQ(usesMark, 7);
+    EXPECT_EQ(mark, 7);
+    EXPECT_EQ(name[0], 7);
+}
+
+TEST(Commander, EveryoneBelowMayRefuseToQuit) {
+    Recorder top(nullptr);
+    LCommander middle(&top);
+    Recorder first(&middle);
+    Recorder second(&middle);
+
+    EXPECT_TRUE(top.AttemptQuit(kSaveOptionAsk));
+    EXPECT_EQ(second.mSaveOption, kSaveOptionAsk);
+
+    first.mAgrees = false;
+    EXPECT_FALSE(top.AttemptQuit(kSaveOptionAsk));
+    EXPECT_EQ(second.mAsked, 1) << "nobody is asked after a refusal";
+    first.mAgrees = true;
+    top.mAgrees = false;
+    EXPECT_FALSE(top.AttemptQuit(kSaveOptionAsk));
+    EXPECT_EQ(first.mAsked, 2) << "nor below one";
+}
+
+TEST(Commander, OneThatIsDestroyedWhileOthersAreAskedHasNoSay) {
+    LCommander top;
+    Recorder first(&top);
+    auto second = std::make_unique<Recorder>(&top);
+    second->mAgrees = false;
+    first.mDestroyedWhenAsked = &second;
+    EXPECT_TRUE(top.AttemptQuit(kSaveOptionAsk));
+}
+
+TEST(Commander, ChainSurvivesDestructionInEitherOrder) {
+    auto top = std::make_unique<Recorder>(nullptr, 20);
+    auto bottom = std::make_unique<LCommander>(top.get());
+    auto other = std::make_unique<LCommander>(top.get());
+    other.reset();
+    EXPECT_TRUE(top->AttemptQuit(kSaveOptionAsk));
+    top.reset();
+    EXPECT_EQ(bottom->GetSuperCommander(), nullptr);
+    EXPECT_FALSE(bottom->ObeyCommand(20));
+}
+
+TEST(Commander, TargetFallsBackToItsSuperCommander) {
+    auto top = std::make_unique<LCommander>();
+    auto bottom = std::make_unique<LCommander>(top.get());
+    LCommander::SwitchTarget(bottom.get());
+    bottom.reset();
+    EXPECT_EQ(LCommander::GetTarget(), top.get());
+    top.reset();
+    EXPECT_EQ(LCommander::GetTarget(), nullptr);
+}

@@ -1,0 +1,155 @@
+#include <QDialog>
+#include <QMenu>
+#include <QMenuBar>
+
+#include "framework/core/LException.h"
+#include "framework/core/UKeptException.h"
+#include "framework/widgets/LPopupButton.h"
+#include "framework/widgets/LPushButton.h"
+#include "tests/framework/widgets/Fixture.h"
+
+namespace {
+
+// Answers, with Return, the alert that is up when the event loop gets to it, and notes its text.
+void answerAlert(std::string& text) {
+    inEventLoop([&text] {
+        auto* alert = QApplication::activeModalWidget();
+        ASSERT_NE(alert, nullptr);
+        text = alert->property("informativeText").toString().toStdString();
+        pressKey(*alert, Qt::Key_Return);
+    });
+}
+
+bool isReported(const std::string& standardError) {
+    return standardError.find("Unexpected error: framework exception \"nilP\"\n") != std::string::npos;
+}
+
+}  // namespace
+
+TEST(Application, ExceptionComesOutOfTheOutermostPassOnly) {
+    SampleApplication application;
+    application.openWindow();
+    application.listenTo("UPDT");
+    application.listenTo("CLOS");
+    bool workWentOn = false;
+    application.reaction = [&] {
+        if (application.heard.back() == FourCharCode("CLOS")) {
+            throw LException(FourCharCode("test"));
+        }
+        // Long work, into which a click falls whose listener throws.
+        inEventLoop([&] { application.pane<LPushButton>("CLOS").click(); });
+        application.ProcessNextEvent();
+        workWentOn = application.heard.size() == 2;
+    };
+    inEventLoop([&] { application.pane<LPushButton>("UPDT").click(); });
+    try {
+        application.ProcessNextEvent();
+        FAIL();
+    } catch (const LException& exception) {
+        EXPECT_EQ(exception.GetErrorCode(), FourCharCode("test"));
+    }
+    EXPECT_TRUE(workWentOn);
+    EXPECT_NO_THROW(application.ProcessNextEvent()) << "it is thrown once, and an idle pass does not block";
+}
+
+TEST(Application, RunReportsAnExceptionAndGoesOn) {
+    SampleApplication application;
+    std::string report;
+    application.atStartUp = [&] {
+        application.openWindow();
+        inEventLoop([&] {
+            KeepException([] { throw LException(LException::kNilPointer); });
+            answerAlert(report);
+            // Reached only if the loop goes on after the report.
+            inEventLoop([&] { inEventLoop([&] { application.DoQuit(); }); });
+        });
+    };
+    testing::internal::CaptureStderr();
+    application.Run();
+    EXPECT_TRUE(isReported(testing::internal::GetCapturedStderr()));
+    EXPECT_NE(report.find("nilP"), std::string::npos) << report;
+    EXPECT_FALSE(application.window->isVisible()) << "no window is left for the clean-up";
+}
+
+TEST(Application, ExceptionInStartUpIsReportedAndQuits) {
+    SampleApplication application;
+    std::string report;
+    application.atStartUp = [&] {
+        answerAlert(report);
+        throw LException(LException::kNilPointer);
+    };
+    testing::internal::CaptureStderr();
+    application.Run();
+    EXPECT_TRUE(isReported(testing::internal::GetCapturedStderr()));
+    EXPECT_NE(report.find("nilP"), std::string::npos) << report;
+    EXPECT_EQ(application.timesAsked, 1);
+}
+
+TEST(Application, QuitInStartUpEndsTheRunBeforeTheFirstEvent) {
+    SampleApplication application;
+    bool eventHappened = false;
+    application.atStartUp = [&] {
+        inEventLoop([&] { eventHappened = true; });
+        application.DoQuit();
+    };
+    application.Run();
+    EXPECT_FALSE(eventHappened);
+    application.ProcessNextEvent();
+}
+
+TEST(Application, PopupBroadcastOfStartUpArrivesAfterIt) {
+    SampleApplication application;
+    bool started = false;
+    application.atStartUp = [&] {
+        application.openWindow();
+        application.listenTo("CRDS");
+        application.pane<LPopupButton>("CRDS").AppendMenu(reinterpret_cast<ConstStringPtr>("\001A"), true);
+        started = true;
+    };
+    application.reaction = [&] {
+        EXPECT_TRUE(started);
+        application.DoQuit();
+    };
+    application.Run();
+    EXPECT_EQ(application.heard.size(), 1U);
+}
+
+TEST(Application, WindowsBelongToTheListUntilEitherGoes) {
+    auto application = std::make_unique<SampleApplication>();
+    LWindow& first = application->openWindow();
+    LWindow& second = application->openWindow();
+    EXPECT_EQ(application->FrontWindow(), &second);
+    delete &second;
+    EXPECT_EQ(application->FrontWindow(), &first);
+    EXPECT_EQ(LCommander::GetTarget(), application.get());
+    application.reset();
+    EXPECT_TRUE(QApplication::topLevelWidgets().isEmpty());
+    EXPECT_EQ(LApplication::Current(), nullptr);
+}
+
+TEST(Application, AboutDoesNotStopTheProgram) {
+    SampleApplication application;
+    LWindow& window = application.openWindow();
+    ASSERT_TRUE(window.ObeyCommand(kCommandAbout));
+    ASSERT_TRUE(window.ObeyCommand(kCommandAbout));
+    const auto dialogs = window.findChildren<QDialog*>();
+    ASSERT_EQ(dialogs.size(), 1) << "asked for twice, shown once";
+    EXPECT_TRUE(dialogs.first()->isVisible());
+    EXPECT_FALSE(dialogs.first()->isModal());
+    application.DoQuit();
+    EXPECT_FALSE(dialogs.first()->isVisible());
+}
+
+TEST(Application, MenuItemsFollowTheChainOfCommand) {
+    SampleApplication application;
+    LWindow& window = application.openWindow();
+    for (QMenu* menu : window.menuBar()->findChildren<QMenu*>()) {
+        QAction* action = menu->actions().first();
+        emit menu->aboutToShow();
+        EXPECT_TRUE(action->isEnabled());
+        action->setProperty("command", 4711);  // a command that nobody knows
+        emit menu->aboutToShow();
+        EXPECT_FALSE(action->isEnabled());
+        emit menu->aboutToHide();
+    }
+}

@@ -1,0 +1,120 @@
+#include <QAbstractItemView>
+#include <QStyledItemDelegate>
+#include <QTest>
+#include <QWheelEvent>
+
+#include "framework/core/LBroadcaster.h"
+#include "framework/core/PascalString.h"
+#include "framework/widgets/LPopupButton.h"
+#include "framework/widgets/LPushButton.h"
+#include "tests/framework/widgets/Fixture.h"
+
+namespace {
+
+constexpr MessageT kCards = FourCharCode("CRDS");
+
+class PopupButton : public testing::Test {
+  protected:
+    PopupButton() {
+        mApplication.openWindow();
+        mApplication.listenTo("CRDS");
+        mPopup = &mApplication.pane<LPopupButton>("CRDS");
+    }
+
+    void append(const char* text) {
+        Str255 string;
+        PascalFromText(text, string);
+        mPopup->AppendMenu(string, true);
+    }
+
+    SampleApplication mApplication;
+    LPopupButton* mPopup;
+};
+
+}  // namespace
+
+TEST_F(PopupButton, BroadcastsOnceFromTheEventLoopWhenItsFirstItemAppears) {
+    EXPECT_EQ(mPopup->GetValue(), 0);
+    append("first");
+    append("second");
+    EXPECT_EQ(mPopup->GetValue(), 1);
+    EXPECT_TRUE(mApplication.heard.empty()) << "not before the event loop runs";
+    mApplication.ProcessNextEvent();
+    mApplication.ProcessNextEvent();
+    EXPECT_EQ(mApplication.heard, std::vector<MessageT>{kCards});
+}
+
+TEST_F(PopupButton, BroadcastsEveryPickAndNothingElse) {
+    append("first");
+    append("second");
+    mApplication.ProcessNextEvent();
+    mApplication.heard.clear();
+
+    mPopup->SetValue(2);
+    mPopup->SetValue(3);
+    mPopup->SetValue(0);
+    EXPECT_EQ(mPopup->GetValue(), 2);
+    EXPECT_TRUE(mApplication.heard.empty()) << "setting the value is not picking";
+
+    for (const std::size_t picks : {1U, 2U}) {
+        mPopup->showPopup();
+        QTest::keyClick(mPopup->view(), Qt::Key_Return);
+        EXPECT_EQ(mPopup->GetValue(), 2);
+        EXPECT_EQ(mApplication.heard.size(), picks) << "picking the same item again counts";
+    }
+    QTest::keyClick(mPopup, Qt::Key_Up);
+    EXPECT_EQ(mPopup->GetValue(), 1);
+    EXPECT_EQ(mApplication.heard.size(), 3U);
+
+    QWheelEvent wheel(QPointF(5, 5), mPopup->mapToGlobal(QPointF(5, 5)), QPoint(), QPoint(0, -120),
+                      Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(mPopup, &wheel);
+    EXPECT_EQ(mPopup->GetValue(), 1) << "scrolling is not picking";
+}
+
+TEST_F(PopupButton, ShowsTextsLiterallyAndElidesLongOnes) {
+    const char* metacharacters = "A;B (C !D <E /F ^G -H &I &&J";
+    append(metacharacters);
+    EXPECT_EQ(mPopup->count(), 1);
+    EXPECT_EQ(mPopup->currentText(), metacharacters);
+    EXPECT_NE(qobject_cast<QStyledItemDelegate*>(mPopup->itemDelegate()), nullptr) << "a menu would eat '&'";
+
+    const std::string longText(250, 'M');
+    const int width = mPopup->width();
+    append(longText.c_str());
+    mPopup->SetValue(2);
+    QApplication::processEvents();
+    EXPECT_EQ(mPopup->width(), width);
+    EXPECT_EQ(mPopup->toolTip().toStdString(), longText);
+    EXPECT_EQ(mPopup->itemData(1, Qt::ToolTipRole).toString().toStdString(), longText);
+    mPopup->showPopup();
+    EXPECT_LE(mPopup->view()->window()->width(), width);
+    mPopup->hidePopup();
+}
+
+TEST(PushButton, BroadcastsWhenItIsClickedUnlessHiddenOrDisabled) {
+    SampleApplication application;
+    LWindow& window = application.openWindow();
+    for (const char* name : {"UPDT", "CLOS", "POWR"}) {
+        application.listenTo(name);
+    }
+    auto& update = application.pane<LPushButton>("UPDT");
+    QTest::mouseClick(&update, Qt::LeftButton);
+    EXPECT_EQ(application.heard, std::vector<MessageT>{FourCharCode("UPDT")});
+    update.Disable();
+    EXPECT_FALSE(update.IsEnabled());
+    QTest::mouseClick(&update, Qt::LeftButton);
+    EXPECT_EQ(application.heard.size(), 1U);
+
+    update.Enable();
+    application.pane<LPopupButton>("CRDS").setFocus();
+    pressKey(window, Qt::Key_Return);
+    EXPECT_EQ(application.heard.size(), 2U) << "Return presses the default button";
+    application.pane<LPushButton>("CLOS").setFocus();
+    pressKey(window, Qt::Key_Return);
+    EXPECT_EQ(application.heard.back(), FourCharCode("CLOS")) << "but not when another button has the focus";
+    update.Hide();
+    application.pane<LPopupButton>("CRDS").setFocus();
+    pressKey(window, Qt::Key_Return);
+    EXPECT_EQ(application.heard.size(), 3U) << "nor one that is hidden";
+}

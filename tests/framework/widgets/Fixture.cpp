@@ -1,0 +1,70 @@
+#include "tests/framework/widgets/Fixture.h"
+
+#include <QTest>
+#include <QWindow>
+
+#include "framework/core/LBroadcaster.h"
+#include "framework/core/URegistrar.h"
+#include "framework/widgets/LCaption.h"
+#include "framework/widgets/LDialogBox.h"
+#include "framework/widgets/LEditField.h"
+#include "framework/widgets/LPopupButton.h"
+#include "framework/widgets/LProgressBar.h"
+#include "framework/widgets/LPushButton.h"
+#include "framework/widgets/LStaticText.h"
+#include "framework/widgets/UControlRegistry.h"
+#include "framework/widgets/UResources.h"
+
+SampleApplication::SampleApplication() {
+    UResources::UseFolder(LAYOUTS);
+    URegistrar::RegisterClass<LDialogBox>();
+    URegistrar::RegisterClass<LWindow>();
+    URegistrar::RegisterClass<LPopupButton>();
+    URegistrar::RegisterClass<LPushButton>();
+    URegistrar::RegisterClass<LStaticText>();
+    URegistrar::RegisterClass<LProgressBar>();
+    URegistrar::RegisterClass<LCaption>();
+    URegistrar::RegisterClass<LEditField>();
+    UControlRegistry::RegisterAMClasses();
+}
+
+bool SampleApplication::AttemptQuitSelf(int32_t saveOption) {
+    EXPECT_EQ(saveOption, kSaveOptionAsk);
+    ++timesAsked;
+    return agreesToQuit;
+}
+
+void SampleApplication::StartUp() {
+    if (atStartUp) {
+        atStartUp();
+    }
+}
+
+void SampleApplication::ListenToMessage(MessageT message, void* /*parameter*/) {
+    heard.push_back(message);
+    if (reaction) {
+        reaction();
+    }
+}
+
+LWindow& SampleApplication::openWindow() {
+    window = LWindow::CreateWindow(128, this);
+    if (window == nullptr) {
+        throw std::runtime_error("window 128");
+    }
+    window->Show();
+    QApplication::setActiveWindow(window);
+    return *window;
+}
+
+void SampleApplication::listenTo(const char* name) {
+    pane<LBroadcaster>(name).AddListener(this);
+}
+
+void inEventLoop(const std::function<void()>& function) {
+    QMetaObject::invokeMethod(qApp, function, Qt::QueuedConnection);
+}
+
+void pressKey(QWidget& window, Qt::Key key, Qt::KeyboardModifiers modifiers) {
+    QTest::keyClick(window.windowHandle(), key, modifiers);
+}

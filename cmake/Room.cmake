@@ -4,6 +4,8 @@
 
 include(GoogleTest)
 
+set(PROGRAM_FOLDER ${CMAKE_BINARY_DIR}/bin)
+
 function(set_project_warnings target)
     target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Werror)
 endfunction()
@@ -21,14 +23,14 @@ function(add_room name)
     set_project_warnings(${name})
 endfunction()
 
-# A program: one main file. Programs lie together in the build folder, where the bundle is too.
+# A program: one main file. Programs lie together, and the bundle beside them.
 #
 #   add_program(cardsim SOURCE main.cpp LINKS cardsim_commands)
 function(add_program name)
     cmake_parse_arguments(PROGRAM "" "SOURCE" "LINKS" ${ARGN})
     add_executable(${name} ${PROGRAM_SOURCE})
     target_link_libraries(${name} PRIVATE ${PROGRAM_LINKS})
-    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR})
+    set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${PROGRAM_FOLDER})
     set_project_warnings(${name})
 endfunction()
 

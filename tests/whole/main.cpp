@@ -22,6 +22,7 @@ void handleQtMessage(QtMsgType /*type*/, const QMessageLogContext& /*context*/, 
 int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
     qInstallMessageHandler(handleQtMessage);
+    qputenv("QT_QPA_PLATFORM", "offscreen");
     UQDGlobals::InitializeToolbox();
     return RUN_ALL_TESTS();
 }

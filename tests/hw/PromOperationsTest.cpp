@@ -81,9 +81,9 @@ TEST(PromOperations, programNamesTheErrorAndStillWritesTheIdentity) {
         ScriptedCard card;
         gSerialNumber = code == 2 ? 0 : code == 3 ? 0x7FFFFFFF : identity;
         EXPECT_EQ(ProgramConfigProm(image.data(), 1), code);
-        const std::string warning = code < 4 ? "Error / Serial Number is blank! " : "";
-        // The last alert comes from the silent chain.
-        EXPECT_EQ(card.asked, warning + title + " / EEPROM Programming Failure! " + couldNotWrite);
+        std::string alerts = code < 4 ? "Error / Serial Number is blank! " : "";
+        alerts.append(title).append(" / EEPROM Programming Failure! ").append(couldNotWrite);
+        EXPECT_EQ(card.asked, alerts);  // the last one comes from the silent chain
     }
 }
 

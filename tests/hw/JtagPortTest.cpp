@@ -7,10 +7,8 @@
 
 namespace {
 
-using Accesses = std::vector<FakeHost::Access>;
-
 // A word written to the output register, and the reads that give it time.
-void addWord(Accesses& accesses, uint32_t word, std::size_t reads) {
+void addWord(std::vector<FakeHost::Access>& accesses, uint32_t word, std::size_t reads) {
     accesses.push_back({true, 0x100, word});
     accesses.insert(accesses.end(), reads, {false, 0x100, word});
 }
@@ -24,7 +22,7 @@ class JtagPort : public testing::Test {
     void TearDown() override { EXPECT_EQ(card.accesses, expected); }
 
     ScriptedCard card;
-    Accesses expected;
+    std::vector<FakeHost::Access> expected;
     std::vector<uint8_t> image = std::vector<uint8_t>(6000, 0);
 };
 

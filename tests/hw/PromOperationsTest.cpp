@@ -46,13 +46,8 @@ TEST(PromOperations, readIdentityFromTheRightChainOnly) {
 }
 
 TEST(PromOperations, writeIdentityAndReadItBack) {
-    const struct {
-        uint32_t written, verified;
-        uint64_t code;
-        uint32_t readBack;
-        uint16_t result;
-        std::string alert;
-    } cases[] = {
+    // What is written, verified, the identification and identity read back, result, alert.
+    const std::tuple<uint32_t, uint32_t, uint64_t, uint32_t, uint16_t, std::string> cases[] = {
         {identity, identity, identification, identity, 0, ""},
         {identity, identity, 0, identity, 1, "Error 2 / Unable to read Serial Number from VornMX/K40! "},
         {identity, identity & ~1U, identification, identity, 2, couldNotWrite},
@@ -60,12 +55,12 @@ TEST(PromOperations, writeIdentityAndReadItBack) {
         // Only the bits that are 1 in the identity are verified, so reading back has to notice the others.
         {identity, ~0U, identification, ~0U, 2, "Error / Serial Number readback does not match! "},
     };
-    for (const auto& each : cases) {
+    for (const auto& [written, verified, code, readBack, result, alert] : cases) {
         ScriptedCard card;
-        answerWriteAndProtect(card, each.verified);
-        answerRead(card, each.code, each.readBack);
-        EXPECT_EQ(WriteSerialNumber(each.written), each.result);
-        EXPECT_EQ(card.asked, each.alert);
+        answerWriteAndProtect(card, verified);
+        answerRead(card, code, readBack);
+        EXPECT_EQ(WriteSerialNumber(written), result);
+        EXPECT_EQ(card.asked, alert);
     }
 }
 
@@ -81,9 +76,9 @@ TEST(PromOperations, programNamesTheErrorAndStillWritesTheIdentity) {
         ScriptedCard card;
         gSerialNumber = code == 2 ? 0 : code == 3 ? 0x7FFFFFFF : identity;
         EXPECT_EQ(ProgramConfigProm(image.data(), 1), code);
-        const std::string warning = code < 4 ? "Error / Serial Number is blank! " : "";
-        // The last alert comes from the silent chain.
-        EXPECT_EQ(card.asked, warning + title + " / EEPROM Programming Failure! " + couldNotWrite);
+        std::string alerts = code < 4 ? "Error / Serial Number is blank! " : "";
+        alerts.append(title).append(" / EEPROM Programming Failure! ").append(couldNotWrite);
+        EXPECT_EQ(card.asked, alerts);  // the last one comes from the silent chain
     }
 }
 

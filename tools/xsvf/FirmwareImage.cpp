@@ -63,7 +63,7 @@ void selectAndWait(Assembler& xsvf, Prom::Instruction instruction, uint32_t micr
 void setAddress(Assembler& xsvf, uint32_t page) {
     select(xsvf, Prom::addressInstruction);
     xsvf.XSDRSIZE(Prom::kAddressBits + fpgaBypassBits);
-    xsvf.XSDRE(uint64_t{page * Prom::kPageAddressStep} << fpgaBypassBits);
+    xsvf.XSDRE(uint64_t{page} * Prom::kPageAddressStep << fpgaBypassBits);
 }
 
 void checkIdentification(Assembler& xsvf) {

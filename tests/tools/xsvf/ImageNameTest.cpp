@@ -18,9 +18,8 @@ TEST(ImageName, saysWhatTheImageIsFor) {
         const uint8_t revision = tools::boardRevisionNamed(board).value();
         EXPECT_EQ(tools::imageFileName(*model, flavour, version, revision), fileName);
     }
-    for (const char* board : {"", "a", "AB", "1"}) {
-        EXPECT_FALSE(tools::boardRevisionNamed(board)) << board;
-    }
+    EXPECT_FALSE(tools::boardRevisionNamed("") || tools::boardRevisionNamed("a") ||
+                 tools::boardRevisionNamed("AB"));
 }
 
 TEST(FirmwareDate, isADateThatTheRegisterCanHold) {

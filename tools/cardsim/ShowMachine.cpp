@@ -63,7 +63,7 @@ std::string contentOf(const simulator::PromCells& cells) {
 
 void showCard(std::size_t index, const Card& card, bool on, std::ostream& out) {
     const simulator::Board& board = card.board();
-    out << "\nCard " << index << ": " << board.name << " in " << board.location << '\n'
+    out << "\nCard " << index + 1 << ": " << board.name << " in " << board.location << '\n'
         << "  Board       " << modelName(board.modelCode) << ", " << boardName(board.revision) << '\n'
         << "  Identity    " << identityName(card.identity()) << '\n'
         << "  Running     " << (on ? describe(card.running()) : "nothing, the machine is off") << '\n'

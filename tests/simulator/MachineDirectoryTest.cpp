@@ -2,10 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <sstream>
-
-#include "simulator/DefaultMachine.h"
 #include "simulator/MachineError.h"
 #include "tests/simulator/Probe.h"
 
@@ -16,13 +12,12 @@ namespace fs = std::filesystem;
 using OnOpening = MachineDirectory::OnOpening;
 
 std::string contentOf(const fs::path& path) {
-    std::ostringstream content;
-    content << std::ifstream(path, std::ios::binary).rdbuf();
-    return content.str();
+    const auto bytes = readFile(path);
+    return {bytes.begin(), bytes.end()};
 }
 
 void put(const fs::path& path, const std::string& content) {
-    std::ofstream(path, std::ios::binary) << content;
+    replaceFile(path, std::vector<uint8_t>(content.begin(), content.end()));
 }
 
 class MachineDirectoryTest : public testing::Test {
@@ -36,15 +31,13 @@ class MachineDirectoryTest : public testing::Test {
     }
     ~MachineDirectoryTest() override { fs::remove_all(folder_); }
 
-    // What opening the machine complains of, which must name the file and leave it as it is.
+    // What opening the machine complains of, after the name of the file that it has to name.
     std::string complaint(const fs::path& about) {
-        const std::string before = contentOf(about);
         try {
             (void)MachineDirectory::open(folder_, OnOpening::powerUp);
         } catch (const MachineError& error) {
             const std::string text = error.what();
             EXPECT_TRUE(text.starts_with(about.string() + ": ")) << text;
-            EXPECT_EQ(contentOf(about), before);
             return text.substr(std::min(text.size(), about.string().size() + 2));
         }
         return "none";
@@ -56,17 +49,16 @@ class MachineDirectoryTest : public testing::Test {
 TEST_F(MachineDirectoryTest, OpeningAMachineThatIsOffPowersItUp) {
     EXPECT_FALSE(MachineDirectory::open(folder_, OnOpening::leaveAsItIs)->machine().isOn());
     const auto directory = MachineDirectory::open(folder_, OnOpening::powerUp);
-    Machine& machine = directory->machine();
-    EXPECT_TRUE(machine.isOn());
-    ASSERT_EQ(machine.cardCount(), 3U);
-    EXPECT_EQ(machine.card(1).running(), (FpgaConfiguration{0x23, 2, 'W', 7, 0x5309}));
-    EXPECT_EQ(machine.card(1).board().location, "PCI slot 2");
-    EXPECT_EQ(machine.card(0).identity(), 0x21307015U);
-    EXPECT_EQ(machine.card(2).protection(), 3);
+    ASSERT_EQ(directory->machine().cardCount(), 3U);
+    const Card& card = directory->machine().card(1);
+    EXPECT_EQ(card.running(), (FpgaConfiguration{0x23, 2, 'W', 7, 0x5309}));
+    EXPECT_EQ(card.board().location, "PCI slot 2");
+    EXPECT_EQ(card.identity(), 0x234130CCU);
+    EXPECT_EQ(card.protection(), 3);
 }
 
-// Saved in the middle of everything: an erase that runs, a scan half shifted, and firmware that differs from
-// the PROM.
+// Saved in the middle of everything: a row half programmed, a scan half shifted, and firmware that differs
+// from the PROM.
 TEST_F(MachineDirectoryTest, AMachineThatStaysOnCarriesOnWhereItWas) {
     {
         const auto directory = MachineDirectory::open(folder_, OnOpening::powerUp);
@@ -77,11 +69,11 @@ TEST_F(MachineDirectoryTest, AMachineThatStaysOnCarriesOnWhereItWas) {
         first.enterProgramming();
         first.address(0x8000);
         first.userCode(0x21417003);
-        first.program(13000);
+        first.instruction(Prom::programInstruction);
+        first.wait(13000);
         second.reset();
         second.enter(Probe::Scan::data);
-        for (int i = 0; i < 9; ++i)
-            second.clock(false);
+        second.clocks({0, 0, 0, 0, 0, 0, 0, 0, 0});
         directory->machine().card(2).cells().erase();
         host.loadWord(nullptr);
         EXPECT_NE(directory->machine().card(0).identity(), 0x21417003U);
@@ -98,7 +90,6 @@ TEST_F(MachineDirectoryTest, AMachineThatStaysOnCarriesOnWhereItWas) {
     SimulatedHost host(machine, {});
     Probe second(host, 1);
     EXPECT_EQ(second.shift(std::vector<bool>(24)), Probe::bitsOf(0xF5035093 >> 8, 24));
-    EXPECT_NE(machine.card(0).identity(), 0x21417003U);
     Probe first(host, 0);
     first.wait(1000);
     EXPECT_EQ(machine.card(0).identity(), 0x21417003U) << "the time before and after counts together";
@@ -113,15 +104,11 @@ TEST_F(MachineDirectoryTest, AKilledProcessLeavesWhatThePromHolds) {
         Probe probe(host);
         probe.reset();
         probe.enterProgramming();
-        probe.address(0x8000);
-        probe.userCode(0x21417004);
-        probe.program();
+        probe.programUserCode(0x21417004);
         EXPECT_EQ(contentOf(folder_ / "card-1.prom").substr(262144), "\x21\x41\x70\x04\x03");
         probe.userCode(0x21417005);
-        probe.program(10);
+        probe.instruction(Prom::programInstruction);
     }
-    Machine& machine = MachineDirectory::open(folder_, OnOpening::leaveAsItIs)->machine();
-    EXPECT_FALSE(machine.isOn());
     const std::string left = contentOf(folder_ / "card-1.prom").substr(262144, 4);
     EXPECT_NE(left, "\x21\x41\x70\x04");
     EXPECT_NE(left, "\x21\x41\x70\x05") << "broken off, so damaged";
@@ -130,16 +117,12 @@ TEST_F(MachineDirectoryTest, AKilledProcessLeavesWhatThePromHolds) {
 TEST_F(MachineDirectoryTest, ANewCardTakesNoOtherCardsFile) {
     fs::rename(folder_ / "card-1.prom", folder_ / "card-4.prom");
     std::string json = contentOf(folder_ / "machine.json");
-    json.replace(json.find("card-1.prom"), 11, "card-4.prom");
-    put(folder_ / "machine.json", json);
-    const std::string before = contentOf(folder_ / "card-4.prom");
-    {
-        const auto directory = MachineDirectory::open(folder_, OnOpening::leaveAsItIs);
-        directory->machine().addCard({"new", "slot 9", 0x25, 0}, PromCells());
-        directory->save();
-    }
-    EXPECT_EQ(contentOf(folder_ / "card-4.prom"), before);
-    EXPECT_EQ(MachineDirectory::open(folder_, OnOpening::powerUp)->machine().card(3).board().name, "new");
+    put(folder_ / "machine.json", json.replace(json.find("card-1.prom"), 11, "card-4.prom"));
+    const auto directory = MachineDirectory::open(folder_, OnOpening::leaveAsItIs);
+    directory->machine().addCard({"new", "slot 9", 0x25, 0}, PromCells());
+    directory->save();
+    EXPECT_EQ(contentOf(folder_ / "card-4.prom")[0], 'V') << "still the first card's";
+    EXPECT_EQ(contentOf(folder_ / "card-5.prom"), std::string(262148, '\xFF') + '\x07');
 }
 
 TEST_F(MachineDirectoryTest, OneProcessAtATimeAndOnlyRealMachines) {
@@ -151,24 +134,18 @@ TEST_F(MachineDirectoryTest, OneProcessAtATimeAndOnlyRealMachines) {
     EXPECT_THROW((void)MachineDirectory::open(folder_ / "nowhere", OnOpening::powerUp), MachineError);
     fs::resize_file(folder_ / "card-2.prom", 262144);
     EXPECT_EQ(complaint(folder_ / "card-2.prom"), "is 262144 bytes long instead of 262149.");
-    fs::remove(folder_ / "card-2.prom");
-    EXPECT_EQ(complaint(folder_ / "card-2.prom"), "could not be opened (No such file or directory).");
     fs::remove(folder_ / "machine.json");
     EXPECT_EQ(complaint(folder_ / "machine.json"), "could not be opened (No such file or directory).");
 }
 
 TEST_F(MachineDirectoryTest, MalformedDescriptionsAreExplained) {
-    {
-        const auto directory = MachineDirectory::open(folder_, OnOpening::powerUp);
-        directory->save();
-    }
+    MachineDirectory::open(folder_, OnOpening::powerUp)->save();
     const std::string good = contentOf(folder_ / "machine.json");
     const struct {
         const char *part, *instead, *complaint;
     } kCases[] = {
         {"{", "[", "not JSON at byte "},
         {"\"format\": 1", "\"format\": 2", "format is not 1; another version"},
-        {"\"on\": true", "\"on\": 1", "on is neither true nor false."},
         {"\"accesses\": 0,", "", "accesses is missing."},
         {"\"accesses\": 0", "\"accesses\": -1", "accesses is not a whole number from 0 to"},
         {"\"accesses\": 0", "\"accesses\": 0, \"extra\": 3",
@@ -181,7 +158,6 @@ TEST_F(MachineDirectoryTest, MalformedDescriptionsAreExplained) {
         {"\"tap\": \"Test", "\"tap\": \"Rest", "cards[0].promJtag.tap is not a state"},
         {"\"pageData\": \"00", "\"pageData\": \"0x", "cards[0].prom.pageData is not 512 bytes"},
         {"\"operation\": \"none\"", "\"operation\": \"dance\"", "cards[0].prom.operation is not a word"},
-        {"\"ledger\": []", "\"ledger\": {}", "ledger is not a list."},
         {"\"ledger\": []", "\"ledger\": [3]", "ledger[0] is not an object."},
     };
     for (const auto& each : kCases) {
@@ -191,6 +167,7 @@ TEST_F(MachineDirectoryTest, MalformedDescriptionsAreExplained) {
         put(folder_ / "machine.json", bad.replace(at, std::string(each.part).size(), each.instead));
         const std::string text = complaint(folder_ / "machine.json");
         EXPECT_TRUE(text.starts_with(each.complaint)) << each.instead << ": " << text;
+        EXPECT_EQ(contentOf(folder_ / "machine.json"), bad);
     }
 }
 

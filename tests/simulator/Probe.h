@@ -25,7 +25,7 @@ class Probe {
     // Opens and maps one of the machine's services.
     explicit Probe(Host& host, std::size_t index = 0) : host_(host) {
         const auto connection =
-            host.openService(host.servicesOfClass("com_VornLabs_driver_VornMxDevice").at(index));
+            host.openService(host.servicesOfClass(SimulatedHost::kServiceClass).at(index));
         base_ = static_cast<uint32_t*>(host.mapMemory(connection.value(), 0).value().base);
         swap_ = (host.loadWord(base_) & 0xFFFF) != 0x564F;
     }
@@ -86,22 +86,10 @@ class Probe {
             held = held << 1 | static_cast<uint32_t>(out[bits]);
         return held;
     }
-    std::vector<uint8_t> page(std::span<const uint8_t> content) {
-        Bits in;
-        for (const uint8_t byte : content)
-            std::ranges::copy(bitsOf(byte, 8), std::back_inserter(in));
-        const Bits out = promData(in);
-        std::vector<uint8_t> held(content.size());
-        for (std::size_t i = 0; i < out.size(); ++i)
-            held[i / 8] = static_cast<uint8_t>(held[i / 8] | out[i] << (i % 8));
-        return held;
-    }
-
-    void waitAccesses(uint64_t accesses) {
-        while (accesses-- > 0)
+    void wait(uint64_t microseconds, uint64_t accessesFewer = 0) {
+        for (uint64_t accesses = microseconds * 3 - accessesFewer; accesses > 0; --accesses)
             read(0x100);
     }
-    void wait(uint64_t microseconds) { waitAccesses(microseconds * 3); }
 
     // An instruction and its data register; returns what the register held.
     uint32_t scanRegister(uint32_t code, uint32_t value, std::size_t bits) {
@@ -110,7 +98,14 @@ class Probe {
     }
     std::vector<uint8_t> scanPage(uint32_t code, std::span<const uint8_t> content) {
         instruction(code);
-        return page(content);
+        Bits in;
+        for (const uint8_t byte : content)
+            std::ranges::copy(bitsOf(byte, 8), std::back_inserter(in));
+        const Bits out = promData(in);
+        std::vector<uint8_t> held(content.size());
+        for (std::size_t i = 0; i < out.size(); ++i)
+            held[i / 8] = static_cast<uint8_t>(held[i / 8] | out[i] << (i % 8));
+        return held;
     }
 
     // The steps of an update.
@@ -125,8 +120,8 @@ class Probe {
         instruction(Prom::bypassInstruction);
     }
     void program(uint64_t microseconds = 14000) { operate(Prom::programInstruction, microseconds); }
-    void programPage(std::size_t number, std::span<const uint8_t> content) {
-        address(static_cast<uint32_t>(number * 0x20));
+    void programPage(uint32_t number, std::span<const uint8_t> content) {
+        address(number * 0x20);
         scanPage(Prom::pageDataInstruction, content);
         program();
     }
@@ -163,9 +158,9 @@ class ProbedMachineTest : public testing::Test {
         probe_->reset();
     }
 
-    [[nodiscard]] Card& card() { return machine_.card(0); }
-    [[nodiscard]] JtagChain& chain() { return card().chain(); }
-    [[nodiscard]] std::vector<Misuse> misuses() {
+    Card& card() { return machine_.card(0); }
+    JtagChain& chain() { return card().chain(); }
+    std::vector<Misuse> misuses() {
         std::vector<Misuse> found;
         for (const auto& entry : machine_.ledger().entries())
             found.insert(found.end(), entry.times, entry.misuse);

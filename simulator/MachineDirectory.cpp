@@ -93,7 +93,7 @@ void MachineDirectory::load() {
 
 std::string MachineDirectory::unusedPromName() const {
     for (std::size_t number = promFiles_.size() + 1;; ++number) {
-        const std::string name = "card-" + std::to_string(number) + ".prom";
+        std::string name = "card-" + std::to_string(number) + ".prom";
         const auto isTaken = [&](const auto& file) { return file->name == name; };
         if (std::ranges::none_of(promFiles_, isTaken))
             return name;

@@ -69,9 +69,13 @@ std::optional<Host::MappedRange> SimulatedHost::mapMemory(uint32_t connection, u
     RegisterWindow* const window = card->window(memoryType);
     if (!card->running() || window == nullptr)
         return std::nullopt;
-    const Mapping& mapping =
-        mappings_.emplace_back(connection, true, card, memoryType, window, AddressSpace(window->bytes()));
-    return MappedRange{mapping.space.base(), window->bytes()};
+    mappings_.push_back(Mapping{.connection = connection,
+                                .live = true,
+                                .card = card,
+                                .memoryType = memoryType,
+                                .window = window,
+                                .space = AddressSpace(window->bytes())});
+    return MappedRange{mappings_.back().space.base(), window->bytes()};
 }
 
 std::optional<std::size_t> SimulatedHost::callMethod(uint32_t connection, uint32_t method,

@@ -119,11 +119,11 @@ JtagDevice::State decodeJtag(Object object) {
     const auto tap = tapStateNamed(object.text("tap"));
     if (!tap)
         object.complain("tap", "is not a state of a TAP controller.");
-    const JtagDevice::State state{.tap = *tap,
-                                  .instruction = object.number<uint32_t>("instruction"),
-                                  .tdo = object.flag("tdo"),
-                                  .instructionShift = decodeShift(object.object("instructionShift")),
-                                  .dataShift = decodeShift(object.object("dataShift"))};
+    JtagDevice::State state{.tap = *tap,
+                            .instruction = object.number<uint32_t>("instruction"),
+                            .tdo = object.flag("tdo"),
+                            .instructionShift = decodeShift(object.object("instructionShift")),
+                            .dataShift = decodeShift(object.object("dataShift"))};
     object.nothingElse();
     return state;
 }
@@ -197,11 +197,11 @@ Ledger::Entry decodeEntry(Object object) {
     const auto misuse = misuseNamed(object.text("misuse"));
     if (!misuse)
         object.complain("misuse", "is not a misuse that this program knows.");
-    const Ledger::Entry entry{.misuse = *misuse,
-                              .card = object.text("card"),
-                              .detail = object.text("detail"),
-                              .firstAccess = object.number<uint64_t>("firstAccess"),
-                              .times = object.number<uint64_t>("times")};
+    Ledger::Entry entry{.misuse = *misuse,
+                        .card = object.text("card"),
+                        .detail = object.text("detail"),
+                        .firstAccess = object.number<uint64_t>("firstAccess"),
+                        .times = object.number<uint64_t>("times")};
     object.nothingElse();
     return entry;
 }

@@ -4,147 +4,135 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
+#include <initializer_list>
+#include <iterator>
 #include <span>
 #include <vector>
 
+#include "simulator/DefaultMachine.h"
 #include "simulator/Prom.h"
 #include "simulator/SimulatedHost.h"
 
 namespace simulator {
 
-inline constexpr uint32_t kOutput = 0x100;
-inline constexpr uint32_t kInput = 0x108;
-
 class Probe {
   public:
     enum class Scan { data, instruction };
+    using Bits = std::vector<bool>;  // first the one that is shifted first
 
     // Opens and maps one of the machine's services.
     explicit Probe(Host& host, std::size_t index = 0) : host_(host) {
         const auto connection =
-            host.openService(host.servicesOfClass("com_VornLabs_driver_VornMxDevice").at(index));
+            host.openService(host.servicesOfClass(SimulatedHost::kServiceClass).at(index));
         base_ = static_cast<uint32_t*>(host.mapMemory(connection.value(), 0).value().base);
         swap_ = (host.loadWord(base_) & 0xFFFF) != 0x564F;
     }
 
-    [[nodiscard]] uint32_t* base() const { return base_; }
     uint32_t read(uint32_t offset) { return ordered(host_.loadWord(base_ + offset / 4)); }
     void write(uint32_t offset, uint32_t value) { host_.storeWord(base_ + offset / 4, ordered(value)); }
-    bool tdo() { return (read(kInput) & 0x80) != 0; }
+    bool tdo() { return (read(0x108) & 0x80) != 0; }
 
     void drive(bool tck, bool tms, bool tdi = false) {
-        write(kOutput, (tck ? 0x40U : 0) | (tms ? 0x20U : 0) | (tdi ? 0x10U : 0));
+        write(0x100, (tck ? 0x40U : 0) | (tms ? 0x20U : 0) | (tdi ? 0x10U : 0));
     }
 
     // One cycle that ends low; makes three stores.
     void clock(bool tms, bool tdi = false) {
-        drive(false, tms, tdi);
-        drive(true, tms, tdi);
-        drive(false, tms, tdi);
+        for (const bool tck : {false, true, false})
+            drive(tck, tms, tdi);
+    }
+    void clocks(std::initializer_list<int> tms) {
+        for (const int level : tms)
+            clock(level != 0);
     }
 
     // To Run-Test/Idle from anywhere.
-    void reset() {
-        for (int i = 0; i < 5; ++i)
-            clock(true);
-        clock(false);
-    }
-
+    void reset() { clocks({1, 1, 1, 1, 1, 0}); }
     // From Run-Test/Idle to Shift-DR or Shift-IR.
-    void enter(Scan scan) {
-        clock(true);
-        if (scan == Scan::instruction)
-            clock(true);
-        clock(false);
-        clock(false);
-    }
+    void enter(Scan which) { which == Scan::data ? clocks({1, 0, 0}) : clocks({1, 1, 0, 0}); }
 
     // Shifts bits, leaves the Shift state with the last of them, and returns what came out.
-    std::vector<bool> shift(const std::vector<bool>& in) {
-        std::vector<bool> out;
+    Bits shift(const Bits& in) {
+        Bits out;
         for (std::size_t i = 0; i < in.size(); ++i) {
             out.push_back(tdo());
             clock(i + 1 == in.size(), in[i]);
         }
         return out;
     }
-
-    // From Exit1 or Exit2 through Update to Run-Test/Idle.
-    void update() {
-        clock(true);
-        clock(false);
-    }
-
     // A whole scan from Run-Test/Idle back to it.
-    std::vector<bool> scan(Scan scan, const std::vector<bool>& in) {
-        enter(scan);
-        auto out = shift(in);
-        update();
+    Bits scan(Scan which, const Bits& in) {
+        enter(which);
+        Bits out = shift(in);
+        clocks({1, 0});
         return out;
     }
-
     // Gives the PROM an instruction, the FPGA bypass.
     void instruction(uint32_t code) { scan(Scan::instruction, bitsOf(code << 5 | 0x1F, 13)); }
 
-    // Scans the PROM's data register of so many bits behind the FPGA's bypass bit; returns what it held.
-    uint32_t data(uint32_t value, std::size_t bits) {
-        std::vector<bool> in = bitsOf(value, bits);
+    // Scans the PROM's data register behind the FPGA's bypass bit; returns what it held.
+    Bits promData(Bits in) {
         in.insert(in.begin(), false);
-        const auto out = scan(Scan::data, in);
+        Bits out = scan(Scan::data, in);
         EXPECT_FALSE(out[0]) << "the bypass bit captures 0";
-        uint32_t number = 0;
-        for (std::size_t i = 0; i < bits; ++i)
-            number |= static_cast<uint32_t>(out[i + 1]) << i;
-        return number;
+        out.erase(out.begin());
+        return out;
+    }
+    uint32_t data(uint32_t value, std::size_t bits) {
+        uint32_t held = 0;
+        for (const Bits out = promData(bitsOf(value, bits)); bits-- > 0;)
+            held = held << 1 | static_cast<uint32_t>(out[bits]);
+        return held;
+    }
+    void wait(uint64_t microseconds, uint64_t accessesFewer = 0) {
+        for (uint64_t accesses = microseconds * 3 - accessesFewer; accesses > 0; --accesses)
+            read(0x100);
     }
 
-    std::vector<uint8_t> page(std::span<const uint8_t> content) {
-        std::vector<bool> in{false};
-        for (std::size_t i = 0; i < content.size() * 8; ++i)
-            in.push_back((content[i / 8] >> (i % 8) & 1) != 0);
-        const auto out = scan(Scan::data, in);
+    // An instruction and its data register; returns what the register held.
+    uint32_t scanRegister(uint32_t code, uint32_t value, std::size_t bits) {
+        instruction(code);
+        return data(value, bits);
+    }
+    std::vector<uint8_t> scanPage(uint32_t code, std::span<const uint8_t> content) {
+        instruction(code);
+        Bits in;
+        for (const uint8_t byte : content)
+            std::ranges::copy(bitsOf(byte, 8), std::back_inserter(in));
+        const Bits out = promData(in);
         std::vector<uint8_t> held(content.size());
-        for (std::size_t i = 0; i < held.size() * 8; ++i)
-            held[i / 8] = static_cast<uint8_t>(held[i / 8] | out[i + 1] << (i % 8));
+        for (std::size_t i = 0; i < out.size(); ++i)
+            held[i / 8] = static_cast<uint8_t>(held[i / 8] | out[i] << (i % 8));
         return held;
     }
 
-    void waitAccesses(uint64_t accesses) {
-        while (accesses-- > 0)
-            host_.loadWord(base_ + kOutput / 4);
-    }
-    void wait(uint64_t microseconds) { waitAccesses(microseconds * 3); }
-
     // The steps of an update.
-    void enterProgramming() {
-        instruction(Prom::enterProgrammingInstruction);
-        data(0x34, 6);
-    }
-    uint32_t address(uint32_t value) {
-        instruction(Prom::addressInstruction);
-        return data(value, 16);
-    }
-    void program(uint64_t microseconds = 14000) {
-        instruction(Prom::programInstruction);
-        wait(microseconds);
-    }
-    void loadPage(std::span<const uint8_t> content) {
-        instruction(Prom::pageDataInstruction);
-        page(content);
-    }
-    uint32_t userCode(uint32_t value = 0xFFFFFFFF) {
-        instruction(Prom::userCodeInstruction);
-        return data(value, 32);
-    }
-    void leaveProgramming(uint64_t microseconds = 4000) {
-        instruction(Prom::leaveProgrammingInstruction);
+    uint32_t enterProgramming() { return scanRegister(Prom::enterProgrammingInstruction, 0x34, 6); }
+    uint32_t address(uint32_t value) { return scanRegister(Prom::addressInstruction, value, 16); }
+    uint32_t userCode(uint32_t value) { return scanRegister(Prom::userCodeInstruction, value, 32); }
+    uint32_t controlData(uint32_t value) { return scanRegister(Prom::controlDataInstruction, value, 3); }
+    // An instruction that takes time, and another one after it.
+    void operate(uint32_t code, uint64_t microseconds) {
+        instruction(code);
         wait(microseconds);
         instruction(Prom::bypassInstruction);
     }
+    void program(uint64_t microseconds = 14000) { operate(Prom::programInstruction, microseconds); }
+    void programPage(uint32_t number, std::span<const uint8_t> content) {
+        address(number * 0x20);
+        scanPage(Prom::pageDataInstruction, content);
+        program();
+    }
+    void programUserCode(uint32_t value, uint64_t microseconds = 14000) {
+        address(0x8000);
+        userCode(value);
+        program(microseconds);
+    }
 
-    static std::vector<bool> bitsOf(uint32_t value, std::size_t bits) {
-        std::vector<bool> list;
+    static Bits bitsOf(uint32_t value, std::size_t bits) {
+        Bits list;
         for (std::size_t i = 0; i < bits; ++i)
             list.push_back((value >> i & 1) != 0);
         return list;
@@ -158,6 +146,30 @@ class Probe {
     Host& host_;
     uint32_t* base_;
     bool swap_;
+};
+
+// The default machine, switched on, with a probe on its first card.
+class ProbedMachineTest : public testing::Test {
+  protected:
+    ProbedMachineTest() {
+        addDefaultCards(machine_);
+        machine_.powerOn();
+        probe_.emplace(host_);
+        probe_->reset();
+    }
+
+    Card& card() { return machine_.card(0); }
+    JtagChain& chain() { return card().chain(); }
+    std::vector<Misuse> misuses() {
+        std::vector<Misuse> found;
+        for (const auto& entry : machine_.ledger().entries())
+            found.insert(found.end(), entry.times, entry.misuse);
+        return found;
+    }
+
+    Machine machine_;
+    SimulatedHost host_{machine_, {}};
+    std::optional<Probe> probe_;
 };
 
 }  // namespace simulator

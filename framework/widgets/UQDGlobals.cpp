@@ -16,3 +16,13 @@ void UQDGlobals::InitializeToolbox() {
     // Whether closing a window ends the program is for the chain of command to say.
     application->setQuitOnLastWindowClosed(false);
 }
+
+#if defined(__has_feature)
+#if __has_feature(address_sanitizer)
+// The font library under Qt never gives back a little of what it allocates.
+extern "C" const char* __lsan_default_suppressions();   // NOLINT(bugprone-reserved-identifier)
+extern "C" const char* __lsan_default_suppressions() {  // NOLINT(bugprone-reserved-identifier)
+    return "leak:libfontconfig";
+}
+#endif
+#endif

@@ -20,15 +20,6 @@ class Recorder : public LCommander {
         return true;
     }
 
-    void FindCommandStatus(CommandT command, uint8_t& outEnabled, uint8_t& outUsesMark, uint16_t& outMark,
-                           unsigned char* outName) override {
-        if (command == mHandled) {
-            outEnabled = 1;
-        } else {
-            LCommander::FindCommandStatus(command, outEnabled, outUsesMark, outMark, outName);
-        }
-    }
-
     bool AttemptQuitSelf(int32_t saveOption) override {
         mSaveOption = saveOption;
         ++mAsked;
@@ -59,22 +50,6 @@ TEST(Commander, CommandIsHandledHereClimbsOrStopsAtTheTop) {
     EXPECT_FALSE(top.ObeyCommand(30, nullptr)) << "commands do not sink";
     EXPECT_EQ(bottom.mObeyed, std::vector<CommandT>{30});
     EXPECT_EQ(top.mObeyed, std::vector<CommandT>{20});
-}
-
-TEST(Commander, StatusClimbsAndIsLeftAloneAtTheTop) {
-    Recorder top(nullptr, 20);
-    LCommander bottom(&top);
-    uint8_t enabled = 0;
-    uint8_t usesMark = 7;
-    uint16_t mark = 7;
-    unsigned char name[256] = {7};
-    bottom.FindCommandStatus(40, enabled, usesMark, mark, name);
-    EXPECT_EQ(enabled, 0);
-    bottom.FindCommandStatus(20, enabled, usesMark, mark, name);
-    EXPECT_EQ(enabled, 1);
-    EXPECT_EQ(usesMark, 7);
-    EXPECT_EQ(mark, 7);
-    EXPECT_EQ(name[0], 7);
 }
 
 TEST(Commander, EveryoneBelowMayRefuseToQuit) {
@@ -113,14 +88,4 @@ TEST(Commander, ChainSurvivesDestructionInEitherOrder) {
     top.reset();
     EXPECT_EQ(bottom->GetSuperCommander(), nullptr);
     EXPECT_FALSE(bottom->ObeyCommand(20));
-}
-
-TEST(Commander, TargetFallsBackToItsSuperCommander) {
-    auto top = std::make_unique<LCommander>();
-    auto bottom = std::make_unique<LCommander>(top.get());
-    LCommander::SwitchTarget(bottom.get());
-    bottom.reset();
-    EXPECT_EQ(LCommander::GetTarget(), top.get());
-    top.reset();
-    EXPECT_EQ(LCommander::GetTarget(), nullptr);
 }

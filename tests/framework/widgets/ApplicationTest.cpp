@@ -4,7 +4,6 @@
 
 #include "framework/core/LException.h"
 #include "framework/core/UKeptException.h"
-#include "framework/widgets/LPopupButton.h"
 #include "framework/widgets/LPushButton.h"
 #include "tests/framework/widgets/Fixture.h"
 
@@ -95,23 +94,6 @@ TEST(Application, QuitInStartUpEndsTheRunBeforeTheFirstEvent) {
     application.Run();
     EXPECT_FALSE(eventHappened);
     application.ProcessNextEvent();
-}
-
-TEST(Application, PopupBroadcastOfStartUpArrivesAfterIt) {
-    SampleApplication application;
-    bool started = false;
-    application.atStartUp = [&] {
-        application.openWindow();
-        application.listenTo("CRDS");
-        application.pane<LPopupButton>("CRDS").AppendMenu(reinterpret_cast<ConstStringPtr>("\001A"), true);
-        started = true;
-    };
-    application.reaction = [&] {
-        EXPECT_TRUE(started);
-        application.DoQuit();
-    };
-    application.Run();
-    EXPECT_EQ(application.heard.size(), 1U);
 }
 
 TEST(Application, WindowsBelongToTheListUntilEitherGoes) {

@@ -86,15 +86,6 @@ TEST_P(Quit, CanBeRefusedAndIsThenAccepted) {
 INSTANTIATE_TEST_SUITE_P(Ways, Quit, testing::ValuesIn(kWays),
                          [](const auto& info) { return std::string(info.param.name); });
 
-TEST(Signals, KeepTheirMeaningWhenTheApplicationIsGone) {
-    struct sigaction before = {};
-    struct sigaction after = {};
-    sigaction(SIGTERM, nullptr, &before);
-    { const SampleApplication application; }
-    sigaction(SIGTERM, nullptr, &after);
-    EXPECT_EQ(before.sa_handler, after.sa_handler);
-}
-
 TEST(Alerts, AreAnsweredByKeyboard) {
     SampleApplication application;
     application.openWindow();

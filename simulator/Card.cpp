@@ -69,8 +69,8 @@ uint32_t Card::inCardsOrder(uint32_t value) const {
 
 void Card::presentRegisters() {
     if (!running_) {
-        registers_.fillUnanswered();
-        memory_.fillUnanswered();
+        registers_.fill(RegisterWindow::kNobodyAnswers);
+        memory_.fill(RegisterWindow::kNobodyAnswers);
         return;
     }
     registers_.fill(0);

@@ -20,10 +20,12 @@ class Clock {
     [[nodiscard]] uint64_t accesses() const { return accesses_; }
     [[nodiscard]] uint64_t microseconds() const { return accesses_ / kAccessesPerMicrosecond; }
 
-    // Counts one access, before it is carried out.
-    void tick() {
-        if (++accesses_ >= wakeAt_)
-            wake();
+    // Counts one access, before it is carried out. True when somebody has to be woken first.
+    [[nodiscard]] bool tick() { return ++accesses_ >= wakeAt_; }
+    void wake() {
+        wakeAt_ = kNever;
+        if (onWake_)
+            onWake_();
     }
 
     // Asks for the wake-up call when the count reaches `accesses`; at the next access if it already has.
@@ -36,12 +38,6 @@ class Clock {
     void resume(uint64_t accesses) { accesses_ = accesses; }
 
   private:
-    void wake() {
-        wakeAt_ = kNever;
-        if (onWake_)
-            onWake_();
-    }
-
     static constexpr uint64_t kNever = std::numeric_limits<uint64_t>::max();
 
     uint64_t accesses_ = 0;

@@ -212,11 +212,12 @@ void Prom::startErase() {
 }
 
 void Prom::complete() {
-    if (state_.operation == Operation::program)
-        cells_.toggleDamage(*rowToProgram());  // address and registers cannot change in Run-Test/Idle
+    // The row is still the one that was started: nothing that decides it changes in Run-Test/Idle.
+    if (const auto row = rowToProgram(); row && state_.operation == Operation::program)
+        cells_.toggleDamage(*row);
     else if (state_.operation == Operation::erase)
         cells_.toggleDamage(PromCells::kEverything);
-    else
+    else if (state_.operation == Operation::leaveProgramming)
         state_.programmingMode = false;
     state_.operation = Operation::none;
     state_.doneAt = 0;

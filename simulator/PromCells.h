@@ -43,6 +43,8 @@ class PromCells {
     // Ready to be put into a card: programmed pages (kPromBytes of them, as encodeConfiguration makes them),
     // a user code and protection bits.
     PromCells(std::span<const uint8_t> pages, uint32_t userCode, uint8_t protection);
+    PromCells(PromCells&&) = default;
+    PromCells& operator=(PromCells&&) = delete;  // cells that are written through change by setImage()
 
     [[nodiscard]] std::span<const uint8_t> image() const { return image_; }
     [[nodiscard]] std::span<const uint8_t> pages() const { return image().first(kPromBytes); }

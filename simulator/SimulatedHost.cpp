@@ -16,8 +16,6 @@ constexpr std::size_t kInformationBytes = 512;
 constexpr std::size_t kLocationAt = 256;
 constexpr std::size_t kTextBytes = 256;
 
-constexpr uint32_t kNobodyAnswers = 0xFFFFFFFF;
-
 // Copies a text, cut where necessary, and fills what is left of its 256 bytes with NUL.
 void putText(std::span<uint8_t> field, std::string_view text) {
     std::ranges::fill(field, uint8_t{0});
@@ -71,9 +69,13 @@ std::optional<Host::MappedRange> SimulatedHost::mapMemory(uint32_t connection, u
     RegisterWindow* const window = card->window(memoryType);
     if (!card->running() || window == nullptr)
         return std::nullopt;
-    const Mapping& mapping =
-        mappings_.emplace_back(connection, true, card, memoryType, window, AddressSpace(window->bytes()));
-    return MappedRange{mapping.space.base(), window->bytes()};
+    mappings_.push_back(Mapping{.connection = connection,
+                                .live = true,
+                                .card = card,
+                                .memoryType = memoryType,
+                                .window = window,
+                                .space = AddressSpace(window->bytes())});
+    return MappedRange{mappings_.back().space.base(), window->bytes()};
 }
 
 std::optional<std::size_t> SimulatedHost::callMethod(uint32_t connection, uint32_t method,
@@ -88,19 +90,35 @@ std::optional<std::size_t> SimulatedHost::callMethod(uint32_t connection, uint32
     return kInformationBytes;
 }
 
+// The ordinary case needs no stack frame; everything else is a call at the very end.
 uint32_t SimulatedHost::loadWord(const uint32_t* address) {
-    if (view_.indexOf(address) >= view_.words && !findView(address)) [[unlikely]]
-        return kNobodyAnswers;
-    clock_.tick();
-    return view_.window->load(view_.indexOf(address));
+    const std::size_t index = view_.indexOf(address);
+    if (index >= view_.count) [[unlikely]]
+        return loadThroughAnotherView(address);
+    if (clock_.tick()) [[unlikely]]
+        return loadAfterWaking(index);
+    return view_.load(index);
+}
+
+uint32_t SimulatedHost::loadAfterWaking(std::size_t index) {
+    clock_.wake();
+    return view_.load(index);
+}
+
+uint32_t SimulatedHost::loadThroughAnotherView(const uint32_t* address) {
+    return findView(address) ? loadWord(address) : RegisterWindow::kNobodyAnswers;
 }
 
 void SimulatedHost::storeWord(uint32_t* address, uint32_t word) {
-    if (view_.indexOf(address) >= view_.words && !findView(address)) [[unlikely]]
-        return;
-    clock_.tick();
     const std::size_t index = view_.indexOf(address);
-    view_.window->countStore(index);
+    if (index >= view_.count) [[unlikely]] {
+        if (findView(address))
+            storeWord(address, word);
+        return;
+    }
+    if (clock_.tick()) [[unlikely]]
+        clock_.wake();
+    ++view_.words[index].stores;
     if (view_.registersOf != nullptr)
         view_.registersOf->storeRegister(static_cast<uint32_t>(index * sizeof(uint32_t)), word);
 }
@@ -109,10 +127,10 @@ bool SimulatedHost::findView(const void* address) {
     bool once = false;
     for (const Mapping& mapping : mappings_) {
         const View view{.base = reinterpret_cast<uintptr_t>(mapping.space.base()),
-                        .words = mapping.window->words(),
-                        .window = mapping.window,
+                        .count = mapping.window->words().size(),
+                        .words = mapping.window->words().data(),
                         .registersOf = mapping.memoryType == 0 ? mapping.card : nullptr};
-        if (view.indexOf(address) >= view.words)
+        if (view.indexOf(address) >= view.count)
             continue;
         if (mapping.live) {
             view_ = view;

@@ -55,20 +55,26 @@ class SimulatedHost final : public Host {
     // A mapping as loads and stores need it.
     struct View {
         uintptr_t base = 0;
-        std::size_t words = 0;
-        RegisterWindow* window = nullptr;
+        std::size_t count = 0;
+        RegisterWindow::Word* words = nullptr;
         Card* registersOf = nullptr;  // the card, when stores go to its registers
 
-        // Which word of the window lies at an address; `words` or more when none does. The rotation takes the
+        // Which word of the window lies at an address; `count` or more when none does. The rotation takes the
         // two bits that an aligned offset has clear to the top, where they make any other one too large.
         [[nodiscard]] std::size_t indexOf(const void* address) const {
             return std::rotr(reinterpret_cast<uintptr_t>(address) - base, 2);
+        }
+        uint32_t load(std::size_t index) const {
+            ++words[index].loads;
+            return words[index].content;
         }
     };
 
     // Makes the live mapping at an address the current view; false, with a note in the ledger, when there is
     // none.
     bool findView(const void* address);
+    [[gnu::noinline]] uint32_t loadThroughAnotherView(const uint32_t* address);
+    [[gnu::noinline]] uint32_t loadAfterWaking(std::size_t index);
 
     Machine& machine_;
     Clock& clock_;

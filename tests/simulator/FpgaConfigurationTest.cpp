@@ -3,31 +3,23 @@
 #include <gtest/gtest.h>
 
 namespace simulator {
-namespace {
 
 constexpr FpgaConfiguration kConfiguration{
     .modelCode = 0x21, .boardRevision = 1, .flavour = 'W', .version = 12, .date = 0x3A1F};
-
-TEST(FpgaConfigurationTest, ComesBackAsItWasEncoded) {
-    for (const char flavour : {'M', 'W'}) {
-        FpgaConfiguration configuration = kConfiguration;
-        configuration.flavour = flavour;
-        EXPECT_EQ(decodeConfiguration(encodeConfiguration(configuration)), configuration);
-    }
-}
 
 // The bytes are a format that PROM files and firmware images share, so they must not drift.
 TEST(FpgaConfigurationTest, BytesAreFixed) {
     const auto prom = encodeConfiguration(kConfiguration);
     const std::vector<uint8_t> header{'V', 'F', 'P', 'G', 1, 0x21, 1, 'W', 12, 0, 0x3A, 0x1F};
     ASSERT_EQ(prom.size(), 262144U);
+    EXPECT_EQ(decodeConfiguration(prom), kConfiguration);
     EXPECT_TRUE(std::equal(header.begin(), header.end(), prom.begin()));
     // Checksum found with zlib.
     EXPECT_EQ(std::vector<uint8_t>(prom.end() - 4, prom.end()),
               (std::vector<uint8_t>{0x8A, 0x54, 0x02, 0x72}));
 }
 
-TEST(FpgaConfigurationTest, AnyFlippedBitIsNoticed) {
+TEST(FpgaConfigurationTest, RefusesWhatIsDamagedErasedOrFlavourless) {
     auto prom = encodeConfiguration(kConfiguration);
     for (const std::size_t at :
          {std::size_t{0}, std::size_t{4}, std::size_t{9}, kPageBytes, kPromBytes - 1}) {
@@ -35,16 +27,9 @@ TEST(FpgaConfigurationTest, AnyFlippedBitIsNoticed) {
         EXPECT_FALSE(decodeConfiguration(prom)) << "byte " << at;
         prom[at] ^= 0x10;
     }
-    EXPECT_TRUE(decodeConfiguration(prom));
-}
-
-TEST(FpgaConfigurationTest, RefusesErasedShortAndFlavourless) {
+    EXPECT_FALSE(decodeConfiguration(std::span(prom).first(12)));
     EXPECT_FALSE(decodeConfiguration(std::vector<uint8_t>(kPromBytes, 0xFF)));
-    EXPECT_FALSE(decodeConfiguration(std::vector<uint8_t>(12, 'V')));
-    FpgaConfiguration configuration = kConfiguration;
-    configuration.flavour = 'X';
-    EXPECT_FALSE(decodeConfiguration(encodeConfiguration(configuration)));
+    EXPECT_FALSE(decodeConfiguration(encodeConfiguration({0x21, 1, 'X', 12, 0x3A1F})));
 }
 
-}  // namespace
 }  // namespace simulator

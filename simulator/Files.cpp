@@ -1,0 +1,107 @@
+#include "simulator/Files.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <string>
+#include <system_error>
+
+#include "simulator/MachineError.h"
+
+namespace simulator {
+namespace {
+
+[[noreturn]] void fail(const std::filesystem::path& path, const std::string& what) {
+    const std::string reason = std::generic_category().message(errno);
+    throw MachineError(path.string() + ": " + what + " (" + reason + ").");
+}
+
+class File {
+  public:
+    File(const std::filesystem::path& path, int flags, const char* whatFails)
+        : path_(path), descriptor_(::open(path.c_str(), flags | O_CLOEXEC, 0666)) {
+        if (descriptor_ < 0)
+            fail(path_, whatFails);
+    }
+    File(const File&) = delete;
+    File& operator=(const File&) = delete;
+    ~File() { ::close(descriptor_); }
+
+    void write(std::size_t offset, std::span<const uint8_t> bytes) const {
+        while (!bytes.empty()) {
+            const ssize_t written =
+                ::pwrite(descriptor_, bytes.data(), bytes.size(), static_cast<off_t>(offset));
+            if (written < 0 && errno == EINTR)
+                continue;
+            if (written <= 0)
+                fail(path_, "could not be written");
+            offset += static_cast<std::size_t>(written);
+            bytes = bytes.subspan(static_cast<std::size_t>(written));
+        }
+    }
+
+    [[nodiscard]] std::vector<uint8_t> read() const {
+        std::vector<uint8_t> content;
+        std::array<uint8_t, 65536> piece{};
+        for (;;) {
+            const ssize_t got = ::read(descriptor_, piece.data(), piece.size());
+            if (got < 0 && errno == EINTR)
+                continue;
+            if (got < 0)
+                fail(path_, "could not be read");
+            if (got == 0)
+                return content;
+            content.insert(content.end(), piece.begin(), piece.begin() + got);
+        }
+    }
+
+    void flush() const {
+        if (::fsync(descriptor_) != 0)
+            fail(path_, "could not be written");
+    }
+
+  private:
+    std::filesystem::path path_;
+    int descriptor_;
+};
+
+}  // namespace
+
+std::vector<uint8_t> readFile(const std::filesystem::path& path) {
+    return File(path, O_RDONLY, "could not be opened").read();
+}
+
+void replaceFile(const std::filesystem::path& path, std::span<const uint8_t> content) {
+    std::filesystem::path fresh = path;
+    fresh += ".new";
+    {
+        const File file(fresh, O_WRONLY | O_CREAT | O_TRUNC, "could not be made");
+        file.write(0, content);
+        file.flush();
+    }
+    if (::rename(fresh.c_str(), path.c_str()) != 0)
+        fail(path, "could not be replaced");
+}
+
+void writeIntoFile(const std::filesystem::path& path, std::size_t offset, std::span<const uint8_t> bytes) {
+    File(path, O_WRONLY, "could not be opened").write(offset, bytes);
+}
+
+FolderLock::FolderLock(const std::filesystem::path& folder)
+    : descriptor_(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
+    if (descriptor_ < 0)
+        fail(folder, "there is no simulated machine here");
+    if (::flock(descriptor_, LOCK_EX | LOCK_NB) != 0) {
+        ::close(descriptor_);
+        throw MachineError(folder.string() + ": the simulated machine is in use by another program.");
+    }
+}
+
+FolderLock::~FolderLock() {
+    ::close(descriptor_);
+}
+
+}  // namespace simulator

@@ -1,0 +1,159 @@
+#include "simulator/Prom.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+
+#include "tests/simulator/Probe.h"
+
+namespace simulator {
+
+class PromTest : public ProbedMachineTest {
+  protected:
+    std::vector<uint8_t> cellsOf(std::size_t page) {
+        const auto bytes = card().cells().bytesOf(PromCells::page(page));
+        return {bytes.begin(), bytes.end()};
+    }
+    // Lets the time go by without the accesses that it takes.
+    void erase(uint64_t microseconds = 15'000'000) {
+        probe_->instruction(Prom::eraseInstruction);
+        machine_.clock().resume(machine_.accesses() + microseconds * 3);
+        probe_->instruction(Prom::bypassInstruction);
+    }
+};
+
+using Misuses = std::vector<Misuse>;
+
+TEST_F(PromTest, ReadsWhatItHolds) {
+    EXPECT_EQ(probe_->userCode(0), 0x21307015U);
+    card().cells().setProtection(5);
+    EXPECT_EQ(probe_->scanRegister(Prom::controlReadInstruction, 0, 3), 5U);
+    const auto readPage = [&](uint32_t address) {
+        probe_->address(address);
+        return probe_->scanPage(Prom::readPageInstruction, std::vector<uint8_t>(kPageBytes));
+    };
+    EXPECT_EQ(readPage(0), cellsOf(0));
+    EXPECT_EQ(readPage(511 * 0x20), cellsOf(511));
+    EXPECT_EQ(readPage(511 * 0x20 + 1), std::vector<uint8_t>(kPageBytes, 0xFF)) << "no page there";
+    EXPECT_EQ(misuses(), Misuses{});
+}
+
+TEST_F(PromTest, RegistersCaptureWhatWasLoadedAndSurviveReset) {
+    const auto page = cellsOf(77);
+    const auto load = [&] {
+        return std::vector<uint32_t>{probe_->address(0x8000), probe_->enterProgramming(),
+                                     probe_->controlData(6)};
+    };
+    EXPECT_EQ(load(), (std::vector<uint32_t>{0, 0, 0}));
+    probe_->scanPage(Prom::pageDataInstruction, page);
+    probe_->reset();
+    EXPECT_EQ(load(), (std::vector<uint32_t>{0x8000, 0x34, 6}));
+    EXPECT_EQ(probe_->scanPage(Prom::pageDataInstruction, page), page);
+    EXPECT_TRUE(chain().prom().state().programmingMode);
+}
+
+// What an update does: erase, pages, identity three times over, protection, leave; then a look at the
+// identity with its retries, which never leaves programming mode.
+TEST_F(PromTest, CorrectUpdateLeavesTheLedgerEmpty) {
+    const auto fresh = encodeConfiguration({0x21, 1, 'W', 12, 0x5A11});
+    probe_->enterProgramming();
+    erase();
+    EXPECT_EQ(card().identity(), 0xFFFFFFFFU);
+    EXPECT_EQ(card().protection(), 7);
+    for (uint32_t page = 0; page < kPromPages; page += 73) {
+        const auto content = std::span(fresh).subspan(page * kPageBytes, kPageBytes);
+        probe_->programPage(page, content);
+        EXPECT_TRUE(std::ranges::equal(probe_->scanPage(Prom::readPageInstruction, content), content))
+            << page;
+    }
+    for (int time = 0; time < 3; ++time)
+        probe_->programUserCode(0x21307015);
+    probe_->controlData(3);
+    probe_->program();
+    probe_->operate(Prom::leaveProgrammingInstruction, 4000);
+    EXPECT_FALSE(chain().prom().state().programmingMode);
+    for (int time = 0; time < 9; ++time) {
+        probe_->enterProgramming();
+        probe_->address(0x8000);
+        EXPECT_EQ(probe_->userCode(0xFFFFFFFF), 0x21307015U);
+    }
+    probe_->reset();
+    EXPECT_EQ(card().protection(), 3);
+    EXPECT_EQ(misuses(), Misuses{});
+}
+
+TEST_F(PromTest, ProgrammingOnlyTurnsOnesIntoZeros) {
+    auto expected = cellsOf(4);
+    const auto data = cellsOf(77);
+    std::ranges::transform(expected, data, expected.begin(), std::bit_and<>());
+    probe_->enterProgramming();
+    probe_->programPage(4, data);
+    EXPECT_EQ(cellsOf(4), expected);
+    EXPECT_EQ(misuses(), Misuses{Misuse::programmedTwice});
+}
+
+// Run-Test/Idle begins at one rising edge and ends at another three stores, and the wait between, later.
+TEST_F(PromTest, AnAccessTooFewDamagesTheRow) {
+    probe_->enterProgramming();
+    probe_->address(0x8000);
+    for (const bool enough : {false, true}) {
+        probe_->userCode(0x12345678);
+        probe_->instruction(Prom::programInstruction);
+        probe_->wait(14000, enough ? 3 : 4);
+        probe_->instruction(Prom::bypassInstruction);
+        EXPECT_EQ(card().identity() == 0x12345678, enough);
+    }
+    EXPECT_EQ(misuses(), Misuses{Misuse::shortWait});
+}
+
+TEST_F(PromTest, EarlyLeavingDamagesEveryKindOfRow) {
+    probe_->enterProgramming();
+    probe_->programUserCode(0x12345678, 13000);
+    probe_->controlData(2);
+    probe_->program(13000);
+    const auto damaged = card().identity();
+    EXPECT_NE(damaged, 0x12345678U);
+    EXPECT_NE(card().protection(), 2);
+
+    erase(14'900'000);
+    EXPECT_LT(std::ranges::count(card().cells().pages(), 0xFF), 0.9 * kPromBytes);
+    EXPECT_NE(card().identity(), 0xFFFFFFFFU);
+
+    probe_->userCode(0x12345678);
+    probe_->enter(Probe::Scan::instruction);
+    probe_->shift(Probe::bitsOf(Prom::programInstruction << 5 | 0x1F, 13));
+    probe_->clocks({1, 1});  // Update-IR and Select-DR-Scan, past Run-Test/Idle
+    EXPECT_EQ(card().identity(), damaged) << "the same damage every time";
+    EXPECT_EQ(misuses(), Misuses(4, Misuse::shortWait));
+}
+
+TEST_F(PromTest, LeavingProgrammingModeNeedsItsTime) {
+    probe_->enterProgramming();
+    probe_->operate(Prom::leaveProgrammingInstruction, 3990);
+    EXPECT_TRUE(chain().prom().state().programmingMode);
+    probe_->operate(Prom::leaveProgrammingInstruction, 4000);
+    EXPECT_FALSE(chain().prom().state().programmingMode);
+    probe_->operate(Prom::leaveProgrammingInstruction, 0);  // there is nothing left to leave
+    EXPECT_EQ(misuses(), Misuses{Misuse::shortWait});
+}
+
+TEST_F(PromTest, NothingIsWrittenOutsideProgrammingModeOrWhereNoRowIs) {
+    const std::vector<uint8_t> before(card().cells().image().begin(), card().cells().image().end());
+    probe_->programUserCode(0);
+    erase();
+    EXPECT_EQ(misuses(), Misuses(2, Misuse::outsideProgrammingMode));
+    machine_.ledger().clear();
+
+    probe_->enterProgramming();
+    for (const uint32_t address : {0x0U, 0x20U, 0x4000U, 0x8000U, 0x4001U, 0x21U}) {
+        if (address == 0x8000)  // no row for page data; those before are none for a user code
+            probe_->scanPage(Prom::pageDataInstruction, cellsOf(77));
+        probe_->address(address);
+        probe_->program();
+    }
+    EXPECT_EQ(misuses(), Misuses(6, Misuse::noSuchRow));
+    EXPECT_TRUE(std::ranges::equal(card().cells().image(), before));
+}
+
+}  // namespace simulator

@@ -1,0 +1,67 @@
+#include "tools/cardsim/CardSim.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <exception>
+#include <ostream>
+
+#include "simulator/DefaultMachine.h"
+#include "simulator/MachineDirectory.h"
+#include "tools/cardsim/ShowMachine.h"
+
+namespace cardsim {
+namespace {
+
+using simulator::MachineDirectory;
+
+void makeMachine(const std::string& folder, std::ostream& out) {
+    const auto directory = MachineDirectory::create(folder);
+    simulator::addDefaultCards(directory->machine());
+    directory->save();
+    out << "Made a machine with " << directory->machine().cardCount() << " cards in " << folder
+        << ". It is off.\n";
+}
+
+void show(const std::string& folder, std::ostream& out) {
+    showMachine(MachineDirectory::open(folder, MachineDirectory::OnOpening::leaveAsItIs)->machine(), out);
+}
+
+void powerCycle(const std::string& folder, std::ostream& out) {
+    const auto directory = MachineDirectory::open(folder, MachineDirectory::OnOpening::leaveAsItIs);
+    simulator::Machine& machine = directory->machine();
+    machine.powerOff();
+    machine.powerOn();
+    directory->save();
+    for (std::size_t index = 0; index < machine.cardCount(); ++index)
+        out << machine.card(index).board().name << " in " << machine.card(index).board().location << ": "
+            << describe(machine.card(index).running()) << '\n';
+}
+
+}  // namespace
+
+int run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err) {
+    CLI::App app{"Makes, shows and power-cycles simulated machines.", "cardsim"};
+    app.require_subcommand(1);
+    std::string folder;
+    const auto add = [&](const char* name, const char* description, const auto& command) {
+        CLI::App* const subcommand = app.add_subcommand(name, description);
+        subcommand->add_option("folder", folder, "The machine's folder")->required()->type_name("DIR");
+        subcommand->callback([&folder, &out, command] { command(folder, out); });
+    };
+    add("make", "Make the default machine in a new or empty folder", makeMachine);
+    add("show", "Show a machine's cards, power and ledger; changes nothing", show);
+    add("power-cycle", "Switch a machine off and on, so that its cards load their firmware", powerCycle);
+
+    try {
+        std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());  // the order CLI11 takes
+        app.parse(reversed);
+        return kDone;
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error, out, err) == 0 ? kDone : kWrongUsage;
+    } catch (const std::exception& error) {
+        err << "cardsim: " << error.what() << '\n';
+        return kFailed;
+    }
+}
+
+}  // namespace cardsim

@@ -1,0 +1,97 @@
+#include "tools/cardsim/ShowMachine.h"
+
+#include <array>
+#include <cstdio>
+#include <ostream>
+
+namespace cardsim {
+namespace {
+
+using simulator::Card;
+using simulator::FpgaConfiguration;
+
+constexpr std::array kModelNames{"VornMX-A", "VornMX-B", "VornMX-C", "Vorn K40", "Vorn DX8", "Vorn DX8-XS"};
+constexpr std::array kMonthNames{"Jan", "Feb", "Mar", "Apr", "May", "Jun",
+                                 "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+
+std::string hexadecimal(uint32_t number, int digits) {
+    std::array<char, 16> text{};
+    (void)std::snprintf(text.data(), text.size(), "0x%0*lX", digits, static_cast<unsigned long>(number));
+    return text.data();
+}
+
+std::string modelName(uint8_t code) {
+    const std::size_t index = static_cast<std::size_t>(code) - simulator::kFirstModelCode;
+    return index < kModelNames.size() ? kModelNames[index] : "model " + hexadecimal(code, 2);
+}
+
+std::string boardName(uint8_t revision) {
+    if (revision == 0)
+        return "board without revision";
+    return revision <= 26 ? std::string("board ") + static_cast<char>('A' + revision - 1)
+                          : "board revision " + std::to_string(revision);
+}
+
+std::string dateName(uint16_t date) {
+    const unsigned month = date >> 8 & 0xF;
+    if (month < 1 || month > kMonthNames.size())
+        return "date " + hexadecimal(date, 4);
+    return std::to_string(date & 0x1F) + ' ' + kMonthNames[month - 1] + ' ' +
+           std::to_string(2000 + (date >> 12));
+}
+
+// As people read it off a card: model, year, week, unit.
+std::string identityName(uint32_t identity) {
+    constexpr uint32_t kReadable = 0x7FFFFFFF;  // the updater never sees the topmost bit
+    if ((identity & kReadable) == kReadable || identity == 0)
+        return "blank (" + hexadecimal(identity, 8) + ")";
+    std::array<char, 32> text{};
+    (void)std::snprintf(text.data(), text.size(), "%02x%02u%02u%04u", unsigned{identity >> 24},
+                        unsigned{identity >> 20 & 0xF}, unsigned{identity >> 12 & 0xFF},
+                        unsigned{identity & 0xFFF});
+    return text.data() + (" (" + hexadecimal(identity, 8) + ")");
+}
+
+std::string contentOf(const simulator::PromCells& cells) {
+    std::size_t erased = 0;
+    for (std::size_t page = 0; page < simulator::kPromPages; ++page)
+        erased += cells.isPageErased(page) ? 1 : 0;
+    return describe(simulator::decodeConfiguration(cells.pages())) + "; " +
+           std::to_string(simulator::kPromPages - erased) + " pages programmed, " + std::to_string(erased) +
+           " erased";
+}
+
+void showCard(std::size_t index, const Card& card, bool on, std::ostream& out) {
+    const simulator::Board& board = card.board();
+    out << "\nCard " << index + 1 << ": " << board.name << " in " << board.location << '\n'
+        << "  Board       " << modelName(board.modelCode) << ", " << boardName(board.revision) << '\n'
+        << "  Identity    " << identityName(card.identity()) << '\n'
+        << "  Running     " << (on ? describe(card.running()) : "nothing, the machine is off") << '\n'
+        << "  PROM        " << contentOf(card.cells()) << '\n'
+        << "  Protection  " << hexadecimal(card.protection(), 1) << '\n';
+}
+
+}  // namespace
+
+std::string describe(const std::optional<FpgaConfiguration>& configuration) {
+    if (!configuration)
+        return "no configuration";
+    return modelName(configuration->modelCode) + ", " + boardName(configuration->boardRevision) +
+           ", firmware " + configuration->flavour + ' ' + std::to_string(configuration->version) + " of " +
+           dateName(configuration->date);
+}
+
+void showMachine(const simulator::Machine& machine, std::ostream& out) {
+    out << "Power       " << (machine.isOn() ? "on" : "off") << '\n'
+        << "Accesses    " << machine.accesses() << " (" << machine.microseconds() << " microseconds)\n";
+    for (std::size_t index = 0; index < machine.cardCount(); ++index)
+        showCard(index, machine.card(index), machine.isOn(), out);
+
+    out << "\nLedger      " << (machine.ledger().empty() ? "empty" : "") << '\n';
+    for (const auto& entry : machine.ledger().entries())
+        out << "  " << entry.times << " x " << misuseName(entry.misuse) << ", first at access "
+            << entry.firstAccess << (entry.card.empty() ? "" : ", " + entry.card) << ": " << entry.detail
+            << '\n';
+}
+
+}  // namespace cardsim

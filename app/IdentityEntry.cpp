@@ -1,9 +1,31 @@
 // CUpdaterApp's identity entry: asking for the serial number of a card that carries none.
 
+#include "app/Alert.h"
 #include "app/CUpdaterApp.h"
+#include "app/logic/CardIdentity.h"
+#include "app/logic/CardValues.h"
+#include "framework/core/PascalString.h"
+#include "framework/widgets/UModalDialogs.h"
+#include "hw/PromOperations.h"
 
-// This build has no dialog for it, which is as if the user had cancelled: the card and gSerialNumber stay
-// untouched.
+namespace {
+
+constexpr int32_t kIdentityDialog = 129;
+constexpr PaneIDT kSerialNumberField = 1101;
+
+}  // namespace
+
 bool CUpdaterApp::GetSerialNumberDialog() {
+    // Keeps what was typed, so that a rejected serial number can be corrected.
+    Str255 text = {0};
+    while (UModalDialogs::AskForOneString(this, kIdentityDialog, kSerialNumberField, text)) {
+        if (const auto identity = ParseSerialNumber(TextOfPascal(text))) {
+            gSerialNumber = *identity;
+            // Tells of its failures itself; the identity counts as entered all the same.
+            WriteSerialNumber(gSerialNumber);
+            return true;
+        }
+        ShowAlert("Error", "Invalid Serial Number!");
+    }
     return false;
 }

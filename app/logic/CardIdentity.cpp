@@ -1,9 +1,20 @@
 #include "app/logic/CardIdentity.h"
 
 #include "app/logic/Calendar.h"
+#include "app/logic/CardModel.h"
 #include "app/logic/FormatText.h"
 
 namespace {
+
+// Positions and lengths of a serial number's fields.
+constexpr std::size_t kSerialNumberCharacters = 10;
+constexpr std::size_t kYearPosition = 2;
+constexpr std::size_t kWeekPosition = 4;
+constexpr std::size_t kUnitPosition = 6;
+
+constexpr uint32_t kLastYear = 15;
+constexpr uint32_t kLastWeek = 53;
+constexpr uint32_t kLastUnit = 4095;
 
 constexpr uint32_t kNoIdentity = 0;
 // What an erased user code reads as: all ones, less the top bit.
@@ -21,6 +32,47 @@ uint32_t unitOf(uint32_t identity) {
     return identity & 0xFFF;
 }
 
+// One byte for every character; those beyond ASCII become one that is no digit.
+std::string oneBytePerCharacter(std::string_view utf8) {
+    std::string characters;
+    for (const char byte : utf8) {
+        const bool isContinuation = (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
+        if (!isContinuation) {
+            characters += static_cast<unsigned char>(byte) < 0x80 ? byte : '?';
+        }
+    }
+    return characters;
+}
+
+// The value of a digit of a base up to 16, or the base when it is none.
+uint32_t digitValue(char character, uint32_t base) {
+    uint32_t value = base;
+    if (character >= '0' && character <= '9') {
+        value = static_cast<uint32_t>(character - '0');
+    } else if (character >= 'a' && character <= 'f') {
+        value = static_cast<uint32_t>(character - 'a' + 10);
+    } else if (character >= 'A' && character <= 'F') {
+        value = static_cast<uint32_t>(character - 'A' + 10);
+    }
+    return value < base ? value : base;
+}
+
+uint32_t leadingNumber(std::string_view field, uint32_t base) {
+    uint32_t number = 0;
+    for (const char character : field) {
+        const uint32_t digit = digitValue(character, base);
+        if (digit == base) {
+            break;
+        }
+        number = number * base + digit;
+    }
+    return number;
+}
+
+bool isBetween1And(uint32_t last, uint32_t number) {
+    return number >= 1 && number <= last;
+}
+
 }  // namespace
 
 bool IsBlankIdentity(uint32_t identity) {
@@ -34,6 +86,23 @@ uint16_t IdentityModelCode(uint32_t identity) {
 std::string SerialNumberText(uint32_t identity) {
     return FormatText("%02x%02u%02u%04u", IdentityModelCode(identity), yearOf(identity), weekOf(identity),
                       unitOf(identity));
+}
+
+std::optional<uint32_t> ParseSerialNumber(std::string_view text) {
+    const std::string characters = oneBytePerCharacter(text);
+    if (characters.size() != kSerialNumberCharacters) {
+        return std::nullopt;
+    }
+    const std::string_view fields = characters;
+    const uint32_t model = leadingNumber(fields.substr(0, kYearPosition), 16);
+    const uint32_t year = leadingNumber(fields.substr(kYearPosition, kWeekPosition - kYearPosition), 10);
+    const uint32_t week = leadingNumber(fields.substr(kWeekPosition, kUnitPosition - kWeekPosition), 10);
+    const uint32_t unit = leadingNumber(fields.substr(kUnitPosition), 10);
+    if (!IsModelCode(model) || !isBetween1And(kLastYear, year) || !isBetween1And(kLastWeek, week) ||
+        !isBetween1And(kLastUnit, unit)) {
+        return std::nullopt;
+    }
+    return model << 24 | year << 20 | week << 12 | unit;
 }
 
 std::string ManufactureDateText(uint32_t identity) {

@@ -46,6 +46,25 @@ TEST(CardIdentity, SerialNumberHasTenCharacters) {
     EXPECT_FALSE(IsBlankIdentity(0xFFFFFFFF));
 }
 
+TEST(CardIdentity, TypedSerialNumberBecomesAWord) {
+    const std::pair<const char*, uint32_t> accepted[] = {{"2103070021", 0x21307015},
+                                                         {"2503530001", 0x25335001},
+                                                         {"2515534095", 0x25F35FFF},
+                                                         {"2001010001", 0x20101001},
+                                                         // A field ends at its first foreign character.
+                                                         {"231x2z7abc", 0x23102007},
+                                                         {"23011012\u00e9\u00e9", 0x2310A00C}};
+    for (const auto& [text, word] : accepted) {
+        EXPECT_EQ(ParseSerialNumber(text).value_or(0), word) << text;
+    }
+    for (const char* text :
+         {"", "210307002", "21030700211", "1F03070021", "2603070021", "x103070021", "2100070021",
+          "2116070021", "2103000021", "2103540021", "2103070000", "2103074096", "21 3070021",
+          "210307002\u00e9\u00e9", "-103070021", "2103-70021"}) {
+        EXPECT_FALSE(ParseSerialNumber(text)) << text;
+    }
+}
+
 TEST(CardIdentity, WeekBecomesADate) {
     const std::pair<uint32_t, const char*> weeks[] = {{1, "Jan 01, 2003"},
                                                       {5, "Jan 29, 2003"},

@@ -156,6 +156,32 @@ TEST_F(CardInformation, FatalFindingsQuit) {
     }
 }
 
+TEST_F(CardInformation, BlankIdentityIsAskedForAndWritten) {
+    using Texts = std::vector<std::string>;
+    const Alert invalid = {"Error", "Invalid Serial Number!"};
+    machine.card(0).cells().setUserCode(0xFFFFFFFF);
+    {
+        UpdaterSession session(machine, bundle);
+        session.typed = {"2103540021", "", "2103070021"};
+        session.run([&] {
+            EXPECT_EQ(session.text("SRNO"), "2103070021");
+            EXPECT_EQ(session.text("MFDT"), "Feb 12, 2003");
+        });
+        // The rejected text stays for correction.
+        EXPECT_EQ(session.identityDialogs, (Texts{"", "2103540021", ""}));
+        EXPECT_EQ(session.alerts, (Alerts{invalid, invalid}));
+    }
+    EXPECT_EQ(machine.card(0).identity(), 0x21307015u);
+
+    // A serial number of another model is accepted as such, and then found not to belong to this card.
+    machine.card(0).cells().setUserCode(0);
+    UpdaterSession session(machine, bundle);
+    session.typed = {"2303070021"};
+    session.run();
+    EXPECT_EQ(session.alerts, (Alerts{{"Error", "VornMX/K40/DX8 Serial Number does not match Device ID!"}}));
+    EXPECT_EQ(machine.card(0).identity(), 0x23307015u);
+}
+
 TEST_F(CardInformation, CardThatVanishesAfterItWasListed) {
     UpdaterSession session(machine, bundle);
     session.run([&] {

@@ -5,6 +5,7 @@
 #include <QComboBox>
 #include <QDialog>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMainWindow>
 #include <QMessageBox>
 #include <QProgressBar>
@@ -152,7 +153,26 @@ bool UpdaterSession::eventFilter(QObject* watched, QEvent* event) {
     return false;
 }
 
+void UpdaterSession::answerIdentityDialog(QWidget* dialog, QLineEdit& field) {
+    identityDialogs.push_back(field.selectedText().toStdString());
+    EXPECT_EQ(dialog->focusWidget(), &field);
+    EXPECT_EQ(field.selectedText(), field.text());
+    if (typed.empty()) {
+        QTest::keyClick(dialog, Qt::Key_Escape);
+        return;
+    }
+    const QString text = QString::fromStdString(typed.front());
+    typed.pop_front();
+    QTest::keyClick(&field, Qt::Key_Delete);
+    QTest::keyClicks(&field, text);
+    QTest::keyClick(&field, Qt::Key_Return);
+}
+
 void UpdaterSession::answer(QWidget* dialog) {
+    if (auto* const field = dialog->findChild<QLineEdit*>("1101")) {
+        answerIdentityDialog(dialog, *field);
+        return;
+    }
     Alert alert;
     if (const auto* const box = qobject_cast<QMessageBox*>(dialog)) {
         alert = {box->text().toStdString(), box->informativeText().toStdString()};

@@ -4,6 +4,7 @@
 
 #include <QEvent>
 #include <QObject>
+#include <deque>
 #include <filesystem>
 #include <functional>
 #include <string>
@@ -14,6 +15,7 @@
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/whole/MeddlingHost.h"
 
+class QLineEdit;
 class QWidget;
 
 // A bundle of its own: the real layouts, and whatever firmware images a test puts in.
@@ -53,6 +55,11 @@ class UpdaterSession : public QObject {
     void run(const std::function<void()>& script = [] {});
     std::vector<std::string> cancelled;
 
+    // What is typed into one identity dialog after the other; when nothing is left, it is cancelled. And what
+    // each dialog's field held, selected, when it came up.
+    std::deque<std::string> typed;
+    std::vector<std::string> identityDialogs;
+
     // What has been shown so far, and what came out on standard error during run.
     std::vector<Alert> alerts;
     std::string standardError;
@@ -83,4 +90,5 @@ class UpdaterSession : public QObject {
 
   private:
     void answer(QWidget* dialog);
+    void answerIdentityDialog(QWidget* dialog, QLineEdit& field);
 };

@@ -16,7 +16,7 @@ std::unique_ptr<LDialogBox> LDialogBox::CreateDialog(const char* kind, int32_t l
         }
         return nullptr;
     }
-    root.release();
+    static_cast<void>(root.release());
     RemoveButtonIcons(*dialog);
     dialog->SetSuperCommander(super);
     dialog->setParent(ModalParent(), dialog->windowFlags());

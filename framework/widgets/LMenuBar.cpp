@@ -60,7 +60,7 @@ void AttachMenuBar(LWindow& window, int32_t layoutID) {
         }
         return;
     }
-    root.release();
+    static_cast<void>(root.release());
     window.setMenuBar(bar);
     for (QMenu* menu : bar->findChildren<QMenu*>()) {
         ConnectMenu(window, *menu);

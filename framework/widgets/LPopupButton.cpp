@@ -1,11 +1,14 @@
 #include "framework/widgets/LPopupButton.h"
 
 #include <QAbstractItemView>
+#include <QCoreApplication>
 #include <QStyleOptionComboBox>
 #include <QStyledItemDelegate>
 #include <QWheelEvent>
 
 namespace {
+
+constexpr QEvent::Type kFirstItemAppeared = QEvent::User;
 
 // Shows texts as they stand, where a menu would read mnemonics and tabs into them, in rows with room to
 // breathe.
@@ -42,8 +45,7 @@ void LPopupButton::AppendMenu(ConstStringPtr itemText, bool /*ignoreMetacharacte
     addItem(text);
     setItemData(count() - 1, text, Qt::ToolTipRole);
     if (count() == 1) {
-        QMetaObject::invokeMethod(
-            this, [this] { BroadcastFromQt(); }, Qt::QueuedConnection);
+        QCoreApplication::postEvent(this, new QEvent(kFirstItemAppeared));
     }
 }
 
@@ -60,6 +62,12 @@ void LPopupButton::initStyleOption(QStyleOptionComboBox* option) const {
     // Styles draw the text within the field less one pixel on either side.
     option->currentText =
         option->fontMetrics.elidedText(option->currentText, Qt::ElideRight, field.width() - 2);
+}
+
+void LPopupButton::customEvent(QEvent* event) {
+    if (event->type() == kFirstItemAppeared) {
+        BroadcastFromQt();
+    }
 }
 
 void LPopupButton::wheelEvent(QWheelEvent* event) {

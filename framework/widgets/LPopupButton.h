@@ -29,5 +29,6 @@ class LPopupButton : public QComboBox, public LControl {
 
   protected:
     void initStyleOption(QStyleOptionComboBox* option) const override;
+    void customEvent(QEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
 };

@@ -36,7 +36,7 @@ LWindow* LWindow::CreateWindow(int32_t layoutID, LCommander* super) {
         }
         return nullptr;
     }
-    root.release();
+    static_cast<void>(root.release());
     application->AddWindow(window);
     window->SetSuperCommander(super);
     AttachMenuBar(*window, kMenuBarLayout);

@@ -16,7 +16,7 @@ QWidget* LayoutLoader::createWidget(const QString& className, QWidget* parent, c
     if (widget == nullptr) {
         return QUiLoader::createWidget(className, parent, name);
     }
-    object.release();
+    static_cast<void>(object.release());
     if (parent != nullptr) {
         widget->setParent(parent);
     }

@@ -19,13 +19,7 @@ TEST(FourCharCode, NamesAreDecimalNumbersOrFourCharacters) {
 }
 
 TEST(FourCharCode, AnExceptionNamesItsCode) {
-    try {
-        ThrowIfNil<int>(nullptr);
-        FAIL();
-    } catch (const LException& exception) {
-        EXPECT_EQ(exception.GetErrorCode(), 0x6E696C50);
-        EXPECT_STREQ(exception.what(), "framework exception \"nilP\"");
-    }
+    EXPECT_STREQ(LException(LException::kNilPointer).what(), "framework exception \"nilP\"");
     EXPECT_EQ(TextOfCode(0x41000AFF), "A???");
 }
 

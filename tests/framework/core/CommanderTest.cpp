@@ -23,9 +23,6 @@ class Recorder : public LCommander {
     bool AttemptQuitSelf(int32_t saveOption) override {
         mSaveOption = saveOption;
         ++mAsked;
-        if (mDestroyedWhenAsked) {
-            mDestroyedWhenAsked->reset();
-        }
         return mAgrees;
     }
 
@@ -34,7 +31,6 @@ class Recorder : public LCommander {
     int32_t mSaveOption = 0;
     int mAsked = 0;
     bool mAgrees = true;
-    std::unique_ptr<Recorder>* mDestroyedWhenAsked = nullptr;
 };
 
 }  // namespace
@@ -68,15 +64,6 @@ TEST(Commander, EveryoneBelowMayRefuseToQuit) {
     top.mAgrees = false;
     EXPECT_FALSE(top.AttemptQuit(kSaveOptionAsk));
     EXPECT_EQ(first.mAsked, 2) << "nor below one";
-}
-
-TEST(Commander, OneThatIsDestroyedWhileOthersAreAskedHasNoSay) {
-    LCommander top;
-    Recorder first(&top);
-    auto second = std::make_unique<Recorder>(&top);
-    second->mAgrees = false;
-    first.mDestroyedWhenAsked = &second;
-    EXPECT_TRUE(top.AttemptQuit(kSaveOptionAsk));
 }
 
 TEST(Commander, ChainSurvivesDestructionInEitherOrder) {

@@ -2,6 +2,8 @@
 
 #include <CoreFoundation/CoreFoundation.h>
 
+#include <QGuiApplication>
+
 #include "app/CUpdaterApp.h"
 #include "framework/core/LGrowZone.h"
 #include "framework/core/UEnvironment.h"
@@ -33,6 +35,9 @@ void useBundleResources() {
 int UpdaterMain() {
     InitializeHeap(kMasterPointerBlocks);
     UQDGlobals::InitializeToolbox();
+    // What alerts are headed with while there is no window yet, and what the About box tells.
+    QGuiApplication::setApplicationDisplayName("VUpdater");
+    QCoreApplication::setApplicationVersion(VUPDATER_VERSION);
     // Lives as long as the process.
     static const LGrowZone* const reserve = new LGrowZone(kMemoryReserveBytes);
     static_cast<void>(reserve);

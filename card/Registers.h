@@ -25,7 +25,7 @@ extern uint8_t gbSwap;
 // Base of the open card's register window; null when no card is open.
 extern uint32_t* gpRegisters;
 
-// The address of a register in the open card's window, from its byte offset.
+// The address of a register in the open card's window, from its byte offset. A card must be open.
 inline uint32_t* RegisterAt(uint32_t offsetBytes) {
     return gpRegisters + offsetBytes / sizeof(uint32_t);
 }

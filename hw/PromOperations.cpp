@@ -66,7 +66,7 @@ uint16_t WriteSerialNumber(uint32_t identity) {
         return static_cast<uint16_t>(info.iResult);
     }
 
-    // Protection is a courtesy: the identity counts as written when it reads back.
+    // Whether it could be protected does not count: the identity is written when it reads back.
     ProtectEEPROM();
     uint32_t readBack = 0;
     if (GetSerialNumber(&readBack) != 0) {

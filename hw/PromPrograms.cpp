@@ -18,7 +18,7 @@ constexpr uint32_t kBothBypassedBits = 2;
 constexpr uint64_t kSpecialRow = 0x010000;
 
 // Each write step replaces this with the identity; as it stands it is a blank one.
-constexpr uint64_t kBlankIdentity = 0x01FFFFFFFE;
+constexpr uint64_t kBlankUserCode = 0x01FFFFFFFE;
 constexpr uint64_t kWholeUserCode = 0x01FFFFFFFF;
 constexpr uint64_t kBypassBitAsOne = 0x00FFFFFFFF;
 
@@ -95,7 +95,7 @@ constexpr auto kRead = assembleXsvf<104>([](auto& xsvf) {
     instruction(kPromUserCode);
     xsvf.XSDRSIZE(kUserCodeBits);
     xsvf.XTDOMASK(kWholeUserCode);
-    xsvf.XSDRTDO(kBlankIdentity, kBypassBitAsOne);
+    xsvf.XSDRTDO(kBlankUserCode, kBypassBitAsOne);
     instruction(kPromBypass);
     xsvf.XCOMPLETE();
 });
@@ -110,7 +110,7 @@ constexpr auto kWrite = assembleXsvf<310>([](auto& xsvf) {
         instruction(kPromUserCode);
         xsvf.XSDRSIZE(kUserCodeBits);
         xsvf.XTDOMASK(0);
-        xsvf.XSDRTDO(kBlankIdentity, 0);
+        xsvf.XSDRTDO(kBlankUserCode, 0);
         xsvf.XRUNTEST(kProgramWait);
         instruction(kPromProgram);
         xsvf.XRUNTEST(waitAfter);
@@ -143,7 +143,7 @@ constexpr auto kWrite = assembleXsvf<310>([](auto& xsvf) {
     instruction(kPromUserCode);
     xsvf.XSDRSIZE(kUserCodeBits);
     xsvf.XTDOMASK(kWholeUserCode);
-    xsvf.XSDRTDO(kBlankIdentity, kBypassBitAsOne);
+    xsvf.XSDRTDO(kBlankUserCode, kBypassBitAsOne);
     xsvf.XRUNTEST(kLeaveWait);
     instruction(kPromLeaveProgramming);
     xsvf.XRUNTEST(0);
@@ -163,9 +163,9 @@ constexpr bool holds(std::size_t offset, uint64_t number) {
 static_assert(kProtect.size == 169);
 static_assert(kRead.size == 104);
 static_assert(kWrite.size == 310);
-static_assert(holds(kIdentityOffsets[0], kBlankIdentity));
-static_assert(holds(kIdentityOffsets[1], kBlankIdentity));
-static_assert(holds(kIdentityOffsets[2], kBlankIdentity));
+static_assert(holds(kIdentityOffsets[0], kBlankUserCode));
+static_assert(holds(kIdentityOffsets[1], kBlankUserCode));
+static_assert(holds(kIdentityOffsets[2], kBlankUserCode));
 static_assert(holds(kIdentityOffsets[3], kWholeUserCode));
 
 }  // namespace

@@ -32,7 +32,7 @@ extern const std::array<uint8_t, 104> kReadProgram;
 constexpr int32_t kReadUserCodeCommand = 20;
 constexpr int16_t kUserCodeBytes = 5;
 
-// Programs the user code three times and verifies it; PatchIdentity says which.
+// Programs the user code three times and verifies it; PatchIdentity puts in the identity.
 extern const std::array<uint8_t, 310> kWriteProgram;
 
 // Where the identity goes in kWriteProgram: the data of the three program steps, then the mask of the verify

@@ -11,6 +11,7 @@
 
 namespace {
 
+// Any two numbers will do that are no handle and not each other.
 constexpr mach_port_t kMasterPort = 0x1103;
 constexpr task_port_t kThisTask = 0x1203;
 

@@ -59,7 +59,7 @@ int32_t countBits(const var_len_byte* mask) {
     return bits;
 }
 
-// XSDRINC's data mask is indexed with one byte.
+// The longest data mask that XSDRINC supports.
 constexpr int32_t kLongestDataFieldMask = 255;
 
 int32_t shiftSteps(tagSXsvfInfo* info) {

@@ -18,7 +18,7 @@ struct tagSXsvfInfo {
     uint8_t ucIrEndState = kTapRunTestIdle;
     uint8_t ucDrEndState = kTapRunTestIdle;
     uint8_t ucRetryLimit = 0;
-    int32_t lWaitMicroseconds = 0;  // in Run-Test/Idle after each shift
+    int32_t lWaitMicroseconds = 0;  // in Run-Test/Idle after XSIR and the compared shifts
     int32_t lDrBits = 0;
     int16_t sDrBytes = 0;
     var_len_byte lvShiftIn;        // TDI, and scratch for the 4-byte operands

@@ -11,7 +11,8 @@
 struct ScriptedCard : FakeHost {
     ScriptedCard();
 
-    // What the chain gives out in the next captured bits, bit 0 first; after the script, 0.
+    // What the chain gives out in the next captured bits, bit 0 first; after the script, the last of them
+    // again, or what the window holds.
     void answers(uint64_t bits, int count) {
         for (; count > 0; --count, bits >>= 1) {
             tdo.push_back((bits & 1) != 0 ? 0x80 : 0x7F);

@@ -31,6 +31,7 @@ class FakeHost : public Host {
     };
 
     static constexpr std::size_t windowWords = 0x80;
+    static constexpr uint32_t range1Bytes = 0x40;
 
     FakeHost() { InstallHost(this); }
     ~FakeHost() override { InstallHost(nullptr); }
@@ -44,7 +45,7 @@ class FakeHost : public Host {
     std::vector<Process> processList;
     std::vector<uint64_t> shutDownEvents;
     std::map<uint32_t, std::size_t> openConnections;
-    std::vector<uint32_t> refusedCloses;
+    std::size_t methodCalls = 0;
 
     std::filesystem::path bundleDirectory() override { return bundle; }
 
@@ -64,23 +65,18 @@ class FakeHost : public Host {
         return lastConnection_;
     }
 
-    bool closeConnection(uint32_t connection) override {
-        if (openConnections.erase(connection) == 0) {
-            refusedCloses.push_back(connection);
-            return false;
-        }
-        return true;
-    }
+    bool closeConnection(uint32_t connection) override { return openConnections.erase(connection) != 0; }
 
     std::optional<MappedRange> mapMemory(uint32_t connection, uint32_t memoryType) override {
         if (!cards.at(openConnections.at(connection)).mappableRanges.contains(memoryType)) {
             return std::nullopt;
         }
-        return MappedRange{window.data(), sizeof window};
+        return MappedRange{window.data(), memoryType == 0 ? uint32_t{sizeof window} : range1Bytes};
     }
 
     std::optional<std::size_t> callMethod(uint32_t connection, uint32_t method,
                                           std::span<uint8_t> reply) override {
+        ++methodCalls;
         const Card& card = cards.at(openConnections.at(connection));
         if (!card.answers || method != 0 || reply.size() != 512) {
             return std::nullopt;

@@ -37,7 +37,7 @@ TEST(Player, drivesTheChainUpToTheEndOrTheFirstError) {
         {"08 00 00 00 01 01 01 09 00 01", "11111 0100 s 110", 2, 3},
         {"08 00 00 00 01 01 01 09 00 01 00", "11111 0100 s 110", 0, 4, {1}},
         {"08 00 00 00 01 09 00 01 01 01 03 00", "11111 0100 s 110 100 s 110", 2, 4},
-        {"08 00 00 00 01 0F 00 01", "11111 0100 s 0", 2, 2},
+        {"07 01 08 00 00 00 01 0F 00 01", "11111 0100 s 0", 2, 3},
         // Retries pass through Pause-DR when they wait, and wait longer each time.
         {"07 01 08 00 00 00 01 01 01 09 00 01", "11111 0100 s 110 100 s 110", 3, 4},
         {"04 00 00 00 05 08 00 00 00 01 01 01 09 00 01", "11111 0100 s 110 w5", 2, 4},
@@ -54,6 +54,15 @@ TEST(Player, drivesTheChainUpToTheEndOrTheFirstError) {
         // The increment's carry runs through the bytes and is lost.
         {"08 00 00 00 10 0A 00 01 F0 00 0B FF FF 01 05 00",
          "11111 0100 sosososososososososososososososi io ioo s0s0s0s0s0s0s0s0 s0s0s0s0sos0sos1 10", 0, 4},
+        // A scan that fails ends the steps: at the first value, whose steps are not read, and at step 1 of 2.
+        {"08 00 00 00 01 0A 00 01 01 01 09 00 00 0B 01 01 01 00", "11111 0100 s 110 100 s iio", 2, 5, {0, 1}},
+        {"08 00 00 00 01 0A 00 01 01 01 09 00 00 0B 01 02 01 00 00",
+         "11111 0100 s 110 100 s iio ioo s iio",
+         2,
+         5,
+         {0, 0, 1}},
+        // The end state goes back to Run-Test/Idle.
+        {"12 01 14 01 14 00 08 00 00 00 01 0E 01 00", "11111 0 100 i io", 0, 6},
         // A negative bit count shifts nothing.
         {"08 FF FF FF F9 09 00", "11111 0100 110", 0, 3},
     };
@@ -78,10 +87,23 @@ TEST(Player, leavesWhatItReadAndCapturedInTheRecord) {
     EXPECT_STREQ(xsvfErrorText(info.iResult), "ERROR:  Illegal state specification");
     EXPECT_STREQ(xsvfErrorText(kXsvfMaxRetries), "ERROR:  TDO mismatch and exceeded max retries");
 
+    // A second run starts anew, whatever the first one left.
     auto again = info;
-    xsvfInfoInit(&again);
-    EXPECT_EQ(std::pair(again.ucIrEndState, again.ucDrEndState), std::pair(kTapRunTestIdle, kTapRunTestIdle));
-    EXPECT_EQ(again.lWaitMicroseconds + again.lDrBits + again.ucRetryLimit + again.iResult, 0);
+    auto completed = bytesOf("00");
+    DoXsvf(&again, completed.data(), 1, nullptr, nullptr);
+    const tagSXsvfInfo fresh;
+    EXPECT_EQ(again.lCommandsRead, 1);
+    EXPECT_EQ(again.ucIsComplete, 1);
+    for (const auto field :
+         {&tagSXsvfInfo::lWaitMicroseconds, &tagSXsvfInfo::lDrBits, &tagSXsvfInfo::iResult}) {
+        EXPECT_EQ(again.*field, 0);
+    }
+    for (const auto field :
+         {&tagSXsvfInfo::ucOpcode, &tagSXsvfInfo::ucCurrentState, &tagSXsvfInfo::ucIrEndState,
+          &tagSXsvfInfo::ucDrEndState, &tagSXsvfInfo::ucRetryLimit}) {
+        EXPECT_EQ(again.*field, fresh.*field);
+    }
+    EXPECT_EQ(again.sDrBytes, 0);
 }
 
 TEST(Player, countsAttemptsInOneByte) {

@@ -25,6 +25,18 @@ TEST(VarLenByte, comparesUnderTheMaskAtTheExpectedLength) {
     EXPECT_EQ(EqualLenVal(&none, &actual, nullptr), 1);
 }
 
+TEST(VarLenByte, addsAtTheFirstAddendsLength) {
+    const var_len_byte sum = [] {
+        var_len_byte result = valueOf("00 FF");
+        const var_len_byte one = valueOf("00 00 01"), carry = valueOf("00 01");
+        addVal(&result, &result, &carry);
+        EXPECT_EQ(value(&result), 0x0100U);
+        addVal(&result, &result, &one);
+        return result;
+    }();
+    EXPECT_EQ(sum.sByteCount, 2);
+}
+
 TEST(VarLenByte, negativeCountTakesBytesWithoutStoringThemElsewhere) {
     std::vector<uint8_t> image(65536, 0xAA);
     openPort(image.data(), 65536, nullptr, nullptr);

@@ -1,6 +1,7 @@
 #include "app/CUpdaterApp.h"
 
 #include "app/PaneIDs.h"
+#include "app/ResourceIDs.h"
 #include "app/logic/FirmwareFiles.h"
 #include "app/logic/PowerDown.h"
 #include "card/CardAccess.h"
@@ -24,10 +25,6 @@
 CUpdaterApp* gpTheApp = nullptr;
 
 namespace {
-
-constexpr int32_t kMainWindowLayout = 128;
-constexpr int32_t kNoCardAlert = 129;
-constexpr int32_t kCardUnreachableAlert = 130;
 
 // Claimed and always enabled, and does nothing: a menu may carry it without effect.
 constexpr CommandT kInertCommand = 2;
@@ -67,7 +64,7 @@ void CUpdaterApp::RegisterClasses() {
     URegistrar::RegisterClass<LProgressBar>();
     URegistrar::RegisterClass<LCaption>();
     URegistrar::RegisterClass<LEditField>();
-    URegistrar::RegisterClass<LDialogBox>();
+    URegistrar::RegisterClass<LDialogBox>();  // again, as ever; harmless
     URegistrar::RegisterClass<LStdButton>();
     UControlRegistry::RegisterAMClasses();
 }

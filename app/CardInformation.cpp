@@ -5,6 +5,7 @@
 #include "app/Alert.h"
 #include "app/CUpdaterApp.h"
 #include "app/PaneIDs.h"
+#include "app/ResourceIDs.h"
 #include "app/WindowText.h"
 #include "app/logic/CardIdentity.h"
 #include "app/logic/CardModel.h"
@@ -20,8 +21,6 @@
 #include "hw/PromOperations.h"
 
 namespace {
-
-constexpr int32_t kCardUnreachableAlert = 130;
 
 uint16_t readLowHalf(uint32_t offsetBytes) {
     return static_cast<uint16_t>(MacReadULONG(RegisterAt(offsetBytes)));

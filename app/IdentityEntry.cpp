@@ -2,18 +2,12 @@
 
 #include "app/Alert.h"
 #include "app/CUpdaterApp.h"
+#include "app/ResourceIDs.h"
 #include "app/logic/CardIdentity.h"
 #include "app/logic/CardValues.h"
 #include "framework/core/PascalString.h"
 #include "framework/widgets/UModalDialogs.h"
 #include "hw/PromOperations.h"
-
-namespace {
-
-constexpr int32_t kIdentityDialog = 129;
-constexpr PaneIDT kSerialNumberField = 1101;
-
-}  // namespace
 
 bool CUpdaterApp::GetSerialNumberDialog() {
     // Keeps what was typed, so that a rejected serial number can be corrected.

@@ -56,7 +56,11 @@ void CUpdaterApp::WriteFirmware(uint8_t* image, uint32_t bytes) {
     for (int pass = 0; pass < kPassesBeforeWriting; ++pass) {
         ProcessNextEvent();
     }
-    if (ProgramConfigProm(image, bytes) != 0) {
+    const uint16_t error = ProgramConfigProm(image, bytes);
+    // What was clicked and typed since the last pass was meant for the window as it still is, not for the
+    // buttons that are about to appear.
+    ProcessNextEvent();
+    if (error != 0) {
         ShowAlert(
             "EEPROM Programming Failure",
             "Updating the Firmware on the VornMX/K40/DX8 FAILED!\n"

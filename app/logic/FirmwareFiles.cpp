@@ -27,7 +27,7 @@ uint16_t boardRevisionOf(const char* name) {
         return 0;
     }
     constexpr int kBeforeLetterA = 'A' - 1;
-    return static_cast<uint16_t>(board[0] - kBeforeLetterA);
+    return static_cast<uint16_t>(static_cast<unsigned char>(board[0]) - kBeforeLetterA);
 }
 
 uint16_t versionOf(const char* name) {
@@ -76,7 +76,7 @@ void CatalogueFirmwareFiles() {
 // Vorn K40 included.
 int FirmwareModelCode(const char* name) {
     constexpr int kCodeBelowLetter = 0x21;
-    int code = name[2] - kCodeBelowLetter;
+    int code = static_cast<unsigned char>(name[2]) - kCodeBelowLetter;
     if (code == '0' - kCodeBelowLetter) {
         code = kVornK40;
     }

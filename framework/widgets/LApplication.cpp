@@ -56,6 +56,8 @@ void LApplication::Run() {
     mState = State::kStartingUp;
     try {
         StartUp();
+        // What an alert's own event loop kept meanwhile.
+        UKeptException::RethrowKept();
     } catch (...) {
         Report(std::current_exception());
         DoQuit();

@@ -4,6 +4,7 @@
 #include <QCoreApplication>
 #include <QStyleOptionComboBox>
 #include <QStyledItemDelegate>
+#include <QTextDocument>
 #include <QWheelEvent>
 
 namespace {
@@ -22,6 +23,11 @@ class ItemDelegate : public QStyledItemDelegate {
     }
 };
 
+// A tool tip that shows a text literally, also when it looks like markup.
+QString ToolTipOf(const QString& text) {
+    return Qt::mightBeRichText(text) ? "<span>" + text.toHtmlEscaped() + "</span>" : text;
+}
+
 }  // namespace
 
 LPopupButton::LPopupButton() : LControl(this) {
@@ -31,7 +37,8 @@ LPopupButton::LPopupButton() : LControl(this) {
     view()->setTextElideMode(Qt::ElideRight);
     view()->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     connect(this, &QComboBox::activated, this, [this] { BroadcastFromQt(); });
-    connect(this, &QComboBox::currentTextChanged, this, &QWidget::setToolTip);
+    connect(this, &QComboBox::currentTextChanged, this,
+            [this](const QString& text) { setToolTip(ToolTipOf(text)); });
 }
 
 void LPopupButton::SetValue(int32_t value) {
@@ -43,7 +50,7 @@ void LPopupButton::SetValue(int32_t value) {
 void LPopupButton::AppendMenu(ConstStringPtr itemText, bool /*ignoreMetacharacters*/) {
     const QString text = QString::fromStdString(TextOfPascal(itemText));
     addItem(text);
-    setItemData(count() - 1, text, Qt::ToolTipRole);
+    setItemData(count() - 1, ToolTipOf(text), Qt::ToolTipRole);
     if (count() == 1) {
         QCoreApplication::postEvent(this, new QEvent(kFirstItemAppeared));
     }

@@ -79,7 +79,8 @@ void LWindow::closeEvent(QCloseEvent* event) {
 void LWindow::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
         for (QPushButton* button : findChildren<QPushButton*>()) {
-            if (button->isDefault() && button->isVisible() && button->isEnabled()) {
+            const bool isOwn = button->window() == this;  // and not a child dialog's
+            if (isOwn && button->isDefault() && button->isVisible() && button->isEnabled()) {
                 button->click();
                 return;
             }

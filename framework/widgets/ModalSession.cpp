@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QDialog>
+#include <QDialogButtonBox>
 #include <QPushButton>
 
 #include "framework/widgets/LApplication.h"
@@ -19,6 +20,13 @@ int RunModal(QDialog& dialog) {
     const LApplication* application = LApplication::Current();
     if (application != nullptr && application->IsQuitting()) {
         return QDialog::Rejected;
+    }
+    // A dialog without a field to type in starts at its OK button, where a screen reader finds it.
+    auto* buttons = dialog.findChild<QDialogButtonBox*>();
+    if (buttons != nullptr && dialog.focusWidget() == nullptr) {
+        if (QPushButton* button = buttons->button(QDialogButtonBox::Ok)) {
+            button->setFocus();
+        }
     }
     return dialog.exec();
 }

@@ -3,6 +3,8 @@
 #include <QApplication>
 #include <cerrno>
 
+#include "framework/widgets/HeldKeyFilter.h"
+
 void UQDGlobals::InitializeToolbox() {
     if (QCoreApplication::instance() != nullptr) {
         return;
@@ -15,6 +17,7 @@ void UQDGlobals::InitializeToolbox() {
     static QApplication* application = new QApplication(argumentCount, arguments);
     // Whether closing a window ends the program is for the chain of command to say.
     application->setQuitOnLastWindowClosed(false);
+    application->installEventFilter(new HeldKeyFilter(application));
 }
 
 #if defined(__has_feature)

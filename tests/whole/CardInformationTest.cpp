@@ -190,7 +190,7 @@ TEST_F(CardInformation, CardThatVanishesAfterItWasListed) {
         EXPECT_TRUE(LApplication::Current()->IsQuitting());
     });
     ASSERT_EQ(session.alerts.size(), 1u);
-    EXPECT_NE(session.alerts[0].message.find("card"), std::string::npos);
+    EXPECT_NE(session.alerts[0].message.find("The card could not be reached"), std::string::npos);
 }
 
 }  // namespace

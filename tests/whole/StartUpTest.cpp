@@ -2,9 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <QDialog>
+#include <QLabel>
 #include <fstream>
 #include <iterator>
 
+#include "framework/widgets/LApplication.h"
 #include "platform/LiveObjects.h"
 #include "simulator/DefaultMachine.h"
 #include "tests/whole/UpdaterSession.h"
@@ -32,8 +35,22 @@ TEST_F(StartUp, WithoutCardsAnAlertIsAllThatShows) {
     UpdaterSession session(machine, bundle);
     session.run([] { FAIL() << "there is no window to sit in front of"; });
     ASSERT_EQ(session.alerts.size(), 1u);
-    EXPECT_FALSE(session.alerts[0].message.empty());
+    EXPECT_NE(session.alerts[0].message.find("The card could not be reached"), std::string::npos);
     EXPECT_EQ(CountLiveObjects(), LiveObjects());
+}
+
+TEST_F(StartUp, AboutTellsTheVersionAndStopsNothing) {
+    simulator::addDefaultCards(machine);
+    machine.powerOn();
+    UpdaterSession session(machine, bundle);
+    session.run([&] {
+        LApplication::Current()->ObeyCommand(kCommandAbout);
+        const auto* const about = session.window()->findChild<QDialog*>();
+        ASSERT_NE(about, nullptr);
+        EXPECT_TRUE(about->isVisible());
+        EXPECT_FALSE(about->isModal());
+        EXPECT_FALSE(about->findChild<QLabel*>("VERS")->text().isEmpty());
+    });
 }
 
 TEST_F(StartUp, LayoutWithoutAPaneIsReportedAndEndsTheUpdater) {

@@ -4,6 +4,7 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QDialog>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMainWindow>
@@ -173,6 +174,11 @@ void UpdaterSession::answer(QWidget* dialog) {
         answerIdentityDialog(dialog, *field);
         return;
     }
+    // A held Return, which may have brought this alert up, does not answer it.
+    QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QString(), true);
+    QApplication::sendEvent(dialog->focusWidget(), &held);
+    EXPECT_TRUE(dialog->isVisible());
+
     Alert alert;
     if (const auto* const box = qobject_cast<QMessageBox*>(dialog)) {
         alert = {box->text().toStdString(), box->informativeText().toStdString()};

@@ -17,6 +17,7 @@
 #include <gtest/gtest.h>
 
 #include "app/UpdaterMain.h"
+#include "app/hosts/AdministratorPrompt.h"
 #include "app/logic/FirmwareFiles.h"
 #include "framework/widgets/LApplication.h"
 
@@ -45,7 +46,7 @@ void TestBundle::addImage(const std::string& name, const std::vector<uint8_t>& b
 }
 
 UpdaterSession::UpdaterSession(simulator::Machine& machine, const TestBundle& bundle)
-    : simulatedHost(machine, bundle.path()), host(simulatedHost) {
+    : simulatedHost(machine, bundle.path(), AskAdministrator), host(simulatedHost) {
     // As in a fresh process.
     gNewFirmware = -1;
     qApp->installEventFilter(this);

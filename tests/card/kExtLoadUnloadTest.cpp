@@ -83,8 +83,7 @@ TEST_F(PrivateDriver, IsUnpackedOwnedLoadedAndRemovedAgain) {
 
     host.privileged.clear();
     EXPECT_EQ(UnloadAndDeleteKext(&ref), 1);
-    EXPECT_EQ(host.privileged,
-              (Runs{"/sbin/kextunload -b com.VornLabs.driver.VornMx", "sleep 2", deletion}));
+    EXPECT_EQ(host.privileged, (Runs{"/sbin/kextunload -b com.VornLabs.driver.VornMx", "sleep 2", deletion}));
     EXPECT_EQ(ref, nullptr);
     EXPECT_EQ(CountLiveObjects(), LiveObjects());
     EXPECT_TRUE(SystemTmp::isClean());

@@ -1,7 +1,7 @@
 #pragma once
 
-// /tmp as one program's own, for tests of what puts files there under fixed names. Whoever else does the same,
-// from this build or another, waits; the two files are gone before and after.
+// /tmp as one program's own, for tests of what puts files there under fixed names. Whoever else does the
+// same, from this build or another, waits; the two files are gone before and after.
 
 #include <fcntl.h>
 #include <sys/file.h>

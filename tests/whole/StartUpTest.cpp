@@ -1,11 +1,10 @@
-// Starting up: without cards, and with layouts that are not as they should be.
+// Starting up with layouts that are not as they should be.
 
 #include <gtest/gtest.h>
 
 #include <fstream>
 #include <iterator>
 
-#include "platform/LiveObjects.h"
 #include "simulator/DefaultMachine.h"
 #include "tests/whole/UpdaterSession.h"
 
@@ -26,15 +25,6 @@ class StartUp : public testing::Test {
     simulator::Machine machine;
     TestBundle bundle;
 };
-
-TEST_F(StartUp, WithoutCardsAnAlertIsAllThatShows) {
-    machine.powerOn();
-    UpdaterSession session(machine, bundle);
-    session.run([] { FAIL() << "there is no window to sit in front of"; });
-    ASSERT_EQ(session.alerts.size(), 1u);
-    EXPECT_FALSE(session.alerts[0].message.empty());
-    EXPECT_EQ(CountLiveObjects(), LiveObjects());
-}
 
 TEST_F(StartUp, LayoutWithoutAPaneIsReportedAndEndsTheUpdater) {
     simulator::addDefaultCards(machine);

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
-#include <cerrno>
 #include <fstream>
 
 #include "simulator/DefaultMachine.h"
@@ -16,8 +15,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kIdentifier = "com.example.driver";
-
 class PrivilegedToolsTest : public testing::Test {
   protected:
     PrivilegedToolsTest() {
@@ -27,28 +24,27 @@ class PrivilegedToolsTest : public testing::Test {
         writeBundle(kCardServiceClass);
     }
 
-    void writeBundle(std::string_view serviceClass, std::string_view type = "KEXT") {
+    void writeBundle(std::string_view serviceClass) {
         fs::create_directories(bundle_ / "Contents");
         std::ofstream(bundle_ / "Contents/Info.plist")
-            << "<plist><dict><key>CFBundlePackageType</key><string>" << type
-            << "</string><key>CFBundleIdentifier</key><string>" << kIdentifier
-            << "</string><key>IOKitPersonalities</key><dict><key>One</key><dict><key>IOClass</key><string>"
+            << "<plist><dict><key>CFBundlePackageType</key><string>KEXT</string>"
+            << "<key>CFBundleIdentifier</key><string>com.example.driver</string>"
+            << "<key>IOKitPersonalities</key><dict><key>One</key><dict><key>IOClass</key><string>"
             << serviceClass << "</string></dict></dict></dict></plist>";
     }
 
-    // The exit status of a tool, or -1 when there is no such tool. What it complains of is not of interest.
+    // The exit status of a tool, or -1 when there is no such tool. It complains exactly when it fails.
     int run(const std::string& tool, const std::vector<std::string>& arguments) {
         testing::internal::CaptureStderr();
         int status = -1;
         if (host_.runPrivilegedTool(tool, arguments))
             status = ::wait(&status) > 0 && WIFEXITED(status) ? WEXITSTATUS(status) : -2;
         EXPECT_EQ(status <= 0, testing::internal::GetCapturedStderr().empty());
-        EXPECT_TRUE(::wait(nullptr) == -1 && errno == ECHILD) << "one child, and it is reaped";
         return status;
     }
     int chown(const std::string& owner) { return run("/usr/sbin/chown", {"-R", owner, bundle_}); }
     int load() { return run("/sbin/kextload", {bundle_}); }
-    int unload() { return run("/sbin/kextunload", {"-b", kIdentifier}); }
+    int unload() { return run("/sbin/kextunload", {"-b", "com.example.driver"}); }
     // The cards that a driver shows once it has had its time.
     std::size_t cards() {
         host_.sleepSeconds(Drivers::kSecondsToAttach);
@@ -68,18 +64,14 @@ TEST_F(PrivilegedToolsTest, ADriverShowsTheCardsFromLoadingToUnloading) {
     host_.sleepSeconds(Drivers::kSecondsToAttach - 1);
     EXPECT_TRUE(host_.servicesOfClass(kCardServiceClass).empty()) << "not attached yet";
     EXPECT_EQ(cards(), 3U);
-
-    const uint32_t connection = host_.openService(host_.servicesOfClass(kCardServiceClass)[0]).value();
-    ASSERT_TRUE(host_.mapMemory(connection, 0));
+    ASSERT_TRUE(host_.mapMemory(*host_.openService(host_.servicesOfClass(kCardServiceClass)[0]), 0));
     EXPECT_EQ(unload(), 0);
     EXPECT_EQ(cards(), 0U);
     EXPECT_EQ(host_.liveMappings(), 0U) << "what was opened through the driver goes with it";
-    EXPECT_FALSE(host_.closeConnection(connection));
     EXPECT_EQ(unload(), 1);
 }
 
 TEST_F(PrivilegedToolsTest, OnlyAWellFormedBundleOfRootIsLoaded) {
-    EXPECT_EQ(load(), 1) << "it is the user's";
     EXPECT_EQ(chown("somebody:staff"), 0);
     EXPECT_EQ(load(), 1);
     EXPECT_EQ(chown("root:wheel"), 0);
@@ -87,13 +79,11 @@ TEST_F(PrivilegedToolsTest, OnlyAWellFormedBundleOfRootIsLoaded) {
     EXPECT_EQ(load(), 1) << "one file is the user's";
     EXPECT_EQ(chown("root:wheel"), 0);
     EXPECT_EQ(run("/bin/rm", {"-rf", bundle_}), 0);
-    EXPECT_FALSE(fs::exists(bundle_));
     EXPECT_EQ(chown("root:wheel"), 1) << "it is gone";
     writeBundle(kCardServiceClass);
     EXPECT_EQ(load(), 1) << "new files, the user's again";
-
-    writeBundle(kCardServiceClass, "APPL");
     EXPECT_EQ(chown("root:wheel"), 0);
+    writeBundle("");
     EXPECT_EQ(load(), 1);
     std::ofstream(bundle_ / "Contents/Info.plist") << "<plist><dict>";
     EXPECT_EQ(load(), 1);
@@ -101,46 +91,19 @@ TEST_F(PrivilegedToolsTest, OnlyAWellFormedBundleOfRootIsLoaded) {
     EXPECT_EQ(load(), 0);
     EXPECT_EQ(cards(), 0U) << "a driver of another class";
     EXPECT_EQ(run("/sbin/reboot", {}), -1);
-    EXPECT_EQ(run("/sbin/kextload", {}), 1);
-    EXPECT_EQ(run("/sbin/kextunload", {kIdentifier}), 1);
-}
-
-TEST_F(PrivilegedToolsTest, FaultsOfTheMachine) {
-    EXPECT_EQ(chown("root:wheel"), 0);
-    machine_.drivers().privateDriverFault = PrivateDriverFault::doesNotLoad;
-    EXPECT_EQ(load(), 1);
-    EXPECT_TRUE(machine_.drivers().loaded.empty());
-    machine_.drivers().privateDriverFault = PrivateDriverFault::publishesNothing;
-    EXPECT_EQ(load(), 0);
-    EXPECT_EQ(cards(), 0U);
-    EXPECT_EQ(unload(), 0);
-
-    int asked = 0;
-    SimulatedHost host(machine_, {}, [&asked] { return ++asked == 1; });
-    EXPECT_EQ(host.askForAdministratorRight(), Host::RightAnswer::granted);
-    EXPECT_EQ(host.askForAdministratorRight(), Host::RightAnswer::cancelled);
-    machine_.drivers().refusesAdministrator = true;
-    EXPECT_EQ(host.askForAdministratorRight(), Host::RightAnswer::denied);
-    EXPECT_EQ(asked, 2);
-    EXPECT_EQ(host_.servicesOfClass("com_example_other").size(), 0U);
 }
 
 TEST_F(PrivilegedToolsTest, ALoadedDriverLastsFromRunToRunUntilThePowerIsOff) {
     const fs::path folder = directory_.path() / "machine";
     {
         const auto directory = MachineDirectory::create(folder);
-        addDefaultCards(directory->machine());
-        Drivers& drivers = directory->machine().drivers();
-        drivers.resident = false;
-        drivers.refusesAdministrator = true;
+        directory->machine().drivers().resident = false;
         directory->machine().powerOn();
-        drivers.loaded[kIdentifier] = {.serviceClass = std::string(kCardServiceClass), .secondsToAttach = 1};
+        directory->machine().drivers().loaded["some"] = {std::string(kCardServiceClass), 1};
         directory->save();
     }
     const auto directory = MachineDirectory::open(folder, MachineDirectory::OnOpening::powerUp);
     Drivers& drivers = directory->machine().drivers();
-    EXPECT_FALSE(drivers.resident);
-    EXPECT_TRUE(drivers.refusesAdministrator);
     EXPECT_FALSE(drivers.publish(kCardServiceClass));
     drivers.letPass(1);
     EXPECT_TRUE(drivers.publish(kCardServiceClass));

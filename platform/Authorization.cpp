@@ -1,5 +1,6 @@
 #include <Security/Authorization.h>
 
+#include <bit>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -51,7 +52,7 @@ std::size_t CountLiveAuthorizations() {
 OSStatus AuthorizationCreate(const AuthorizationRights* rights, const AuthorizationEnvironment* environment,
                              AuthorizationFlags flags, AuthorizationRef* authorization) {
     const uint32_t handle = gAuthorizations.add({});
-    const auto created = reinterpret_cast<AuthorizationRef>(static_cast<uintptr_t>(handle));
+    const auto created = std::bit_cast<AuthorizationRef>(uintptr_t{handle});
     const OSStatus status = rights == nullptr
                                 ? errAuthorizationSuccess
                                 : AuthorizationCopyRights(created, rights, environment, flags, nullptr);

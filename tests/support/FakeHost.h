@@ -47,7 +47,6 @@ class FakeHost : public Host {
     std::map<uint32_t, std::size_t> openConnections;
     std::vector<uint32_t> refusedCloses;
     RightAnswer rightAnswer = RightAnswer::granted;
-    bool rightAskedFor = false;
     // Privileged tools with their arguments, and sleeps in seconds, as they came.
     std::vector<std::string> privileged;
     std::set<std::string> toolsThatDoNotStart;
@@ -118,10 +117,7 @@ class FakeHost : public Host {
                            [=](const Process& process) { return process.serialNumber == serialNumber; });
     }
 
-    RightAnswer askForAdministratorRight() override {
-        rightAskedFor = true;
-        return rightAnswer;
-    }
+    RightAnswer askForAdministratorRight() override { return rightAnswer; }
 
     // Nothing is started, so there is nothing to wait for.
     bool runPrivilegedTool(const std::string& tool, const std::vector<std::string>& arguments) override {

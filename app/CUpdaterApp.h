@@ -3,6 +3,8 @@
 // The one application object: start-up and shutdown, the main window and its states, the open card, the
 // update run.
 
+#include <Security/Authorization.h>
+
 #include <cstdint>
 
 #include "framework/core/LBroadcaster.h"
@@ -72,8 +74,8 @@ class CUpdaterApp : public LApplication, public LListener, public LBroadcaster {
     // Returns false when the user cancelled.
     bool GetSerialNumberDialog();
 
-    // Reference of the private driver; filled by its installation.
-    void* mDriverRef = nullptr;
+    // Authorization under which the private driver was installed; null when none is.
+    AuthorizationRef mDriverRef = nullptr;
     // 1 when this run loaded the private driver; 0 when it loaded none.
     int32_t mDriverLoadResult = 0;
     int32_t mCardCount = 0;

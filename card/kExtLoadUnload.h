@@ -2,14 +2,20 @@
 
 // The updater's private driver: installed when no card can be found, removed when the updater ends.
 
+#include <Security/Authorization.h>
+
 #include <cstdint>
 
-// Installs the driver and stores a reference to it. Returns 1 when it was loaded, else 0 with a null
-// reference.
-//
-// This build carries no private driver, so it always answers as an installation that failed.
-int32_t ExtractAndLoadKext(void** driverReference);
+// Makes an authorization and asks for the administrator's right. Returns 1 when it was granted, else 0. The
+// caller frees the reference, which may be non-null after a failure too.
+int32_t Authenticate(AuthorizationRef* ref);
 
-// Unloads and deletes the driver. Returns 1 when it ran, 0 when the reference was null, which it always is
-// here.
-int32_t UnloadAndDeleteKext(void** driverReference);
+// Asks for the administrator's right, unpacks the driver that ships in the bundle into /tmp, and loads it.
+// Returns 1, with the authorization to be handed to UnloadAndDeleteKext, when the tool that loads it could be
+// run, which does not say that the driver was taken. Otherwise returns 0 with a null reference, having
+// said on standard error what failed and deleted the archive's copy and whatever was unpacked.
+int32_t ExtractAndLoadKext(AuthorizationRef* ref);
+
+// Unloads the driver, deletes what was unpacked and frees the authorization, leaving the reference null.
+// Returns 1 when it ran, whatever came of it, and 0 when the reference was null.
+int32_t UnloadAndDeleteKext(AuthorizationRef* ref);

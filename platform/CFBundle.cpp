@@ -32,6 +32,11 @@ std::filesystem::path resourceFolder(CFBundleRef bundle) {
     return *reinterpret_cast<const std::filesystem::path*>(bundle) / "Contents" / "Resources";
 }
 
+std::filesystem::path resourceFolder(CFBundleRef bundle, CFStringRef subdirectory) {
+    const auto folder = resourceFolder(bundle);
+    return subdirectory == nullptr ? folder : folder / constantText(subdirectory);
+}
+
 }  // namespace
 
 CFStringRef CFSTR(const char* text) {
@@ -48,11 +53,16 @@ CFURLRef CFBundleCopyResourcesDirectoryURL(CFBundleRef bundle) {
     return CFObjects::addURL(resourceFolder(bundle));
 }
 
+CFURLRef CFBundleCopyResourceURL(CFBundleRef bundle, CFStringRef name, CFStringRef type,
+                                 CFStringRef subdirectory) {
+    const std::string extension = type == nullptr ? "" : "." + constantText(type);
+    const auto path = resourceFolder(bundle, subdirectory) / (constantText(name) + extension);
+    std::error_code error;
+    return std::filesystem::exists(path, error) ? CFObjects::addURL(path) : nullptr;
+}
+
 CFArrayRef CFBundleCopyResourceURLsOfType(CFBundleRef bundle, CFStringRef type, CFStringRef subdirectory) {
-    auto folder = resourceFolder(bundle);
-    if (subdirectory != nullptr) {
-        folder /= constantText(subdirectory);
-    }
+    const auto folder = resourceFolder(bundle, subdirectory);
     std::error_code error;
     std::vector<std::filesystem::path> paths;
     for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;

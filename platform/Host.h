@@ -31,6 +31,10 @@ class Host {
         std::string name;
     };
 
+    // What came of asking for the administrator's right: granted, refused by the person who was asked, or
+    // refused by the system without asking anybody.
+    enum class RightAnswer { granted, cancelled, denied };
+
     Host() = default;
     Host(const Host&) = delete;
     Host& operator=(const Host&) = delete;
@@ -73,6 +77,17 @@ class Host {
 
     // Hands the system's shut-down event to a process. Returns false when there is no such process.
     virtual bool deliverShutDownEvent(uint64_t processSerialNumber) = 0;
+
+    // Asks whoever sits at the computer for the administrator's right; returns when there is an answer.
+    virtual RightAnswer askForAdministratorRight() = 0;
+
+    // Starts a tool, named by its absolute path, with the administrator's rights, as a child of this process
+    // that the caller waits for. The arguments do not name the tool. Returns false, with no child, when it
+    // cannot be started; how it ends is the child's exit status.
+    virtual bool runPrivilegedTool(const std::string& tool, const std::vector<std::string>& arguments) = 0;
+
+    // Lets this many seconds pass on the machine before returning.
+    virtual void sleepSeconds(uint32_t seconds) = 0;
 };
 
 namespace platform {

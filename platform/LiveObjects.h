@@ -10,6 +10,7 @@ struct LiveObjects {
     std::size_t iterators = 0;
     std::size_t coreFoundationObjects = 0;
     std::size_t appleEventDescriptors = 0;
+    std::size_t authorizations = 0;
 
     bool operator==(const LiveObjects&) const = default;
 };

@@ -33,6 +33,7 @@ void Machine::powerOn() {
 void Machine::powerOff() {
     if (!std::exchange(on_, false))
         return;
+    drivers_.loaded.clear();
     for (const auto& card : cards_)
         card->powerOff();
 }

@@ -10,6 +10,7 @@
 
 #include "simulator/Card.h"
 #include "simulator/Clock.h"
+#include "simulator/Drivers.h"
 #include "simulator/Ledger.h"
 
 namespace simulator {
@@ -43,6 +44,9 @@ class Machine {
     [[nodiscard]] Clock& clock() { return clock_; }
     [[nodiscard]] uint64_t accesses() const { return clock_.accesses(); }
     [[nodiscard]] uint64_t microseconds() const { return clock_.microseconds(); }
+    [[nodiscard]] Drivers& drivers() { return drivers_; }
+    [[nodiscard]] const Drivers& drivers() const { return drivers_; }
+
     [[nodiscard]] Ledger& ledger() { return ledger_; }
     [[nodiscard]] const Ledger& ledger() const { return ledger_; }
 
@@ -55,6 +59,7 @@ class Machine {
   private:
     Clock clock_;
     Ledger ledger_;
+    Drivers drivers_;
     std::vector<std::unique_ptr<Card>> cards_;
     bool on_ = false;
 };

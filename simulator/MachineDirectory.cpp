@@ -80,6 +80,7 @@ std::unique_ptr<MachineDirectory> MachineDirectory::open(const std::filesystem::
 void MachineDirectory::load() {
     const StoredMachine stored = readMachine(folder_ / kMachineFile);
     machine_.clock().resume(stored.accesses);
+    machine_.drivers() = stored.drivers;
     machine_.ledger().restore(stored.ledger);
     for (const StoredMachine::Card& storedCard : stored.cards) {
         Card& card = machine_.addCard(storedCard.board, readCells(folder_ / storedCard.promFile));
@@ -118,6 +119,7 @@ void MachineDirectory::save() {
     StoredMachine stored;
     stored.on = machine_.isOn();
     stored.accesses = machine_.accesses();
+    stored.drivers = machine_.drivers();
     stored.ledger = machine_.ledger().entries();
     for (std::size_t index = 0; index < machine_.cardCount(); ++index) {
         Card& card = machine_.card(index);

@@ -24,15 +24,18 @@ void putText(std::span<uint8_t> field, std::string_view text) {
 
 }  // namespace
 
-SimulatedHost::SimulatedHost(Machine& machine, std::filesystem::path bundleDirectory)
+SimulatedHost::SimulatedHost(Machine& machine, std::filesystem::path bundleDirectory,
+                             AdministratorPrompt prompt)
     : machine_(machine),
       clock_(machine.clock()),
       bundleDirectory_(std::move(bundleDirectory)),
+      prompt_(std::move(prompt)),
+      tools_(machine.drivers()),
       nextConnection_(kFirstConnection) {}
 
 std::vector<uint64_t> SimulatedHost::servicesOfClass(std::string_view className) {
     std::vector<uint64_t> services;
-    if (className != kServiceClass)
+    if (!machine_.drivers().publish(className))
         return services;
     for (std::size_t index = 0; index < machine_.cardCount(); ++index) {
         if (machine_.card(index).running())
@@ -154,6 +157,25 @@ std::vector<Host::Process> SimulatedHost::processes() {
 
 bool SimulatedHost::deliverShutDownEvent(uint64_t processSerialNumber) {
     return machine_.deliverShutDownEvent(processSerialNumber);
+}
+
+Host::RightAnswer SimulatedHost::askForAdministratorRight() {
+    if (machine_.drivers().refusesAdministrator)
+        return RightAnswer::denied;
+    return prompt_ && prompt_() ? RightAnswer::granted : RightAnswer::cancelled;
+}
+
+bool SimulatedHost::runPrivilegedTool(const std::string& tool, const std::vector<std::string>& arguments) {
+    const bool started = tools_.run(tool, arguments);
+    closeOrphanedConnections();
+    return started;
+}
+
+void SimulatedHost::closeOrphanedConnections() {
+    if (machine_.drivers().publish(kServiceClass))
+        return;
+    while (!connections_.empty())
+        closeConnection(connections_.begin()->first);
 }
 
 std::size_t SimulatedHost::liveMappings() const {

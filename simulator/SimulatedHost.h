@@ -7,23 +7,30 @@
 #include <cstdint>
 #include <deque>
 #include <filesystem>
+#include <functional>
 #include <map>
 
 #include "platform/Host.h"
 #include "simulator/AddressSpace.h"
 #include "simulator/Machine.h"
+#include "simulator/PrivilegedTools.h"
 
 namespace simulator {
 
 class SimulatedHost final : public Host {
   public:
-    static constexpr std::string_view kServiceClass = "com_VornLabs_driver_VornMxDevice";
+    static constexpr std::string_view kServiceClass = kCardServiceClass;
 
-    // The machine must outlive the host. The bundle's folder may be empty: then there is no bundle.
-    SimulatedHost(Machine& machine, std::filesystem::path bundleDirectory);
+    // Asks whoever sits at the machine for the administrator's right; true when it is granted.
+    using AdministratorPrompt = std::function<bool()>;
+
+    // The machine must outlive the host. The bundle's folder may be empty: then there is no bundle. Without a
+    // prompt there is nobody to grant the administrator's right.
+    SimulatedHost(Machine& machine, std::filesystem::path bundleDirectory, AdministratorPrompt prompt = {});
 
     std::filesystem::path bundleDirectory() override { return bundleDirectory_; }
-    // A card publishes its service when its FPGA found its configuration at power-up.
+    // A card publishes its service when its FPGA found its configuration at power-up and a driver is there
+    // for it.
     std::vector<uint64_t> servicesOfClass(std::string_view className) override;
     std::optional<uint32_t> openService(uint64_t service) override;
     bool closeConnection(uint32_t connection) override;
@@ -36,6 +43,10 @@ class SimulatedHost final : public Host {
     void storeWord(uint32_t* address, uint32_t word) override;
     std::vector<Process> processes() override;
     bool deliverShutDownEvent(uint64_t processSerialNumber) override;
+    RightAnswer askForAdministratorRight() override;
+    bool runPrivilegedTool(const std::string& tool, const std::vector<std::string>& arguments) override;
+    // The drivers notice, and nobody has to wait: the machine's clock counts accesses.
+    void sleepSeconds(uint32_t seconds) override { machine_.drivers().letPass(seconds); }
 
     // What has been opened and not closed, and mapped and not taken away.
     [[nodiscard]] std::size_t openConnections() const { return connections_.size(); }
@@ -70,6 +81,8 @@ class SimulatedHost final : public Host {
         }
     };
 
+    // Takes away what was opened through a driver that has gone.
+    void closeOrphanedConnections();
     // Makes the live mapping at an address the current view; false, with a note in the ledger, when there is
     // none.
     bool findView(const void* address);
@@ -80,6 +93,8 @@ class SimulatedHost final : public Host {
     Clock& clock_;
     View view_;
     std::filesystem::path bundleDirectory_;
+    AdministratorPrompt prompt_;
+    PrivilegedTools tools_;
     std::map<uint32_t, Card*> connections_;
     std::deque<Mapping> mappings_;
     uint32_t nextConnection_;

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "simulator/Card.h"
+#include "simulator/Drivers.h"
 #include "simulator/FpgaConfiguration.h"
 #include "simulator/JtagChain.h"
 #include "simulator/Ledger.h"
@@ -38,6 +39,9 @@ struct StoredMachine {
 
     bool on = false;
     uint64_t accesses = 0;
+    // What is loaded is kept only while the machine is on. A text without drivers is a machine whose resident
+    // driver is installed and that has no fault.
+    Drivers drivers;
     std::vector<Ledger::Entry> ledger;
     std::vector<Card> cards;
 };

@@ -12,5 +12,6 @@ constexpr int kMachineFormat = 1;
 constexpr std::array<std::string_view, 4> kRegisterNames{"none", "page data", "user code", "control data"};
 constexpr std::array<std::string_view, 4> kOperationNames{"none", "program", "erase",
                                                           "leave programming mode"};
+constexpr std::array<std::string_view, 3> kDriverFaultNames{"none", "does not load", "publishes nothing"};
 
 }  // namespace simulator

@@ -35,6 +35,8 @@ class Object {
         return *found;
     }
 
+    [[nodiscard]] bool has(const std::string& key) const { return json_.contains(key); }
+
     Object object(const std::string& key) { return {at(key), pathOf(key)}; }
 
     std::vector<Object> objects(const std::string& key) {
@@ -193,6 +195,25 @@ StoredMachine::Card decodeCard(Object object, bool on) {
     return card;
 }
 
+Drivers decodeDrivers(Object object, bool on) {
+    Drivers drivers{
+        .resident = object.flag("resident"),
+        .refusesAdministrator = object.flag("refusesAdministrator"),
+        .privateDriverFault = object.oneOf<PrivateDriverFault>("privateDriverFault", kDriverFaultNames),
+        .loaded = {}};
+    if (on) {
+        for (Object driver : object.objects("loaded")) {
+            const Drivers::Loaded loaded{.serviceClass = driver.text("serviceClass"),
+                                         .secondsToAttach = driver.number<uint32_t>("secondsToAttach")};
+            if (!drivers.loaded.emplace(driver.text("identifier"), loaded).second)
+                driver.complain("identifier", "belongs to another driver already.");
+            driver.nothingElse();
+        }
+    }
+    object.nothingElse();
+    return drivers;
+}
+
 Ledger::Entry decodeEntry(Object object) {
     const auto misuse = misuseNamed(object.text("misuse"));
     if (!misuse)
@@ -225,6 +246,8 @@ StoredMachine decodeMachine(std::string_view text) {
     StoredMachine machine;
     machine.on = object.flag("on");
     machine.accesses = object.number<uint64_t>("accesses");
+    if (object.has("drivers"))
+        machine.drivers = decodeDrivers(object.object("drivers"), machine.on);
     std::set<std::string> promFiles;
     for (const Object& card : object.objects("cards")) {
         machine.cards.push_back(decodeCard(card, machine.on));

@@ -78,6 +78,21 @@ Json encode(const StoredMachine::Card& card) {
     return json;
 }
 
+Json encode(const Drivers& drivers, bool on) {
+    Json json{
+        {"resident", drivers.resident},
+        {"refusesAdministrator", drivers.refusesAdministrator},
+        {"privateDriverFault", kDriverFaultNames[static_cast<std::size_t>(drivers.privateDriverFault)]}};
+    if (on) {
+        json["loaded"] = Json::array();
+        for (const auto& [identifier, driver] : drivers.loaded)
+            json["loaded"].push_back({{"identifier", identifier},
+                                      {"serviceClass", driver.serviceClass},
+                                      {"secondsToAttach", driver.secondsToAttach}});
+    }
+    return json;
+}
+
 Json encode(const Ledger::Entry& entry) {
     return {{"misuse", misuseName(entry.misuse)},
             {"card", entry.card},
@@ -97,11 +112,9 @@ Json encodeAll(const std::vector<Element>& elements) {
 }  // namespace
 
 std::string encodeMachine(const StoredMachine& machine) {
-    const Json json{{"format", kMachineFormat},
-                    {"on", machine.on},
-                    {"accesses", machine.accesses},
-                    {"cards", encodeAll(machine.cards)},
-                    {"ledger", encodeAll(machine.ledger)}};
+    const Json json{{"format", kMachineFormat},          {"on", machine.on},
+                    {"accesses", machine.accesses},      {"drivers", encode(machine.drivers, machine.on)},
+                    {"cards", encodeAll(machine.cards)}, {"ledger", encodeAll(machine.ledger)}};
     constexpr int kIndent = 2;
     // A name that is no UTF-8 must not keep a machine from being saved.
     return json.dump(kIndent, ' ', false, Json::error_handler_t::replace) + '\n';

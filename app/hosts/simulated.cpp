@@ -5,6 +5,7 @@
 #include <exception>
 
 #include "app/UpdaterMain.h"
+#include "app/hosts/AdministratorPrompt.h"
 #include "platform/ExecutableBundle.h"
 #include "simulator/MachineDirectory.h"
 #include "simulator/SimulatedHost.h"
@@ -16,7 +17,7 @@ int runOn(const std::string& folder) {
         simulator::MachineDirectory::open(folder, simulator::MachineDirectory::OnOpening::powerUp);
     int exitCode = 0;
     {
-        simulator::SimulatedHost host(directory->machine(), BundleBesideExecutable());
+        simulator::SimulatedHost host(directory->machine(), BundleBesideExecutable(), AskAdministrator);
         InstallHost(&host);
         exitCode = UpdaterMain();
         InstallHost(nullptr);

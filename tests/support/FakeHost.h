@@ -7,6 +7,7 @@
 #include <array>
 #include <cstdint>
 #include <cstring>
+#include <functional>
 #include <map>
 #include <set>
 #include <string>
@@ -46,6 +47,11 @@ class FakeHost : public Host {
     std::vector<uint64_t> shutDownEvents;
     std::map<uint32_t, std::size_t> openConnections;
     std::size_t methodCalls = 0;
+    RightAnswer rightAnswer = RightAnswer::granted;
+    // Privileged tools with their arguments, and sleeps in seconds, as they came.
+    std::vector<std::string> privileged;
+    std::set<std::string> toolsThatDoNotStart;
+    std::function<void(const std::string& run)> onPrivilegedRun;
 
     std::filesystem::path bundleDirectory() override { return bundle; }
 
@@ -106,6 +112,23 @@ class FakeHost : public Host {
         return std::any_of(processList.begin(), processList.end(),
                            [=](const Process& process) { return process.serialNumber == serialNumber; });
     }
+
+    RightAnswer askForAdministratorRight() override { return rightAnswer; }
+
+    // Nothing is started, so there is nothing to wait for.
+    bool runPrivilegedTool(const std::string& tool, const std::vector<std::string>& arguments) override {
+        std::string run = tool;
+        for (const std::string& argument : arguments) {
+            run += " " + argument;
+        }
+        privileged.push_back(run);
+        if (onPrivilegedRun) {
+            onPrivilegedRun(run);
+        }
+        return !toolsThatDoNotStart.contains(tool);
+    }
+
+    void sleepSeconds(uint32_t seconds) override { privileged.push_back("sleep " + std::to_string(seconds)); }
 
   private:
     uint32_t lastConnection_ = 0x20000;

@@ -8,6 +8,7 @@
 #include <functional>
 #include <map>
 #include <set>
+#include <string>
 #include <vector>
 
 #include "platform/Host.h"
@@ -20,6 +21,9 @@ class MeddlingHost final : public Host {
     // Loads and stores so far.
     uint64_t loads = 0;
     uint64_t stores = 0;
+
+    // The tools that were run with the administrator's rights.
+    std::vector<std::string> privilegedTools;
 
     // What a load returns, from its offset in the window and the true word; null leaves every word as it is.
     std::function<uint32_t(uint32_t offset, uint32_t word)> falsifyLoad;
@@ -71,6 +75,13 @@ class MeddlingHost final : public Host {
     }
     std::vector<Process> processes() override { return host_.processes(); }
     bool deliverShutDownEvent(uint64_t process) override { return host_.deliverShutDownEvent(process); }
+
+    RightAnswer askForAdministratorRight() override { return host_.askForAdministratorRight(); }
+    bool runPrivilegedTool(const std::string& tool, const std::vector<std::string>& arguments) override {
+        privilegedTools.push_back(tool);
+        return host_.runPrivilegedTool(tool, arguments);
+    }
+    void sleepSeconds(uint32_t seconds) override { host_.sleepSeconds(seconds); }
 
   private:
     Host& host_;

@@ -1,4 +1,4 @@
-// Starting up: without cards, and with layouts that are not as they should be.
+// Starting up with layouts that are not as they should be.
 
 #include <gtest/gtest.h>
 
@@ -8,7 +8,6 @@
 #include <iterator>
 
 #include "framework/widgets/LApplication.h"
-#include "platform/LiveObjects.h"
 #include "simulator/DefaultMachine.h"
 #include "tests/whole/UpdaterSession.h"
 
@@ -29,15 +28,6 @@ class StartUp : public testing::Test {
     simulator::Machine machine;
     TestBundle bundle;
 };
-
-TEST_F(StartUp, WithoutCardsAnAlertIsAllThatShows) {
-    machine.powerOn();
-    UpdaterSession session(machine, bundle);
-    session.run([] { FAIL() << "there is no window to sit in front of"; });
-    ASSERT_EQ(session.alerts.size(), 1u);
-    EXPECT_NE(session.alerts[0].message.find("The card could not be reached"), std::string::npos);
-    EXPECT_EQ(CountLiveObjects(), LiveObjects());
-}
 
 TEST_F(StartUp, AboutTellsTheVersionAndStopsNothing) {
     simulator::addDefaultCards(machine);

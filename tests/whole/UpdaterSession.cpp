@@ -15,10 +15,12 @@
 #include <QTimer>
 #include <algorithm>
 #include <fstream>
+#include <utility>
 
 #include <gtest/gtest.h>
 
 #include "app/UpdaterMain.h"
+#include "app/hosts/AdministratorPrompt.h"
 #include "app/logic/FirmwareFiles.h"
 #include "framework/widgets/LApplication.h"
 
@@ -47,7 +49,7 @@ void TestBundle::addImage(const std::string& name, const std::vector<uint8_t>& b
 }
 
 UpdaterSession::UpdaterSession(simulator::Machine& machine, const TestBundle& bundle)
-    : simulatedHost(machine, bundle.path()), host(simulatedHost) {
+    : simulatedHost(machine, bundle.path(), AskAdministrator), host(simulatedHost) {
     // As in a fresh process.
     gNewFirmware = -1;
     qApp->installEventFilter(this);
@@ -59,24 +61,22 @@ UpdaterSession::~UpdaterSession() {
 
 void UpdaterSession::run(const std::function<void()>& script) {
     testing::internal::CaptureStderr();
-    QTimer::singleShot(0, this, [this, &script] {
-        // Posted before start-up, this is delivered before the popup's first broadcast, which comes now.
+    whenShown_ = [this, &script] {
+        // Posted when the window comes up, this is delivered before the popup's first broadcast, which comes
+        // now.
         QCoreApplication::sendPostedEvents();
-        if (window() != nullptr) {
-            if (auto* const bar = qobject_cast<QProgressBar*>(pane("PGRS"))) {
-                connect(bar, &QProgressBar::valueChanged, this, [this](int value) {
-                    if (onProgress) {
-                        onProgress(value);
-                    }
-                });
-            }
-            script();
+        if (auto* const bar = qobject_cast<QProgressBar*>(pane("PGRS"))) {
+            connect(bar, &QProgressBar::valueChanged, this, [this](int value) {
+                if (onProgress) {
+                    onProgress(value);
+                }
+            });
         }
-        if (LApplication::Current() != nullptr) {
-            LApplication::Current()->DoQuit();
-        }
-    });
+        script();
+        LApplication::Current()->DoQuit();
+    };
     UpdaterMain();
+    whenShown_ = nullptr;
     standardError = testing::internal::GetCapturedStderr();
 }
 
@@ -150,6 +150,9 @@ bool UpdaterSession::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::Show && dialog != nullptr && dialog->isModal()) {
         // After the alert has entered its own event loop.
         QTimer::singleShot(0, dialog, [this, dialog] { answer(dialog); });
+    }
+    if (event->type() == QEvent::Show && whenShown_ && qobject_cast<QMainWindow*>(watched) != nullptr) {
+        QTimer::singleShot(0, watched, std::exchange(whenShown_, nullptr));
     }
     return false;
 }

@@ -49,9 +49,10 @@ class UpdaterSession : public QObject {
     UpdaterSession(simulator::Machine& machine, const TestBundle& bundle);
     ~UpdaterSession() override;
 
-    // Starts the updater, has the script sit in front of its window once the first card has been shown, and
-    // ends the updater if the script has not. Alerts are answered with their default button as they come,
-    // save those whose titles or messages are listed in cancelled.
+    // Starts the updater, has the script sit in front of its window, if there is one, once the first card has
+    // been shown, and ends the updater if the script has not. Without a window it has to end by itself.
+    // Alerts are answered with their default button as they come, save those whose titles or messages are
+    // listed in cancelled.
     void run(const std::function<void()>& script = [] {});
     std::vector<std::string> cancelled;
 
@@ -91,4 +92,7 @@ class UpdaterSession : public QObject {
   private:
     void answer(QWidget* dialog);
     void answerIdentityDialog(QWidget* dialog, QLineEdit& field);
+
+    // What is to be done once the window has come up.
+    std::function<void()> whenShown_;
 };

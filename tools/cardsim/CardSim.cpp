@@ -14,12 +14,13 @@ namespace {
 
 using simulator::MachineDirectory;
 
-void makeMachine(const std::string& folder, std::ostream& out) {
+void makeMachine(const std::string& folder, bool withoutDriver, std::ostream& out) {
     const auto directory = MachineDirectory::create(folder);
+    directory->machine().drivers().resident = !withoutDriver;
     simulator::addDefaultCards(directory->machine());
     directory->save();
-    out << "Made a machine with " << directory->machine().cardCount() << " cards in " << folder
-        << ". It is off.\n";
+    out << "Made a machine with " << directory->machine().cardCount() << " cards"
+        << (withoutDriver ? " and no driver" : "") << " in " << folder << ". It is off.\n";
 }
 
 void show(const std::string& folder, std::ostream& out) {
@@ -47,8 +48,13 @@ int run(const std::vector<std::string>& arguments, std::ostream& out, std::ostre
         CLI::App* const subcommand = app.add_subcommand(name, description);
         subcommand->add_option("folder", folder, "The machine's folder")->required()->type_name("DIR");
         subcommand->callback([&folder, &out, command] { command(folder, out); });
+        return subcommand;
     };
-    add("make", "Make the default machine in a new or empty folder", makeMachine);
+    bool withoutDriver = false;
+    add("make", "Make the default machine in a new or empty folder",
+        [&](const std::string& into, std::ostream& to) { makeMachine(into, withoutDriver, to); })
+        ->add_flag("--without-driver", withoutDriver,
+                   "No resident driver: the updater has to load its own to see the cards");
     add("show", "Show a machine's cards, power and ledger; changes nothing", show);
     add("power-cycle", "Switch a machine off and on, so that its cards load their firmware", powerCycle);
 

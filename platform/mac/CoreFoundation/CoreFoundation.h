@@ -32,6 +32,11 @@ CFBundleRef CFBundleGetMainBundle();
 // The URL of the bundle's resource folder, whether or not it is there.
 CFURLRef CFBundleCopyResourcesDirectoryURL(CFBundleRef bundle);
 
+// The URL of the resource file of a name and a type (its extension; null for a file without one). A null
+// subdirectory means the resource folder itself. Null when there is no such file.
+CFURLRef CFBundleCopyResourceURL(CFBundleRef bundle, CFStringRef name, CFStringRef type,
+                                 CFStringRef subdirectory);
+
 // The URLs of all resources of a type (their extension), in the order of their names. A null subdirectory
 // means the resource folder itself. Null when the bundle has no such folder.
 CFArrayRef CFBundleCopyResourceURLsOfType(CFBundleRef bundle, CFStringRef type, CFStringRef subdirectory);

@@ -55,6 +55,15 @@ TEST_F(CardSimTest, MakesShowsAndPowerCycles) {
     EXPECT_TRUE(says("Vorn DX8 in PCI slot 3: no configuration"));
 }
 
+TEST_F(CardSimTest, AMachineCanDoWithoutADriver) {
+    ASSERT_EQ(runWith({"make", "--without-driver", folder_ / "bare"}), kDone) << err_.str();
+    ASSERT_EQ(runWith({"show", folder_ / "bare"}), kDone);
+    EXPECT_TRUE(says("Driver      none\n")) << out_.str();
+    ASSERT_EQ(runWith({"make", folder_ / "usual"}), kDone);
+    ASSERT_EQ(runWith({"show", folder_ / "usual"}), kDone);
+    EXPECT_TRUE(says("Driver      resident\n"));
+}
+
 TEST_F(CardSimTest, ComplaintsAndExitCodes) {
     EXPECT_EQ(runWith({"--help"}), kDone);
     for (const std::vector<std::string>& wrong :

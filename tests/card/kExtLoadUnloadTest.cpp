@@ -1,0 +1,114 @@
+// Installing and removing the private driver, with a real archive and the real /tmp, but nothing privileged.
+
+#include "card/kExtLoadUnload.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <fstream>
+
+#include "platform/LiveObjects.h"
+#include "tests/support/FakeHost.h"
+#include "tests/support/SystemTmp.h"
+#include "tests/support/TemporaryDirectory.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using Runs = std::vector<std::string>;
+
+const std::string deletion = "/bin/rm -rf /tmp/VUpdater.kext";
+const std::string owning = "/usr/sbin/chown -R root:wheel /tmp/VUpdater.kext";
+const std::string loading = "/sbin/kextload /tmp/VUpdater.kext";
+const fs::path unpacked = fs::path(SystemTmp::driver) / "Info.plist";
+
+class PrivateDriver : public testing::Test {
+  protected:
+    PrivateDriver() { useBundle(directory.path() / "Some.app"); }
+
+    void useBundle(const fs::path& bundle) {
+        host.bundle = bundle;
+        archive = bundle / "Contents/Resources/vupdaterkext.pax";
+        fs::create_directories(archive.parent_path());
+        fs::create_directories(directory.path() / "VUpdater.kext");
+        std::ofstream(directory.path() / "VUpdater.kext/Info.plist") << "driver";
+        const std::string pack = "cd " + directory.path().string() + " && pax -w -f packed VUpdater.kext";
+        ASSERT_EQ(std::system(pack.c_str()), 0);
+        fs::copy_file(directory.path() / "packed", archive);
+    }
+
+    // What comes out on standard error must end in the message; tools that fail have their own say before it.
+    void expectFailure(const std::string& message, const Runs& runs) {
+        host.privileged.clear();
+        testing::internal::CaptureStderr();
+        EXPECT_EQ(ExtractAndLoadKext(&ref), 0) << message;
+        const std::string said = testing::internal::GetCapturedStderr();
+        EXPECT_TRUE(message.empty() ? said.empty() : said.ends_with(message)) << said;
+        EXPECT_EQ(ref, nullptr) << message;
+        EXPECT_EQ(host.privileged, runs);
+        EXPECT_EQ(CountLiveObjects(), LiveObjects()) << message;
+        EXPECT_FALSE(fs::exists(SystemTmp::archive)) << message;
+    }
+
+    SystemTmp tmp;
+    TemporaryDirectory directory;
+    FakeHost host;
+    fs::path archive;
+    AuthorizationRef ref = nullptr;
+};
+
+TEST_F(PrivateDriver, IsUnpackedOwnedLoadedAndRemovedAgain) {
+    fs::create_directories(fs::path(SystemTmp::driver) / "stale");
+    host.onPrivilegedRun = [](const std::string& run) {
+        if (run == deletion) {
+            fs::remove_all(SystemTmp::driver);
+        } else if (run == owning) {
+            EXPECT_TRUE(fs::exists(unpacked));
+            EXPECT_FALSE(fs::exists(fs::path(SystemTmp::driver) / "stale"));
+            EXPECT_FALSE(fs::exists(SystemTmp::archive));
+        }
+    };
+    EXPECT_EQ(ExtractAndLoadKext(&ref), 1);
+    EXPECT_EQ(CountLiveObjects(), LiveObjects{.authorizations = 1});
+    EXPECT_EQ(UnloadAndDeleteKext(&ref), 1);
+    EXPECT_EQ(UnloadAndDeleteKext(&ref), 0) << "there is none any more";
+    EXPECT_EQ(host.privileged, (Runs{deletion, owning, loading, "sleep 4",
+                                     "/sbin/kextunload -b com.VornLabs.driver.VornMx", "sleep 2", deletion}));
+    EXPECT_EQ(ref, nullptr);
+    EXPECT_EQ(CountLiveObjects(), LiveObjects());
+    EXPECT_TRUE(SystemTmp::isClean());
+}
+
+TEST_F(PrivateDriver, EachStepThatFailsIsSaidAndCleanedUpAfter) {
+    host.toolsThatDoNotStart = {"/sbin/kextload"};
+    expectFailure("kExtLoadUnload: Could not kextload\n", {deletion, owning, loading, "sleep 4", deletion});
+    host.toolsThatDoNotStart = {"/usr/sbin/chown"};
+    expectFailure("Could not chown\n", {deletion, owning, deletion});
+    std::ofstream(archive) << std::string(2000, 'x');
+    expectFailure("Could not unpax\n", {deletion});
+    fs::remove(archive);
+    fs::create_directory(archive);
+    expectFailure("Could not copy to tmp\n", {});
+    fs::remove(archive);
+    expectFailure("Could not find pax in resource.\n", {});
+    useBundle(directory.path() / std::string(200, 'x') / "Some.app");
+    ASSERT_GE(archive.string().size(), 256u);
+    expectFailure("", {});
+    host.bundle.clear();
+    expectFailure("Could not get main bundle\n", {});
+    host.rightAnswer = Host::RightAnswer::cancelled;
+    expectFailure("Could not Authenticate\n", {});
+}
+
+TEST_F(PrivateDriver, BundlePathIsNeverACommand) {
+    useBundle(directory.path() / R"(a"b$(touch pwned)`touch pwned`\"'; touch pwned;')" / "Some.app");
+    const fs::path before = fs::current_path();
+    fs::current_path(directory.path());
+    EXPECT_EQ(ExtractAndLoadKext(&ref), 1);
+    fs::current_path(before);
+    EXPECT_TRUE(fs::exists(unpacked));
+    EXPECT_FALSE(fs::exists(directory.path() / "pwned"));
+    UnloadAndDeleteKext(&ref);
+}
+
+}  // namespace

@@ -1,0 +1,116 @@
+// What the administrator's tools do to a simulated machine.
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <fstream>
+
+#include "simulator/DefaultMachine.h"
+#include "simulator/MachineDirectory.h"
+#include "simulator/SimulatedHost.h"
+#include "tests/support/TemporaryDirectory.h"
+
+namespace simulator {
+namespace {
+
+namespace fs = std::filesystem;
+
+class PrivilegedToolsTest : public testing::Test {
+  protected:
+    PrivilegedToolsTest() {
+        addDefaultCards(machine_);
+        machine_.drivers().resident = false;
+        machine_.powerOn();
+        writeBundle(kCardServiceClass);
+    }
+
+    void writeBundle(std::string_view serviceClass) {
+        fs::create_directories(bundle_ / "Contents");
+        std::ofstream(bundle_ / "Contents/Info.plist")
+            << "<plist><dict><key>CFBundlePackageType</key><string>KEXT</string>"
+            << "<key>CFBundleIdentifier</key><string>com.example.driver</string>"
+            << "<key>IOKitPersonalities</key><dict><key>One</key><dict><key>IOClass</key><string>"
+            << serviceClass << "</string></dict></dict></dict></plist>";
+    }
+
+    // The exit status of a tool, or -1 when there is no such tool. It complains exactly when it fails.
+    int run(const std::string& tool, const std::vector<std::string>& arguments) {
+        testing::internal::CaptureStderr();
+        int status = -1;
+        if (host_.runPrivilegedTool(tool, arguments))
+            status = ::wait(&status) > 0 && WIFEXITED(status) ? WEXITSTATUS(status) : -2;
+        EXPECT_EQ(status <= 0, testing::internal::GetCapturedStderr().empty());
+        return status;
+    }
+    int chown(const std::string& owner) { return run("/usr/sbin/chown", {"-R", owner, bundle_}); }
+    int load() { return run("/sbin/kextload", {bundle_}); }
+    int unload() { return run("/sbin/kextunload", {"-b", "com.example.driver"}); }
+    // The cards that a driver shows once it has had its time.
+    std::size_t cards() {
+        host_.sleepSeconds(Drivers::kSecondsToAttach);
+        return host_.servicesOfClass(kCardServiceClass).size();
+    }
+
+    TemporaryDirectory directory_;
+    fs::path bundle_ = directory_.path() / "Some.kext";
+    Machine machine_;
+    SimulatedHost host_{machine_, {}};
+};
+
+TEST_F(PrivilegedToolsTest, ADriverShowsTheCardsFromLoadingToUnloading) {
+    EXPECT_EQ(cards(), 0U);
+    EXPECT_EQ(chown("root:wheel"), 0);
+    EXPECT_EQ(load(), 0);
+    host_.sleepSeconds(Drivers::kSecondsToAttach - 1);
+    EXPECT_TRUE(host_.servicesOfClass(kCardServiceClass).empty()) << "not attached yet";
+    EXPECT_EQ(cards(), 3U);
+    ASSERT_TRUE(host_.mapMemory(*host_.openService(host_.servicesOfClass(kCardServiceClass)[0]), 0));
+    EXPECT_EQ(unload(), 0);
+    EXPECT_EQ(cards(), 0U);
+    EXPECT_EQ(host_.liveMappings(), 0U) << "what was opened through the driver goes with it";
+    EXPECT_EQ(unload(), 1);
+}
+
+TEST_F(PrivilegedToolsTest, OnlyAWellFormedBundleOfRootIsLoaded) {
+    EXPECT_EQ(chown("somebody:staff"), 0);
+    EXPECT_EQ(load(), 1);
+    EXPECT_EQ(chown("root:wheel"), 0);
+    std::ofstream(bundle_ / "Contents/added") << "later";
+    EXPECT_EQ(load(), 1) << "one file is the user's";
+    EXPECT_EQ(chown("root:wheel"), 0);
+    EXPECT_EQ(run("/bin/rm", {"-rf", bundle_}), 0);
+    EXPECT_EQ(chown("root:wheel"), 1) << "it is gone";
+    writeBundle(kCardServiceClass);
+    EXPECT_EQ(load(), 1) << "new files, the user's again";
+    EXPECT_EQ(chown("root:wheel"), 0);
+    writeBundle("");
+    EXPECT_EQ(load(), 1);
+    std::ofstream(bundle_ / "Contents/Info.plist") << "<plist><dict>";
+    EXPECT_EQ(load(), 1);
+    writeBundle("com_example_other");
+    EXPECT_EQ(load(), 0);
+    EXPECT_EQ(cards(), 0U) << "a driver of another class";
+    EXPECT_EQ(run("/sbin/reboot", {}), -1);
+}
+
+TEST_F(PrivilegedToolsTest, ALoadedDriverLastsFromRunToRunUntilThePowerIsOff) {
+    const fs::path folder = directory_.path() / "machine";
+    {
+        const auto directory = MachineDirectory::create(folder);
+        directory->machine().drivers().resident = false;
+        directory->machine().powerOn();
+        directory->machine().drivers().loaded["some"] = {std::string(kCardServiceClass), 1};
+        directory->save();
+    }
+    const auto directory = MachineDirectory::open(folder, MachineDirectory::OnOpening::powerUp);
+    Drivers& drivers = directory->machine().drivers();
+    EXPECT_FALSE(drivers.publish(kCardServiceClass));
+    drivers.letPass(1);
+    EXPECT_TRUE(drivers.publish(kCardServiceClass));
+    directory->machine().powerOff();
+    directory->machine().powerOn();
+    EXPECT_FALSE(drivers.publish(kCardServiceClass));
+}
+
+}  // namespace
+}  // namespace simulator

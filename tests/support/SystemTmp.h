@@ -1,0 +1,37 @@
+#pragma once
+
+// /tmp as one program's own, for tests of what puts files there under fixed names. Whoever else does the
+// same, from this build or another, waits; the two files are gone before and after.
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+class SystemTmp {
+  public:
+    static constexpr const char* archive = "/tmp/vupdaterkext.pax";
+    static constexpr const char* driver = "/tmp/VUpdater.kext";
+
+    SystemTmp() : folder_(::open("/tmp", O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
+        ::flock(folder_, LOCK_EX);
+        clear();
+    }
+    ~SystemTmp() {
+        clear();
+        ::close(folder_);
+    }
+    SystemTmp(const SystemTmp&) = delete;
+    SystemTmp& operator=(const SystemTmp&) = delete;
+
+    static bool isClean() { return !std::filesystem::exists(archive) && !std::filesystem::exists(driver); }
+
+  private:
+    static void clear() {
+        std::filesystem::remove_all(archive);
+        std::filesystem::remove_all(driver);
+    }
+
+    int folder_;
+};

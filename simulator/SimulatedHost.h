@@ -23,7 +23,8 @@ class SimulatedHost final : public Host {
     SimulatedHost(Machine& machine, std::filesystem::path bundleDirectory);
 
     std::filesystem::path bundleDirectory() override { return bundleDirectory_; }
-    // A card publishes its service when its FPGA found its configuration at power-up.
+    // A card publishes its service when its FPGA found its configuration at power-up. When it vanishes from
+    // the bus, its service stays until nobody has it open.
     std::vector<uint64_t> servicesOfClass(std::string_view className) override;
     std::optional<uint32_t> openService(uint64_t service) override;
     bool closeConnection(uint32_t connection) override;
@@ -80,6 +81,8 @@ class SimulatedHost final : public Host {
     Clock& clock_;
     View view_;
     std::filesystem::path bundleDirectory_;
+    [[nodiscard]] bool isOpen(const Card& card) const;
+
     std::map<uint32_t, Card*> connections_;
     std::deque<Mapping> mappings_;
     uint32_t nextConnection_;

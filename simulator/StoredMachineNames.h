@@ -13,4 +13,6 @@ constexpr std::array<std::string_view, 4> kRegisterNames{"none", "page data", "u
 constexpr std::array<std::string_view, 4> kOperationNames{"none", "program", "erase",
                                                           "leave programming mode"};
 
+constexpr std::array<std::string_view, 3> kWhenNames{"at once", "at access", "at clock"};
+
 }  // namespace simulator

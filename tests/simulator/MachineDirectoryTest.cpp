@@ -47,7 +47,7 @@ class MachineDirectoryTest : public testing::Test {
 TEST_F(MachineDirectoryTest, OpeningAMachineThatIsOffPowersItUp) {
     EXPECT_FALSE(MachineDirectory::open(folder_, OnOpening::leaveAsItIs)->machine().isOn());
     const auto directory = MachineDirectory::open(folder_, OnOpening::powerUp);
-    ASSERT_EQ(directory->machine().cardCount(), 3U);
+    ASSERT_EQ(directory->machine().cardCount(), 4U);
     EXPECT_EQ(directory->machine().card(1).running(), (FpgaConfiguration{0x23, 2, 'W', 7, 0x5309}));
     EXPECT_EQ(directory->machine().card(1).identity(), 0x234130CCU);
 }
@@ -107,14 +107,14 @@ TEST_F(MachineDirectoryTest, AKilledProcessLeavesWhatThePromHolds) {
 }
 
 TEST_F(MachineDirectoryTest, ANewCardTakesNoOtherCardsFile) {
-    fs::rename(folder_ / "card-1.prom", folder_ / "card-4.prom");
+    fs::rename(folder_ / "card-1.prom", folder_ / "card-5.prom");
     std::string json = contentOf(folder_ / "machine.json");
-    put(folder_ / "machine.json", json.replace(json.find("card-1.prom"), 11, "card-4.prom"));
+    put(folder_ / "machine.json", json.replace(json.find("card-1.prom"), 11, "card-5.prom"));
     const auto directory = MachineDirectory::open(folder_, OnOpening::leaveAsItIs);
     directory->machine().addCard({"new", "slot 9", 0x25, 0}, PromCells());
     directory->save();
-    EXPECT_EQ(contentOf(folder_ / "card-4.prom")[0], 'V') << "still the first card's";
-    EXPECT_EQ(contentOf(folder_ / "card-5.prom"), std::string(262148, '\xFF') + '\x07');
+    EXPECT_EQ(contentOf(folder_ / "card-5.prom")[0], 'V') << "still the first card's";
+    EXPECT_EQ(contentOf(folder_ / "card-6.prom"), std::string(262148, '\xFF') + '\x07');
 }
 
 TEST_F(MachineDirectoryTest, OneProcessAtATimeAndOnlyRealMachines) {

@@ -87,7 +87,7 @@ std::size_t Card::clearFaults(std::optional<FaultKind> kind) {
 }
 
 void Card::meetFaults() {
-    chain_.setBroken(faults_.hasStruck(FaultKind::chainBroken));
+    heldHigh_ = faults_.hasStruck(FaultKind::chainBroken) ? registers::kTdi : 0;
     presentRegisters();
 }
 
@@ -108,7 +108,7 @@ void Card::storeRegister(uint32_t offset, uint32_t word) {
     registers_.put(offset, word);
     jtagOutput_ = inCardsOrder(word);
     chain_.drive((jtagOutput_ & registers::kTck) != 0, (jtagOutput_ & registers::kTms) != 0,
-                 (jtagOutput_ & registers::kTdi) != 0);
+                 ((jtagOutput_ | heldHigh_) & registers::kTdi) != 0);
     presentTdo();
 }
 
@@ -132,7 +132,8 @@ void Card::presentRegisters() {
     registers_.put(registers::kFirmwareDate, inCardsOrder(running_->date));
     registers_.put(registers::kJtagOutput, inCardsOrder(jtagOutput_));
 
-    const bool floats = faults_.hasStruck(FaultKind::tdoStuckHigh) || faults_.hasStruck(FaultKind::chainBroken);
+    const bool floats =
+        faults_.hasStruck(FaultKind::tdoStuckHigh) || faults_.hasStruck(FaultKind::chainBroken);
     const bool sinks = faults_.hasStruck(FaultKind::tdoStuckLow);
     const uint32_t high = inCardsOrder(registers::kTdo);
     tdoRegisters_ = {floats && !sinks ? high : 0, sinks ? 0 : high};

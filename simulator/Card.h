@@ -121,6 +121,7 @@ class Card {
     RegisterWindow memory_{kMemoryBytes};
     std::optional<FpgaConfiguration> running_;
     uint32_t jtagOutput_ = 0;
+    uint32_t heldHigh_ = 0;  // signals of the JTAG output that are high whatever is written
     bool hasPower_ = false;
     bool answers_ = false;                    // on the bus
     std::array<uint32_t, 2> tdoRegisters_{};  // what the JTAG input register reads while TDO is 0, and 1

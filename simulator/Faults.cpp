@@ -89,8 +89,8 @@ bool Faults::misreadsPage(std::size_t page) {
 }
 
 const Fault* Faults::struck(FaultKind kind) const {
-    const auto found = std::ranges::find_if(
-        faults_, [=](const Fault& fault) { return fault.struck && fault.kind == kind; });
+    const auto found =
+        std::ranges::find_if(faults_, [=](const Fault& fault) { return fault.struck && fault.kind == kind; });
     return found != faults_.end() ? &*found : nullptr;
 }
 

@@ -18,7 +18,7 @@ namespace simulator {
 enum class FaultKind : uint8_t {
     tdoStuckLow,
     tdoStuckHigh,
-    chainBroken,            // TDI never arrives and reads high everywhere, TDO floats high
+    chainBroken,            // TDI reads high whatever is written, TDO floats high
     foreignIdentification,  // the PROM answers with another identification code
     pageNotTaken,           // programming a page takes its time and changes nothing
     pageMisread,            // a page reads back wrongly so many times, and rightly after that

@@ -25,8 +25,8 @@ void JtagChain::drive(bool tck, bool tms, bool tdi) {
     if (++state_.clocks == wakeAfterClock_)
         clock_.wakeAt(clock_.accesses());
     const TapState before = prom_.tap();
-    fpga_.risingEdge(tms, prom_.tdo() || tdiPulledHigh_);
-    prom_.risingEdge(tms, tdi || tdiPulledHigh_);
+    fpga_.risingEdge(tms, prom_.tdo());
+    prom_.risingEdge(tms, tdi);
     watchScan(before, prom_.tap());
 }
 

@@ -38,9 +38,6 @@ class JtagChain {
     [[nodiscard]] const Fpga& fpga() const { return fpga_; }
     [[nodiscard]] const State& state() const { return state_; }
     void restore(const State& state) { state_ = state; }
-
-    // A broken chain shifts in ones, whatever TDI is; TMS and TCK still reach every device.
-    void setBroken(bool broken) { tdiPulledHigh_ = broken; }
     // Wakes the machine up at the access that follows a rising edge, given by its number since power-up.
     void wakeAfterClock(std::optional<uint64_t> clock) { wakeAfterClock_ = clock.value_or(0); }
 
@@ -52,7 +49,6 @@ class JtagChain {
     Clock& clock_;
     MisuseReport report_;
     State state_;
-    bool tdiPulledHigh_ = false;
     uint64_t wakeAfterClock_ = 0;  // 0 for never
 };
 

@@ -22,8 +22,8 @@ void Machine::timePassed() {
 
 Card& Machine::addCard(Board board, PromCells cells) {
     assert(!on_);
-    return *cards_.emplace_back(std::make_unique<Card>(std::move(board), std::move(cells), clock_, ledger_,
-                                                       [this] { powerOff(); }));
+    return *cards_.emplace_back(
+        std::make_unique<Card>(std::move(board), std::move(cells), clock_, ledger_, [this] { powerOff(); }));
 }
 
 void Machine::removeCard(std::size_t index) {

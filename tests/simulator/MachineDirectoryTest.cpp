@@ -131,7 +131,11 @@ TEST_F(MachineDirectoryTest, OneProcessAtATimeAndOnlyRealMachines) {
 }
 
 TEST_F(MachineDirectoryTest, MalformedDescriptionsAreExplained) {
-    MachineDirectory::open(folder_, OnOpening::powerUp)->save();
+    {
+        const auto directory = MachineDirectory::open(folder_, OnOpening::powerUp);
+        directory->machine().card(0).inject({.kind = FaultKind::pageMisread, .page = 7, .times = 2});
+        directory->save();
+    }
     const std::string good = contentOf(folder_ / "machine.json");
     const struct {
         const char *part, *instead, *complaint;
@@ -147,6 +151,8 @@ TEST_F(MachineDirectoryTest, MalformedDescriptionsAreExplained) {
         {"\"tap\": \"Test", "\"tap\": \"Rest", "cards[0].promJtag.tap is not a state"},
         {"\"pageData\": \"00", "\"pageData\": \"0x", "cards[0].prom.pageData is not 512 bytes"},
         {"\"operation\": \"none\"", "\"operation\": \"dance\"", "cards[0].prom.operation is not a word"},
+        {"page-misread", "page-turned", "cards[0].faults[0].kind is not a fault that this program knows."},
+        {"\"page\": 7", "\"page\": 512", "cards[0].faults[0].page is not a whole number from 0 to 511."},
         {"\"ledger\": []", "\"ledger\": [3]", "ledger[0] is not an object."},
     };
     for (const auto& each : kCases) {

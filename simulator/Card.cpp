@@ -14,11 +14,20 @@ uint32_t byteReversed(uint32_t value) {
 
 }  // namespace
 
-Card::Card(Board board, PromCells cells, Clock& clock, Ledger& ledger)
+Card::Card(Board board, PromCells cells, Clock& clock, Ledger& ledger, std::function<void()> onPowerLost)
     : board_(std::move(board)),
-      chain_(clock, std::move(cells), [this, &clock, &ledger](Misuse misuse, const std::string& detail) {
-          ledger.record(misuse, board_.name, detail, clock.accesses());
-      }) {}
+      clock_(clock),
+      onPowerLost_(std::move(onPowerLost)),
+      chain_(clock, faults_, std::move(cells),
+             [this, &clock, &ledger](Misuse misuse, const std::string& detail) {
+                 ledger.record(misuse, board_.name, detail, clock.accesses());
+             }) {}
+
+void Card::setBoard(Board board) {
+    board.modelCode = board_.modelCode;
+    board_ = std::move(board);
+    presentRegisters();
+}
 
 std::optional<FpgaConfiguration> Card::acceptableConfiguration() const {
     const auto found = decodeConfiguration(cells().pages());
@@ -33,12 +42,52 @@ void Card::powerUp() {
 void Card::powerOff() {
     chain_.powerUp();  // what it loses shows no earlier than the next power-up
     running_.reset();
+    hasPower_ = false;
     presentRegisters();
 }
 
 void Card::resume(const std::optional<FpgaConfiguration>& running, uint32_t jtagOutput) {
     running_ = running;
     jtagOutput_ = jtagOutput;
+    hasPower_ = true;
+    meetFaults();
+}
+
+void Card::timePassed() {
+    chain_.prom().timePassed();
+    if (!hasPower_ || faults_.all().empty())
+        return;
+    const bool powerWasLost = faults_.hasStruck(FaultKind::powerLost);
+    const bool anyStruck = faults_.strike(clock_.accesses(), chain_.state().clocks);
+    if (anyStruck)
+        meetFaults();
+    if (const auto access = faults_.nextCount(Fault::When::atAccess))
+        clock_.wakeAt(*access);
+    chain_.wakeAfterClock(faults_.nextCount(Fault::When::atClock));
+    if (!powerWasLost && faults_.hasStruck(FaultKind::powerLost))
+        onPowerLost_();
+}
+
+void Card::inject(const Fault& fault) {
+    faults_.add(fault);
+    meetFaults();  // it may have taken the place of one that had struck
+    timePassed();
+}
+
+std::size_t Card::clearFaults(std::optional<FaultKind> kind) {
+    std::size_t cleared = 0;
+    if (kind) {
+        cleared = faults_.remove(*kind);
+    } else {
+        cleared = faults_.all().size();
+        faults_.restore({});
+    }
+    meetFaults();
+    return cleared;
+}
+
+void Card::meetFaults() {
+    heldHigh_ = faults_.hasStruck(FaultKind::chainBroken) ? registers::kTdi : 0;
     presentRegisters();
 }
 
@@ -54,12 +103,12 @@ RegisterWindow* Card::window(uint32_t memoryType) {
 }
 
 void Card::storeRegister(uint32_t offset, uint32_t word) {
-    if (offset != registers::kJtagOutput || !running_)
+    if (offset != registers::kJtagOutput || !answers_)
         return;
     registers_.put(offset, word);
     jtagOutput_ = inCardsOrder(word);
     chain_.drive((jtagOutput_ & registers::kTck) != 0, (jtagOutput_ & registers::kTms) != 0,
-                 (jtagOutput_ & registers::kTdi) != 0);
+                 ((jtagOutput_ | heldHigh_) & registers::kTdi) != 0);
     presentTdo();
 }
 
@@ -68,7 +117,8 @@ uint32_t Card::inCardsOrder(uint32_t value) const {
 }
 
 void Card::presentRegisters() {
-    if (!running_) {
+    answers_ = running_.has_value() && !faults_.hasStruck(FaultKind::cardVanished);
+    if (!answers_) {
         registers_.fill(RegisterWindow::kNobodyAnswers);
         memory_.fill(RegisterWindow::kNobodyAnswers);
         return;
@@ -81,11 +131,17 @@ void Card::presentRegisters() {
     registers_.put(registers::kFirmwareVersion, inCardsOrder(running_->version));
     registers_.put(registers::kFirmwareDate, inCardsOrder(running_->date));
     registers_.put(registers::kJtagOutput, inCardsOrder(jtagOutput_));
+
+    const bool floats =
+        faults_.hasStruck(FaultKind::tdoStuckHigh) || faults_.hasStruck(FaultKind::chainBroken);
+    const bool sinks = faults_.hasStruck(FaultKind::tdoStuckLow);
+    const uint32_t high = inCardsOrder(registers::kTdo);
+    tdoRegisters_ = {floats && !sinks ? high : 0, sinks ? 0 : high};
     presentTdo();
 }
 
 void Card::presentTdo() {
-    registers_.put(registers::kJtagInput, inCardsOrder(chain_.tdo() ? registers::kTdo : 0));
+    registers_.put(registers::kJtagInput, tdoRegisters_[chain_.tdo() ? 1 : 0]);
 }
 
 }  // namespace simulator

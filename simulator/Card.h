@@ -8,14 +8,18 @@
 //    0x00C  board revision
 //    0x010  firmware version
 //    0x014  firmware date
-//    0x100  JTAG output: bit 6 TCK, bit 5 TMS, bit 4 TDI; reads back what was written
+//    0x100  JTAG output: bit 6 TCK, bit 5 TMS, bit 4 TDI, bit 3 the activity lamp; reads back what was
+//           written
 //    0x108  JTAG input: bit 7 TDO
 
+#include <array>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 
 #include "simulator/Clock.h"
+#include "simulator/Faults.h"
 #include "simulator/FpgaConfiguration.h"
 #include "simulator/JtagChain.h"
 #include "simulator/Ledger.h"
@@ -36,6 +40,7 @@ constexpr uint32_t kJtagInput = 0x108;
 constexpr uint32_t kTck = 0x40;
 constexpr uint32_t kTms = 0x20;
 constexpr uint32_t kTdi = 0x10;
+constexpr uint32_t kActivityLamp = 0x08;
 constexpr uint32_t kTdo = 0x80;
 }  // namespace registers
 
@@ -55,12 +60,15 @@ class Card {
     static constexpr uint32_t kRegisterBytes = 0x200;  // memory range 0
     static constexpr uint32_t kMemoryBytes = 0x1000;   // memory range 1: reads 0, ignores stores
 
-    // A card without power. Clock and ledger must outlive it.
-    Card(Board board, PromCells cells, Clock& clock, Ledger& ledger);
+    // A card without power. Clock and ledger must outlive it. A fault that takes the machine's power away
+    // calls onPowerLost, from where this card is switched off like all the others.
+    Card(Board board, PromCells cells, Clock& clock, Ledger& ledger, std::function<void()> onPowerLost);
     Card(const Card&) = delete;
     Card& operator=(const Card&) = delete;
 
     [[nodiscard]] const Board& board() const { return board_; }
+    // Changes what is soldered. The model code stays.
+    void setBoard(Board board);
     // The configuration that the FPGA took at power-up; nothing without power, or when it found none for it.
     [[nodiscard]] const std::optional<FpgaConfiguration>& running() const { return running_; }
     // The identity is the PROM's user code.
@@ -79,7 +87,16 @@ class Card {
     // Carries on with a configuration that was taken at an earlier power-up; the chain is restored
     // separately, before.
     void resume(const std::optional<FpgaConfiguration>& running, uint32_t jtagOutput);
-    void timePassed() { chain_.prom().timePassed(); }
+    // Looks after the operation and the faults whose moment has come.
+    void timePassed();
+
+    [[nodiscard]] const Faults& faults() const { return faults_; }
+    // A fault for whose moment it is too late already strikes now, if there is power.
+    void inject(const Fault& fault);
+    // Carries on with the faults of an earlier run, before resume().
+    void restoreFaults(std::vector<Fault> faults) { faults_.restore(std::move(faults)); }
+    // Takes the faults of one kind away, or all of them; returns how many.
+    std::size_t clearFaults(std::optional<FaultKind> kind = std::nullopt);
 
     // The register value, in its numeric sense, that was last written to the JTAG output.
     [[nodiscard]] uint32_t jtagOutput() const { return jtagOutput_; }
@@ -93,13 +110,21 @@ class Card {
     [[nodiscard]] uint32_t inCardsOrder(uint32_t value) const;
     void presentRegisters();
     void presentTdo();
+    void meetFaults();
 
     Board board_;
+    Clock& clock_;
+    std::function<void()> onPowerLost_;
+    Faults faults_;
     JtagChain chain_;
     RegisterWindow registers_{kRegisterBytes};
     RegisterWindow memory_{kMemoryBytes};
     std::optional<FpgaConfiguration> running_;
     uint32_t jtagOutput_ = 0;
+    uint32_t heldHigh_ = 0;  // signals of the JTAG output that are high whatever is written
+    bool hasPower_ = false;
+    bool answers_ = false;                    // on the bus
+    std::array<uint32_t, 2> tdoRegisters_{};  // what the JTAG input register reads while TDO is 0, and 1
 };
 
 }  // namespace simulator

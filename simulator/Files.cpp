@@ -90,6 +90,11 @@ void writeIntoFile(const std::filesystem::path& path, std::size_t offset, std::s
     File(path, O_WRONLY, "could not be opened").write(offset, bytes);
 }
 
+void removeFile(const std::filesystem::path& path) {
+    if (::unlink(path.c_str()) != 0)
+        fail(path, "could not be removed");
+}
+
 FolderLock::FolderLock(const std::filesystem::path& folder)
     : descriptor_(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
     if (descriptor_ < 0)

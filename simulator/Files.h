@@ -19,6 +19,8 @@ void replaceFile(const std::filesystem::path& path, std::span<const uint8_t> con
 // Changes some bytes of a file that is there.
 void writeIntoFile(const std::filesystem::path& path, std::size_t offset, std::span<const uint8_t> bytes);
 
+void removeFile(const std::filesystem::path& path);
+
 // Keeps every other process out of a folder for as long as it lives; throws when one is in already.
 class FolderLock {
   public:

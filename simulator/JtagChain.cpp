@@ -4,8 +4,8 @@
 
 namespace simulator {
 
-JtagChain::JtagChain(Clock& clock, PromCells cells, const MisuseReport& report)
-    : prom_(clock, std::move(cells), report), report_(report) {}
+JtagChain::JtagChain(Clock& clock, Faults& faults, PromCells cells, const MisuseReport& report)
+    : prom_(clock, faults, std::move(cells), report), clock_(clock), report_(report) {}
 
 void JtagChain::powerUp() {
     prom_.powerUp();
@@ -22,7 +22,8 @@ void JtagChain::drive(bool tck, bool tms, bool tdi) {
         fpga_.fallingEdge();
         return;
     }
-    ++state_.clocks;
+    if (++state_.clocks == wakeAfterClock_)
+        clock_.wakeAt(clock_.accesses());
     const TapState before = prom_.tap();
     fpga_.risingEdge(tms, prom_.tdo());
     prom_.risingEdge(tms, tdi);

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 
 #include "simulator/Fpga.h"
 #include "simulator/Prom.h"
@@ -22,7 +23,8 @@ class JtagChain {
         bool shortScan = false;
     };
 
-    JtagChain(Clock& clock, PromCells cells, const MisuseReport& report);
+    // Clock and faults must outlive the chain.
+    JtagChain(Clock& clock, Faults& faults, PromCells cells, const MisuseReport& report);
 
     void powerUp();
 
@@ -36,14 +38,18 @@ class JtagChain {
     [[nodiscard]] const Fpga& fpga() const { return fpga_; }
     [[nodiscard]] const State& state() const { return state_; }
     void restore(const State& state) { state_ = state; }
+    // Wakes the machine up at the access that follows a rising edge, given by its number since power-up.
+    void wakeAfterClock(std::optional<uint64_t> clock) { wakeAfterClock_ = clock.value_or(0); }
 
   private:
     void watchScan(TapState before, TapState after);
 
     Prom prom_;
     Fpga fpga_;
+    Clock& clock_;
     MisuseReport report_;
     State state_;
+    uint64_t wakeAfterClock_ = 0;  // 0 for never
 };
 
 }  // namespace simulator

@@ -12,15 +12,23 @@ constexpr const char* kLoginProcess = "loginwindow";
 }  // namespace
 
 Machine::Machine() {
-    clock_.onWake([this] {
-        for (const auto& card : cards_)
-            card->timePassed();
-    });
+    clock_.onWake([this] { timePassed(); });
+}
+
+void Machine::timePassed() {
+    for (const auto& card : cards_)
+        card->timePassed();
 }
 
 Card& Machine::addCard(Board board, PromCells cells) {
     assert(!on_);
-    return *cards_.emplace_back(std::make_unique<Card>(std::move(board), std::move(cells), clock_, ledger_));
+    return *cards_.emplace_back(
+        std::make_unique<Card>(std::move(board), std::move(cells), clock_, ledger_, [this] { powerOff(); }));
+}
+
+void Machine::removeCard(std::size_t index) {
+    assert(!on_ && index < cards_.size());
+    cards_.erase(cards_.begin() + static_cast<std::ptrdiff_t>(index));
 }
 
 void Machine::powerOn() {
@@ -28,6 +36,7 @@ void Machine::powerOn() {
         return;
     for (const auto& card : cards_)
         card->powerUp();
+    timePassed();  // only now that all are up, since a fault can switch them off again
 }
 
 void Machine::powerOff() {
@@ -40,6 +49,7 @@ void Machine::powerOff() {
 
 void Machine::resume() {
     on_ = true;
+    timePassed();
 }
 
 std::vector<Machine::Process> Machine::processes() const {

@@ -28,6 +28,8 @@ class Machine {
 
     // Plugs a card in, which only a machine that is off allows. The card lives as long as the machine.
     Card& addCard(Board board, PromCells cells);
+    // Pulls a card out, which only a machine that is off allows too.
+    void removeCard(std::size_t index);
     [[nodiscard]] std::size_t cardCount() const { return cards_.size(); }
     [[nodiscard]] Card& card(std::size_t index) { return *cards_.at(index); }
     [[nodiscard]] const Card& card(std::size_t index) const { return *cards_.at(index); }
@@ -57,6 +59,9 @@ class Machine {
     bool deliverShutDownEvent(uint64_t processSerialNumber);
 
   private:
+    // Has every card look after those whose moment has come.
+    void timePassed();
+
     Clock clock_;
     Ledger ledger_;
     Drivers drivers_;

@@ -85,6 +85,7 @@ void MachineDirectory::load() {
     for (const StoredMachine::Card& storedCard : stored.cards) {
         Card& card = machine_.addCard(storedCard.board, readCells(folder_ / storedCard.promFile));
         attachPromFile(card, {storedCard.promFile, false});
+        card.restoreFaults(storedCard.faults);
         if (storedCard.powered)
             resume(card, *storedCard.powered);
     }
@@ -115,6 +116,14 @@ void MachineDirectory::attachPromFile(Card& card, PromFile promFile) {
     });
 }
 
+void MachineDirectory::removeCard(std::size_t index) {
+    machine_.removeCard(index);
+    if (index >= promFiles_.size())
+        return;
+    removedPromFiles_.push_back(promFiles_[index]->name);
+    promFiles_.erase(promFiles_.begin() + static_cast<std::ptrdiff_t>(index));
+}
+
 void MachineDirectory::save() {
     StoredMachine stored;
     stored.on = machine_.isOn();
@@ -129,12 +138,18 @@ void MachineDirectory::save() {
         if (file.behind)
             replaceFile(folder_ / file.name, card.cells().image());
         file.behind = false;
-        stored.cards.push_back({.board = card.board(), .promFile = file.name, .powered = std::nullopt});
+        stored.cards.push_back({.board = card.board(),
+                                .promFile = file.name,
+                                .powered = std::nullopt,
+                                .faults = card.faults().all()});
         if (stored.on)
             stored.cards.back().powered = poweredState(card);
     }
     const std::string text = encodeMachine(stored);
     replaceFile(folder_ / kMachineFile, {reinterpret_cast<const uint8_t*>(text.data()), text.size()});
+    // Only now that no description names them any more.
+    for (const std::string& name : std::exchange(removedPromFiles_, {}))
+        removeFile(folder_ / name);
 }
 
 }  // namespace simulator

@@ -35,6 +35,9 @@ class MachineDirectory {
 
     [[nodiscard]] Machine& machine() { return machine_; }
 
+    // Takes a card out of a machine that is off; its PROM's file goes with the next save().
+    void removeCard(std::size_t index);
+
     // Saves the machine, cards that were added since included. Throws MachineError when a file cannot be
     // written; what could not be written is tried again by the next save().
     void save();
@@ -55,6 +58,7 @@ class MachineDirectory {
     std::filesystem::path folder_;
     FolderLock lock_;
     std::vector<std::unique_ptr<PromFile>> promFiles_;  // as many as cards, once attached
+    std::vector<std::string> removedPromFiles_;
     Machine machine_;
 };
 

@@ -9,6 +9,7 @@ namespace simulator {
 namespace {
 
 constexpr std::size_t kPageBits = kPageBytes * 8;
+constexpr uint8_t kMisreadBit = 0x80;  // of the last byte, so the very last bit that is shifted out
 
 struct Timing {
     const char* name;
@@ -31,9 +32,10 @@ Timing timingOf(Prom::Operation operation) {
 
 }  // namespace
 
-Prom::Prom(Clock& clock, PromCells cells, MisuseReport report)
+Prom::Prom(Clock& clock, Faults& faults, PromCells cells, MisuseReport report)
     : JtagDevice(kInstructionBits, identificationInstruction),
       clock_(clock),
+      faults_(faults),
       cells_(std::move(cells)),
       report_(std::move(report)) {
     powerUp();
@@ -46,8 +48,10 @@ void Prom::powerUp() {
 
 void Prom::restore(const State& state) {
     state_ = state;
-    if (state_.doneAt != 0)
-        clock_.wakeAt(state_.doneAt);
+    if (state_.doneAt == 0)
+        return;
+    dueAt_ = state_.doneAt - std::min(state_.doneAt, extraAccesses());
+    clock_.wakeAt(state_.doneAt);
 }
 
 bool Prom::loadsOnUpdate() const {
@@ -66,7 +70,8 @@ bool Prom::loadsOnUpdate() const {
 void Prom::captureData(ShiftRegister& data) {
     switch (instruction()) {
         case identificationInstruction:
-            return data.loadNumber(kIdentificationCode, kIdentificationBits);
+            return data.loadNumber(faults_.foreignIdentification().value_or(kIdentificationCode),
+                                   kIdentificationBits);
         case userCodeInstruction:
             return data.loadNumber(cells_.userCode(), kUserCodeBits);
         case enterProgrammingInstruction:
@@ -80,11 +85,14 @@ void Prom::captureData(ShiftRegister& data) {
         case controlReadInstruction:
             return data.loadNumber(cells_.protection(), kControlBits);
         case readPageInstruction: {
-            if (const auto page = pageAtAddress())
-                return data.load(cells_.bytesOf(PromCells::page(*page)), kPageBits);
-            std::array<uint8_t, kPageBytes> nothingThere{};
-            nothingThere.fill(0xFF);
-            return data.load(nothingThere, kPageBits);
+            std::array<uint8_t, kPageBytes> content{};
+            content.fill(0xFF);  // what is read where no page is
+            if (const auto page = pageAtAddress()) {
+                std::ranges::copy(cells_.bytesOf(PromCells::page(*page)), content.begin());
+                if (faults_.misreadsPage(*page))
+                    content.back() ^= kMisreadBit;
+            }
+            return data.load(content, kPageBits);
         }
         default:
             return data.loadNumber(0, 1);
@@ -137,7 +145,8 @@ void Prom::tapMoved(TapState to) {
         return;
     if (to == TapState::runTestIdle) {
         const uint64_t microseconds = timingOf(state_.operation).microseconds;
-        state_.doneAt = clock_.accesses() + microseconds * Clock::kAccessesPerMicrosecond;
+        dueAt_ = clock_.accesses() + microseconds * Clock::kAccessesPerMicrosecond;
+        state_.doneAt = dueAt_ + extraAccesses();
         clock_.wakeAt(state_.doneAt);
     } else {
         breakOff();
@@ -193,12 +202,15 @@ void Prom::startProgram() {
         report_(Misuse::programmedTwice,
                 "The page" + atAddress() + " was programmed again without an erase.");
 
-    if (state_.loadedLast == Register::pageData)
-        cells_.programPage(*pageAtAddress(), state_.pageData);
-    else if (state_.loadedLast == Register::userCode)
-        cells_.setUserCode(state_.userCode);
-    else
+    if (state_.loadedLast == Register::pageData) {
+        if (faults_.takesPage(*pageAtAddress()))
+            cells_.programPage(*pageAtAddress(), state_.pageData);
+    } else if (state_.loadedLast == Register::userCode) {
+        if (!faults_.hasStruck(FaultKind::userCodeNotTaken))
+            cells_.setUserCode(state_.userCode);
+    } else {
         cells_.setProtection(state_.controlData);
+    }
     cells_.toggleDamage(*row);
     state_.operation = Operation::program;
 }
@@ -209,6 +221,12 @@ void Prom::startErase() {
     cells_.erase();
     cells_.toggleDamage(PromCells::kEverything);
     state_.operation = Operation::erase;
+}
+
+uint64_t Prom::extraAccesses() const {
+    if (state_.operation != Operation::program)
+        return 0;
+    return uint64_t{faults_.programmingFactor() - 1} * kProgramMicroseconds * Clock::kAccessesPerMicrosecond;
 }
 
 void Prom::complete() {
@@ -226,8 +244,10 @@ void Prom::complete() {
 void Prom::breakOff() {
     const auto [name, microseconds] = timingOf(state_.operation);
     const std::string where = state_.operation == Operation::program ? atAddress() : "";
-    report_(Misuse::shortWait,
-            name + where + " was given less than " + std::to_string(microseconds) + " microseconds.");
+    // A PROM slower than its data sheet is nobody's misuse.
+    if (state_.doneAt == 0 || clock_.accesses() < dueAt_)
+        report_(Misuse::shortWait,
+                name + where + " was given less than " + std::to_string(microseconds) + " microseconds.");
     state_.operation = Operation::none;
     state_.doneAt = 0;
 }

@@ -12,6 +12,7 @@
 #include <optional>
 
 #include "simulator/Clock.h"
+#include "simulator/Faults.h"
 #include "simulator/JtagDevice.h"
 #include "simulator/Ledger.h"
 #include "simulator/PromCells.h"
@@ -65,8 +66,8 @@ class Prom final : public JtagDevice {
         uint64_t doneAt = 0;  // access count at which the operation has had its time; 0 before Run-Test/Idle
     };
 
-    // The clock must outlive the PROM.
-    Prom(Clock& clock, PromCells cells, MisuseReport report);
+    // Clock and faults must outlive the PROM.
+    Prom(Clock& clock, Faults& faults, PromCells cells, MisuseReport report);
 
     [[nodiscard]] const PromCells& cells() const { return cells_; }
     [[nodiscard]] PromCells& cells() { return cells_; }
@@ -92,15 +93,19 @@ class Prom final : public JtagDevice {
     // decide.
     [[nodiscard]] std::optional<PromCells::Row> rowToProgram() const;
     [[nodiscard]] std::string atAddress() const;
+    // What the operation in flight needs beyond the data sheet's time.
+    [[nodiscard]] uint64_t extraAccesses() const;
     void startProgram();
     void startErase();
     void complete();
     void breakOff();
 
     Clock& clock_;
+    Faults& faults_;
     PromCells cells_;
     MisuseReport report_;
     State state_;
+    uint64_t dueAt_ = 0;  // access count at which the data sheet's time is up, which a fault can outlast
 };
 
 }  // namespace simulator

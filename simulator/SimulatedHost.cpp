@@ -38,7 +38,8 @@ std::vector<uint64_t> SimulatedHost::servicesOfClass(std::string_view className)
     if (!machine_.drivers().publish(className))
         return services;
     for (std::size_t index = 0; index < machine_.cardCount(); ++index) {
-        if (machine_.card(index).running())
+        const Card& card = machine_.card(index);
+        if (card.running() && (!card.faults().hasStruck(FaultKind::cardVanished) || isOpen(card)))
             services.push_back(kFirstService + index);
     }
     return services;
@@ -48,9 +49,16 @@ std::optional<uint32_t> SimulatedHost::openService(uint64_t service) {
     const auto published = servicesOfClass(kServiceClass);
     if (std::ranges::find(published, service) == published.end())
         return std::nullopt;
+    Card& card = machine_.card(static_cast<std::size_t>(service - kFirstService));
+    if (card.faults().hasStruck(FaultKind::serviceNotOpened))
+        return std::nullopt;
     const uint32_t connection = nextConnection_++;
-    connections_.emplace(connection, &machine_.card(static_cast<std::size_t>(service - kFirstService)));
+    connections_.emplace(connection, &card);
     return connection;
+}
+
+bool SimulatedHost::isOpen(const Card& card) const {
+    return std::ranges::any_of(connections_, [&](const auto& entry) { return entry.second == &card; });
 }
 
 bool SimulatedHost::closeConnection(uint32_t connection) {
@@ -70,7 +78,7 @@ std::optional<Host::MappedRange> SimulatedHost::mapMemory(uint32_t connection, u
         return std::nullopt;
     Card* const card = found->second;
     RegisterWindow* const window = card->window(memoryType);
-    if (!card->running() || window == nullptr)
+    if (!card->running() || window == nullptr || card->faults().hasStruck(FaultKind::serviceNotMapped))
         return std::nullopt;
     mappings_.push_back(Mapping{.connection = connection,
                                 .live = true,
@@ -85,7 +93,7 @@ std::optional<std::size_t> SimulatedHost::callMethod(uint32_t connection, uint32
                                                      std::span<uint8_t> reply) {
     const auto found = connections_.find(connection);
     if (found == connections_.end() || !found->second->running() || method != kInformationMethod ||
-        reply.size() < kInformationBytes)
+        reply.size() < kInformationBytes || found->second->faults().hasStruck(FaultKind::serviceSilent))
         return std::nullopt;
     const Board& board = found->second->board();
     putText(reply.first(kTextBytes), board.name);

@@ -29,8 +29,8 @@ class SimulatedHost final : public Host {
     SimulatedHost(Machine& machine, std::filesystem::path bundleDirectory, AdministratorPrompt prompt = {});
 
     std::filesystem::path bundleDirectory() override { return bundleDirectory_; }
-    // A card publishes its service when its FPGA found its configuration at power-up and a driver is there
-    // for it.
+    // A card publishes its service when its FPGA found its configuration at power-up and a driver is there for
+    // it. When the card vanishes from the bus, its service stays until nobody has it open.
     std::vector<uint64_t> servicesOfClass(std::string_view className) override;
     std::optional<uint32_t> openService(uint64_t service) override;
     bool closeConnection(uint32_t connection) override;
@@ -81,6 +81,7 @@ class SimulatedHost final : public Host {
         }
     };
 
+    [[nodiscard]] bool isOpen(const Card& card) const;
     // Takes away what was opened through a driver that has gone.
     void closeOrphanedConnections();
     // Makes the live mapping at an address the current view; false, with a note in the ledger, when there is

@@ -35,6 +35,7 @@ struct StoredMachine {
         Board board;
         std::string promFile;            // a plain file name in the machine's directory
         std::optional<Powered> powered;  // present when the machine is on
+        std::vector<Fault> faults;
     };
 
     bool on = false;

@@ -14,4 +14,6 @@ constexpr std::array<std::string_view, 4> kOperationNames{"none", "program", "er
                                                           "leave programming mode"};
 constexpr std::array<std::string_view, 3> kDriverFaultNames{"none", "does not load", "publishes nothing"};
 
+constexpr std::array<std::string_view, 3> kWhenNames{"at once", "at access", "at clock"};
+
 }  // namespace simulator

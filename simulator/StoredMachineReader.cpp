@@ -27,6 +27,8 @@ class Object {
         throw MachineError(pathOf(key) + " " + what);
     }
 
+    [[nodiscard]] bool has(const std::string& key) const { return json_.contains(key); }
+
     const Json& at(const std::string& key) {
         read_.insert(key);
         const auto found = json_.find(key);
@@ -179,6 +181,27 @@ StoredMachine::Powered decodePowered(Object& object) {
     return powered;
 }
 
+Fault decodeFault(Object object) {
+    const std::string name = object.text("kind");
+    const auto* const found = std::ranges::find(faultKinds(), name, &FaultKindDescription::name);
+    if (found == faultKinds().end())
+        object.complain("kind", "is not a fault that this program knows.");
+    Fault fault{.kind = static_cast<FaultKind>(found - faultKinds().begin())};
+    if (found->hasCode)
+        fault.code = object.number<uint32_t>("code");
+    if (found->hasPage)
+        fault.page = object.number<uint32_t>("page", 0, kPromPages - 1);
+    if (found->hasTimes)
+        fault.times = object.number<uint32_t>("times", 0, Fault::kMostTimes);
+    if (found->hasFactor)
+        fault.factor = object.number<uint32_t>("factor", Fault::kLeastFactor, Fault::kMostFactor);
+    fault.when = object.oneOf<Fault::When>("when", kWhenNames);
+    fault.count = object.number<uint64_t>("count");
+    fault.struck = object.flag("struck");
+    object.nothingElse();
+    return fault;
+}
+
 StoredMachine::Card decodeCard(Object object, bool on) {
     StoredMachine::Card card{
         .board = {.name = object.text("name"),
@@ -186,11 +209,16 @@ StoredMachine::Card decodeCard(Object object, bool on) {
                   .modelCode = object.number<uint8_t>("modelCode", kFirstModelCode, kLastModelCode),
                   .revision = object.number<uint8_t>("boardRevision")},
         .promFile = object.text("promFile"),
-        .powered = std::nullopt};
+        .powered = std::nullopt,
+        .faults = {}};
     if (!card.promFile.ends_with(".prom") || card.promFile.find('/') != std::string::npos)
         object.complain("promFile", "is not a plain file name that ends in .prom.");
     if (on)
         card.powered = decodePowered(object);
+    if (object.has("faults")) {
+        for (const Object& fault : object.objects("faults"))
+            card.faults.push_back(decodeFault(fault));
+    }
     object.nothingElse();
     return card;
 }

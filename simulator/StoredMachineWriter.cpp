@@ -61,6 +61,26 @@ Json encode(const std::optional<FpgaConfiguration>& configuration) {
             {"date", configuration->date}};
 }
 
+Json encode(const Fault& fault) {
+    const FaultKindDescription& kind = describe(fault.kind);
+    Json json{{"kind", kind.name}};
+    if (kind.hasCode)
+        json["code"] = fault.code;
+    if (kind.hasPage)
+        json["page"] = fault.page;
+    if (kind.hasTimes)
+        json["times"] = fault.times;
+    if (kind.hasFactor)
+        json["factor"] = fault.factor;
+    json["when"] = kWhenNames[static_cast<std::size_t>(fault.when)];
+    json["count"] = fault.count;
+    json["struck"] = fault.struck;
+    return json;
+}
+
+template <typename Element>
+Json encodeAll(const std::vector<Element>& elements);
+
 Json encode(const StoredMachine::Card& card) {
     Json json{{"name", card.board.name},
               {"location", card.board.location},
@@ -75,6 +95,8 @@ Json encode(const StoredMachine::Card& card) {
         json["prom"] = encode(card.powered->prom);
         json["fpgaJtag"] = encode(card.powered->fpgaJtag);
     }
+    if (!card.faults.empty())
+        json["faults"] = encodeAll(card.faults);
     return json;
 }
 

@@ -47,7 +47,7 @@ class MachineDirectoryTest : public testing::Test {
 TEST_F(MachineDirectoryTest, OpeningAMachineThatIsOffPowersItUp) {
     EXPECT_FALSE(MachineDirectory::open(folder_, OnOpening::leaveAsItIs)->machine().isOn());
     const auto directory = MachineDirectory::open(folder_, OnOpening::powerUp);
-    ASSERT_EQ(directory->machine().cardCount(), 3U);
+    ASSERT_EQ(directory->machine().cardCount(), 4U);
     EXPECT_EQ(directory->machine().card(1).running(), (FpgaConfiguration{0x23, 2, 'W', 7, 0x5309}));
     EXPECT_EQ(directory->machine().card(1).identity(), 0x234130CCU);
 }
@@ -107,14 +107,14 @@ TEST_F(MachineDirectoryTest, AKilledProcessLeavesWhatThePromHolds) {
 }
 
 TEST_F(MachineDirectoryTest, ANewCardTakesNoOtherCardsFile) {
-    fs::rename(folder_ / "card-1.prom", folder_ / "card-4.prom");
+    fs::rename(folder_ / "card-1.prom", folder_ / "card-5.prom");
     std::string json = contentOf(folder_ / "machine.json");
-    put(folder_ / "machine.json", json.replace(json.find("card-1.prom"), 11, "card-4.prom"));
+    put(folder_ / "machine.json", json.replace(json.find("card-1.prom"), 11, "card-5.prom"));
     const auto directory = MachineDirectory::open(folder_, OnOpening::leaveAsItIs);
     directory->machine().addCard({"new", "slot 9", 0x25, 0}, PromCells());
     directory->save();
-    EXPECT_EQ(contentOf(folder_ / "card-4.prom")[0], 'V') << "still the first card's";
-    EXPECT_EQ(contentOf(folder_ / "card-5.prom"), std::string(262148, '\xFF') + '\x07');
+    EXPECT_EQ(contentOf(folder_ / "card-5.prom")[0], 'V') << "still the first card's";
+    EXPECT_EQ(contentOf(folder_ / "card-6.prom"), std::string(262148, '\xFF') + '\x07');
 }
 
 TEST_F(MachineDirectoryTest, OneProcessAtATimeAndOnlyRealMachines) {
@@ -131,7 +131,11 @@ TEST_F(MachineDirectoryTest, OneProcessAtATimeAndOnlyRealMachines) {
 }
 
 TEST_F(MachineDirectoryTest, MalformedDescriptionsAreExplained) {
-    MachineDirectory::open(folder_, OnOpening::powerUp)->save();
+    {
+        const auto directory = MachineDirectory::open(folder_, OnOpening::powerUp);
+        directory->machine().card(0).inject({.kind = FaultKind::pageMisread, .page = 7, .times = 2});
+        directory->save();
+    }
     const std::string good = contentOf(folder_ / "machine.json");
     const struct {
         const char *part, *instead, *complaint;
@@ -147,6 +151,8 @@ TEST_F(MachineDirectoryTest, MalformedDescriptionsAreExplained) {
         {"\"tap\": \"Test", "\"tap\": \"Rest", "cards[0].promJtag.tap is not a state"},
         {"\"pageData\": \"00", "\"pageData\": \"0x", "cards[0].prom.pageData is not 512 bytes"},
         {"\"operation\": \"none\"", "\"operation\": \"dance\"", "cards[0].prom.operation is not a word"},
+        {"page-misread", "page-turned", "cards[0].faults[0].kind is not a fault that this program knows."},
+        {"\"page\": 7", "\"page\": 512", "cards[0].faults[0].page is not a whole number from 0 to 511."},
         {"\"ledger\": []", "\"ledger\": [3]", "ledger[0] is not an object."},
     };
     for (const auto& each : kCases) {

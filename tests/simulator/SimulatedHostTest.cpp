@@ -22,7 +22,7 @@ class SimulatedHostTest : public testing::Test {
 };
 
 TEST_F(SimulatedHostTest, PublishesTheCardsInOrder) {
-    ASSERT_EQ(services().size(), 3U);
+    ASSERT_EQ(services().size(), 4U);
     EXPECT_TRUE(host_.servicesOfClass("com_VornLabs_driver_Other").empty());
     EXPECT_EQ(host_.bundleDirectory(), "/somewhere");
     std::array<uint8_t, 512> reply{};

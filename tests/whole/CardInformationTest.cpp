@@ -9,6 +9,7 @@
 
 namespace {
 
+using simulator::FaultKind;
 using Alert = UpdaterSession::Alert;
 using Alerts = std::vector<Alert>;
 
@@ -43,7 +44,7 @@ TEST_F(CardInformation, EachCardShowsWhatItIsAndCarries) {
     using Texts = std::vector<std::string>;
     UpdaterSession session(machine, bundle);
     session.run([&] {
-        EXPECT_EQ(session.cardItems().size(), 3u);
+        EXPECT_EQ(session.cardItems().size(), 4u);
         Texts first = informationOf(session);
         EXPECT_EQ(first[0], "VornMX-B");
         EXPECT_EQ(first[1], "A");
@@ -79,14 +80,14 @@ TEST_F(CardInformation, EachCardShowsWhatItIsAndCarries) {
         (Alerts{{"Firmware Update Confirmation", "About to program your Vorn DX8 with Firmware Version 5"}}));
     EXPECT_EQ(session.simulatedHost.liveMappings(), 0u);
     // Filling the popup closes card indexes instead of connections, and so leaves one open per listed card.
-    EXPECT_EQ(session.simulatedHost.openConnections(), 3u);
+    EXPECT_EQ(session.simulatedHost.openConnections(), 4u);
 }
 
 TEST_F(CardInformation, CardsThatDoNotOpenOrAnswerShiftThePopup) {
     UpdaterSession session(machine, bundle);
-    session.host.refusesInformation = {0};
+    machine.card(0).inject({.kind = FaultKind::serviceSilent});
     session.run([&] {
-        EXPECT_EQ(session.cardItems().size(), 2u);
+        EXPECT_EQ(session.cardItems().size(), 3u);
         // The first item names the second card, and opens the first.
         EXPECT_NE(session.cardItems()[0].find("K40"), std::string::npos);
         EXPECT_EQ(session.text("MODL"), "VornMX-B");
@@ -96,7 +97,9 @@ TEST_F(CardInformation, CardsThatDoNotOpenOrAnswerShiftThePopup) {
 
 TEST_F(CardInformation, EmptyPopupOnlyOffersTheWayOut) {
     UpdaterSession session(machine, bundle);
-    session.host.refusesInformation = {0, 1, 2};
+    for (std::size_t card = 0; card < machine.cardCount(); ++card) {
+        machine.card(card).inject({.kind = FaultKind::serviceSilent});
+    }
     session.run([&] {
         EXPECT_TRUE(session.cardItems().empty());
         session.click("UPDT");
@@ -185,7 +188,7 @@ TEST_F(CardInformation, BlankIdentityIsAskedForAndWritten) {
 TEST_F(CardInformation, CardThatVanishesAfterItWasListed) {
     UpdaterSession session(machine, bundle);
     session.run([&] {
-        session.host.refusesOpening = {1};
+        machine.card(1).inject({.kind = FaultKind::serviceNotOpened});
         session.pickCard(2);
         EXPECT_TRUE(LApplication::Current()->IsQuitting());
     });

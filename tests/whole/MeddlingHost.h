@@ -3,11 +3,8 @@
 // A host between the updater and another one, which counts register accesses and can falsify what the updater
 // sees.
 
-#include <algorithm>
 #include <cstdint>
 #include <functional>
-#include <map>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -28,27 +25,11 @@ class MeddlingHost final : public Host {
     // What a load returns, from its offset in the window and the true word; null leaves every word as it is.
     std::function<uint32_t(uint32_t offset, uint32_t word)> falsifyLoad;
 
-    // Cards, by their index in the registry, that refuse to be opened or to describe themselves.
-    std::set<std::size_t> refusesOpening;
-    std::set<std::size_t> refusesInformation;
-
     std::filesystem::path bundleDirectory() override { return host_.bundleDirectory(); }
     std::vector<uint64_t> servicesOfClass(std::string_view className) override {
-        services_ = host_.servicesOfClass(className);
-        return services_;
+        return host_.servicesOfClass(className);
     }
-    std::optional<uint32_t> openService(uint64_t service) override {
-        const auto index = static_cast<std::size_t>(std::find(services_.begin(), services_.end(), service) -
-                                                    services_.begin());
-        if (refusesOpening.contains(index)) {
-            return std::nullopt;
-        }
-        const auto connection = host_.openService(service);
-        if (connection) {
-            cardOf_[*connection] = index;
-        }
-        return connection;
-    }
+    std::optional<uint32_t> openService(uint64_t service) override { return host_.openService(service); }
     bool closeConnection(uint32_t connection) override { return host_.closeConnection(connection); }
     std::optional<MappedRange> mapMemory(uint32_t connection, uint32_t memoryType) override {
         const auto range = host_.mapMemory(connection, memoryType);
@@ -59,9 +40,6 @@ class MeddlingHost final : public Host {
     }
     std::optional<std::size_t> callMethod(uint32_t connection, uint32_t method,
                                           std::span<uint8_t> reply) override {
-        if (refusesInformation.contains(cardOf_.at(connection))) {
-            return std::nullopt;
-        }
         return host_.callMethod(connection, method, reply);
     }
     uint32_t loadWord(const uint32_t* address) override {
@@ -85,7 +63,5 @@ class MeddlingHost final : public Host {
 
   private:
     Host& host_;
-    std::vector<uint64_t> services_;
-    std::map<uint32_t, std::size_t> cardOf_;
     const uint32_t* base_ = nullptr;
 };

@@ -7,6 +7,10 @@
 
 #include "simulator/DefaultMachine.h"
 #include "simulator/MachineDirectory.h"
+#include "tools/cardsim/CardCommands.h"
+#include "tools/cardsim/Context.h"
+#include "tools/cardsim/FaultCommands.h"
+#include "tools/cardsim/PromCommands.h"
 #include "tools/cardsim/ShowMachine.h"
 
 namespace cardsim {
@@ -24,29 +28,38 @@ void makeMachine(const std::string& folder, bool withoutDriver, std::ostream& ou
 }
 
 void show(const std::string& folder, std::ostream& out) {
-    showMachine(MachineDirectory::open(folder, MachineDirectory::OnOpening::leaveAsItIs)->machine(), out);
+    showMachine(openMachine(folder)->machine(), out);
+}
+
+void powerOff(const std::string& folder, std::ostream& out) {
+    const auto directory = openMachine(folder);
+    directory->machine().powerOff();
+    directory->save();
+    out << "The machine is off.\n";
 }
 
 void powerCycle(const std::string& folder, std::ostream& out) {
-    const auto directory = MachineDirectory::open(folder, MachineDirectory::OnOpening::leaveAsItIs);
+    const auto directory = openMachine(folder);
     simulator::Machine& machine = directory->machine();
     machine.powerOff();
     machine.powerOn();
     directory->save();
+    if (!machine.isOn())
+        out << "The machine lost its power and is off.\n";
     for (std::size_t index = 0; index < machine.cardCount(); ++index)
-        out << machine.card(index).board().name << " in " << machine.card(index).board().location << ": "
-            << describe(machine.card(index).running()) << '\n';
+        out << nameOf(machine.card(index)) << ": " << describe(machine.card(index).running()) << '\n';
 }
 
 }  // namespace
 
 int run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err) {
-    CLI::App app{"Makes, shows and power-cycles simulated machines.", "cardsim"};
+    CLI::App app{"Makes, shows, changes, breaks and power-cycles simulated machines.", "cardsim"};
     app.require_subcommand(1);
+    Context context{.out = out};
     std::string folder;
     const auto add = [&](const char* name, const char* description, const auto& command) {
         CLI::App* const subcommand = app.add_subcommand(name, description);
-        subcommand->add_option("folder", folder, "The machine's folder")->required()->type_name("DIR");
+        addFolder(*subcommand, folder);
         subcommand->callback([&folder, &out, command] { command(folder, out); });
         return subcommand;
     };
@@ -58,10 +71,15 @@ int run(const std::vector<std::string>& arguments, std::ostream& out, std::ostre
     add("show", "Show a machine's cards, power and ledger; changes nothing", show);
     add("power-cycle", "Switch a machine off and on, so that its cards load their firmware", powerCycle);
 
+    add("power-off", "Switch a machine off", powerOff);
+    addCardCommands(app, context);
+    addFaultCommands(app, context);
+    addPromCommands(app, context);
+
     try {
         std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());  // the order CLI11 takes
         app.parse(reversed);
-        return kDone;
+        return context.exitCode;
     } catch (const CLI::ParseError& error) {
         return app.exit(error, out, err) == 0 ? kDone : kWrongUsage;
     } catch (const std::exception& error) {

@@ -1,6 +1,6 @@
 #pragma once
 
-// cardsim: makes, shows and power-cycles simulated machines.
+// cardsim: makes, shows, changes, breaks and power-cycles simulated machines.
 
 #include <iosfwd>
 #include <string>
@@ -8,7 +8,8 @@
 
 namespace cardsim {
 
-enum ExitCode { kDone = 0, kFailed = 1, kWrongUsage = 2 };
+// kDifferent is for a comparison that was made and found differences.
+enum ExitCode { kDone = 0, kFailed = 1, kWrongUsage = 2, kDifferent = 3 };
 
 // Runs one command line (without the program's name). Listings go to `out`, complaints to `err`.
 [[nodiscard]] int run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err);

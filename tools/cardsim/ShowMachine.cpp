@@ -1,8 +1,10 @@
 #include "tools/cardsim/ShowMachine.h"
 
 #include <array>
-#include <cstdio>
 #include <ostream>
+
+#include "tools/cardsim/FaultCommands.h"
+#include "tools/cardsim/IdentityText.h"
 
 namespace cardsim {
 namespace {
@@ -13,12 +15,6 @@ using simulator::FpgaConfiguration;
 constexpr std::array kModelNames{"VornMX-A", "VornMX-B", "VornMX-C", "Vorn K40", "Vorn DX8", "Vorn DX8-XS"};
 constexpr std::array kMonthNames{"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                  "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
-
-std::string hexadecimal(uint32_t number, int digits) {
-    std::array<char, 16> text{};
-    (void)std::snprintf(text.data(), text.size(), "0x%0*lX", digits, static_cast<unsigned long>(number));
-    return text.data();
-}
 
 std::string modelName(uint8_t code) {
     const std::size_t index = static_cast<std::size_t>(code) - simulator::kFirstModelCode;
@@ -38,18 +34,6 @@ std::string dateName(uint16_t date) {
         return "date " + hexadecimal(date, 4);
     return std::to_string(date & 0x1F) + ' ' + kMonthNames[month - 1] + ' ' +
            std::to_string(2000 + (date >> 12));
-}
-
-// As people read it off a card: model, year, week, unit.
-std::string identityName(uint32_t identity) {
-    constexpr uint32_t kReadable = 0x7FFFFFFF;  // the updater never sees the topmost bit
-    if ((identity & kReadable) == kReadable || identity == 0)
-        return "blank (" + hexadecimal(identity, 8) + ")";
-    std::array<char, 32> text{};
-    (void)std::snprintf(text.data(), text.size(), "%02x%02u%02u%04u", unsigned{identity >> 24},
-                        unsigned{identity >> 20 & 0xF}, unsigned{identity >> 12 & 0xFF},
-                        unsigned{identity & 0xFFF});
-    return text.data() + (" (" + hexadecimal(identity, 8) + ")");
 }
 
 std::string contentOf(const simulator::PromCells& cells) {
@@ -76,6 +60,11 @@ void showCard(std::size_t index, const Card& card, bool on, std::ostream& out) {
         << "  Running     " << (on ? describe(card.running()) : "nothing, the machine is off") << '\n'
         << "  PROM        " << contentOf(card.cells()) << '\n'
         << "  Protection  " << hexadecimal(card.protection(), 1) << '\n';
+    if (on)
+        out << "  Lamp        "
+            << ((card.jtagOutput() & simulator::registers::kActivityLamp) != 0 ? "on" : "off") << '\n';
+    for (const simulator::Fault& fault : card.faults().all())
+        out << "  Fault       " << describe(fault) << '\n';
 }
 
 }  // namespace

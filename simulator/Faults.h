@@ -1,0 +1,104 @@
+#pragma once
+
+// What is broken about a card, or will be when its moment comes.
+//
+// A fault strikes once and then lasts, over power cycles too, until it is taken away. A loss of power is the
+// exception: the next power-up ends it, and it does not come again.
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace simulator {
+
+enum class FaultKind : uint8_t {
+    tdoStuckLow,
+    tdoStuckHigh,
+    chainBroken,            // TDI reads high whatever is written, TDO floats high
+    foreignIdentification,  // the PROM answers with another identification code
+    pageNotTaken,           // programming a page takes its time and changes nothing
+    pageMisread,            // a page reads back wrongly so many times, and rightly after that
+    userCodeNotTaken,
+    slowProgramming,  // programming needs a multiple of the data sheet's time
+    powerLost,        // the whole machine goes off
+    cardVanished,     // the card keeps its power, and nobody answers on the bus
+    serviceNotOpened,
+    serviceNotMapped,
+    serviceSilent,  // the driver does not tell the card's name and location
+};
+
+struct Fault {
+    enum class When : uint8_t {
+        atOnce,    // as soon as there is power
+        atAccess,  // before the machine's access of this number is carried out
+        atClock,   // after this rising edge of the card's TCK, counted from power-up
+    };
+
+    static constexpr uint32_t kMostTimes = 1'000'000;
+    static constexpr uint32_t kLeastFactor = 2;
+    static constexpr uint32_t kMostFactor = 1000;
+
+    FaultKind kind;
+    uint32_t code = 0;    // foreignIdentification
+    uint32_t page = 0;    // pageNotTaken, pageMisread: 0 to kPromPages - 1
+    uint32_t times = 0;   // pageMisread: how often it is still to come, 1 to kMostTimes; 0 when it is over
+    uint32_t factor = 1;  // slowProgramming: kLeastFactor to kMostFactor
+    When when = When::atOnce;
+    uint64_t count = 0;  // of accesses or clocks
+    bool struck = false;
+
+    bool operator==(const Fault&) const = default;
+};
+
+struct FaultKindDescription {
+    std::string_view name;
+    std::string_view meaning;  // to follow "The card: "
+    bool hasCode = false;
+    bool hasPage = false;
+    bool hasTimes = false;
+    bool hasFactor = false;
+};
+
+constexpr std::size_t kFaultKinds = 13;
+
+// By kind. The names are what files and command lines use.
+[[nodiscard]] const std::array<FaultKindDescription, kFaultKinds>& faultKinds();
+[[nodiscard]] inline const FaultKindDescription& describe(FaultKind kind) {
+    return faultKinds()[static_cast<std::size_t>(kind)];
+}
+
+// One card's faults.
+class Faults {
+  public:
+    // Adds one, or replaces the one of the same kind (and page).
+    void add(const Fault& fault);
+    // How many went.
+    std::size_t remove(FaultKind kind);
+    void restore(std::vector<Fault> faults) { faults_ = std::move(faults); }
+    [[nodiscard]] const std::vector<Fault>& all() const { return faults_; }
+
+    [[nodiscard]] bool hasStruck(FaultKind kind) const { return struck(kind) != nullptr; }
+
+    // Has those strike whose moment has come; true when there were any.
+    [[nodiscard]] bool strike(uint64_t accesses, uint64_t clocks);
+    // The smallest count that one still waits for.
+    [[nodiscard]] std::optional<uint64_t> nextCount(Fault::When when) const;
+
+    // As the PROM meets them.
+    [[nodiscard]] std::optional<uint32_t> foreignIdentification() const;
+    [[nodiscard]] uint32_t programmingFactor() const;
+    [[nodiscard]] bool takesPage(std::size_t page) const;
+    // True when a reading of the page that begins now goes wrong, which counts it.
+    [[nodiscard]] bool misreadsPage(std::size_t page);
+
+  private:
+    [[nodiscard]] const Fault* struck(FaultKind kind) const;
+
+    std::vector<Fault> faults_;
+};
+
+}  // namespace simulator

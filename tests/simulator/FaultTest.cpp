@@ -1,0 +1,245 @@
+#include "simulator/Faults.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "simulator/MachineDirectory.h"
+#include "tests/simulator/Probe.h"
+#include "tests/support/TemporaryDirectory.h"
+
+namespace simulator {
+
+class FaultTest : public ProbedMachineTest {
+  protected:
+    static std::vector<uint8_t> content(uint8_t byte) { return std::vector<uint8_t>(kPageBytes, byte); }
+    std::vector<uint8_t> cellsOf(std::size_t page) {
+        const auto bytes = card().cells().bytesOf(PromCells::page(page));
+        return {bytes.begin(), bytes.end()};
+    }
+    std::vector<uint8_t> readPage(uint32_t page) {
+        probe_->address(page * 0x20);
+        return probe_->scanPage(Prom::readPageInstruction, content(0));
+    }
+    std::size_t services(Host& host) { return host.servicesOfClass(SimulatedHost::kServiceClass).size(); }
+};
+
+// What TDO shows, in either byte order, and whether TDI still reaches the PROM.
+TEST_F(FaultTest, ChainFaults) {
+    const struct {
+        FaultKind kind;
+        bool tdo;
+        uint32_t instruction;
+    } kCases[] = {{FaultKind::tdoStuckLow, false, Prom::userCodeInstruction},
+                  {FaultKind::tdoStuckHigh, true, Prom::userCodeInstruction},
+                  {FaultKind::chainBroken, true, Prom::bypassInstruction}};
+    for (const std::size_t index : {0, 1}) {
+        Probe probe(host_, index);
+        probe.reset();
+        Card& card = machine_.card(index);
+        for (const auto& each : kCases) {
+            card.inject({.kind = each.kind});
+            probe.instruction(Prom::userCodeInstruction);
+            EXPECT_EQ(card.chain().prom().instruction(), each.instruction);
+            EXPECT_EQ(probe.scan(Probe::Scan::data, Probe::Bits(33)), Probe::Bits(33, each.tdo));
+            EXPECT_EQ(card.clearFaults(each.kind), 1U);
+            EXPECT_EQ(probe.scanRegister(Prom::userCodeInstruction, 0, 32), card.identity());
+        }
+    }
+    EXPECT_TRUE(machine_.ledger().empty());
+}
+
+TEST_F(FaultTest, RowsThatAreNotTakenKeepWhatTheyHad) {
+    card().cells().erase();
+    card().inject({.kind = FaultKind::foreignIdentification, .code = 0x12345093});
+    card().inject({.kind = FaultKind::pageNotTaken, .page = 4});
+    card().inject({.kind = FaultKind::pageNotTaken, .page = 6});
+    card().inject({.kind = FaultKind::userCodeNotTaken});
+    EXPECT_EQ(probe_->scanRegister(Prom::identificationInstruction, 0, 32), 0x12345093U);
+    probe_->enterProgramming();
+    for (const uint32_t page : {4U, 5U, 6U}) {
+        probe_->programPage(page, content(0x5A));
+        EXPECT_EQ(cellsOf(page), content(page == 5 ? 0x5A : 0xFF)) << page;
+    }
+    probe_->programUserCode(0x21307015);
+    probe_->controlData(5);
+    probe_->program();
+    EXPECT_EQ(card().identity(), 0xFFFFFFFFU);
+    EXPECT_EQ(card().protection(), 5);
+
+    card().clearFaults();
+    EXPECT_EQ(probe_->scanRegister(Prom::identificationInstruction, 0, 32), Prom::kIdentificationCode);
+    probe_->programUserCode(0x21307015);
+    EXPECT_EQ(card().identity(), 0x21307015U);
+    EXPECT_EQ(misuses(), std::vector<Misuse>{});
+}
+
+TEST_F(FaultTest, AMisreadPageReadsRightInTheEnd) {
+    card().inject({.kind = FaultKind::pageMisread, .page = 9, .times = 2});
+    for (const bool wrong : {true, true, false}) {
+        EXPECT_EQ(readPage(9) != cellsOf(9), wrong);
+        EXPECT_EQ(readPage(8), cellsOf(8));
+    }
+}
+
+// The time that the data sheet asks for is enough for the ledger and not for the row.
+TEST_F(FaultTest, SlowProgrammingNeedsMoreThanTheDataSheetSays) {
+    card().inject({.kind = FaultKind::slowProgramming, .factor = 3});
+    probe_->enterProgramming();
+    for (const uint64_t microseconds : {14000U, 41980U, 42000U}) {
+        probe_->programUserCode(0x12345678, microseconds);
+        EXPECT_EQ(card().identity() == 0x12345678, microseconds == 42000) << microseconds;
+    }
+    EXPECT_EQ(misuses(), std::vector<Misuse>{});
+    probe_->programUserCode(0x12345678, 13000);
+    EXPECT_EQ(misuses(), std::vector<Misuse>{Misuse::shortWait});
+}
+
+TEST_F(FaultTest, StrikesWhenItIsToldTo) {
+    const auto inject = [&](Fault::When when, uint64_t count) {
+        card().clearFaults();
+        card().inject({.kind = FaultKind::tdoStuckLow, .when = when, .count = count});
+    };
+    inject(Fault::When::atAccess, machine_.accesses() + 3);
+    for (const bool high : {true, true, false, false})
+        EXPECT_EQ(probe_->tdo(), high);
+    inject(Fault::When::atClock, chain().state().clocks + 2);
+    for (const bool high : {true, false, false}) {
+        probe_->clock(false);
+        EXPECT_EQ(probe_->tdo(), high);
+    }
+    for (const Fault::When passed : {Fault::When::atOnce, Fault::When::atAccess, Fault::When::atClock}) {
+        inject(passed, 1);
+        EXPECT_FALSE(probe_->tdo());
+    }
+    // One that waits is not forgotten when another strikes, and a power cycle starts the clocks anew.
+    inject(Fault::When::atClock, chain().state().clocks + 10);
+    card().inject({.kind = FaultKind::userCodeNotTaken, .when = Fault::When::atAccess, .count = 1});
+    machine_.powerOff();
+    machine_.powerOn();
+    probe_->reset();
+    EXPECT_TRUE(probe_->tdo());
+    for (uint64_t clocks = chain().state().clocks; clocks < card().faults().all()[0].count; ++clocks)
+        probe_->clock(false);
+    EXPECT_FALSE(probe_->tdo());
+}
+
+TEST_F(FaultTest, LostPowerDamagesWhatIsInFlightAndComesBackOnce) {
+    card().cells().erase();
+    probe_->enterProgramming();
+    probe_->programPage(3, content(0));
+    probe_->address(4 * 0x20);
+    probe_->scanPage(Prom::pageDataInstruction, content(0));
+    probe_->instruction(Prom::programInstruction);
+    machine_.card(2).inject(
+        {.kind = FaultKind::powerLost, .when = Fault::When::atAccess, .count = machine_.accesses() + 30000});
+    probe_->wait(14000);
+    EXPECT_FALSE(machine_.isOn());
+    EXPECT_EQ(probe_->read(0x10), 0xFFFFFFFFU);
+    EXPECT_EQ(services(host_), 0U);
+    EXPECT_EQ(cellsOf(3), content(0));
+    EXPECT_NE(cellsOf(4), content(0));
+    EXPECT_NE(cellsOf(4), content(0xFF));
+    EXPECT_EQ(misuses(), std::vector<Misuse>{});
+    for (int time = 0; time < 2; ++time) {
+        machine_.powerOff();
+        machine_.powerOn();
+        EXPECT_TRUE(machine_.isOn());
+    }
+    EXPECT_EQ(services(host_), 3U) << "the first card's PROM holds no configuration";
+    // Given to a machine that is off, it waits for the power to come.
+    machine_.powerOff();
+    card().inject({.kind = FaultKind::powerLost});
+    for (const bool on : {false, true}) {
+        machine_.powerOn();
+        EXPECT_EQ(machine_.isOn(), on);
+    }
+}
+
+// The service of a card that has vanished stays for those who have it open.
+TEST_F(FaultTest, AVanishedCardKeepsItsPower) {
+    probe_->enterProgramming();
+    probe_->address(0x8000);
+    probe_->userCode(0x12345678);
+    probe_->instruction(Prom::programInstruction);
+    card().inject({.kind = FaultKind::cardVanished});
+    EXPECT_EQ(probe_->read(0x108), 0xFFFFFFFFU);
+    EXPECT_EQ(services(host_), 4U);
+    probe_->wait(14000);
+    EXPECT_EQ(card().identity(), 0x12345678U);
+    SimulatedHost next(machine_, {});
+    EXPECT_EQ(services(next), 3U);
+    machine_.powerOff();
+    machine_.powerOn();
+    EXPECT_EQ(services(next), 3U);
+    EXPECT_EQ(probe_->read(0x10), 0xFFFFFFFFU);
+    card().clearFaults();
+    EXPECT_EQ(services(next), 4U);
+    EXPECT_EQ(probe_->read(0x10), 10U);
+}
+
+TEST_F(FaultTest, ServicesFailOneStepAtATime) {
+    const uint64_t service = host_.servicesOfClass(SimulatedHost::kServiceClass)[0];
+    std::array<uint8_t, 512> reply{};
+    const struct {
+        FaultKind kind;
+        bool opens, maps, informs;
+    } kCases[] = {{FaultKind::serviceNotOpened, false, true, true},
+                  {FaultKind::serviceNotMapped, true, false, true},
+                  {FaultKind::serviceSilent, true, true, false}};
+    for (const auto& each : kCases) {
+        const uint32_t connection = host_.openService(service).value();
+        card().inject({.kind = each.kind});
+        EXPECT_EQ(host_.openService(service).has_value(), each.opens);
+        EXPECT_EQ(host_.mapMemory(connection, 0).has_value(), each.maps);
+        EXPECT_EQ(host_.callMethod(connection, 0, reply).has_value(), each.informs);
+        card().clearFaults();
+    }
+}
+
+// Every kind, struck or waiting, and with one of a misread page's times used up.
+TEST(StoredFaultTest, SurviveTheProcess) {
+    const TemporaryDirectory folder;
+    std::vector<Fault> expected;
+    {
+        const auto directory = MachineDirectory::create(folder.path());
+        Machine& machine = directory->machine();
+        addDefaultCards(machine);
+        for (std::size_t kind = 0; kind < kFaultKinds; ++kind) {
+            if (static_cast<FaultKind>(kind) == FaultKind::powerLost)
+                continue;
+            Fault fault{.kind = static_cast<FaultKind>(kind),
+                        .when = kind % 2 == 0 ? Fault::When::atClock : Fault::When::atAccess,
+                        .count = 1U << 30};
+            const FaultKindDescription& has = describe(fault.kind);
+            fault.code = has.hasCode ? 0x80000001 : 0;
+            fault.page = has.hasPage ? 511 : 0;
+            fault.times = has.hasTimes ? 3 : 0;
+            fault.factor = has.hasFactor ? 1000 : 1;
+            machine.card(0).inject(fault);
+        }
+        machine.card(1).inject({.kind = FaultKind::pageMisread, .page = 0, .times = 2});
+        machine.powerOn();
+        SimulatedHost host(machine, {});
+        Probe probe(host, 1);
+        probe.reset();
+        probe.scanPage(Prom::readPageInstruction, std::vector<uint8_t>(kPageBytes));
+        machine.card(1).inject({.kind = FaultKind::tdoStuckLow});
+        expected = machine.card(0).faults().all();
+        directory->save();
+    }
+    const auto directory = MachineDirectory::open(folder.path(), MachineDirectory::OnOpening::powerUp);
+    EXPECT_EQ(directory->machine().card(0).faults().all(), expected);
+    const auto& second = directory->machine().card(1).faults().all();
+    ASSERT_EQ(second.size(), 2U);
+    EXPECT_EQ(second[0].times, 1U);
+    SimulatedHost host(directory->machine(), {});
+    Probe probe(host, 1);
+    EXPECT_FALSE(probe.tdo()) << "as it was, at once";
+    directory->machine().powerOff();
+    directory->removeCard(0);
+    directory->save();
+    EXPECT_FALSE(std::filesystem::exists(folder.path() / "card-1.prom"));
+}
+
+}  // namespace simulator

@@ -1,0 +1,188 @@
+#include "tools/cardsim/CardCommands.h"
+
+#include <cstdint>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "simulator/MachineError.h"
+#include "tools/cardsim/IdentityText.h"
+#include "tools/xsvf/FirmwareDate.h"
+#include "tools/xsvf/ImageName.h"
+
+namespace cardsim {
+namespace {
+
+using simulator::Board;
+using simulator::Card;
+using simulator::FpgaConfiguration;
+using simulator::Machine;
+using simulator::MachineError;
+using simulator::PromCells;
+
+struct CardOptions {
+    std::string folder;
+    std::size_t number = 0;
+    std::string model;
+    std::optional<std::string> name, location, board, identity, firmware, date;
+    std::optional<unsigned> protection;
+};
+
+// "M12": the flavour's letter and the version.
+std::optional<std::pair<char, uint8_t>> firmwareNamed(const std::string& text) {
+    const std::string digits = text.empty() ? "" : text.substr(1);
+    const bool good = !digits.empty() && digits.size() <= 2 && (text.front() == 'M' || text.front() == 'W') &&
+                      digits.find_first_not_of("0123456789") == std::string::npos;
+    return good ? std::optional(std::pair(text.front(), static_cast<uint8_t>(std::stoul(digits))))
+                : std::nullopt;
+}
+
+void requireOff(const Machine& machine) {
+    if (machine.isOn())
+        throw MachineError("the machine is on, so its cards stay where they are; switch it off first.");
+}
+
+// The configuration that the options ask for, where they say nothing as it was before.
+FpgaConfiguration configurationFor(const CardOptions& options, FpgaConfiguration configuration) {
+    if (options.firmware)
+        std::tie(configuration.flavour, configuration.version) = *firmwareNamed(*options.firmware);
+    if (options.date)
+        configuration.date = *tools::firmwareDate(*options.date);
+    return configuration;
+}
+
+void changeBoard(const CardOptions& options, Board& board) {
+    board.name = options.name.value_or(board.name);
+    board.location = options.location.value_or(board.location);
+    if (options.board)
+        board.revision = *tools::boardRevisionNamed(*options.board);
+}
+
+void changeSpecialRow(const CardOptions& options, PromCells& cells) {
+    if (options.identity)
+        cells.setUserCode(*identityNamed(*options.identity));
+    if (options.protection)
+        cells.setProtection(static_cast<uint8_t>(*options.protection));
+}
+
+void addCard(const CardOptions& options, std::ostream& out) {
+    const auto directory = openMachine(options.folder);
+    Machine& machine = directory->machine();
+    requireOff(machine);
+    const tools::CardModel& model = *tools::modelNamed(options.model);
+    Board board{.name = options.model.starts_with("Vorn") ? options.model : "Vorn " + options.model,
+                .location = "PCI slot " + std::to_string(machine.cardCount() + 1),
+                .modelCode = model.code,
+                .revision = 0};
+    changeBoard(options, board);
+    PromCells cells;
+    if (options.firmware) {
+        const FpgaConfiguration none{.modelCode = board.modelCode,
+                                     .boardRevision = board.revision,
+                                     .flavour = 'M',
+                                     .version = 0,
+                                     .date = 0};
+        cells.setImage(PromCells(simulator::encodeConfiguration(configurationFor(options, none)),
+                                 cells.userCode(), cells.protection())
+                           .image());
+    }
+    changeSpecialRow(options, cells);
+    out << "Added card " << machine.cardCount() + 1 << ": "
+        << nameOf(machine.addCard(board, std::move(cells))) << ".\n";
+    directory->save();
+}
+
+void removeCard(const CardOptions& options, std::ostream& out) {
+    const auto directory = openMachine(options.folder);
+    requireOff(directory->machine());
+    const std::size_t index = indexOfCard(directory->machine(), options.number);
+    const std::string name = nameOf(directory->machine().card(index));
+    directory->removeCard(index);
+    directory->save();
+    out << "Removed " << name << "; what it held is gone.\n";
+}
+
+void changeCard(const CardOptions& options, std::ostream& out) {
+    const auto directory = openMachine(options.folder);
+    Card& card = directory->machine().card(indexOfCard(directory->machine(), options.number));
+    const auto before = simulator::decodeConfiguration(card.cells().pages());
+    if (options.date && !options.firmware && !before)
+        throw MachineError("the card's PROM holds no firmware whose date could be changed.");
+    Board board = card.board();
+    changeBoard(options, board);
+    card.setBoard(board);
+    if (options.firmware || options.date) {
+        const FpgaConfiguration none{.modelCode = board.modelCode,
+                                     .boardRevision = board.revision,
+                                     .flavour = 'M',
+                                     .version = 0,
+                                     .date = 0};
+        card.cells().setImage(
+            PromCells(simulator::encodeConfiguration(configurationFor(options, before.value_or(none))),
+                      card.identity(), card.protection())
+                .image());
+    }
+    changeSpecialRow(options, card.cells());
+    directory->save();
+    out << "Changed " << nameOf(card) << ".\n";
+}
+
+void addDescription(CLI::App& command, CardOptions& options) {
+    const auto checked = [](const auto& parse, const char* complaint) {
+        return [=](const std::string& text) { return parse(text) ? std::string() : std::string(complaint); };
+    };
+    command.add_option("--name", options.name, "What the driver calls the card")->type_name("TEXT");
+    command.add_option("--location", options.location, "Where the card is")->type_name("TEXT");
+    command.add_option("--board", options.board, "Board revision letter, or NC for a board without one")
+        ->check(checked(tools::boardRevisionNamed, "A board is a letter from A to Z, or NC."))
+        ->type_name("LETTER|NC");
+    command.add_option("--identity", options.identity, "Serial number, such as 2103070021, or blank")
+        ->check(checked(identityNamed,
+                        "An identity is a serial number of ten digits, 0x and eight hexadecimal digits, or "
+                        "the word blank."))
+        ->type_name("IDENTITY");
+    command.add_option("--protection", options.protection, "Protection bits")
+        ->check(CLI::Range(0, int{PromCells::kProtectionMask}))
+        ->type_name("0-7");
+    command
+        .add_option("--firmware", options.firmware,
+                    "Put firmware into the PROM: flavour M or W, and version, such as M12")
+        ->check(checked(firmwareNamed, "Firmware is M or W and a version from 0 to 99."))
+        ->type_name("M|W VERSION");
+    command.add_option("--date", options.date, "Date of the firmware")
+        ->check(checked(tools::firmwareDate, "A date is written like 2006-03-17 and lies in 2000 to 2015."))
+        ->type_name("YYYY-MM-DD");
+}
+
+std::vector<std::string> modelNames() {
+    std::vector<std::string> names;
+    for (const tools::CardModel& model : tools::cardModels())
+        names.emplace_back(model.name);
+    return names;
+}
+
+}  // namespace
+
+void addCardCommands(CLI::App& program, Context& context) {
+    const auto options = std::make_shared<CardOptions>();
+    const auto add = [&](const char* name, const char* description, const auto& command) {
+        CLI::App* const subcommand = program.add_subcommand(name, description);
+        addFolder(*subcommand, options->folder);
+        subcommand->callback([options, &context, command] { command(*options, context.out); });
+        return subcommand;
+    };
+    CLI::App* const addition = add("add", "Plug a card into a machine that is off", addCard);
+    addition->add_option("--model", options->model, "Card model")
+        ->required()
+        ->check(CLI::IsMember(modelNames()));
+    addDescription(*addition, *options);
+
+    addCardNumber(*add("remove", "Pull a card out of a machine that is off, for good", removeCard),
+                  options->number);
+
+    CLI::App* const change = add("change", "Change a card's name, place, identity or firmware", changeCard);
+    addCardNumber(*change, options->number);
+    addDescription(*change, *options);
+}
+
+}  // namespace cardsim

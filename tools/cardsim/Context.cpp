@@ -1,0 +1,33 @@
+#include "tools/cardsim/Context.h"
+
+#include "simulator/MachineError.h"
+
+namespace cardsim {
+
+std::unique_ptr<simulator::MachineDirectory> openMachine(const std::string& folder) {
+    using simulator::MachineDirectory;
+    return MachineDirectory::open(folder, MachineDirectory::OnOpening::leaveAsItIs);
+}
+
+std::size_t indexOfCard(const simulator::Machine& machine, std::size_t number) {
+    if (number < 1 || number > machine.cardCount())
+        throw simulator::MachineError("there is no card " + std::to_string(number) + "; the machine has " +
+                                      std::to_string(machine.cardCount()) + ".");
+    return number - 1;
+}
+
+std::string nameOf(const simulator::Card& card) {
+    return card.board().name + " in " + card.board().location;
+}
+
+CLI::Option* addFolder(CLI::App& command, std::string& folder) {
+    return command.add_option("folder", folder, "The machine's folder")->required()->type_name("DIR");
+}
+
+CLI::Option* addCardNumber(CLI::App& command, std::size_t& number) {
+    return command.add_option("card", number, "The card's number in the listing")
+        ->required()
+        ->type_name("CARD");
+}
+
+}  // namespace cardsim

@@ -1,0 +1,34 @@
+#pragma once
+
+// What the commands share: where they write, how they end, and how a command line names a machine's card.
+
+#include <CLI/CLI.hpp>
+#include <cstddef>
+#include <memory>
+#include <ostream>
+#include <string>
+
+#include "simulator/MachineDirectory.h"
+#include "tools/cardsim/CardSim.h"
+
+namespace cardsim {
+
+struct Context {
+    std::ostream& out;
+    ExitCode exitCode = kDone;  // of a command that did what it should
+};
+
+// The machine in a folder, as it was left. Throws MachineError.
+[[nodiscard]] std::unique_ptr<simulator::MachineDirectory> openMachine(const std::string& folder);
+
+// Cards are counted from 1, as show lists them. Throws MachineError for one that is not there.
+[[nodiscard]] std::size_t indexOfCard(const simulator::Machine& machine, std::size_t number);
+
+// "VornMX-B in PCI slot 1"
+[[nodiscard]] std::string nameOf(const simulator::Card& card);
+
+// The arguments that most commands begin with.
+CLI::Option* addFolder(CLI::App& command, std::string& folder);
+CLI::Option* addCardNumber(CLI::App& command, std::size_t& number);
+
+}  // namespace cardsim

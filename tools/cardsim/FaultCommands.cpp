@@ -1,0 +1,167 @@
+#include "tools/cardsim/FaultCommands.h"
+
+#include <algorithm>
+#include <iomanip>
+#include <map>
+#include <optional>
+
+#include "simulator/Faults.h"
+#include "simulator/MachineError.h"
+#include "tools/cardsim/IdentityText.h"
+
+namespace cardsim {
+namespace {
+
+using simulator::Fault;
+using simulator::FaultKind;
+using simulator::FaultKindDescription;
+using simulator::faultKinds;
+using simulator::MachineError;
+
+struct FaultOptions {
+    std::string folder;
+    std::size_t number = 0;
+    std::string kind;
+    std::optional<uint32_t> code, page, times, factor;
+    std::optional<uint64_t> atAccess, atClock;
+};
+
+std::map<std::string, FaultKind> kindsByName() {
+    std::map<std::string, FaultKind> kinds;
+    for (std::size_t index = 0; index < faultKinds().size(); ++index)
+        kinds.emplace(faultKinds()[index].name, static_cast<FaultKind>(index));
+    return kinds;
+}
+
+// Takes an option over if the kind has such a thing, and sees to it that it is there when it is needed.
+void take(std::string_view kind, const char* option, bool has, const std::optional<uint32_t>& given,
+          uint32_t& into) {
+    if (has == given.has_value()) {
+        into = given.value_or(into);
+        return;
+    }
+    throw CLI::ValidationError(option, has ? "The fault " + std::string(kind) + " needs it."
+                                           : "The fault " + std::string(kind) + " has nothing of the kind.");
+}
+
+Fault faultFrom(const FaultOptions& options) {
+    Fault fault{.kind = kindsByName().at(options.kind)};
+    const FaultKindDescription& kind = simulator::describe(fault.kind);
+    take(kind.name, "--code", kind.hasCode, options.code, fault.code);
+    take(kind.name, "--page", kind.hasPage, options.page, fault.page);
+    take(kind.name, "--times", kind.hasTimes, options.times, fault.times);
+    take(kind.name, "--factor", kind.hasFactor, options.factor, fault.factor);
+    if (options.atAccess)
+        fault.when = Fault::When::atAccess;
+    else if (options.atClock)
+        fault.when = Fault::When::atClock;
+    fault.count = options.atAccess.value_or(options.atClock.value_or(0));
+    return fault;
+}
+
+void inject(const FaultOptions& options, std::ostream& out) {
+    const Fault fault = faultFrom(options);
+    const auto directory = openMachine(options.folder);
+    simulator::Card& card = directory->machine().card(indexOfCard(directory->machine(), options.number));
+    card.inject(fault);
+    directory->save();
+    out << nameOf(card) << ": " << simulator::describe(fault.kind).meaning << ".\n";
+}
+
+void clear(const FaultOptions& options, std::ostream& out) {
+    const auto directory = openMachine(options.folder);
+    simulator::Machine& machine = directory->machine();
+    const bool all = options.number == 0;
+    const std::size_t first = all ? 0 : indexOfCard(machine, options.number);
+    const std::size_t last = all ? machine.cardCount() : first + 1;
+    std::optional<FaultKind> kind;
+    if (!options.kind.empty())
+        kind = kindsByName().at(options.kind);
+    std::size_t cleared = 0;
+    for (std::size_t index = first; index < last; ++index)
+        cleared += machine.card(index).clearFaults(kind);
+    if (cleared == 0 && (!all || kind))
+        throw MachineError("there is no such fault to clear.");
+    directory->save();
+    out << "Cleared " << cleared << (cleared == 1 ? " fault.\n" : " faults.\n");
+}
+
+void listKinds(std::ostream& out) {
+    constexpr int kNameWidth = 24;
+    for (const FaultKindDescription& kind : faultKinds())
+        out << std::left << std::setw(kNameWidth) << kind.name << kind.meaning
+            << (kind.hasCode ? " (--code)" : "") << (kind.hasPage ? " (--page)" : "")
+            << (kind.hasTimes ? " (--times)" : "") << (kind.hasFactor ? " (--factor)" : "") << '\n';
+}
+
+std::string checkKind(const std::string& name) {
+    return kindsByName().contains(name) ? "" : name + " is no fault; \"cardsim fault kinds\" lists them.";
+}
+
+void addParameters(CLI::App& command, FaultOptions& options) {
+    command.add_option("--code", options.code, "The foreign identification code")->type_name("NUMBER");
+    command.add_option("--page", options.page, "The page")
+        ->check(CLI::Range(0, int{simulator::kPromPages - 1}))
+        ->type_name("PAGE");
+    command.add_option("--times", options.times, "How often it happens")
+        ->check(CLI::Range(uint32_t{1}, Fault::kMostTimes))
+        ->type_name("NUMBER");
+    command.add_option("--factor", options.factor, "How many times as long it takes")
+        ->check(CLI::Range(Fault::kLeastFactor, Fault::kMostFactor))
+        ->type_name("NUMBER");
+    auto* const access =
+        command.add_option("--at-access", options.atAccess, "Strike before this access of the machine")
+            ->type_name("COUNT");
+    command
+        .add_option("--at-clock", options.atClock, "Strike after this JTAG clock of the card since power-up")
+        ->excludes(access)
+        ->type_name("COUNT");
+}
+
+}  // namespace
+
+std::string describe(const Fault& fault) {
+    const FaultKindDescription& kind = simulator::describe(fault.kind);
+    std::string text(kind.name);
+    if (kind.hasCode)
+        text += ", code " + hexadecimal(fault.code, 8);
+    if (kind.hasPage)
+        text += ", page " + std::to_string(fault.page);
+    if (kind.hasTimes)
+        text += ", " + std::to_string(fault.times) + " times";
+    if (kind.hasFactor)
+        text += ", factor " + std::to_string(fault.factor);
+    if (fault.when == Fault::When::atAccess)
+        text += ", at access " + std::to_string(fault.count);
+    if (fault.when == Fault::When::atClock)
+        text += ", at clock " + std::to_string(fault.count);
+    return text + (fault.struck ? " (has struck)" : " (waiting)");
+}
+
+void addFaultCommands(CLI::App& program, Context& context) {
+    const auto options = std::make_shared<FaultOptions>();
+    CLI::App* const fault = program.add_subcommand("fault", "Break a card on purpose, or mend it");
+    fault->require_subcommand(1);
+
+    CLI::App* const injection = fault->add_subcommand("inject", "Put a fault into a card");
+    addFolder(*injection, options->folder);
+    addCardNumber(*injection, options->number);
+    injection->add_option("kind", options->kind, "The fault")
+        ->required()
+        ->check(checkKind)
+        ->type_name("KIND");
+    addParameters(*injection, *options);
+    injection->callback([options, &context] { inject(*options, context.out); });
+
+    CLI::App* const clearing = fault->add_subcommand("clear", "Take faults away");
+    addFolder(*clearing, options->folder);
+    addCardNumber(*clearing, options->number)->required(false)->check(CLI::PositiveNumber);
+    clearing->add_option("kind", options->kind, "Only this fault")->check(checkKind)->type_name("KIND");
+    clearing->callback([options, &context] { clear(*options, context.out); });
+
+    fault->add_subcommand("kinds", "List the faults that there are")->callback([&context] {
+        listKinds(context.out);
+    });
+}
+
+}  // namespace cardsim

@@ -1,0 +1,15 @@
+#pragma once
+
+// What a firmware image writes.
+
+#include <string>
+
+#include "simulator/PromCells.h"
+
+namespace cardsim {
+
+// Plays an image on a chain with an erased PROM, and returns what is in the PROM afterwards. Throws
+// MachineError, naming the file, when it cannot be read, fails, or ends before it is complete.
+[[nodiscard]] simulator::PromCells contentOfImage(const std::string& file);
+
+}  // namespace cardsim

@@ -1,0 +1,103 @@
+#include "tools/cardsim/PromCommands.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "simulator/MachineError.h"
+#include "tools/cardsim/ImageContent.h"
+
+namespace cardsim {
+namespace {
+
+using simulator::Card;
+using simulator::kPromBytes;
+using simulator::kPromPages;
+using simulator::MachineError;
+using simulator::PromCells;
+
+struct PromOptions {
+    std::string folder;
+    std::size_t number = 0;
+    std::string file;
+};
+
+void dump(const PromOptions& options, Context& context) {
+    const auto directory = openMachine(options.folder);
+    const Card& card = directory->machine().card(indexOfCard(directory->machine(), options.number));
+    simulator::replaceFile(options.file, card.cells().image());
+    context.out << "Wrote the PROM of " << nameOf(card) << " to " << options.file << ".\n";
+}
+
+// A file of the pages alone leaves identity and protection as they are.
+void load(const PromOptions& options, Context& context) {
+    const auto directory = openMachine(options.folder);
+    Card& card = directory->machine().card(indexOfCard(directory->machine(), options.number));
+    const std::vector<uint8_t> content = simulator::readFile(options.file);
+    if (content.size() != kPromBytes && content.size() != PromCells::kImageBytes)
+        throw MachineError(options.file + ": is " + std::to_string(content.size()) +
+                           " bytes long; a PROM has " + std::to_string(kPromBytes) + ", or " +
+                           std::to_string(PromCells::kImageBytes) + " with identity and protection.");
+    std::vector<uint8_t> image(card.cells().image().begin(), card.cells().image().end());
+    std::ranges::copy(content, image.begin());
+    card.cells().setImage(image);
+    directory->save();
+    context.out << "Loaded the PROM of " << nameOf(card) << " from " << options.file << ".\n";
+}
+
+// "0 to 3, 7"
+std::string rangesOf(const std::vector<std::size_t>& pages) {
+    std::string text;
+    for (std::size_t first = 0, next = 0; first < pages.size(); first = next) {
+        for (next = first + 1; next < pages.size() && pages[next] == pages[next - 1] + 1;)
+            ++next;
+        text += (first == 0 ? "" : ", ") + std::to_string(pages[first]);
+        if (next > first + 1)
+            text += " to " + std::to_string(pages[next - 1]);
+    }
+    return text;
+}
+
+void compare(const PromOptions& options, Context& context) {
+    const auto directory = openMachine(options.folder);
+    const Card& card = directory->machine().card(indexOfCard(directory->machine(), options.number));
+    const PromCells expected = contentOfImage(options.file);
+    std::size_t written = 0;
+    std::vector<std::size_t> different;
+    for (std::size_t page = 0; page < kPromPages; ++page) {
+        if (expected.isPageErased(page))
+            continue;
+        ++written;
+        if (!std::ranges::equal(expected.bytesOf(PromCells::page(page)),
+                                card.cells().bytesOf(PromCells::page(page))))
+            different.push_back(page);
+    }
+    if (written == 0)
+        throw MachineError(options.file + ": writes no page.");
+    context.out << nameOf(card) << ": " << written - different.size() << " of the " << written
+                << " pages that the image writes are in the PROM.\n";
+    if (!different.empty()) {
+        context.out << "Different: " << rangesOf(different) << ".\n";
+        context.exitCode = kDifferent;
+    }
+}
+
+}  // namespace
+
+void addPromCommands(CLI::App& program, Context& context) {
+    const auto options = std::make_shared<PromOptions>();
+    CLI::App* const prom = program.add_subcommand("prom", "Dump, load or compare a card's PROM");
+    prom->require_subcommand(1);
+    const auto add = [&](const char* name, const char* description, const char* file, const auto& command) {
+        CLI::App* const subcommand = prom->add_subcommand(name, description);
+        addFolder(*subcommand, options->folder);
+        addCardNumber(*subcommand, options->number);
+        subcommand->add_option("file", options->file, file)->required()->type_name("FILE");
+        subcommand->callback([options, &context, command] { command(*options, context); });
+    };
+    add("dump", "Write all that a card's PROM holds to a file", "The file", dump);
+    add("load", "Put a file into a card's PROM, as if it had come so", "The file", load);
+    add("compare", "Look whether a card's PROM holds what a firmware image writes; ends with 3 if not",
+        "The firmware image", compare);
+}
+
+}  // namespace cardsim

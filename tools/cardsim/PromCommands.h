@@ -1,0 +1,12 @@
+#pragma once
+
+// A card's PROM taken out to a file, filled from one, and compared with a firmware image.
+
+#include "tools/cardsim/Context.h"
+
+namespace cardsim {
+
+// Adds the subcommand prom, with dump, load and compare. The context must outlive the parsing.
+void addPromCommands(CLI::App& program, Context& context);
+
+}  // namespace cardsim

@@ -4,13 +4,14 @@
 #include <cstdio>
 #include <ostream>
 
+#include "tools/CardModels.h"
+
 namespace cardsim {
 namespace {
 
 using simulator::Card;
 using simulator::FpgaConfiguration;
 
-constexpr std::array kModelNames{"VornMX-A", "VornMX-B", "VornMX-C", "Vorn K40", "Vorn DX8", "Vorn DX8-XS"};
 constexpr std::array kMonthNames{"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                  "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
 
@@ -21,8 +22,8 @@ std::string hexadecimal(uint32_t number, int digits) {
 }
 
 std::string modelName(uint8_t code) {
-    const std::size_t index = static_cast<std::size_t>(code) - simulator::kFirstModelCode;
-    return index < kModelNames.size() ? kModelNames[index] : "model " + hexadecimal(code, 2);
+    const tools::CardModel* const model = tools::modelCoded(code);
+    return model != nullptr ? std::string(model->name) : "model " + hexadecimal(code, 2);
 }
 
 std::string boardName(uint8_t revision) {

@@ -14,6 +14,26 @@ constexpr uint32_t kModeBits = 7;
 constexpr uint32_t kControlBits = 4;
 constexpr uint32_t kBothBypassedBits = 2;
 
+// Every data value here lies one bit higher than in the PROM's register, above the FPGA's bypass bit.
+
+// The identification code as each program wants it. Protecting takes every version (bits 28-31) and the eight
+// parts that bits 16-18 tell apart; reading takes every part that shares its bits 0-15 and 19-23, and also
+// compares the bypass bit.
+constexpr uint64_t kProtectCodeMask = 0x001FF1FFFE;
+constexpr uint64_t kProtectCode = 0x01EA06A126;
+constexpr uint64_t kReadCodeMask = 0x0001F1FFFF;
+constexpr uint64_t kReadCode = 0x000A04A126;
+constexpr uint64_t kOnesAboveBypass = 0x01FFFFFFFE;
+
+constexpr uint64_t kCompareNothing = 0;
+
+// What programming mode is entered with.
+constexpr uint64_t kProtectMode = 0x68;
+constexpr uint64_t kUserCodeMode = 0x08;
+
+// Both protection bits.
+constexpr uint64_t kProtected = 0x06;
+
 // The row that holds the user code and the protection bits.
 constexpr uint64_t kSpecialRow = 0x010000;
 
@@ -23,131 +43,125 @@ constexpr uint64_t kWholeUserCode = 0x01FFFFFFFF;
 constexpr uint64_t kBypassBitAsOne = 0x00FFFFFFFF;
 
 // Microseconds.
+constexpr uint32_t kAddressWait = 2;
 constexpr uint32_t kProgramWait = 14000;
 constexpr uint32_t kProtectWait = 14001;
 constexpr uint32_t kControlReadWait = 51;
 constexpr uint32_t kLeaveWait = 4000;
 constexpr uint32_t kProtectLeaveWait = 110000;
 
+constexpr auto instruction = [](auto& xsvf, uint16_t code) { xsvf.XSIR(kChainInstructionBits, code); };
+
+constexpr auto enterProgramming = [](auto& xsvf, uint64_t mode) {
+    instruction(xsvf, kPromEnterProgramming);
+    xsvf.XSDRSIZE(kModeBits);
+    xsvf.XTDOMASK(kCompareNothing);
+    xsvf.XSDRTDO(mode, 0);
+};
+
+// The user code is compared with the bypass bit expected as 1, which no working chain delivers: reading stops
+// here with the code captured, and PatchIdentity narrows the mask to what writing is to verify.
+constexpr auto enterAndReadUserCode = [](auto& xsvf) {
+    enterProgramming(xsvf, kUserCodeMode);
+    xsvf.XSDRSIZE(kAddressBits);
+    xsvf.XTDOMASK(kCompareNothing);
+    xsvf.XSDRTDO(kSpecialRow, 0);
+    instruction(xsvf, kPromUserCode);
+    xsvf.XSDRSIZE(kUserCodeBits);
+    xsvf.XTDOMASK(kWholeUserCode);
+    xsvf.XSDRTDO(kBlankUserCode, kBypassBitAsOne);
+};
+
 constexpr auto kProtect = assembleXsvf<169>([](auto& xsvf) {
-    const auto instruction = [&](uint16_t code) { xsvf.XSIR(kChainInstructionBits, code); };
     xsvf.XREPEAT(0);
     xsvf.XSTATE(kTapTestLogicReset);
     xsvf.XSTATE(kTapRunTestIdle);
     xsvf.XRUNTEST(0);
-    instruction(kPromBypass);
-    instruction(kPromIdentificationCode);
+    instruction(xsvf, kPromBypass);
+    instruction(xsvf, kPromIdentificationCode);
     xsvf.XSDRSIZE(kIdentificationBits);
-    xsvf.XTDOMASK(0x001FF1FFFE);
-    xsvf.XSDRTDO(0, 0x01EA06A126);
+    xsvf.XTDOMASK(kProtectCodeMask);
+    xsvf.XSDRTDO(0, kProtectCode);
     xsvf.XRUNTEST(kProtectLeaveWait);
-    instruction(kPromLeaveProgramming);
+    instruction(xsvf, kPromLeaveProgramming);
     xsvf.XRUNTEST(0);
-    instruction(kPromEnterProgramming);
-    xsvf.XSDRSIZE(kModeBits);
-    xsvf.XTDOMASK(0);
-    xsvf.XSDRTDO(0x68, 0);
-    instruction(kPromAddress);
-    xsvf.XRUNTEST(2);
+    enterProgramming(xsvf, kProtectMode);
+    instruction(xsvf, kPromAddress);
+    xsvf.XRUNTEST(kAddressWait);
     xsvf.XSDRSIZE(kAddressBits);
-    xsvf.XTDOMASK(0);
+    xsvf.XTDOMASK(kCompareNothing);
     xsvf.XSDRTDO(kSpecialRow, 0);
     xsvf.XRUNTEST(0);
-    instruction(kPromControlData);
+    instruction(xsvf, kPromControlData);
     xsvf.XSDRSIZE(kControlBits);
-    xsvf.XTDOMASK(0);
-    xsvf.XSDRTDO(0x06, 0);
+    xsvf.XTDOMASK(kCompareNothing);
+    xsvf.XSDRTDO(kProtected, 0);
     xsvf.XRUNTEST(kProtectWait);
-    instruction(kPromProgram);
+    instruction(xsvf, kPromProgram);
     xsvf.XRUNTEST(kControlReadWait);
-    instruction(kPromControlRead);
-    xsvf.XTDOMASK(0);
-    xsvf.XSDRTDO(0x06, 0x06);
+    instruction(xsvf, kPromControlRead);
+    xsvf.XTDOMASK(kCompareNothing);
+    xsvf.XSDRTDO(kProtected, kProtected);
     xsvf.XRUNTEST(kProtectLeaveWait);
-    instruction(kPromLeaveProgramming);
+    instruction(xsvf, kPromLeaveProgramming);
     xsvf.XRUNTEST(0);
-    instruction(kPromBypass);
-    instruction(kPromBypass);
+    instruction(xsvf, kPromBypass);
+    instruction(xsvf, kPromBypass);
     xsvf.XSDRSIZE(kBothBypassedBits);
-    xsvf.XTDOMASK(0);
+    xsvf.XTDOMASK(kCompareNothing);
     xsvf.XSDRTDO(0, 0);
     xsvf.XCOMPLETE();
 });
 
 constexpr auto kRead = assembleXsvf<104>([](auto& xsvf) {
-    const auto instruction = [&](uint16_t code) { xsvf.XSIR(kChainInstructionBits, code); };
     xsvf.XREPEAT(8);
     xsvf.XSTATE(kTapRunTestIdle);
     xsvf.XRUNTEST(0);
-    instruction(kPromBypass);
-    instruction(kPromIdentificationCode);
+    instruction(xsvf, kPromBypass);
+    instruction(xsvf, kPromIdentificationCode);
     xsvf.XSDRSIZE(kIdentificationBits);
-    xsvf.XTDOMASK(0x0001F1FFFF);
-    xsvf.XSDRTDO(0x01FFFFFFFE, 0x000A04A126);
-    instruction(kPromBypass);
-    instruction(kPromEnterProgramming);
-    xsvf.XSDRSIZE(kModeBits);
-    xsvf.XTDOMASK(0);
-    xsvf.XSDRTDO(0x08, 0);
-    xsvf.XSDRSIZE(kAddressBits);
-    xsvf.XTDOMASK(0);
-    xsvf.XSDRTDO(kSpecialRow, 0);
-    instruction(kPromUserCode);
-    xsvf.XSDRSIZE(kUserCodeBits);
-    xsvf.XTDOMASK(kWholeUserCode);
-    xsvf.XSDRTDO(kBlankUserCode, kBypassBitAsOne);
-    instruction(kPromBypass);
+    xsvf.XTDOMASK(kReadCodeMask);
+    xsvf.XSDRTDO(kOnesAboveBypass, kReadCode);
+    instruction(xsvf, kPromBypass);
+    enterAndReadUserCode(xsvf);
+    instruction(xsvf, kPromBypass);
     xsvf.XCOMPLETE();
 });
 
 constexpr auto kWrite = assembleXsvf<310>([](auto& xsvf) {
-    const auto instruction = [&](uint16_t code) { xsvf.XSIR(kChainInstructionBits, code); };
     const auto programUserCode = [&](uint64_t addressMask, uint64_t expectedAddress, uint32_t waitAfter) {
-        instruction(kPromAddress);
+        instruction(xsvf, kPromAddress);
         xsvf.XSDRSIZE(kAddressBits);
         xsvf.XTDOMASK(addressMask);
         xsvf.XSDRTDO(kSpecialRow, expectedAddress);
-        instruction(kPromUserCode);
+        instruction(xsvf, kPromUserCode);
         xsvf.XSDRSIZE(kUserCodeBits);
-        xsvf.XTDOMASK(0);
+        xsvf.XTDOMASK(kCompareNothing);
         xsvf.XSDRTDO(kBlankUserCode, 0);
         xsvf.XRUNTEST(kProgramWait);
-        instruction(kPromProgram);
+        instruction(xsvf, kPromProgram);
         xsvf.XRUNTEST(waitAfter);
     };
     xsvf.XREPEAT(0);
     xsvf.XSTATE(kTapTestLogicReset);
     xsvf.XSTATE(kTapRunTestIdle);
     xsvf.XRUNTEST(kLeaveWait);
-    instruction(kPromLeaveProgramming);
+    instruction(xsvf, kPromLeaveProgramming);
     xsvf.XRUNTEST(0);
-    instruction(kPromBypass);
-    instruction(kPromBypass);
-    instruction(kPromEnterProgramming);
-    xsvf.XSDRSIZE(kModeBits);
-    xsvf.XTDOMASK(0);
-    xsvf.XSDRTDO(0x08, 0);
-    programUserCode(0, 0, 0);
+    instruction(xsvf, kPromBypass);
+    instruction(xsvf, kPromBypass);
+    enterProgramming(xsvf, kUserCodeMode);
+    programUserCode(kCompareNothing, 0, 0);
     programUserCode(kSpecialRow, kSpecialRow, 0);
-    programUserCode(0, 0, kLeaveWait);
-    instruction(kPromLeaveProgramming);
+    programUserCode(kCompareNothing, 0, kLeaveWait);
+    instruction(xsvf, kPromLeaveProgramming);
     xsvf.XRUNTEST(0);
-    instruction(kPromBypass);
-    instruction(kPromEnterProgramming);
-    xsvf.XSDRSIZE(kModeBits);
-    xsvf.XTDOMASK(0);
-    xsvf.XSDRTDO(0x08, 0);
-    xsvf.XSDRSIZE(kAddressBits);
-    xsvf.XTDOMASK(0);
-    xsvf.XSDRTDO(kSpecialRow, 0);
-    instruction(kPromUserCode);
-    xsvf.XSDRSIZE(kUserCodeBits);
-    xsvf.XTDOMASK(kWholeUserCode);
-    xsvf.XSDRTDO(kBlankUserCode, kBypassBitAsOne);
+    instruction(xsvf, kPromBypass);
+    enterAndReadUserCode(xsvf);
     xsvf.XRUNTEST(kLeaveWait);
-    instruction(kPromLeaveProgramming);
+    instruction(xsvf, kPromLeaveProgramming);
     xsvf.XRUNTEST(0);
-    instruction(kPromBypass);
+    instruction(xsvf, kPromBypass);
     xsvf.XCOMPLETE();
 });
 

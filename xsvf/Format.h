@@ -32,8 +32,9 @@ enum class XsvfOpcode : uint8_t {
 };
 constexpr uint8_t kXsvfOpcodes = 21;
 
-// A TAP state in one byte of flags. Only the stable states outside the scans (0 and 1) mean the same here and
-// in the published format's XSTATE; the player translates none of the others.
+// A TAP state in one byte of flags, and the operand of XSTATE. Elsewhere that operand is a state's number;
+// only the stable states outside the scans (0 and 1) have the same one here, and the player translates no
+// others.
 constexpr uint8_t kTapPauseFlag = 0x02;
 constexpr uint8_t kTapShiftFlag = 0x04;
 constexpr uint8_t kTapDataFlag = 0x10;

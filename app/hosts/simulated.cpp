@@ -32,7 +32,11 @@ int main(int argc, char** argv) {
     CLI::App arguments("Updates the firmware of the cards in a simulated machine.");
     std::string folder;
     arguments.add_option("machine", folder, "The machine's folder, as cardsim makes it")->required();
-    CLI11_PARSE(arguments, argc, argv);
+    try {
+        arguments.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return arguments.exit(error) == 0 ? 0 : 2;
+    }
     try {
         return runOn(folder);
     } catch (const std::exception& error) {

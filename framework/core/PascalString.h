@@ -10,6 +10,7 @@ using StringPtr = unsigned char*;
 using ConstStringPtr = const unsigned char*;
 
 // Copies a text into a Pascal string. What does not fit is cut off between two characters, never inside one.
+// It is the framework's own, because CopyCStringToPascal is a Mac service, and the framework knows none.
 void PascalFromText(std::string_view text, Str255 outString);
 
 // The text as an ordinary string; empty for a null pointer.

@@ -67,6 +67,13 @@ TEST_F(Program, TerminationSignalEndsItAndTheMachineIsSaved) {
     EXPECT_TRUE(saved->machine().ledger().empty());
 }
 
+TEST_F(Program, WrongUsageIsSaidSo) {
+    process.start(UPDATER_PROGRAM, QStringList{});
+    ASSERT_TRUE(process.waitForFinished(patienceMilliseconds));
+    EXPECT_EQ(process.exitCode(), 2);
+    EXPECT_TRUE(process.readAllStandardError().contains("machine"));
+}
+
 TEST_F(Program, MachineThatCannotBeOpenedIsSaidSo) {
     const auto missing = directory.path() / "nowhere";
     start(missing);

@@ -3,6 +3,7 @@
 #include <array>
 #include <ostream>
 
+#include "tools/CardModels.h"
 #include "tools/cardsim/FaultCommands.h"
 #include "tools/cardsim/IdentityText.h"
 
@@ -12,13 +13,12 @@ namespace {
 using simulator::Card;
 using simulator::FpgaConfiguration;
 
-constexpr std::array kModelNames{"VornMX-A", "VornMX-B", "VornMX-C", "Vorn K40", "Vorn DX8", "Vorn DX8-XS"};
 constexpr std::array kMonthNames{"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                  "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
 
 std::string modelName(uint8_t code) {
-    const std::size_t index = static_cast<std::size_t>(code) - simulator::kFirstModelCode;
-    return index < kModelNames.size() ? kModelNames[index] : "model " + hexadecimal(code, 2);
+    const tools::CardModel* const model = tools::modelCoded(code);
+    return model != nullptr ? std::string(model->name) : "model " + hexadecimal(code, 2);
 }
 
 std::string boardName(uint8_t revision) {

@@ -1,34 +1,12 @@
 #include "tools/xsvf/ImageName.h"
 
-#include <algorithm>
-#include <array>
-
 namespace tools {
 
 namespace {
 
-constexpr std::array<CardModel, 6> models = {{
-    {"VornMX-A", "VMA", 0x20},
-    {"VornMX-B", "VMB", 0x21},
-    {"VornMX-C", "VMC", 0x22},
-    {"K40", "K40", 0x23},
-    {"DX8", "DX8", 0x24},
-    {"DX8-XS", "DSX", 0x25},
-}};
-
 constexpr std::string_view boardWithoutRevision = "NC";
 
 }  // namespace
-
-std::span<const CardModel> cardModels() {
-    return models;
-}
-
-const CardModel* modelNamed(std::string_view name) {
-    const auto* found = std::find_if(models.begin(), models.end(),
-                                     [=](const CardModel& model) { return model.name == name; });
-    return found != models.end() ? found : nullptr;
-}
 
 std::optional<uint8_t> boardRevisionNamed(std::string_view board) {
     if (board == boardWithoutRevision) {

@@ -6,22 +6,12 @@
 
 #include <cstdint>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 
+#include "tools/CardModels.h"
+
 namespace tools {
-
-struct CardModel {
-    std::string_view name;
-    std::string_view tag;  // in file names
-    uint8_t code;          // in the device ID register
-};
-
-[[nodiscard]] std::span<const CardModel> cardModels();
-
-// The model of that name, or null.
-[[nodiscard]] const CardModel* modelNamed(std::string_view name);
 
 // The revision of a board given by its letter, A for 1, or by "NC" for a board without one, 0. Nothing for
 // other texts.

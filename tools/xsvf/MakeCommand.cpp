@@ -84,14 +84,6 @@ std::string checkDate(const std::string& text) {
     return firmwareDate(text) ? "" : "A date is written like 2006-03-17 and lies in 2000 to 2015.";
 }
 
-std::vector<std::string> modelNames() {
-    std::vector<std::string> names;
-    for (const CardModel& model : cardModels()) {
-        names.emplace_back(model.name);
-    }
-    return names;
-}
-
 }  // namespace
 
 void addMakeCommand(CLI::App& program) {

@@ -25,7 +25,8 @@ constexpr OSType FourCharacters(const char (&text)[5]) {
            static_cast<OSType>(static_cast<uint8_t>(text[2])) << 8 | static_cast<uint8_t>(text[3]);
 }
 
-// Converts a NUL-terminated text, cutting it at 255 bytes and there at the end of a whole character.
+// Converts a NUL-terminated text, cutting it at 255 bytes and there at the end of a whole character. It is
+// the Mac's own; the framework, which knows no Mac service, has PascalFromText for itself.
 void CopyCStringToPascal(const char* source, Str255 destination);
 
 // Compares two Pascal strings; upper and lower case and diacritical marks count.

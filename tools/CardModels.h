@@ -1,0 +1,61 @@
+#pragma once
+
+// The card models: what people, image files and the device ID register call them.
+
+#include <array>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tools {
+
+struct CardModel {
+    std::string_view name;
+    std::string_view shortName;  // the name again for a model without one
+    std::string_view tag;        // in the names of image files
+    uint8_t code;                // in the device ID register
+};
+
+inline constexpr std::array<CardModel, 6> kCardModels = {{
+    {"VornMX-A", "VornMX-A", "VMA", 0x20},
+    {"VornMX-B", "VornMX-B", "VMB", 0x21},
+    {"VornMX-C", "VornMX-C", "VMC", 0x22},
+    {"Vorn K40", "K40", "K40", 0x23},
+    {"Vorn DX8", "DX8", "DX8", 0x24},
+    {"Vorn DX8-XS", "DX8-XS", "DSX", 0x25},
+}};
+
+// The model of that name or short name, or null.
+[[nodiscard]] constexpr const CardModel* modelNamed(std::string_view name) {
+    for (const CardModel& model : kCardModels) {
+        if (name == model.name || name == model.shortName) {
+            return &model;
+        }
+    }
+    return nullptr;
+}
+
+// The model of that code, or null.
+[[nodiscard]] constexpr const CardModel* modelCoded(uint8_t code) {
+    for (const CardModel& model : kCardModels) {
+        if (code == model.code) {
+            return &model;
+        }
+    }
+    return nullptr;
+}
+
+// Every name that modelNamed knows.
+[[nodiscard]] inline std::vector<std::string> modelNames() {
+    std::vector<std::string> names;
+    for (const CardModel& model : kCardModels) {
+        names.emplace_back(model.name);
+        if (model.shortName != model.name) {
+            names.emplace_back(model.shortName);
+        }
+    }
+    return names;
+}
+
+}  // namespace tools

@@ -29,8 +29,8 @@ class SimulatedHost final : public Host {
     SimulatedHost(Machine& machine, std::filesystem::path bundleDirectory, AdministratorPrompt prompt = {});
 
     std::filesystem::path bundleDirectory() override { return bundleDirectory_; }
-    // A card publishes its service when its FPGA found its configuration at power-up and a driver is there for
-    // it. When the card vanishes from the bus, its service stays until nobody has it open.
+    // A card publishes its service when its FPGA found its configuration at power-up and a driver is there
+    // for it. When the card vanishes from the bus, its service stays until nobody has it open.
     std::vector<uint64_t> servicesOfClass(std::string_view className) override;
     std::optional<uint32_t> openService(uint64_t service) override;
     bool closeConnection(uint32_t connection) override;

@@ -37,8 +37,6 @@ class Object {
         return *found;
     }
 
-    [[nodiscard]] bool has(const std::string& key) const { return json_.contains(key); }
-
     Object object(const std::string& key) { return {at(key), pathOf(key)}; }
 
     std::vector<Object> objects(const std::string& key) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "simulator/MachineError.h"
+#include "tools/CardModels.h"
 #include "tools/cardsim/IdentityText.h"
 #include "tools/xsvf/FirmwareDate.h"
 #include "tools/xsvf/ImageName.h"
@@ -154,13 +155,6 @@ void addDescription(CLI::App& command, CardOptions& options) {
         ->type_name("YYYY-MM-DD");
 }
 
-std::vector<std::string> modelNames() {
-    std::vector<std::string> names;
-    for (const tools::CardModel& model : tools::cardModels())
-        names.emplace_back(model.name);
-    return names;
-}
-
 }  // namespace
 
 void addCardCommands(CLI::App& program, Context& context) {
@@ -174,7 +168,7 @@ void addCardCommands(CLI::App& program, Context& context) {
     CLI::App* const addition = add("add", "Plug a card into a machine that is off", addCard);
     addition->add_option("--model", options->model, "Card model")
         ->required()
-        ->check(CLI::IsMember(modelNames()));
+        ->check(CLI::IsMember(tools::modelNames()));
     addDescription(*addition, *options);
 
     addCardNumber(*add("remove", "Pull a card out of a machine that is off, for good", removeCard),

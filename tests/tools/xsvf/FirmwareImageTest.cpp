@@ -6,6 +6,7 @@
 #include "hw/ApplicationHooks.h"
 #include "hw/JtagPort.h"
 #include "simulator/SimulatedHost.h"
+#include "tests/support/AllocationCounter.h"
 
 uint32_t gSerialNumber = 0;
 void AllowNextEvent() {}
@@ -16,13 +17,13 @@ bool ShowAlert(const char*, const char*) {
 
 namespace {
 
-TEST(FirmwareImage, replacesWhatAPromHoldsAndComparesIt) {
-    const auto before = simulator::encodeConfiguration({0x21, 1, 'M', 10, 0x5C1F});
+TEST(FirmwareImage, replacesWhatAPromHoldsAndAllocatesNothing) {
+    const auto old = simulator::encodeConfiguration({0x21, 1, 'M', 10, 0x5C1F});
     const auto after = simulator::encodeConfiguration({0x21, 1, 'W', 12, 0x6311});
     auto image = tools::makeFirmwareImage(std::span<const uint8_t, simulator::kPromBytes>(after));
     for (const bool otherExpectation : {false, true}) {
         simulator::Machine machine;
-        simulator::Card& card = machine.addCard({"Card", "Slot", 0x21, 1}, {before, 0x21307015, 0});
+        simulator::Card& card = machine.addCard({"Card", "Slot", 0x21, 1}, {old, 0x21307015, 0});
         machine.powerOn();
         simulator::SimulatedHost host(machine, {});
         InstallHost(&host);
@@ -31,7 +32,9 @@ TEST(FirmwareImage, replacesWhatAPromHoldsAndComparesIt) {
 
         image[image.size() - 300] ^= otherExpectation ? 1 : 0;  // in the last page
         tagSXsvfInfo info;
+        const std::size_t before = allocations;
         PlayOnCard(&info, image.data(), static_cast<uint32_t>(image.size()));
+        EXPECT_EQ(allocations, before);
         InstallHost(nullptr);
         EXPECT_EQ(info.iResult, otherExpectation ? kXsvfMaxRetries : kXsvfNoError);
         const auto pages = card.cells().pages();

@@ -37,16 +37,16 @@ std::vector<uint8_t> twoPageImage(const TwoPageRecipe& recipe) {
     if (recipe.erases) {
         select(Prom::eraseInstruction, recipe.eraseMicroseconds);
     }
-    for (const uint32_t page : {0, 1}) {
+    for (const uint32_t page : {0U, 1U}) {
         atPage(page, Prom::pageDataInstruction);
         xsvf.XTDOMASK(1);
-        xsvf.XSDRTDO(pageByte(page) << 1, 0);
+        xsvf.XSDRTDO(uint64_t{pageByte(page)} << 1, 0);
         select(Prom::programInstruction, recipe.programMicroseconds);
     }
-    for (const uint32_t page : {0, 1}) {
+    for (const uint32_t page : {0U, 1U}) {
         atPage(page, Prom::readPageInstruction);
         xsvf.XTDOMASK(everyBit);
-        xsvf.XSDRTDO(0, pageByte(page) << 1);
+        xsvf.XSDRTDO(0, uint64_t{pageByte(page)} << 1);
     }
     xsvf.XCOMPLETE();
     return image;

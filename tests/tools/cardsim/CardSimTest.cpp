@@ -135,7 +135,7 @@ TEST_F(CardSimTest, TakesPromsOutAndComparesThem) {
     select(simulator::Prom::enterProgrammingInstruction, 0);
     xsvf.XSDRSIZE(7);
     xsvf.XSDRE(0);
-    for (const uint32_t page : {3, 4, 6}) {
+    for (const uint32_t page : {3U, 4U, 6U}) {
         select(simulator::Prom::addressInstruction, 0);
         xsvf.XSDRSIZE(17);
         xsvf.XSDRE(page * simulator::Prom::kPageAddressStep << 1);

@@ -33,7 +33,7 @@ TEST_F(FaultTest, ChainFaults) {
     } kCases[] = {{FaultKind::tdoStuckLow, false, Prom::userCodeInstruction},
                   {FaultKind::tdoStuckHigh, true, Prom::userCodeInstruction},
                   {FaultKind::chainBroken, true, Prom::bypassInstruction}};
-    for (const std::size_t index : {0, 1}) {
+    for (const std::size_t index : {0U, 1U}) {
         Probe probe(host_, index);
         probe.reset();
         Card& card = machine_.card(index);

@@ -6,7 +6,7 @@
 #include <fstream>
 
 #include "simulator/DefaultMachine.h"
-#include "tests/whole/UpdaterSession.h"
+#include "tests/whole/FirstCardUpdate.h"
 #include "xsvf/Assembler.h"
 
 namespace {
@@ -18,18 +18,10 @@ using Alerts = std::vector<Alert>;
 const Alert noNewFirmware = {"Error", "Unable to determine New Firmware Version!"};
 const Alert noSuitableFirmware = {"Error", "Could not find suitable firmware for the selected card."};
 const Alert upToDate = {"Error", "The firmware on your card is already up to date!"};
-const Alert confirmation = {"Firmware Update Confirmation",
-                            "About to program your VornMX-B with Firmware Version 12"};
-const Alert failure = {
-    "EEPROM Programming Failure",
-    "Updating the Firmware on the VornMX/K40/DX8 FAILED!\nDo NOT turn off the power to your "
-    "computer before successfully updating the VornMX/K40/DX8 Firmware!"};
-
 Alert playerFailure(const char* title) {
     return {title, "EEPROM Programming Failure!"};
 }
 
-constexpr const char* imageName = "VMBM12A.xsv";
 const std::vector<uint8_t> emptyProgram = {0x00};
 
 class Alerting : public testing::Test {

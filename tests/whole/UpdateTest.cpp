@@ -12,16 +12,11 @@
 #include "hw/PromPrograms.h"
 #include "simulator/DefaultMachine.h"
 #include "tests/whole/ExpectedAccesses.h"
-#include "tests/whole/UpdaterSession.h"
+#include "tests/whole/FirstCardUpdate.h"
 
 namespace {
 
 using Alerts = std::vector<UpdaterSession::Alert>;
-
-constexpr uint32_t identityOfVornMX = 0x21307015;
-
-const UpdaterSession::Alert confirmation = {"Firmware Update Confirmation",
-                                            "About to program your VornMX-B with Firmware Version 12"};
 
 std::vector<uint8_t> bytesOf(const std::filesystem::path& file) {
     std::ifstream stream(file, std::ios::binary);
@@ -78,7 +73,7 @@ TEST_F(Update, WritesTheFirmwareAndShowsItAfterThePowerCycle) {
     }
     EXPECT_FALSE(machine.isOn());
     EXPECT_TRUE(machine.ledger().empty());
-    EXPECT_EQ(card().identity(), identityOfVornMX);
+    EXPECT_EQ(card().identity(), identity);
 
     // The image, then the identity written, protected and read back; the read fails nine times on purpose.
     const std::vector<uint8_t> image = bytesOf(bundle.resource("VMBM12A.xsv"));
@@ -118,7 +113,7 @@ TEST_F(Update, FailedWriteKeepsTheIdentityAndCanBeTriedAgain) {
         session.click("UPDT");
         EXPECT_EQ(session.shownStatePanes(), "ITX0 ITX1 ITX2 CLOS UPDT");
         EXPECT_TRUE(session.isEnabled("CRDS"));
-        EXPECT_EQ(card().identity(), identityOfVornMX);
+        EXPECT_EQ(card().identity(), identity);
         EXPECT_FALSE(card().acceptableConfiguration());
 
         bundle.addImage("VMBM12A.xsv", image);
@@ -127,17 +122,13 @@ TEST_F(Update, FailedWriteKeepsTheIdentityAndCanBeTriedAgain) {
     });
     EXPECT_EQ(
         session.alerts,
-        (Alerts{confirmation,
-                {"Illegal Command Error", "EEPROM Programming Failure!"},
-                {"EEPROM Programming Failure",
-                 "Updating the Firmware on the VornMX/K40/DX8 FAILED!\nDo NOT turn off the power to your "
-                 "computer before successfully updating the VornMX/K40/DX8 Firmware!"},
-                confirmation}));
+        (Alerts{
+            confirmation, {"Illegal Command Error", "EEPROM Programming Failure!"}, failure, confirmation}));
     // Quitting without the power-down leaves the machine on.
     EXPECT_TRUE(machine.isOn());
     ASSERT_TRUE(card().acceptableConfiguration());
     EXPECT_EQ(card().acceptableConfiguration()->version, 12);
-    EXPECT_EQ(card().identity(), identityOfVornMX);
+    EXPECT_EQ(card().identity(), identity);
     EXPECT_TRUE(machine.ledger().empty());
 }
 

@@ -6,6 +6,8 @@
 #include <sstream>
 
 #include "simulator/MachineDirectory.h"
+#include "tests/support/TemporaryDirectory.h"
+#include "xsvf/Assembler.h"
 
 namespace cardsim {
 
@@ -30,6 +32,7 @@ class CardSimTest : public testing::Test {
     }
 
     fs::path folder_;
+    TemporaryDirectory other_;
     std::ostringstream out_, err_;
 };
 
@@ -64,10 +67,135 @@ TEST_F(CardSimTest, AMachineCanDoWithoutADriver) {
     EXPECT_TRUE(says("Driver      resident\n"));
 }
 
+TEST_F(CardSimTest, PlugsChangesAndPullsCards) {
+    ASSERT_EQ(runWith({"make", folder_}), kDone);
+    ASSERT_EQ(runWith({"add", folder_, "--model", "VornMX-C", "--board", "B", "--firmware", "M3", "--date",
+                       "2005-01-02", "--identity", "2203070021"}),
+              kDone)
+        << err_.str();
+    ASSERT_EQ(runWith({"add", folder_, "--model", "K40", "--name", "Second", "--location", "Shelf"}), kDone);
+    ASSERT_EQ(runWith({"change", folder_, "1", "--firmware", "W9"}), kDone);
+    ASSERT_EQ(runWith({"change", folder_, "1", "--date", "2006-02-01", "--protection", "5"}), kDone);
+    ASSERT_EQ(runWith({"change", folder_, "2", "--identity", "blank", "--board", "NC", "--name", "Renamed"}),
+              kDone);
+    ASSERT_EQ(runWith({"power-cycle", folder_}), kDone);
+    for (const std::string refused : {"add", "remove"}) {
+        std::vector<std::string> arguments{refused, folder_};
+        refused == "add" ? arguments.insert(arguments.end(), {"--model", "DX8"})
+                         : arguments.insert(arguments.end(), {"1"});
+        EXPECT_EQ(runWith(arguments), kFailed) << "the machine is on";
+    }
+    ASSERT_EQ(runWith({"power-off", folder_}), kDone);
+    ASSERT_EQ(runWith({"remove", folder_, "3"}), kDone);
+    EXPECT_TRUE(says("Removed Vorn DX8 in PCI slot 3"));
+    ASSERT_EQ(runWith({"power-cycle", folder_}), kDone);
+    ASSERT_EQ(runWith({"show", folder_}), kDone);
+    for (const char* text :
+         {"Running     VornMX-B, board A, firmware W 9 of 1 Feb 2006", "Identity    2103070021",
+          "Protection  0x5", "Card 2: Renamed in PCI slot 2\n  Board       Vorn K40, board without revision",
+          "Card 3: Vorn DX8-XS", "Card 4: VornMX-C in PCI slot 5", "Identity    2203070021 (0x22307015)",
+          "Running     VornMX-C, board B, firmware M 3 of 2 Jan 2005", "Card 5: Second in Shelf",
+          "Identity    blank", "Running     no configuration", "Lamp        off"})
+        EXPECT_TRUE(says(text)) << text << out_.str();
+    EXPECT_FALSE(fs::exists(folder_ / "card-3.prom"));
+}
+
+TEST_F(CardSimTest, BreaksAndMendsCards) {
+    ASSERT_EQ(runWith({"make", folder_}), kDone);
+    ASSERT_EQ(runWith({"fault", "inject", folder_, "1", "page-misread", "--page", "7", "--times", "4",
+                       "--at-access", "1000"}),
+              kDone)
+        << err_.str();
+    ASSERT_EQ(runWith({"fault", "inject", folder_, "2", "foreign-identification", "--code", "0x1234"}),
+              kDone);
+    ASSERT_EQ(
+        runWith({"fault", "inject", folder_, "2", "slow-programming", "--factor", "3", "--at-clock", "9"}),
+        kDone);
+    ASSERT_EQ(runWith({"fault", "inject", folder_, "3", "power-lost"}), kDone);
+    ASSERT_EQ(runWith({"power-cycle", folder_}), kDone);
+    EXPECT_TRUE(says("The machine lost its power and is off."));
+    ASSERT_EQ(runWith({"power-cycle", folder_}), kDone);
+    ASSERT_EQ(runWith({"show", folder_}), kDone);
+    for (const char* text : {"Power       on", "page-misread, page 7, 4 times, at access 1000 (waiting)",
+                             "foreign-identification, code 0x00001234 (has struck)",
+                             "slow-programming, factor 3, at clock 9 (waiting)", "power-lost (has struck)"})
+        EXPECT_TRUE(says(text)) << text << out_.str();
+
+    EXPECT_EQ(runWith({"fault", "clear", folder_, "1", "tdo-low"}), kFailed);
+    EXPECT_EQ(runWith({"fault", "clear", folder_, "2", "slow-programming"}), kDone);
+    EXPECT_TRUE(says("Cleared 1 fault."));
+    EXPECT_EQ(runWith({"fault", "clear", folder_}), kDone);
+    EXPECT_TRUE(says("Cleared 3 faults."));
+    ASSERT_EQ(runWith({"show", folder_}), kDone);
+    EXPECT_FALSE(says("Fault"));
+    ASSERT_EQ(runWith({"fault", "kinds"}), kDone);
+    EXPECT_TRUE(says("service-silent"));
+}
+
+// A small image that writes pages 3, 4 and 6, one of them with something else than the card will hold.
+TEST_F(CardSimTest, TakesPromsOutAndComparesThem) {
+    std::vector<uint8_t> image;
+    XsvfAssembler<std::vector<uint8_t>> xsvf(image);
+    const auto select = [&](uint32_t instruction, uint32_t microseconds) {
+        xsvf.XRUNTEST(microseconds);
+        xsvf.XSIR(13, instruction << 5 | simulator::Fpga::kBypass);
+        xsvf.XRUNTEST(0);
+    };
+    select(simulator::Prom::enterProgrammingInstruction, 0);
+    xsvf.XSDRSIZE(7);
+    xsvf.XSDRE(0);
+    for (const uint32_t page : {3U, 4U, 6U}) {
+        select(simulator::Prom::addressInstruction, 0);
+        xsvf.XSDRSIZE(17);
+        xsvf.XSDRE(page * simulator::Prom::kPageAddressStep << 1);
+        select(simulator::Prom::pageDataInstruction, 0);
+        xsvf.XSDRSIZE(4097);
+        xsvf.XSDRE(page << 1);
+        select(simulator::Prom::programInstruction, simulator::Prom::kProgramMicroseconds);
+    }
+    const fs::path imageFile = other_.path() / "image.xsv";
+    const fs::path promFile = other_.path() / "content.prom";
+    simulator::replaceFile(imageFile, image);
+    ASSERT_EQ(runWith({"make", folder_}), kDone);
+    EXPECT_EQ(runWith({"prom", "compare", folder_, "1", imageFile}), kFailed) << "it has no end";
+    image.push_back(0);
+    simulator::replaceFile(imageFile, image);
+    EXPECT_EQ(runWith({"prom", "compare", folder_, "1", imageFile}), kDifferent) << err_.str();
+    EXPECT_TRUE(says("0 of the 3 pages")) << out_.str();
+    EXPECT_TRUE(says("Different: 3 to 4, 6.")) << out_.str();
+
+    ASSERT_EQ(runWith({"prom", "dump", folder_, "1", promFile}), kDone);
+    std::vector<uint8_t> content = simulator::readFile(promFile);
+    ASSERT_EQ(content.size(), 262149U);
+    for (const uint8_t page : {uint8_t{3}, uint8_t{4}, uint8_t{6}}) {
+        std::fill_n(content.begin() + page * 512, 512, uint8_t{0});
+        content[page * std::size_t{512}] = page;
+    }
+    content.resize(262144);  // the pages alone
+    simulator::replaceFile(promFile, content);
+    ASSERT_EQ(runWith({"prom", "load", folder_, "2", promFile}), kDone);
+    EXPECT_EQ(runWith({"prom", "compare", folder_, "2", imageFile}), kDone);
+    ASSERT_EQ(runWith({"show", folder_}), kDone);
+    EXPECT_TRUE(says("2304190204")) << "the identity stays";
+    content.pop_back();
+    simulator::replaceFile(promFile, content);
+    EXPECT_EQ(runWith({"prom", "load", folder_, "2", promFile}), kFailed);
+    EXPECT_NE(err_.str().find("262143 bytes long"), std::string::npos);
+}
+
 TEST_F(CardSimTest, ComplaintsAndExitCodes) {
     EXPECT_EQ(runWith({"--help"}), kDone);
     for (const std::vector<std::string>& wrong :
-         {std::vector<std::string>{}, {"show"}, {"dance", folder_}, {"show", folder_, "more"}}) {
+         {std::vector<std::string>{},
+          {"show"},
+          {"dance", folder_},
+          {"show", folder_, "more"},
+          {"fault", "inject", folder_, "1", "tdo-down"},
+          {"fault", "inject", folder_, "1", "tdo-low", "--page", "1"},
+          {"fault", "inject", folder_, "1", "page-misread", "--page", "1"},
+          {"fault", "inject", folder_, "1", "page-not-taken", "--page", "512"},
+          {"change", folder_, "1", "--identity", "2116070021"},
+          {"change", folder_, "1", "--firmware", "X7"}}) {
         EXPECT_EQ(runWith(wrong), kWrongUsage);
         EXPECT_FALSE(err_.str().empty());
     }
@@ -75,6 +203,8 @@ TEST_F(CardSimTest, ComplaintsAndExitCodes) {
     EXPECT_EQ(err_.str().find("cardsim: " + (folder_ / "none").string() + ": "), 0U) << err_.str();
     ASSERT_EQ(runWith({"make", folder_}), kDone);
     EXPECT_EQ(runWith({"make", folder_}), kFailed) << "an existing machine is not overwritten";
+    EXPECT_EQ(runWith({"fault", "inject", folder_, "5", "tdo-low"}), kFailed);
+    EXPECT_EQ(err_.str(), "cardsim: there is no card 5; the machine has 4.\n");
 }
 
 }  // namespace cardsim

@@ -43,7 +43,8 @@ bool mapRange(io_connect_t connection, uint32_t memoryType, void** base, uint32_
         kIOReturnSuccess) {
         return false;
     }
-    *base = reinterpret_cast<void*>(address);
+    // The Mac hands addresses out as numbers.
+    *base = reinterpret_cast<void*>(address);  // NOLINT(performance-no-int-to-ptr)
     return true;
 }
 
@@ -111,10 +112,10 @@ int GetCardInformation(uint32_t connection, char* name, char* location) {
     if (!askForInformation(connection, information)) {
         return 0;
     }
-    // A driver terminates both texts; one that does not must not write past the caller's buffers.
+    // A driver terminates both texts; one that does not must not hand out texts without an end.
     information[kCardTextBytes - 1] = '\0';
     information[kInformationBytes - 1] = '\0';
-    std::strcpy(name, information);
-    std::strcpy(location, information + kCardTextBytes);
+    std::memcpy(name, information, kCardTextBytes);
+    std::memcpy(location, information + kCardTextBytes, kCardTextBytes);
     return 1;
 }

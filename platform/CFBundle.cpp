@@ -76,6 +76,7 @@ CFArrayRef CFBundleCopyResourceURLsOfType(CFBundleRef bundle, CFStringRef type, 
     }
     std::sort(paths.begin(), paths.end());
     std::vector<CFTypeRef> urls;
+    urls.reserve(paths.size());
     for (const auto& path : paths) {
         urls.push_back(CFObjects::addURL(path));
     }

@@ -29,15 +29,15 @@ int runOn(const std::string& folder) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    CLI::App arguments("Updates the firmware of the cards in a simulated machine.");
-    std::string folder;
-    arguments.add_option("machine", folder, "The machine's folder, as cardsim makes it")->required();
     try {
-        arguments.parse(argc, argv);
-    } catch (const CLI::ParseError& error) {
-        return arguments.exit(error) == 0 ? 0 : 2;
-    }
-    try {
+        CLI::App arguments("Updates the firmware of the cards in a simulated machine.");
+        std::string folder;
+        arguments.add_option("machine", folder, "The machine's folder, as cardsim makes it")->required();
+        try {
+            arguments.parse(argc, argv);
+        } catch (const CLI::ParseError& error) {
+            return arguments.exit(error) == 0 ? 0 : 2;
+        }
         return runOn(folder);
     } catch (const std::exception& error) {
         std::fprintf(stderr, "vupdater-simulated: %s\n", error.what());

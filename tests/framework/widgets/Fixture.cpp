@@ -15,24 +15,6 @@
 #include "framework/widgets/UControlRegistry.h"
 #include "framework/widgets/UResources.h"
 
-namespace {
-
-// Calls a function once, when the event posted to it arrives.
-class Caller : public QObject {
-  public:
-    explicit Caller(const std::function<void()>& function) : mFunction(function) {}
-
-    void customEvent(QEvent* /*event*/) override {
-        deleteLater();
-        mFunction();
-    }
-
-  private:
-    std::function<void()> mFunction;
-};
-
-}  // namespace
-
 SampleApplication::SampleApplication() {
     UResources::UseFolder(LAYOUTS);
     URegistrar::RegisterClass<LDialogBox>();
@@ -80,7 +62,7 @@ void SampleApplication::listenTo(const char* name) {
 }
 
 void inEventLoop(const std::function<void()>& function) {
-    QCoreApplication::postEvent(new Caller(function), new QEvent(QEvent::User));
+    QMetaObject::invokeMethod(qApp, function, Qt::QueuedConnection);
 }
 
 void pressKey(QWidget& window, Qt::Key key, Qt::KeyboardModifiers modifiers) {

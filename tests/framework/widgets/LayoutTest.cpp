@@ -4,11 +4,7 @@
 #include <QTemporaryDir>
 #include <map>
 
-#include "framework/core/LBroadcaster.h"
 #include "framework/core/LException.h"
-#include "framework/widgets/LControl.h"
-#include "framework/widgets/LPopupButton.h"
-#include "framework/widgets/LProgressBar.h"
 #include "framework/widgets/LStaticText.h"
 #include "framework/widgets/UModalDialogs.h"
 #include "framework/widgets/UResources.h"
@@ -62,37 +58,16 @@ class LayoutAtFontSize : public testing::TestWithParam<int> {
     QFont mBefore;
 };
 
-// Writes one layout and looks for layouts there from now on.
-void useLayout(const QTemporaryDir& folder, const char* name, const char* content) {
-    QFile file(folder.filePath(name));
-    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(content);
-    UResources::UseFolder(folder.path().toStdString());
-}
-
 }  // namespace
 
-TEST(Layout, WindowHoldsEveryPaneWithItsMessage) {
+TEST(Layout, PanesAreFoundByTheirIDsOnly) {
     SampleApplication application;
     application.openWindow();
-    for (const char* name : {"CRDS", "CLOS", "UPDT", "POWR"}) {
-        EXPECT_NO_THROW(application.pane<LBroadcaster>(name));
-        EXPECT_EQ(application.pane<LControl>(name).GetValueMessage(), CodeFromName(name));
-    }
-    for (const char* name : {"ITX0", "ITX1", "ITX2", "PTX0", "PTX1", "FTX0", "FTX1", "FTX2"}) {
-        EXPECT_FALSE(application.pane<LStaticText>(name).text().isEmpty()) << name;
-    }
-    for (const char* name : kInformationPanes) {
-        EXPECT_TRUE(application.pane<LStaticText>(name).text().isEmpty()) << name;
-    }
-    auto& bar = application.pane<LProgressBar>("PGRS");
-    for (const auto& [value, shown] : {std::pair{0, 0}, {700, 700}, {1001, 1000}, {-1, 0}}) {
-        bar.SetValue(value);
-        EXPECT_EQ(bar.GetValue(), shown);
-    }
-    EXPECT_NO_THROW(application.pane<LPopupButton>("CRDS"));
+    EXPECT_NE(application.window->FindPaneByID(FourCharCode("PGRS")), nullptr);
     EXPECT_EQ(application.window->FindPaneByID(FourCharCode("NONE")), nullptr);
     EXPECT_EQ(application.window->FindPaneByID(0), nullptr) << "widgets without an ID are not panes";
+    Str255 text = {0};
+    EXPECT_THROW(UModalDialogs::AskForOneString(&application, 129, 1102, text), LException);
 }
 
 TEST(Layout, TextIsShownCharacterForCharacter) {
@@ -137,42 +112,18 @@ INSTANTIATE_TEST_SUITE_P(OneAndTwoTimes, LayoutAtFontSize, testing::Values(1, 2)
 TEST(Layout, UnusableLayoutsAreToldOfAndYieldNoWindow) {
     SampleApplication application;
     const QTemporaryDir folder;
-    const std::pair<const char*, const char*> cases[] = {
-        {"window-1.ui", "<ui version=\"4.0\"><widget class="},
-        {"window-2.ui", "<ui version=\"4.0\"><widget class=\"QWidget\" name=\"w\"/></ui>"},
-        {"window-3.ui", ""},
-    };
-    for (const auto& [name, content] : cases) {
-        useLayout(folder, name, content);
+    UResources::UseFolder(folder.path().toStdString());
+    for (const char* layout : {"<ui version=\"4.0\"><widget class=",
+                               "<ui version=\"4.0\"><widget class=\"QWidget\" name=\"w\"/></ui>", ""}) {
+        QFile file(folder.filePath("window-1.ui"));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(layout);
+        file.close();
         testing::internal::CaptureStderr();
-        EXPECT_EQ(LWindow::CreateWindow(name[7] - '0', &application), nullptr);
-        EXPECT_NE(testing::internal::GetCapturedStderr().find("window"), std::string::npos) << name;
+        EXPECT_EQ(LWindow::CreateWindow(1, &application), nullptr);
+        EXPECT_NE(testing::internal::GetCapturedStderr().find("window"), std::string::npos) << layout;
     }
     testing::internal::CaptureStderr();
     EXPECT_EQ(LWindow::CreateWindow(4, &application), nullptr);
     EXPECT_NE(testing::internal::GetCapturedStderr().find("window-4.ui"), std::string::npos);
-}
-
-TEST(Layout, ClassesThatNobodyRegisteredAreNoPanes) {
-    SampleApplication application;
-    const QTemporaryDir folder;
-    useLayout(folder, "window-1.ui",
-              "<ui version=\"4.0\"><widget class=\"LWindow\" name=\"w\"><widget class=\"QWidget\" name=\"c\">"
-              "<widget class=\"LUnheardOf\" name=\"MODL\"/></widget></widget><customwidgets><customwidget>"
-              "<class>LUnheardOf</class><extends>QLabel</extends></customwidget></customwidgets></ui>");
-    LWindow* window = LWindow::CreateWindow(1, &application);
-    ASSERT_NE(window, nullptr) << "a missing menu bar is no reason to have no window";
-    EXPECT_NE(window->findChild<QLabel*>("MODL"), nullptr);
-    EXPECT_EQ(window->FindPaneByID(FourCharCode("MODL")), nullptr);
-}
-
-TEST(Layout, DialogWithoutItsEditFieldThrows) {
-    SampleApplication application;
-    Str255 text = {0};
-    try {
-        UModalDialogs::AskForOneString(&application, 129, 1102, text);
-        FAIL();
-    } catch (const LException& exception) {
-        EXPECT_EQ(exception.GetErrorCode(), LException::kNilPointer);
-    }
 }

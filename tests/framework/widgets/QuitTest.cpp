@@ -2,7 +2,6 @@
 #include <QMessageBox>
 #include <csignal>
 
-#include "framework/widgets/LEditField.h"
 #include "framework/widgets/StandardAlert.h"
 #include "framework/widgets/UModalAlerts.h"
 #include "framework/widgets/UModalDialogs.h"
@@ -18,7 +17,6 @@ struct Way {
 const Way kWays[] = {
     {"CloseBox", [](LWindow& window) { window.close(); }},
     {"Shortcut", [](LWindow& window) { pressKey(window, Qt::Key_Q, Qt::ControlModifier); }},
-    {"Command", [](LWindow& window) { window.ObeyCommand(kCommandQuit); }},
     {"QuitEvent",
      [](LWindow& /*window*/) {
          QEvent event(QEvent::Quit);
@@ -26,7 +24,6 @@ const Way kWays[] = {
          EXPECT_EQ(event.isAccepted(), LApplication::Current()->IsQuitting());
      }},
     {"Terminate", [](LWindow& /*window*/) { std::raise(SIGTERM); }},
-    {"Interrupt", [](LWindow& /*window*/) { std::raise(SIGINT); }},
     {"HangUp", [](LWindow& /*window*/) { std::raise(SIGHUP); }},
 };
 
@@ -43,10 +40,6 @@ int16_t showStandardAlert() {
     int16_t hit = 0;
     EXPECT_EQ(StandardAlert(kAlertCautionAlert, title, explanation, &parameters, &hit), 0);
     return hit;
-}
-
-bool askForString(Str255 text) {
-    return UModalDialogs::AskForOneString(LApplication::Current(), 129, 1101, text);
 }
 
 // Does something with the dialog that is up when the event loop gets to it.
@@ -103,35 +96,10 @@ TEST(Alerts, AreAnsweredByKeyboard) {
     EXPECT_EQ(showStandardAlert(), kAlertStdAlertOKButton);
     answerWith(Qt::Key_Escape);
     EXPECT_EQ(showStandardAlert(), kAlertStdAlertCancelButton);
-    for (const int32_t alert : {129, 130}) {
-        answerWith(Qt::Key_Return);
-        EXPECT_EQ(UModalAlerts::Alert(alert), UModalAlerts::kItemOK);
-        answerWith(Qt::Key_Escape);
-        EXPECT_EQ(UModalAlerts::Alert(alert), UModalAlerts::kItemCancel);
-    }
-}
-
-TEST(Alerts, TextIsEditedFromItsPreviousValue) {
-    SampleApplication application;
-    application.openWindow();
-    Str255 text;
-    PascalFromText("2103", text);
-    whenDialogIsUp([](QWidget& dialog) {
-        auto* field = dynamic_cast<LEditField*>(FindPaneByID(dialog, 1101));
-        ASSERT_NE(field, nullptr);
-        EXPECT_EQ(field->text(), "2103");
-        EXPECT_EQ(dialog.focusWidget(), field);
-        pressKey(dialog, Qt::Key_7);  // replaces the selected text
-        pressKey(dialog, Qt::Key_Return);
-    });
-    EXPECT_TRUE(askForString(text));
-    EXPECT_EQ(TextOfPascal(text), "7");
-    whenDialogIsUp([](QWidget& dialog) {
-        pressKey(dialog, Qt::Key_8);
-        pressKey(dialog, Qt::Key_Escape);
-    });
-    EXPECT_FALSE(askForString(text));
-    EXPECT_EQ(TextOfPascal(text), "7") << "cancelling leaves the text alone";
+    answerWith(Qt::Key_Return);
+    EXPECT_EQ(UModalAlerts::Alert(130), UModalAlerts::kItemOK);
+    answerWith(Qt::Key_Escape);
+    EXPECT_EQ(UModalAlerts::Alert(130), UModalAlerts::kItemCancel);
 }
 
 TEST(Alerts, AcceptedQuitCancelsWhatIsUpAndWhatComesLater) {
@@ -147,6 +115,5 @@ TEST(Alerts, AcceptedQuitCancelsWhatIsUpAndWhatComesLater) {
     // Nobody answers these: shown, they would hang.
     Str255 text = {0};
     EXPECT_EQ(showStandardAlert(), kAlertStdAlertCancelButton);
-    EXPECT_EQ(UModalAlerts::Alert(130), UModalAlerts::kItemCancel);
-    EXPECT_FALSE(askForString(text));
+    EXPECT_FALSE(UModalDialogs::AskForOneString(&application, 129, 1101, text));
 }

@@ -12,13 +12,11 @@ class Ear : public LListener {
   public:
     void ListenToMessage(MessageT message, void* /*parameter*/) override {
         mHeard.push_back(message);
-        if (mReaction) {
-            mReaction();
-        }
+        mReaction();
     }
 
     std::vector<MessageT> mHeard;
-    std::function<void()> mReaction;
+    std::function<void()> mReaction = [] {};
 };
 
 }  // namespace

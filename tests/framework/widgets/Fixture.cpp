@@ -35,23 +35,16 @@ bool SampleApplication::AttemptQuitSelf(int32_t saveOption) {
 }
 
 void SampleApplication::StartUp() {
-    if (atStartUp) {
-        atStartUp();
-    }
+    atStartUp();
 }
 
 void SampleApplication::ListenToMessage(MessageT message, void* /*parameter*/) {
     heard.push_back(message);
-    if (reaction) {
-        reaction();
-    }
+    reaction();
 }
 
 LWindow& SampleApplication::openWindow() {
-    window = LWindow::CreateWindow(128, this);
-    if (window == nullptr) {
-        throw std::runtime_error("window 128");
-    }
+    window = ThrowIfNil(LWindow::CreateWindow(128, this));
     window->Show();
     QApplication::setActiveWindow(window);
     return *window;

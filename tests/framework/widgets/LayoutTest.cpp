@@ -14,14 +14,12 @@ namespace {
 
 const std::vector<std::vector<const char*>> kPanesOfState = {
     {"ITX0", "ITX1", "ITX2", "CLOS", "UPDT"}, {"PTX0", "PTX1", "PGRS"}, {"FTX0", "FTX1", "FTX2", "POWR"}};
-const std::vector<const char*> kInformationPanes = {"MODL", "PCBR", "FWVR", "FWDT", "SRNO", "MFDT", "NFWR"};
 
 void showState(SampleApplication& application, std::size_t shown) {
     for (std::size_t state = 0; state < kPanesOfState.size(); ++state) {
         for (const char* name : kPanesOfState[state]) {
             auto& pane = application.pane<LPane>(name);
             state == shown ? pane.Show() : pane.Hide();
-            EXPECT_EQ(pane.IsVisible(), state == shown) << name;
         }
     }
     application.window->UpdatePort();
@@ -43,71 +41,50 @@ bool isClipped(const QLabel& label) {
                : label.width() < label.sizeHint().width() || label.height() < label.sizeHint().height();
 }
 
-class LayoutAtFontSize : public testing::TestWithParam<int> {
-  protected:
-    LayoutAtFontSize() : mBefore(QApplication::font()) {
-        QFont font = mBefore;
-        font.setPointSizeF(font.pointSizeF() * GetParam());
-        QApplication::setFont(font);
-    }
-    ~LayoutAtFontSize() override { QApplication::setFont(mBefore); }
-
-    SampleApplication mApplication;
-
-  private:
-    QFont mBefore;
-};
-
 }  // namespace
 
 TEST(Layout, PanesAreFoundByTheirIDsOnly) {
     SampleApplication application;
     application.openWindow();
-    EXPECT_NE(application.window->FindPaneByID(FourCharCode("PGRS")), nullptr);
     EXPECT_EQ(application.window->FindPaneByID(FourCharCode("NONE")), nullptr);
     EXPECT_EQ(application.window->FindPaneByID(0), nullptr) << "widgets without an ID are not panes";
     Str255 text = {0};
     EXPECT_THROW(UModalDialogs::AskForOneString(&application, 129, 1102, text), LException);
 }
 
-TEST(Layout, TextIsShownCharacterForCharacter) {
-    SampleApplication application;
-    application.openWindow();
-    auto& text = application.pane<LStaticText>("MODL");
-    text.SetText("<b>M\xC3\xA4rz</b> & 12 left out", 17);
-    EXPECT_EQ(text.text().toStdString(), "<b>M\xC3\xA4rz</b> & 12");
-    EXPECT_EQ(text.textFormat(), Qt::PlainText);
-    text.SetText(nullptr, 0);
-    EXPECT_TRUE(text.text().isEmpty());
-}
-
-TEST_P(LayoutAtFontSize, NothingMovesBetweenTheStatesNorIsCutOff) {
-    LWindow& window = mApplication.openWindow();
-    QApplication::processEvents();
-    showState(mApplication, 0);
-    const QSize size = window.size();
-    const auto idle = geometries(window);
-    for (const char* name : kInformationPanes) {
-        mApplication.pane<LStaticText>(name).SetText("Mar 14, 2003", 12);
-    }
-    for (const std::size_t state : {1U, 2U, 0U}) {
-        showState(mApplication, state);
+TEST(Layout, NothingMovesBetweenTheStatesNorIsCutOff) {
+    const QFont before = QApplication::font();
+    for (const int factor : {1, 2}) {
+        QFont font = before;
+        font.setPointSizeF(before.pointSizeF() * factor);
+        QApplication::setFont(font);
+        SampleApplication application;
+        LWindow& window = application.openWindow();
         QApplication::processEvents();
-        EXPECT_EQ(window.size(), size) << "state " << state;
-        EXPECT_EQ(geometries(window), idle) << "state " << state;
+        showState(application, 0);
+        const QSize size = window.size();
+        const auto idle = geometries(window);
+        for (const char* name : {"MODL", "PCBR", "FWVR", "FWDT", "SRNO", "MFDT", "NFWR"}) {
+            application.pane<LStaticText>(name).SetText("Mar 14, 2003", 12);
+        }
+        for (const std::size_t state : {1U, 2U, 0U}) {
+            showState(application, state);
+            QApplication::processEvents();
+            EXPECT_EQ(window.size(), size) << "state " << state;
+            EXPECT_EQ(geometries(window), idle) << "state " << state;
+        }
+        window.resize(1, 1);
+        QApplication::processEvents();
+        EXPECT_EQ(window.size(), size) << "the window cannot be made too small for its texts";
+        for (const QLabel* label : window.findChildren<QLabel*>()) {
+            EXPECT_FALSE(isClipped(*label)) << label->objectName().toStdString();
+        }
+        for (const QAbstractButton* button : window.findChildren<QAbstractButton*>()) {
+            EXPECT_GE(button->width(), button->sizeHint().width()) << button->text().toStdString();
+        }
     }
-    window.resize(1, 1);
-    QApplication::processEvents();
-    EXPECT_EQ(window.size(), size) << "the window cannot be made too small for its texts";
-    for (const QLabel* label : window.findChildren<QLabel*>()) {
-        EXPECT_FALSE(isClipped(*label)) << label->objectName().toStdString();
-    }
-    for (const QAbstractButton* button : window.findChildren<QAbstractButton*>()) {
-        EXPECT_GE(button->width(), button->sizeHint().width()) << button->text().toStdString();
-    }
+    QApplication::setFont(before);
 }
-
-INSTANTIATE_TEST_SUITE_P(OneAndTwoTimes, LayoutAtFontSize, testing::Values(1, 2));
 
 TEST(Layout, UnusableLayoutsAreToldOfAndYieldNoWindow) {
     SampleApplication application;
@@ -123,7 +100,4 @@ TEST(Layout, UnusableLayoutsAreToldOfAndYieldNoWindow) {
         EXPECT_EQ(LWindow::CreateWindow(1, &application), nullptr);
         EXPECT_NE(testing::internal::GetCapturedStderr().find("window"), std::string::npos) << layout;
     }
-    testing::internal::CaptureStderr();
-    EXPECT_EQ(LWindow::CreateWindow(4, &application), nullptr);
-    EXPECT_NE(testing::internal::GetCapturedStderr().find("window-4.ui"), std::string::npos);
 }

@@ -9,25 +9,19 @@
 
 namespace {
 
-struct Way {
-    const char* name;
-    void (*ask)(LWindow& window);
+void (*const kWays[])(LWindow& window) = {
+    [](LWindow& window) { window.close(); },
+    [](LWindow& window) { pressKey(window, Qt::Key_Q, Qt::ControlModifier); },
+    [](LWindow& /*window*/) {
+        QEvent event(QEvent::Quit);
+        QApplication::sendEvent(qApp, &event);
+        EXPECT_EQ(event.isAccepted(), LApplication::Current()->IsQuitting());
+    },
+    [](LWindow& /*window*/) { std::raise(SIGTERM); },
+    [](LWindow& /*window*/) { std::raise(SIGHUP); },
 };
 
-const Way kWays[] = {
-    {"CloseBox", [](LWindow& window) { window.close(); }},
-    {"Shortcut", [](LWindow& window) { pressKey(window, Qt::Key_Q, Qt::ControlModifier); }},
-    {"QuitEvent",
-     [](LWindow& /*window*/) {
-         QEvent event(QEvent::Quit);
-         QApplication::sendEvent(qApp, &event);
-         EXPECT_EQ(event.isAccepted(), LApplication::Current()->IsQuitting());
-     }},
-    {"Terminate", [](LWindow& /*window*/) { std::raise(SIGTERM); }},
-    {"HangUp", [](LWindow& /*window*/) { std::raise(SIGHUP); }},
-};
-
-class Quit : public testing::TestWithParam<Way> {};
+class Quit : public testing::TestWithParam<void (*)(LWindow& window)> {};
 
 int16_t showStandardAlert() {
     AlertStdAlertParamRec parameters;
@@ -63,21 +57,20 @@ TEST_P(Quit, CanBeRefusedAndIsThenAccepted) {
     application.atStartUp = [&] {
         LWindow& window = application.openWindow();
         inEventLoop([&] {
-            GetParam().ask(window);
+            GetParam()(window);
             application.ProcessNextEvent();
             EXPECT_EQ(application.timesAsked, 1);
             EXPECT_FALSE(application.IsQuitting());
             EXPECT_TRUE(window.isVisible());
             application.agreesToQuit = true;
-            GetParam().ask(window);
+            GetParam()(window);
         });
     };
     application.Run();
     EXPECT_EQ(application.timesAsked, 2);
 }
 
-INSTANTIATE_TEST_SUITE_P(Ways, Quit, testing::ValuesIn(kWays),
-                         [](const auto& info) { return std::string(info.param.name); });
+INSTANTIATE_TEST_SUITE_P(Ways, Quit, testing::ValuesIn(kWays));
 
 TEST(Alerts, AreAnsweredByKeyboard) {
     SampleApplication application;
@@ -88,9 +81,7 @@ TEST(Alerts, AreAnsweredByKeyboard) {
         EXPECT_EQ(box->text(), "A <b>title");
         EXPECT_EQ(box->informativeText(), "First line\nand <i>second");
         EXPECT_EQ(box->icon(), QMessageBox::Warning);
-        for (const char* name : {"qt_msgbox_label", "qt_msgbox_informativelabel"}) {
-            EXPECT_EQ(box->findChild<QLabel*>(name)->textFormat(), Qt::PlainText) << name;
-        }
+        EXPECT_EQ(box->findChild<QLabel*>("qt_msgbox_informativelabel")->textFormat(), Qt::PlainText);
         pressKey(dialog, Qt::Key_Return);
     });
     EXPECT_EQ(showStandardAlert(), kAlertStdAlertOKButton);
@@ -98,8 +89,6 @@ TEST(Alerts, AreAnsweredByKeyboard) {
     EXPECT_EQ(showStandardAlert(), kAlertStdAlertCancelButton);
     answerWith(Qt::Key_Return);
     EXPECT_EQ(UModalAlerts::Alert(130), UModalAlerts::kItemOK);
-    answerWith(Qt::Key_Escape);
-    EXPECT_EQ(UModalAlerts::Alert(130), UModalAlerts::kItemCancel);
 }
 
 TEST(Alerts, AcceptedQuitCancelsWhatIsUpAndWhatComesLater) {

@@ -4,25 +4,19 @@
 
 namespace simulator {
 
-constexpr FpgaConfiguration kConfiguration{
-    .modelCode = 0x21, .boardRevision = 1, .flavour = 'W', .version = 12, .date = 0x3A1F};
+constexpr FpgaConfiguration kConfiguration{0x21, 1, 'W', 12, 0x3A1F};
 
 // The bytes are a format that PROM files and firmware images share, so they must not drift.
-TEST(FpgaConfigurationTest, BytesAreFixed) {
-    const auto prom = encodeConfiguration(kConfiguration);
+TEST(FpgaConfigurationTest, BytesAreFixedAndDamageIsRefused) {
+    auto prom = encodeConfiguration(kConfiguration);
     const std::vector<uint8_t> header{'V', 'F', 'P', 'G', 1, 0x21, 1, 'W', 12, 0, 0x3A, 0x1F};
     ASSERT_EQ(prom.size(), 262144U);
-    EXPECT_EQ(decodeConfiguration(prom), kConfiguration);
     EXPECT_TRUE(std::equal(header.begin(), header.end(), prom.begin()));
     // Checksum found with zlib.
     EXPECT_EQ(std::vector<uint8_t>(prom.end() - 4, prom.end()),
               (std::vector<uint8_t>{0x8A, 0x54, 0x02, 0x72}));
-}
-
-TEST(FpgaConfigurationTest, RefusesWhatIsDamagedErasedOrFlavourless) {
-    auto prom = encodeConfiguration(kConfiguration);
-    for (const std::size_t at :
-         {std::size_t{0}, std::size_t{4}, std::size_t{9}, kPageBytes, kPromBytes - 1}) {
+    EXPECT_EQ(decodeConfiguration(prom), kConfiguration);
+    for (const std::size_t at : {0UL, 4UL, 9UL, kPageBytes, kPromBytes - 1}) {
         prom[at] ^= 0x10;
         EXPECT_FALSE(decodeConfiguration(prom)) << "byte " << at;
         prom[at] ^= 0x10;

@@ -15,24 +15,6 @@
 #include "framework/widgets/UControlRegistry.h"
 #include "framework/widgets/UResources.h"
 
-namespace {
-
-// Calls a function once, when the event posted to it arrives.
-class Caller : public QObject {
-  public:
-    explicit Caller(const std::function<void()>& function) : mFunction(function) {}
-
-    void customEvent(QEvent* /*event*/) override {
-        deleteLater();
-        mFunction();
-    }
-
-  private:
-    std::function<void()> mFunction;
-};
-
-}  // namespace
-
 SampleApplication::SampleApplication() {
     UResources::UseFolder(LAYOUTS);
     URegistrar::RegisterClass<LDialogBox>();
@@ -53,23 +35,16 @@ bool SampleApplication::AttemptQuitSelf(int32_t saveOption) {
 }
 
 void SampleApplication::StartUp() {
-    if (atStartUp) {
-        atStartUp();
-    }
+    atStartUp();
 }
 
 void SampleApplication::ListenToMessage(MessageT message, void* /*parameter*/) {
     heard.push_back(message);
-    if (reaction) {
-        reaction();
-    }
+    reaction();
 }
 
 LWindow& SampleApplication::openWindow() {
-    window = LWindow::CreateWindow(128, this);
-    if (window == nullptr) {
-        throw std::runtime_error("window 128");
-    }
+    window = ThrowIfNil(LWindow::CreateWindow(128, this));
     window->Show();
     QApplication::setActiveWindow(window);
     return *window;
@@ -80,7 +55,7 @@ void SampleApplication::listenTo(const char* name) {
 }
 
 void inEventLoop(const std::function<void()>& function) {
-    QCoreApplication::postEvent(new Caller(function), new QEvent(QEvent::User));
+    QMetaObject::invokeMethod(qApp, function, Qt::QueuedConnection);
 }
 
 void pressKey(QWidget& window, Qt::Key key, Qt::KeyboardModifiers modifiers) {

@@ -6,6 +6,7 @@
 #include <functional>
 #include <vector>
 
+#include "framework/core/LException.h"
 #include "framework/core/LListener.h"
 #include "framework/widgets/LApplication.h"
 #include "framework/widgets/LPane.h"
@@ -26,11 +27,7 @@ class SampleApplication : public LApplication, public LListener {
     // A pane of that window, as the class that the test expects it to be.
     template <typename Pane>
     Pane& pane(const char* name) {
-        auto* found = dynamic_cast<Pane*>(window->FindPaneByID(CodeFromName(name)));
-        if (found == nullptr) {
-            throw std::runtime_error(name);
-        }
-        return *found;
+        return dynamic_cast<Pane&>(*ThrowIfNil(window->FindPaneByID(CodeFromName(name))));
     }
 
     // Listens to a pane of that window.
@@ -40,8 +37,8 @@ class SampleApplication : public LApplication, public LListener {
     bool agreesToQuit = true;
     int timesAsked = 0;
     std::vector<MessageT> heard;
-    std::function<void()> atStartUp;
-    std::function<void()> reaction;
+    std::function<void()> atStartUp = [] {};
+    std::function<void()> reaction = [] {};
 };
 
 // Has the event loop call something, at the earliest in its next pass.

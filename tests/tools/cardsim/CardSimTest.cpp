@@ -16,12 +16,6 @@ using simulator::MachineDirectory;
 
 class CardSimTest : public testing::Test {
   protected:
-    CardSimTest() {
-        std::string pattern = (fs::temp_directory_path() / "cardsim-XXXXXX").string();
-        folder_ = ::mkdtemp(pattern.data());
-    }
-    ~CardSimTest() override { fs::remove_all(folder_); }
-
     int runWith(const std::vector<std::string>& arguments) {
         out_.str("");
         err_.str("");
@@ -31,8 +25,8 @@ class CardSimTest : public testing::Test {
         return out_.str().find(text) != std::string::npos;
     }
 
-    fs::path folder_;
-    TemporaryDirectory other_;
+    const TemporaryDirectory directory_;
+    const fs::path& folder_ = directory_.path();
     std::ostringstream out_, err_;
 };
 

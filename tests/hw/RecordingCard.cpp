@@ -1,11 +1,11 @@
-#include "tests/hw/ScriptedCard.h"
+#include "tests/hw/RecordingCard.h"
 
 #include "hw/ApplicationHooks.h"
 
 uint32_t gSerialNumber = 0;
-static ScriptedCard* card = nullptr;
+static RecordingCard* card = nullptr;
 
-ScriptedCard::ScriptedCard() {
+RecordingCard::RecordingCard() {
     card = this;
     gpRegisters = window.data();
 }

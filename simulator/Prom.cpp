@@ -109,7 +109,7 @@ void Prom::updateData(const ShiftRegister& data) {
             state_.address = static_cast<uint16_t>(data.number());
             break;
         case pageDataInstruction:
-            std::ranges::copy(data.bytes(), state_.pageData.begin());
+            data.copyTo(state_.pageData);
             state_.loadedLast = Register::pageData;
             break;
         case userCodeInstruction:

@@ -23,11 +23,16 @@ void ShiftRegister::loadNumber(uint32_t number, std::size_t bits) {
 
 std::vector<uint8_t> ShiftRegister::bytes() const {
     std::vector<uint8_t> bytes((bits_.size() + 7) / 8);
+    copyTo(bytes);
+    return bytes;
+}
+
+void ShiftRegister::copyTo(std::span<uint8_t> bytes) const {
+    std::ranges::fill(bytes, uint8_t{0});
     for (std::size_t i = 0; i < bits_.size(); ++i) {
         const unsigned bit = bits_[(bottom_ + i) % bits_.size()];
         bytes[i / 8] = static_cast<uint8_t>(bytes[i / 8] | bit << (i % 8));
     }
-    return bytes;
 }
 
 uint32_t ShiftRegister::number() const {

@@ -31,6 +31,7 @@ class ShiftRegister {
 
     [[nodiscard]] std::size_t bits() const { return bits_.size(); }
     [[nodiscard]] std::vector<uint8_t> bytes() const;  // (bits() + 7) / 8 of them, unused bits 0
+    void copyTo(std::span<uint8_t> bytes) const;       // the same, into so many bytes
     [[nodiscard]] uint32_t number() const;             // the lowest 32 bits
 
   private:

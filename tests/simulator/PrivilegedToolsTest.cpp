@@ -63,7 +63,7 @@ TEST_F(PrivilegedToolsTest, ADriverShowsTheCardsFromLoadingToUnloading) {
     EXPECT_EQ(load(), 0);
     host_.sleepSeconds(Drivers::kSecondsToAttach - 1);
     EXPECT_TRUE(host_.servicesOfClass(kCardServiceClass).empty()) << "not attached yet";
-    EXPECT_EQ(cards(), 3U);
+    EXPECT_EQ(cards(), 4U);
     ASSERT_TRUE(host_.mapMemory(*host_.openService(host_.servicesOfClass(kCardServiceClass)[0]), 0));
     EXPECT_EQ(unload(), 0);
     EXPECT_EQ(cards(), 0U);

@@ -58,7 +58,7 @@ TEST_F(PrivateDriver, ShowsTheCardsUntilTheUpdaterQuits) {
     bool wasShown = false;
     session.run([&] {
         wasShown = true;
-        EXPECT_EQ(session.cardItems().size(), 3u);
+        EXPECT_EQ(session.cardItems().size(), 4u);
         EXPECT_EQ(session.text("FWVR"), "M10");
         EXPECT_TRUE(std::filesystem::exists(SystemTmp::driver));
         session.click("CLOS");

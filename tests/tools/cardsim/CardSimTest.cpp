@@ -27,6 +27,7 @@ class CardSimTest : public testing::Test {
 
     const TemporaryDirectory directory_;
     const fs::path& folder_ = directory_.path();
+    const TemporaryDirectory other_;
     std::ostringstream out_, err_;
 };
 

@@ -2,8 +2,7 @@
 
 // A fresh directory that goes away with the object.
 
-#include <stdlib.h>
-
+#include <cstdlib>
 #include <filesystem>
 #include <stdexcept>
 #include <string>

@@ -6,7 +6,7 @@ namespace {
 
 // One TCK cycle is three stores, each followed by 15 loads.
 constexpr uint64_t storesPerClock = 3;
-constexpr uint64_t loadsPerClock = 3 * 15;
+constexpr uint64_t loadsPerClock = uint64_t{3} * 15;
 constexpr uint64_t loadsPerMicrosecond = 3;
 
 // From Run-Test/Idle to Shift-DR and, its last bit clocked on the way out, back. Shift-IR is one step
@@ -71,7 +71,7 @@ class Estimator {
                 dataBits_ = number(4);
                 return true;
             case 9: {
-                position_ += 2 * dataBytes;
+                position_ += std::size_t{2} * dataBytes;
                 // The scan that fails for good is followed by one instruction and the end.
                 const bool fails = failedScans > 0 && image_[position_] == 2 && image_[position_ + 4] == 0;
                 for (int i = 0; i < (fails ? failedScans : 1); ++i) {

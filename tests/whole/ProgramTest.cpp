@@ -1,10 +1,10 @@
 // The program as a process: its command line, its machine's folder, and a termination signal.
 
 #include <gtest/gtest.h>
-#include <signal.h>
 
 #include <QProcess>
 #include <QStringList>
+#include <csignal>
 
 #include "simulator/DefaultMachine.h"
 #include "simulator/MachineDirectory.h"

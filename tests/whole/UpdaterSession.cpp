@@ -139,6 +139,7 @@ void UpdaterSession::pickOpenCardAgain() {
 std::vector<std::string> UpdaterSession::cardItems() const {
     const auto& popup = dynamic_cast<QComboBox&>(*pane("CRDS"));
     std::vector<std::string> items;
+    items.reserve(static_cast<std::size_t>(popup.count()));
     for (int i = 0; i < popup.count(); ++i) {
         items.push_back(popup.itemText(i).toStdString());
     }

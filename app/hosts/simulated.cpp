@@ -15,6 +15,8 @@ namespace {
 int runOn(const std::string& folder) {
     const auto directory =
         simulator::MachineDirectory::open(folder, simulator::MachineDirectory::OnOpening::powerUp);
+    // From here on the machine is on, also for whoever looks after this process has been killed.
+    directory->save();
     int exitCode = 0;
     {
         simulator::SimulatedHost host(directory->machine(), BundleBesideExecutable(), AskAdministrator);

@@ -71,7 +71,7 @@ void addCard(const CardOptions& options, std::ostream& out) {
     Machine& machine = directory->machine();
     requireOff(machine);
     const tools::CardModel& model = *tools::modelNamed(options.model);
-    Board board{.name = options.model.starts_with("Vorn") ? options.model : "Vorn " + options.model,
+    Board board{.name = std::string(model.name),
                 .location = "PCI slot " + std::to_string(machine.cardCount() + 1),
                 .modelCode = model.code,
                 .revision = 0};

@@ -11,6 +11,8 @@ if(NOT CMAKE_CROSSCOMPILING)
     return()
 endif()
 
+message(STATUS "Building for another processor: ${CMAKE_TOOLCHAIN_FILE}")
+
 # This computer's /usr/include also holds its own C library, which is the wrong one for another processor. So a folder
 # of links leads to the headers that are right for both, and to nothing else.
 function(add_header_library name headers)

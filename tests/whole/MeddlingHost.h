@@ -5,6 +5,9 @@
 
 #include <cstdint>
 #include <functional>
+#include <limits>
+#include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -18,12 +21,33 @@ class MeddlingHost final : public ForwardingHost {
     uint64_t loads = 0;
     uint64_t stores = 0;
 
-    // The tools that were run with the administrator's rights.
-    std::vector<std::string> privilegedTools;
+    // The tools that were run with the administrator's rights, with their arguments, and sleeps in seconds,
+    // as they came. And those that do not even start.
+    std::vector<std::string> privileged;
+    std::set<std::string> toolsThatDoNotStart;
+
+    // What runs, in place of the other host's processes, and who received the shut-down event.
+    std::optional<std::vector<Process>> processList;
+    std::vector<uint64_t> shutDownEvents;
+
+    // How often the program still finds its bundle.
+    int bundleFinds = std::numeric_limits<int>::max();
+
+    // Called before each attempt to open a service.
+    std::function<void()> beforeOpening;
 
     // What a load returns, from its offset in the window and the true word; null leaves every word as it is.
     std::function<uint32_t(uint32_t offset, uint32_t word)> falsifyLoad;
 
+    std::filesystem::path bundleDirectory() override {
+        return bundleFinds-- > 0 ? ForwardingHost::bundleDirectory() : std::filesystem::path();
+    }
+    std::optional<uint32_t> openService(uint64_t service) override {
+        if (beforeOpening) {
+            beforeOpening();
+        }
+        return ForwardingHost::openService(service);
+    }
     uint32_t loadWord(const uint32_t* address) override {
         ++loads;
         const uint32_t word = ForwardingHost::loadWord(address);
@@ -33,8 +57,22 @@ class MeddlingHost final : public ForwardingHost {
         ++stores;
         ForwardingHost::storeWord(address, word);
     }
+    std::vector<Process> processes() override {
+        return processList ? *processList : ForwardingHost::processes();
+    }
+    bool deliverShutDownEvent(uint64_t process) override {
+        shutDownEvents.push_back(process);
+        return ForwardingHost::deliverShutDownEvent(process);
+    }
     bool runPrivilegedTool(const std::string& tool, const std::vector<std::string>& arguments) override {
-        privilegedTools.push_back(tool);
-        return ForwardingHost::runPrivilegedTool(tool, arguments);
+        privileged.push_back(tool);
+        for (const std::string& argument : arguments) {
+            privileged.back() += " " + argument;
+        }
+        return !toolsThatDoNotStart.contains(tool) && ForwardingHost::runPrivilegedTool(tool, arguments);
+    }
+    void sleepSeconds(uint32_t seconds) override {
+        privileged.push_back("sleep " + std::to_string(seconds));
+        ForwardingHost::sleepSeconds(seconds);
     }
 };

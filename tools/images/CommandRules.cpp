@@ -4,7 +4,7 @@
 
 #include "simulator/Fpga.h"
 #include "simulator/Prom.h"
-#include "tools/images/Hexadecimal.h"
+#include "tools/images/ByteText.h"
 #include "tools/images/TapStates.h"
 
 namespace tools {
@@ -30,10 +30,6 @@ bool isProgramInstruction(const Command& command) {
 
 std::string name(const Command& command) {
     return std::string(command.form->name);
-}
-
-std::string bytesText(std::size_t bytes) {
-    return std::to_string(bytes) + (bytes == 1 ? " byte" : " bytes");
 }
 
 std::string stateText(uint8_t code) {
@@ -94,7 +90,7 @@ CommandRules::Fault CommandRules::ownFault(const Command& command) const {
         case XsvfOpcode::XENDDR:
             if (command.number > kXsvfEndPause) {
                 return name(command) + " " + std::to_string(command.number) +
-                       " is no end state; only 0 and 1 are.";
+                       " is not an end state; only 0 and 1 are.";
             }
             return std::nullopt;
         case XsvfOpcode::XSDR:

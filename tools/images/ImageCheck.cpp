@@ -1,8 +1,8 @@
 #include "tools/images/ImageCheck.h"
 
+#include "tools/images/ByteText.h"
 #include "tools/images/CommandReader.h"
 #include "tools/images/CommandRules.h"
-#include "tools/images/Hexadecimal.h"
 #include "tools/images/ImagePlay.h"
 
 namespace tools {
@@ -16,7 +16,7 @@ std::optional<std::string> faultOfEnd(const CommandReader& reader) {
             if (rest.empty()) {
                 return std::nullopt;
             }
-            return "XCOMPLETE ends the image here, with " + std::to_string(rest.size()) + " bytes to come.";
+            return "XCOMPLETE ends the image here, with " + bytesText(rest.size()) + " to come.";
         case ImageEnd::missing:
             return "The image ends without XCOMPLETE.";
         case ImageEnd::cutOff:

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "tools/images/ByteText.h"
 #include "tools/images/CommandReader.h"
-#include "tools/images/Hexadecimal.h"
 #include "tools/images/TapStates.h"
 
 namespace tools {

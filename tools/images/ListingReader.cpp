@@ -6,6 +6,7 @@
 #include <span>
 #include <utility>
 
+#include "tools/images/ByteText.h"
 #include "tools/images/Command.h"
 #include "tools/images/Listing.h"
 #include "tools/images/ListingWords.h"
@@ -133,8 +134,8 @@ class ImageWriter {
         const auto first = std::ranges::find_if(value, [](uint8_t byte) { return byte != 0; });
         const auto needed = static_cast<std::size_t>(value.end() - first);
         if (needed > bytes) {
-            throw ListingRefusal{"The value " + quotedWord(word) + " needs " + std::to_string(needed) +
-                                 " bytes; the size in force here is " + std::to_string(bytes) + "."};
+            throw ListingRefusal{"The value " + quotedWord(word) + " needs " + bytesText(needed) +
+                                 "; the size in force here is " + std::to_string(bytes) + "."};
         }
         image_.resize(image_.size() + bytes - needed);
         image_.insert(image_.end(), first, value.end());

@@ -8,7 +8,7 @@
 #include <ostream>
 
 #include "simulator/Files.h"
-#include "tools/images/Hexadecimal.h"
+#include "tools/images/ByteText.h"
 #include "tools/images/ImageCheck.h"
 #include "tools/xsvf/ImageName.h"
 #include "tools/xsvf/XsvfTool.h"

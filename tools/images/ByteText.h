@@ -1,7 +1,8 @@
 #pragma once
 
-// Bytes as hexadecimal text.
+// Bytes, their number and their place as people read them.
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>
@@ -15,6 +16,9 @@ void appendHexadecimal(std::string& text, std::span<const uint8_t> bytes);
 
 // 0x2F
 [[nodiscard]] std::string byteText(uint8_t byte);
+
+// 1 byte, 2 bytes
+[[nodiscard]] std::string bytesText(std::size_t bytes);
 
 // An image's offset, at least six digits without a prefix, as listings and faults give it.
 [[nodiscard]] std::string offsetText(std::size_t offset);

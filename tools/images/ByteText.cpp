@@ -1,4 +1,4 @@
-#include "tools/images/Hexadecimal.h"
+#include "tools/images/ByteText.h"
 
 #include <algorithm>
 
@@ -15,6 +15,10 @@ std::string byteText(uint8_t byte) {
     std::string text = "0x";
     appendHexadecimal(text, {&byte, 1});
     return text;
+}
+
+std::string bytesText(std::size_t bytes) {
+    return std::to_string(bytes) + (bytes == 1 ? " byte" : " bytes");
 }
 
 std::string offsetText(std::size_t offset) {

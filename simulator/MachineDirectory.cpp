@@ -86,6 +86,7 @@ void MachineDirectory::load() {
         Card& card = machine_.addCard(storedCard.board, readCells(folder_ / storedCard.promFile));
         attachPromFile(card, {storedCard.promFile, false});
         card.restoreFaults(storedCard.faults);
+        card.requestRecording(storedCard.recording);
         if (storedCard.powered)
             resume(card, *storedCard.powered);
     }
@@ -141,7 +142,8 @@ void MachineDirectory::save() {
         stored.cards.push_back({.board = card.board(),
                                 .promFile = file.name,
                                 .powered = std::nullopt,
-                                .faults = card.faults().all()});
+                                .faults = card.faults().all(),
+                                .recording = card.recordingRequest()});
         if (stored.on)
             stored.cards.back().powered = poweredState(card);
     }

@@ -36,6 +36,7 @@ struct StoredMachine {
         std::string promFile;            // a plain file name in the machine's directory
         std::optional<Powered> powered;  // present when the machine is on
         std::vector<Fault> faults;
+        std::optional<RecordingRequest> recording;
     };
 
     bool on = false;

@@ -11,6 +11,7 @@
 #include "tools/cardsim/Context.h"
 #include "tools/cardsim/FaultCommands.h"
 #include "tools/cardsim/PromCommands.h"
+#include "tools/cardsim/RecordCommand.h"
 #include "tools/cardsim/ShowMachine.h"
 
 namespace cardsim {
@@ -75,6 +76,7 @@ int run(const std::vector<std::string>& arguments, std::ostream& out, std::ostre
     addCardCommands(app, context);
     addFaultCommands(app, context);
     addPromCommands(app, context);
+    addRecordCommand(app, context);
 
     try {
         std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());  // the order CLI11 takes

@@ -56,10 +56,8 @@ std::string header(uint64_t firstAccess) {
     for (const Wire& wire : kWires)
         declare("wire 1", wire.identifier, wire.name);
     for (const Tap& tap : kTaps) {
-        text.append("$scope module ").append(tap.device).append(" $end\n");
-        declare("reg 4", tap.bitsIdentifier, "tap [3:0]");
-        declare("string 1", tap.textIdentifier, "state");
-        text += "$upscope $end\n";
+        declare("reg 4", tap.bitsIdentifier, std::string(tap.device) + "_tap [3:0]");
+        declare("string 1", tap.textIdentifier, std::string(tap.device) + "_state");
     }
     return text + "$upscope $end\n$enddefinitions $end\n";
 }

@@ -4,8 +4,8 @@
 //
 //   jtag.TCK, .TMS, .TDI, .activity   what was last written to the JTAG output register
 //   jtag.TDO                          what the JTAG input register reads
-//   jtag.prom.tap, jtag.fpga.tap      the TAP controllers' states, as four bits: the order of TapState
-//   jtag.prom.state, jtag.fpga.state  the same as text, which is GTKWave's extension; others may skip it
+//   jtag.prom_tap, jtag.fpga_tap      the TAP controllers' states, as four bits: the order of TapState
+//   jtag.prom_state, jtag.fpga_state  the same as text, which is GTKWave's extension; others may skip it
 //
 // While the card does not answer on the bus, everything is unknown: x, and "unknown".
 //

@@ -61,6 +61,7 @@ TEST_F(MachineDirectoryTest, AMachineThatStaysOnCarriesOnWhereItWas) {
         second.enter(Probe::Scan::data);
         second.clocks({0, 0, 0, 0, 0, 0, 0, 0, 0});
         directory->machine().card(2).cells().erase();
+        directory->machine().card(2).requestRecording(RecordingRequest{"/tmp/wave.vcd", 3, 4});
         host.loadWord(nullptr);
         directory->save();
     }

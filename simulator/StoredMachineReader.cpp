@@ -270,6 +270,8 @@ Json parse(std::string_view text) {
         return Json::parse(text);
     } catch (const Json::parse_error& error) {
         throw MachineError("not JSON at byte " + std::to_string(error.byte) + ".");
+    } catch (const Json::out_of_range&) {
+        throw MachineError("a number in it is too large.");
     }
 }
 

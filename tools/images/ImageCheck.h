@@ -29,7 +29,7 @@ struct ImageReport {
     std::optional<simulator::FpgaConfiguration> configuration;
 };
 
-// An image that takes as long as CommandRules permits keeps this busy for tens of seconds.
+// The hour that CommandRules permits is simulated in some seconds.
 [[nodiscard]] ImageReport checkImage(std::span<const uint8_t> image);
 
 }  // namespace tools

@@ -20,7 +20,10 @@ void writeOutputFile(const fs::path& path, std::span<const uint8_t> content) {
     try {
         simulator::replaceFile(goal, content);
     } catch (...) {
-        fs::remove(fs::path(goal) += ".new", ignored);
+        const fs::path unfinished = fs::path(goal) += ".new";
+        if (fs::is_regular_file(unfinished, ignored)) {
+            fs::remove(unfinished, ignored);
+        }
         throw;
     }
 }

@@ -91,6 +91,32 @@ void Card::meetFaults() {
     presentRegisters();
 }
 
+void Card::beginRecording() {
+    if (!recordingRequest_)
+        return;
+    recording_ = std::make_unique<Waveform>(*recordingRequest_, clock_.accesses(), jtagLevels());
+    recordingRequest_.reset();
+}
+
+void Card::endRecording() {
+    if (const auto recording = std::move(recording_))
+        recording->end(clock_.accesses());
+}
+
+JtagLevels Card::jtagLevels() const {
+    if (!answers_)
+        return {};
+    const auto output = [this](uint32_t signal) { return (jtagOutput_ & signal) != 0; };
+    return {.answers = true,
+            .tck = output(registers::kTck),
+            .tms = output(registers::kTms),
+            .tdi = output(registers::kTdi),
+            .tdo = (inCardsOrder(registers_.at(registers::kJtagInput).content) & registers::kTdo) != 0,
+            .activity = output(registers::kActivityLamp),
+            .promTap = chain_.prom().tap(),
+            .fpgaTap = chain_.fpga().tap()};
+}
+
 RegisterWindow* Card::window(uint32_t memoryType) {
     switch (memoryType) {
         case 0:
@@ -110,6 +136,8 @@ void Card::storeRegister(uint32_t offset, uint32_t word) {
     chain_.drive((jtagOutput_ & registers::kTck) != 0, (jtagOutput_ & registers::kTms) != 0,
                  ((jtagOutput_ | heldHigh_) & registers::kTdi) != 0);
     presentTdo();
+    if (recording_ != nullptr) [[unlikely]]
+        recordLevels();
 }
 
 uint32_t Card::inCardsOrder(uint32_t value) const {
@@ -117,6 +145,12 @@ uint32_t Card::inCardsOrder(uint32_t value) const {
 }
 
 void Card::presentRegisters() {
+    fillRegisters();
+    if (recording_ != nullptr)
+        recordLevels();
+}
+
+void Card::fillRegisters() {
     answers_ = running_.has_value() && !faults_.hasStruck(FaultKind::cardVanished);
     if (!answers_) {
         registers_.fill(RegisterWindow::kNobodyAnswers);

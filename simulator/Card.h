@@ -15,8 +15,10 @@
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "simulator/Clock.h"
 #include "simulator/Faults.h"
@@ -25,6 +27,7 @@
 #include "simulator/Ledger.h"
 #include "simulator/PromCells.h"
 #include "simulator/RegisterWindow.h"
+#include "simulator/Waveform.h"
 
 namespace simulator {
 
@@ -98,6 +101,16 @@ class Card {
     // Takes the faults of one kind away, or all of them; returns how many.
     std::size_t clearFaults(std::optional<FaultKind> kind = std::nullopt);
 
+    // What is to be recorded of the next run; beginRecording() takes it and makes the file, or throws
+    // MachineError and leaves it.
+    [[nodiscard]] const std::optional<RecordingRequest>& recordingRequest() const {
+        return recordingRequest_;
+    }
+    void requestRecording(std::optional<RecordingRequest> request) { recordingRequest_ = std::move(request); }
+    void beginRecording();
+    // Throws MachineError when the recording could not be written to its end.
+    void endRecording();
+
     // The register value, in its numeric sense, that was last written to the JTAG output.
     [[nodiscard]] uint32_t jtagOutput() const { return jtagOutput_; }
 
@@ -109,8 +122,11 @@ class Card {
   private:
     [[nodiscard]] uint32_t inCardsOrder(uint32_t value) const;
     void presentRegisters();
+    void fillRegisters();
     void presentTdo();
     void meetFaults();
+    [[nodiscard]] JtagLevels jtagLevels() const;
+    [[gnu::noinline]] void recordLevels() { recording_->sample(clock_.accesses(), jtagLevels()); }
 
     Board board_;
     Clock& clock_;
@@ -123,7 +139,9 @@ class Card {
     uint32_t jtagOutput_ = 0;
     uint32_t heldHigh_ = 0;  // signals of the JTAG output that are high whatever is written
     bool hasPower_ = false;
-    bool answers_ = false;                    // on the bus
+    bool answers_ = false;  // on the bus
+    std::optional<RecordingRequest> recordingRequest_;
+    std::unique_ptr<Waveform> recording_;     // null when nothing is recorded
     std::array<uint32_t, 2> tdoRegisters_{};  // what the JTAG input register reads while TDO is 0, and 1
 };
 

@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <string>
 #include <system_error>
+#include <utility>
 
 #include "simulator/MachineError.h"
 
@@ -19,28 +20,36 @@ namespace {
     throw MachineError(path.string() + ": " + what + " (" + reason + ").");
 }
 
+int openFile(const std::filesystem::path& path, int flags, const char* whatFails) {
+    const int descriptor = ::open(path.c_str(), flags | O_CLOEXEC, 0666);
+    if (descriptor < 0)
+        fail(path, whatFails);
+    return descriptor;
+}
+
+void writeAt(const std::filesystem::path& path, int descriptor, std::size_t offset,
+             std::span<const uint8_t> bytes) {
+    while (!bytes.empty()) {
+        const ssize_t written = ::pwrite(descriptor, bytes.data(), bytes.size(), static_cast<off_t>(offset));
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written <= 0)
+            fail(path, "could not be written");
+        offset += static_cast<std::size_t>(written);
+        bytes = bytes.subspan(static_cast<std::size_t>(written));
+    }
+}
+
 class File {
   public:
     File(const std::filesystem::path& path, int flags, const char* whatFails)
-        : path_(path), descriptor_(::open(path.c_str(), flags | O_CLOEXEC, 0666)) {
-        if (descriptor_ < 0)
-            fail(path_, whatFails);
-    }
+        : path_(path), descriptor_(openFile(path, flags, whatFails)) {}
     File(const File&) = delete;
     File& operator=(const File&) = delete;
     ~File() { ::close(descriptor_); }
 
     void write(std::size_t offset, std::span<const uint8_t> bytes) const {
-        while (!bytes.empty()) {
-            const ssize_t written =
-                ::pwrite(descriptor_, bytes.data(), bytes.size(), static_cast<off_t>(offset));
-            if (written < 0 && errno == EINTR)
-                continue;
-            if (written <= 0)
-                fail(path_, "could not be written");
-            offset += static_cast<std::size_t>(written);
-            bytes = bytes.subspan(static_cast<std::size_t>(written));
-        }
+        writeAt(path_, descriptor_, offset, bytes);
     }
 
     [[nodiscard]] std::vector<uint8_t> read() const {
@@ -93,6 +102,26 @@ void writeIntoFile(const std::filesystem::path& path, std::size_t offset, std::s
 void removeFile(const std::filesystem::path& path) {
     if (::unlink(path.c_str()) != 0)
         fail(path, "could not be removed");
+}
+
+GrowingFile::GrowingFile(std::filesystem::path path)
+    : path_(std::move(path)),
+      descriptor_(openFile(path_, O_WRONLY | O_CREAT | O_TRUNC, "could not be made")) {}
+
+GrowingFile::~GrowingFile() {
+    ::close(descriptor_);
+}
+
+void GrowingFile::append(std::string_view piece) {
+    if (!failure_.empty())
+        return;
+    try {
+        writeAt(path_, descriptor_, bytes_, {reinterpret_cast<const uint8_t*>(piece.data()), piece.size()});
+        bytes_ += piece.size();
+    } catch (const MachineError& error) {
+        failure_ = error.what();
+        (void)::ftruncate(descriptor_, static_cast<off_t>(bytes_));
+    }
 }
 
 FolderLock::FolderLock(const std::filesystem::path& folder)

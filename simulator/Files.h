@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <filesystem>
 #include <span>
+#include <string>
+#include <string_view>
 #include <vector>
 
 namespace simulator {
@@ -20,6 +22,27 @@ void replaceFile(const std::filesystem::path& path, std::span<const uint8_t> con
 void writeIntoFile(const std::filesystem::path& path, std::size_t offset, std::span<const uint8_t> bytes);
 
 void removeFile(const std::filesystem::path& path);
+
+// A file that grows piece by piece, each of which is in the file at once.
+class GrowingFile {
+  public:
+    // Begins it anew, in the place of whatever is there.
+    explicit GrowingFile(std::filesystem::path path);
+    GrowingFile(const GrowingFile&) = delete;
+    GrowingFile& operator=(const GrowingFile&) = delete;
+    ~GrowingFile();
+
+    // A piece that the system does not take leaves nothing of it behind, and later ones are dropped.
+    void append(std::string_view piece);
+    // What went wrong, as a MachineError says it; empty if nothing did.
+    [[nodiscard]] const std::string& failure() const { return failure_; }
+
+  private:
+    std::filesystem::path path_;
+    int descriptor_;
+    std::size_t bytes_ = 0;
+    std::string failure_;
+};
 
 // Keeps every other process out of a folder for as long as it lives; throws when one is in already.
 class FolderLock {

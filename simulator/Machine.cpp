@@ -52,6 +52,16 @@ void Machine::resume() {
     timePassed();
 }
 
+void Machine::beginRecordings() {
+    for (const auto& card : cards_)
+        card->beginRecording();
+}
+
+void Machine::endRecordings() {
+    for (const auto& card : cards_)
+        card->endRecording();
+}
+
 std::vector<Machine::Process> Machine::processes() const {
     if (!on_)
         return {};

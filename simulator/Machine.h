@@ -43,6 +43,11 @@ class Machine {
     // cards are resumed one by one.
     void resume();
 
+    // Begins the recordings that are requested, and ends those that were begun; MachineError as the cards
+    // say.
+    void beginRecordings();
+    void endRecordings();
+
     [[nodiscard]] Clock& clock() { return clock_; }
     [[nodiscard]] uint64_t accesses() const { return clock_.accesses(); }
     [[nodiscard]] uint64_t microseconds() const { return clock_.microseconds(); }

@@ -14,25 +14,6 @@ namespace {
 
 constexpr const char* kMachineFile = "machine.json";
 
-StoredMachine::Powered poweredState(const Card& card) {
-    const JtagChain& chain = card.chain();
-    return {.running = card.running(),
-            .jtagOutput = card.jtagOutput(),
-            .chain = chain.state(),
-            .promJtag = chain.prom().jtagState(),
-            .prom = chain.prom().state(),
-            .fpgaJtag = chain.fpga().jtagState()};
-}
-
-void resume(Card& card, const StoredMachine::Powered& powered) {
-    JtagChain& chain = card.chain();
-    chain.restore(powered.chain);
-    chain.prom().restoreJtag(powered.promJtag);
-    chain.prom().restore(powered.prom);
-    chain.fpga().restoreJtag(powered.fpgaJtag);
-    card.resume(powered.running, powered.jtagOutput);
-}
-
 StoredMachine readMachine(const std::filesystem::path& path) {
     const std::vector<uint8_t> text = readFile(path);
     try {
@@ -79,18 +60,12 @@ std::unique_ptr<MachineDirectory> MachineDirectory::open(const std::filesystem::
 
 void MachineDirectory::load() {
     const StoredMachine stored = readMachine(folder_ / kMachineFile);
-    machine_.clock().resume(stored.accesses);
-    machine_.drivers() = stored.drivers;
-    machine_.ledger().restore(stored.ledger);
-    for (const StoredMachine::Card& storedCard : stored.cards) {
-        Card& card = machine_.addCard(storedCard.board, readCells(folder_ / storedCard.promFile));
+    const auto cellsOf = [this](const StoredMachine::Card& card) {
+        return readCells(folder_ / card.promFile);
+    };
+    restoreMachine(machine_, stored, cellsOf, [this](Card& card, const StoredMachine::Card& storedCard) {
         attachPromFile(card, {storedCard.promFile, false});
-        card.restoreFaults(storedCard.faults);
-        if (storedCard.powered)
-            resume(card, *storedCard.powered);
-    }
-    if (stored.on)
-        machine_.resume();
+    });
 }
 
 std::string MachineDirectory::unusedPromName() const {
@@ -125,11 +100,7 @@ void MachineDirectory::removeCard(std::size_t index) {
 }
 
 void MachineDirectory::save() {
-    StoredMachine stored;
-    stored.on = machine_.isOn();
-    stored.accesses = machine_.accesses();
-    stored.drivers = machine_.drivers();
-    stored.ledger = machine_.ledger().entries();
+    StoredMachine stored = describeMachine(machine_);
     for (std::size_t index = 0; index < machine_.cardCount(); ++index) {
         Card& card = machine_.card(index);
         if (index == promFiles_.size())
@@ -138,12 +109,7 @@ void MachineDirectory::save() {
         if (file.behind)
             replaceFile(folder_ / file.name, card.cells().image());
         file.behind = false;
-        stored.cards.push_back({.board = card.board(),
-                                .promFile = file.name,
-                                .powered = std::nullopt,
-                                .faults = card.faults().all()});
-        if (stored.on)
-            stored.cards.back().powered = poweredState(card);
+        stored.cards[index].promFile = file.name;
     }
     const std::string text = encodeMachine(stored);
     replaceFile(folder_ / kMachineFile, {reinterpret_cast<const uint8_t*>(text.data()), text.size()});

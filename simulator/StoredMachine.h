@@ -6,6 +6,7 @@
 // that this program does not know are refused, since saving would lose them.
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -16,6 +17,7 @@
 #include "simulator/FpgaConfiguration.h"
 #include "simulator/JtagChain.h"
 #include "simulator/Ledger.h"
+#include "simulator/Machine.h"
 #include "simulator/Prom.h"
 
 namespace simulator {
@@ -36,6 +38,7 @@ struct StoredMachine {
         std::string promFile;            // a plain file name in the machine's directory
         std::optional<Powered> powered;  // present when the machine is on
         std::vector<Fault> faults;
+        std::optional<RecordingRequest> recording;
     };
 
     bool on = false;
@@ -46,6 +49,15 @@ struct StoredMachine {
     std::vector<Ledger::Entry> ledger;
     std::vector<Card> cards;
 };
+
+// A machine as it is; the names of the PROM files are left to the caller.
+[[nodiscard]] StoredMachine describeMachine(const Machine& machine);
+
+// Has a new machine carry on as a stored one. Each card is given its cells, and is then the caller's to
+// attach a file to before it carries on.
+void restoreMachine(Machine& machine, const StoredMachine& stored,
+                    const std::function<PromCells(const StoredMachine::Card&)>& cellsOf,
+                    const std::function<void(Card&, const StoredMachine::Card&)>& onAdded);
 
 [[nodiscard]] std::string encodeMachine(const StoredMachine& machine);
 

@@ -200,6 +200,15 @@ Fault decodeFault(Object object) {
     return fault;
 }
 
+RecordingRequest decodeRecording(Object object) {
+    constexpr uint64_t kMost = RecordingRequest::kMostMicroseconds;
+    RecordingRequest request{.file = object.text("file"),
+                             .fromMicroseconds = object.number<uint64_t>("fromMicroseconds", 0, kMost),
+                             .microseconds = object.number<uint64_t>("microseconds", 0, kMost)};
+    object.nothingElse();
+    return request;
+}
+
 StoredMachine::Card decodeCard(Object object, bool on) {
     StoredMachine::Card card{
         .board = {.name = object.text("name"),
@@ -208,7 +217,8 @@ StoredMachine::Card decodeCard(Object object, bool on) {
                   .revision = object.number<uint8_t>("boardRevision")},
         .promFile = object.text("promFile"),
         .powered = std::nullopt,
-        .faults = {}};
+        .faults = {},
+        .recording = std::nullopt};
     if (!card.promFile.ends_with(".prom") || card.promFile.find('/') != std::string::npos)
         object.complain("promFile", "is not a plain file name that ends in .prom.");
     if (on)
@@ -217,6 +227,8 @@ StoredMachine::Card decodeCard(Object object, bool on) {
         for (const Object& fault : object.objects("faults"))
             card.faults.push_back(decodeFault(fault));
     }
+    if (object.has("recording"))
+        card.recording = decodeRecording(object.object("recording"));
     object.nothingElse();
     return card;
 }
@@ -258,6 +270,8 @@ Json parse(std::string_view text) {
         return Json::parse(text);
     } catch (const Json::parse_error& error) {
         throw MachineError("not JSON at byte " + std::to_string(error.byte) + ".");
+    } catch (const Json::out_of_range&) {
+        throw MachineError("a number in it is too large.");
     }
 }
 

@@ -97,6 +97,10 @@ Json encode(const StoredMachine::Card& card) {
     }
     if (!card.faults.empty())
         json["faults"] = encodeAll(card.faults);
+    if (card.recording)
+        json["recording"] = {{"file", card.recording->file},
+                             {"fromMicroseconds", card.recording->fromMicroseconds},
+                             {"microseconds", card.recording->microseconds}};
     return json;
 }
 

@@ -15,6 +15,7 @@ namespace {
 int runOn(const std::string& folder) {
     const auto directory =
         simulator::MachineDirectory::open(folder, simulator::MachineDirectory::OnOpening::powerUp);
+    directory->machine().beginRecordings();
     // From here on the machine is on, also for whoever looks after this process has been killed.
     directory->save();
     int exitCode = 0;
@@ -26,6 +27,7 @@ int runOn(const std::string& folder) {
         InstallHost(nullptr);
     }
     directory->save();
+    directory->machine().endRecordings();
     return exitCode;
 }
 

@@ -61,6 +61,7 @@ TEST_F(MachineDirectoryTest, AMachineThatStaysOnCarriesOnWhereItWas) {
         second.enter(Probe::Scan::data);
         second.clocks({0, 0, 0, 0, 0, 0, 0, 0, 0});
         directory->machine().card(2).cells().erase();
+        directory->machine().card(2).requestRecording(RecordingRequest{"/tmp/wave.vcd", 3, 4});
         host.loadWord(nullptr);
         directory->save();
     }
@@ -105,6 +106,7 @@ TEST_F(MachineDirectoryTest, MalformedDescriptionsAreExplained) {
     } kCases[] = {
         {"{", "[", "not JSON at byte "},
         {"\"format\": 1", "\"format\": 2", "format is not 1; another version"},
+        {"\"accesses\": 0", "\"accesses\": 1e999", "a number in it is too large."},
         {"\"accesses\": 0,", "", "accesses is missing."},
         {"\"accesses\": 0", "\"accesses\": -1", "accesses is not a whole number from 0 to"},
         {"\"accesses\": 0", "\"accesses\": 0, \"x\": 3", "x is a field that this program does not know."},

@@ -12,6 +12,7 @@
 #include "tools/cardsim/DriverCommand.h"
 #include "tools/cardsim/FaultCommands.h"
 #include "tools/cardsim/PromCommands.h"
+#include "tools/cardsim/RecordCommand.h"
 #include "tools/cardsim/ShowMachine.h"
 
 namespace cardsim {
@@ -77,6 +78,7 @@ int run(const std::vector<std::string>& arguments, std::ostream& out, std::ostre
     addFaultCommands(app, context);
     addDriverCommand(app, context);
     addPromCommands(app, context);
+    addRecordCommand(app, context);
 
     try {
         std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());  // the order CLI11 takes

@@ -7,6 +7,7 @@
 #include "tools/cardsim/DriverCommand.h"
 #include "tools/cardsim/FaultCommands.h"
 #include "tools/cardsim/IdentityText.h"
+#include "tools/cardsim/RecordCommand.h"
 
 namespace cardsim {
 namespace {
@@ -59,6 +60,8 @@ void showCard(std::size_t index, const Card& card, bool on, std::ostream& out) {
             << ((card.jtagOutput() & simulator::registers::kActivityLamp) != 0 ? "on" : "off") << '\n';
     for (const simulator::Fault& fault : card.faults().all())
         out << "  Fault       " << describe(fault) << '\n';
+    if (card.recordingRequest())
+        out << "  Recording   " << describe(*card.recordingRequest()) << '\n';
 }
 
 }  // namespace

@@ -136,6 +136,19 @@ TEST_F(CardSimTest, BreaksAndMendsCards) {
     EXPECT_TRUE(says("service-silent"));
 }
 
+TEST_F(CardSimTest, ARecordingIsRequestedAndTakenBack) {
+    ASSERT_EQ(runWith({"make", folder_}), kDone);
+    ASSERT_EQ(runWith({"record", folder_, "2", "wave.vcd", "--from", "30", "--for", "12"}), kDone);
+    ASSERT_EQ(runWith({"show", folder_}), kDone);
+    const std::string file = fs::current_path() / "wave.vcd";
+    EXPECT_TRUE(says("Recording   the next run, from 30 to 42 microseconds, into " + file)) << out_.str();
+    EXPECT_EQ(runWith({"record", folder_, "2"}), kWrongUsage);
+    EXPECT_EQ(runWith({"record", folder_, "1", "--cancel"}), kFailed) << "there is none";
+    EXPECT_EQ(runWith({"record", folder_, "2", "--cancel"}), kDone);
+    ASSERT_EQ(runWith({"show", folder_}), kDone);
+    EXPECT_FALSE(says("Recording"));
+}
+
 // A small image that writes pages 3, 4 and 6, one of them with something else than the card will hold.
 TEST_F(CardSimTest, TakesPromsOutAndComparesThem) {
     std::vector<uint8_t> image;

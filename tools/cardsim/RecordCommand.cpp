@@ -1,0 +1,69 @@
+#include "tools/cardsim/RecordCommand.h"
+
+#include <filesystem>
+
+#include "simulator/MachineError.h"
+
+namespace cardsim {
+namespace {
+
+using simulator::MachineError;
+using simulator::RecordingRequest;
+
+struct RecordOptions {
+    std::string folder;
+    std::size_t number = 0;
+    RecordingRequest request;
+    bool cancel = false;
+};
+
+void record(RecordOptions options, std::ostream& out) {
+    if (options.cancel == !options.request.file.empty())
+        throw CLI::ValidationError("record", "Name a file to record into, or --cancel.");
+    const auto directory = openMachine(options.folder);
+    simulator::Card& card = directory->machine().card(indexOfCard(directory->machine(), options.number));
+    if (options.cancel) {
+        if (!card.recordingRequest())
+            throw MachineError("nothing of the card is to be recorded.");
+        card.requestRecording(std::nullopt);
+        out << nameOf(card) << ": nothing is recorded.\n";
+    } else {
+        // The next run may start elsewhere.
+        options.request.file = std::filesystem::absolute(options.request.file).string();
+        card.requestRecording(options.request);
+        out << nameOf(card) << ": " << describe(options.request) << ".\n";
+    }
+    directory->save();
+}
+
+}  // namespace
+
+std::string describe(const RecordingRequest& request) {
+    const std::string until =
+        request.microseconds == RecordingRequest::kMostMicroseconds
+            ? "its end"
+            : std::to_string(request.fromMicroseconds + request.microseconds) + " microseconds";
+    return "the next run, from " + std::to_string(request.fromMicroseconds) + " to " + until + ", into " +
+           request.file;
+}
+
+void addRecordCommand(CLI::App& program, Context& context) {
+    const auto options = std::make_shared<RecordOptions>();
+    CLI::App* const command = program.add_subcommand(
+        "record", "Have a card's JTAG signals in the updater's next run recorded, as a waveform for GTKWave");
+    addFolder(*command, options->folder);
+    addCardNumber(*command, options->number);
+    command->add_option("file", options->request.file, "The file to make, such as identity.vcd")
+        ->type_name("FILE");
+    const auto addTime = [&](const char* name, uint64_t& microseconds, const char* description) {
+        command->add_option(name, microseconds, description)
+            ->check(CLI::Range(uint64_t{0}, RecordingRequest::kMostMicroseconds))
+            ->type_name("MICROSECONDS");
+    };
+    addTime("--from", options->request.fromMicroseconds, "Begin so long after the run has begun");
+    addTime("--for", options->request.microseconds, "Record so long; without it, to the run's end");
+    command->add_flag("--cancel", options->cancel, "Record nothing after all");
+    command->callback([options, &context] { record(*options, context.out); });
+}
+
+}  // namespace cardsim

@@ -1,0 +1,18 @@
+#pragma once
+
+// Recording a card's JTAG signals during the next run.
+
+#include <string>
+
+#include "simulator/Waveform.h"
+#include "tools/cardsim/Context.h"
+
+namespace cardsim {
+
+// "the next run, from 0 to its end, into /tmp/identity.vcd"
+[[nodiscard]] std::string describe(const simulator::RecordingRequest& request);
+
+// Adds the subcommand record. The context must outlive the parsing.
+void addRecordCommand(CLI::App& program, Context& context);
+
+}  // namespace cardsim

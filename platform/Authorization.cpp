@@ -33,7 +33,8 @@ OSStatus acquireAdministratorRight(Authorization& authorization, AuthorizationFl
     }
     switch (InstalledHost().askForAdministratorRight()) {
         case Host::RightAnswer::granted:
-            authorization.holdsAdministratorRight = true;
+            // Without being asked for in advance, the right is good for this process but not for its tools.
+            authorization.holdsAdministratorRight = (flags & kAuthorizationFlagPreAuthorize) != 0;
             return errAuthorizationSuccess;
         case Host::RightAnswer::cancelled:
             return errAuthorizationCanceled;

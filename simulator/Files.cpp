@@ -2,10 +2,12 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
+#include <cstdlib>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -43,7 +45,8 @@ void writeAt(const std::filesystem::path& path, int descriptor, std::size_t offs
 class File {
   public:
     File(const std::filesystem::path& path, int flags, const char* whatFails)
-        : path_(path), descriptor_(openFile(path, flags, whatFails)) {}
+        : File(path, openFile(path, flags, whatFails)) {}
+    File(const std::filesystem::path& path, int descriptor) : path_(path), descriptor_(descriptor) {}
     File(const File&) = delete;
     File& operator=(const File&) = delete;
     ~File() { ::close(descriptor_); }
@@ -77,6 +80,43 @@ class File {
     int descriptor_;
 };
 
+// A file beside the one whose place it is to take, under a name that nobody else has. It goes if it does not
+// get there.
+class UnfinishedFile {
+  public:
+    explicit UnfinishedFile(const std::filesystem::path& goal)
+        : name_(goal.string() + ".XXXXXX"), descriptor_(::mkstemp(name_.data())) {
+        if (descriptor_ < 0)
+            fail(goal, "could not be made");
+    }
+    UnfinishedFile(const UnfinishedFile&) = delete;
+    UnfinishedFile& operator=(const UnfinishedFile&) = delete;
+    ~UnfinishedFile() {
+        if (!isTaken_)
+            ::unlink(name_.c_str());
+    }
+
+    void fill(std::span<const uint8_t> content) const {
+        const mode_t mask = ::umask(0);
+        ::umask(mask);
+        ::fchmod(descriptor_, 0666 & ~mask);
+        const File file(name_, descriptor_);
+        file.write(0, content);
+        file.flush();
+    }
+
+    void take(const std::filesystem::path& goal) {
+        if (::rename(name_.c_str(), goal.c_str()) != 0)
+            fail(goal, "could not be replaced");
+        isTaken_ = true;
+    }
+
+  private:
+    std::string name_;
+    int descriptor_;
+    bool isTaken_ = false;
+};
+
 }  // namespace
 
 std::vector<uint8_t> readFile(const std::filesystem::path& path) {
@@ -84,15 +124,9 @@ std::vector<uint8_t> readFile(const std::filesystem::path& path) {
 }
 
 void replaceFile(const std::filesystem::path& path, std::span<const uint8_t> content) {
-    std::filesystem::path fresh = path;
-    fresh += ".new";
-    {
-        const File file(fresh, O_WRONLY | O_CREAT | O_TRUNC, "could not be made");
-        file.write(0, content);
-        file.flush();
-    }
-    if (::rename(fresh.c_str(), path.c_str()) != 0)
-        fail(path, "could not be replaced");
+    UnfinishedFile fresh(path);
+    fresh.fill(content);
+    fresh.take(path);
 }
 
 void writeIntoFile(const std::filesystem::path& path, std::size_t offset, std::span<const uint8_t> bytes) {

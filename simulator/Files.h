@@ -15,7 +15,7 @@ namespace simulator {
 [[nodiscard]] std::vector<uint8_t> readFile(const std::filesystem::path& path);
 
 // Puts a file into the place of whatever is there; whoever opens it sees the old content or the new, no
-// mixture.
+// mixture. A failure leaves what was there, and nothing beside it.
 void replaceFile(const std::filesystem::path& path, std::span<const uint8_t> content);
 
 // Changes some bytes of a file that is there.

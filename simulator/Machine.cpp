@@ -23,7 +23,7 @@ void Machine::timePassed() {
 Card& Machine::addCard(Board board, PromCells cells) {
     assert(!on_);
     return *cards_.emplace_back(
-        std::make_unique<Card>(std::move(board), std::move(cells), clock_, ledger_, [this] { powerOff(); }));
+        std::make_unique<Card>(std::move(board), std::move(cells), clock_, ledger_, [this] { losePower(); }));
 }
 
 void Machine::removeCard(std::size_t index) {
@@ -45,6 +45,12 @@ void Machine::powerOff() {
     drivers_.loaded.clear();
     for (const auto& card : cards_)
         card->powerOff();
+}
+
+void Machine::losePower() {
+    powerOff();
+    if (programEnds_)
+        programEnds_();
 }
 
 void Machine::resume() {

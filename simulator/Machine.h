@@ -4,8 +4,10 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "simulator/Card.h"
@@ -39,6 +41,9 @@ class Machine {
     // switching off breaks off whatever a PROM is doing.
     void powerOn();
     void powerOff();
+    // What is to be done once a fault has taken the power away: the program, which ran on this machine too,
+    // is to end. Without it the program goes on, with cards that do not answer.
+    void onPowerLost(std::function<void()> programEnds) { programEnds_ = std::move(programEnds); }
     // Switches on without a power-up, to carry on where an earlier run of a machine that stayed on ended. The
     // cards are resumed one by one.
     void resume();
@@ -64,6 +69,7 @@ class Machine {
     bool deliverShutDownEvent(uint64_t processSerialNumber);
 
   private:
+    void losePower();
     // Has every card look after those whose moment has come.
     void timePassed();
 
@@ -71,6 +77,7 @@ class Machine {
     Ledger ledger_;
     Drivers drivers_;
     std::vector<std::unique_ptr<Card>> cards_;
+    std::function<void()> programEnds_;
     bool on_ = false;
 };
 

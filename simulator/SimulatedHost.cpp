@@ -203,7 +203,7 @@ void SimulatedHost::programEnded() {
     note(live.iterators - liveBefore_.iterators, "iterators");
     note(live.coreFoundationObjects - liveBefore_.coreFoundationObjects, "bundle's objects");
     note(live.appleEventDescriptors - liveBefore_.appleEventDescriptors, "event descriptors");
-    if (machine_.isOn())
+    if (machine_.isOn() && machine_.drivers().loaded.empty())
         note(live.authorizations - liveBefore_.authorizations, "authorizations");
     note(hasChild() ? 1 : 0, "child processes");
 }

@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <cstdio>
+#include <cstdlib>
 #include <exception>
 
 #include "app/UpdaterMain.h"
@@ -12,12 +13,19 @@
 
 namespace {
 
+constexpr int kPowerWasLost = 3;
+
 int runOn(const std::string& folder) {
     const auto directory =
         simulator::MachineDirectory::open(folder, simulator::MachineDirectory::OnOpening::powerUp);
     directory->machine().beginRecordings();
     // From here on the machine is on, also for whoever looks after this process has been killed.
     directory->save();
+    directory->machine().onPowerLost([&directory] {
+        std::fputs("vupdater-simulated: The machine has lost its power.\n", stderr);
+        directory->save();
+        std::_Exit(kPowerWasLost);
+    });
     int exitCode = 0;
     {
         simulator::SimulatedHost host(directory->machine(), BundleBesideExecutable(), AskAdministrator);

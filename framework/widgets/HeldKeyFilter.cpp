@@ -1,11 +1,38 @@
 #include "framework/widgets/HeldKeyFilter.h"
 
 #include <QKeyEvent>
+#include <QLineEdit>
 
-bool HeldKeyFilter::eventFilter(QObject* /*watched*/, QEvent* event) {
-    if (event->type() != QEvent::KeyPress) {
+namespace {
+
+bool givesAnswers(int key, const QObject* watched) {
+    switch (key) {
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+        case Qt::Key_Escape:
+            return true;
+        case Qt::Key_Space:
+            return qobject_cast<const QLineEdit*>(watched) == nullptr;
+        default:
+            return false;
+    }
+}
+
+}  // namespace
+
+bool HeldKeyFilter::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() != QEvent::KeyPress && event->type() != QEvent::KeyRelease) {
         return false;
     }
     const auto* const key = static_cast<QKeyEvent*>(event);
-    return key->isAutoRepeat() && (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter);
+    if (event->type() == QEvent::KeyRelease) {
+        mReleasedKey = key->key();
+        mReleasedAt = key->timestamp();
+        return false;
+    }
+    // A window system that repeats keys by releasing and pressing them in the same instant does not always
+    // get the repetition marked as one.
+    const bool isRepetition = key->isAutoRepeat() || (key->timestamp() != 0 && key->key() == mReleasedKey &&
+                                                      key->timestamp() == mReleasedAt);
+    return isRepetition && givesAnswers(key->key(), watched);
 }

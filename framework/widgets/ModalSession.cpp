@@ -1,9 +1,11 @@
 #include "framework/widgets/ModalSession.h"
 
 #include <QApplication>
+#include <QDeadlineTimer>
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QPushButton>
+#include <QWindow>
 
 #include "framework/widgets/LApplication.h"
 #include "framework/widgets/LWindow.h"
@@ -15,6 +17,21 @@ QWidget* ModalParent() {
     const LApplication* application = LApplication::Current();
     return application == nullptr ? nullptr : application->FrontWindow();
 }
+
+namespace {
+
+// A dialog that comes up while its window is still on its way to the screen would be centred on where the
+// window is not.
+void waitUntilPlaced(const QWidget* window) {
+    constexpr int kPatienceMilliseconds = 500;
+    const QDeadlineTimer patience(kPatienceMilliseconds);
+    while (window != nullptr && window->isVisible() && !window->windowHandle()->isExposed() &&
+           !patience.hasExpired()) {
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    }
+}
+
+}  // namespace
 
 int RunModal(QDialog& dialog) {
     const LApplication* application = LApplication::Current();
@@ -28,6 +45,7 @@ int RunModal(QDialog& dialog) {
             button->setFocus();
         }
     }
+    waitUntilPlaced(dialog.parentWidget());
     return dialog.exec();
 }
 

@@ -30,6 +30,8 @@ TEST(Authorization, OnlyTheHeldAdministratorRightRunsTools) {
 
     host.rightAnswer = Host::RightAnswer::granted;
     EXPECT_EQ(acquire(mayAsk), errAuthorizationSuccess);
+    EXPECT_EQ(run(), errAuthorizationDenied) << "not asked for in advance";
+    EXPECT_EQ(acquire(mayAsk | kAuthorizationFlagPreAuthorize), errAuthorizationSuccess);
     EXPECT_EQ(acquire(0), errAuthorizationSuccess) << "held already, so nobody needs to be asked";
     EXPECT_EQ(run(), errAuthorizationSuccess);
     host.toolsThatDoNotStart = {"/tool"};

@@ -1,106 +1,148 @@
 // The power goes somewhere in the write of a whole image, and comes back.
 
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
-#include <array>
+#include <cstdlib>
 
 #include "simulator/Files.h"
+#include "simulator/MachineDirectory.h"
+#include "tests/support/SystemTmp.h"
 #include "tests/whole/FirstCardUpdate.h"
 #include "tests/whole/IdentityAccesses.h"
+#include "tools/images/CommandReader.h"
 
 namespace {
 
 using simulator::FaultKind;
-using Alerts = std::vector<UpdaterSession::Alert>;
+using simulator::MachineDirectory;
+using simulator::Prom;
 using When = simulator::Fault::When;
 
-// Where the power goes, and what is left.
-enum class From { start, imageEnd, end };
+constexpr int powerWasLost = 7;
 
-struct PowerCut {
-    From from;
-    int64_t accesses;  // counted from there
-    Alerts alerts;     // between the confirmation and the failure
-    int version;       // of the firmware that the card has at the next power-up; 0 for none
-    bool keepsIdentity;
-
-    friend std::ostream& operator<<(std::ostream& out, const PowerCut& cut) {
-        return out << std::array{"start", "image end", "end"}[static_cast<std::size_t>(cut.from)] << ' '
-                   << std::showpos << cut.accesses;
+class PowerLoss {
+  protected:
+    PowerLoss() {
+        bundle.addShippedImage(imageName);
+        bundle.addShippedImage("vupdaterkext.pax");
+        image = simulator::readFile(bundle.resource(imageName));
+        const auto directory = MachineDirectory::create(folder.path());
+        directory->machine().addCard(
+            {"VornMX-B", "PCI slot 1", 0x21, 1},
+            {simulator::encodeConfiguration({0x21, 1, 'M', 10, 0x4511}), identity, 3});
+        directory->save();
     }
+
+    // Starts the updater in a process of its own and has the power go so many accesses after Update was
+    // clicked, with which the process ends.
+    void update(uint64_t accesses) {
+        const pid_t child = fork();
+        if (child == 0) {
+            const auto directory =
+                MachineDirectory::open(folder.path(), MachineDirectory::OnOpening::powerUp);
+            simulator::Machine& machine = directory->machine();
+            machine.onPowerLost([&] {
+                directory->save();
+                std::_Exit(powerWasLost);
+            });
+            UpdaterSession session(machine, bundle);
+            session.run([&] {
+                machine.card(0).inject({.kind = FaultKind::powerLost,
+                                        .when = When::atAccess,
+                                        .count = machine.accesses() + accesses});
+                session.click("UPDT");
+            });
+            std::_Exit(EXIT_SUCCESS);
+        }
+        int status = 0;
+        ASSERT_EQ(waitpid(child, &status, 0), child);
+        ASSERT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == powerWasLost) << status;
+    }
+
+    // What the next start finds: the firmware's version, 0 for a card that is off the bus.
+    void expectAfterwards(int version, bool keepsIdentity) {
+        std::optional<SystemTmp> tmp;
+        if (version == 0) {
+            tmp.emplace();
+        }
+        const auto directory =
+            MachineDirectory::open(folder.path(), MachineDirectory::OnOpening::leaveAsItIs);
+        simulator::Machine& machine = directory->machine();
+        EXPECT_FALSE(machine.isOn());
+        machine.powerOn();
+        EXPECT_EQ(machine.card(0).running() ? machine.card(0).running()->version : 0, version);
+        EXPECT_EQ(machine.card(0).identity() == identity, keepsIdentity);
+        UpdaterSession session(machine, bundle);
+        bool hasWindow = false;
+        session.run([&] {
+            hasWindow = true;
+            EXPECT_EQ(session.text("FWVR"), (std::string("M") += std::to_string(version)));
+            EXPECT_EQ(session.identityDialogs.empty(), keepsIdentity);
+        });
+        EXPECT_EQ(hasWindow, version != 0);
+        if (!hasWindow) {
+            // A private driver could not show it either.
+            EXPECT_TRUE(session.alerts.back().message.starts_with("No card was found"));
+        }
+        EXPECT_TRUE(machine.ledger().empty());
+    }
+
+    TemporaryDirectory folder;
+    TestBundle bundle;
+    std::vector<uint8_t> image;
 };
 
-const Alerts imageFails = {mismatch, identityNotRead};
-const Alerts readingFails = {identityNotRead};
+// Twentieths of the image's accesses.
+class PowerLossInImage : public PowerLoss, public testing::TestWithParam<uint64_t> {};
 
-const PowerCut powerCuts[] = {
-    {From::start, 3'000, imageFails, 10, true},             // before anything was erased
-    {From::start, 50'000, imageFails, 0, false},            // erase
-    {From::start, 20'000'000, imageFails, 0, false},        //
-    {From::start, 44'900'000, imageFails, 0, false},        //
-    {From::start, 46'000'000, imageFails, 0, false},        // programming
-    {From::start, 100'000'000, imageFails, 0, false},       //
-    {From::start, 167'000'000, imageFails, 0, false},       //
-    {From::imageEnd, -100'000'000, imageFails, 12, false},  // reading back
-    {From::imageEnd, -50'000'000, imageFails, 12, false},   //
-    {From::imageEnd, -200'000, imageFails, 12, false},      //
-    {From::imageEnd, 30'000, readingFails, 12, false},      // the identity, written for the first time
-    {From::imageEnd, 90'000, readingFails, 12, false},      // again
-    {From::imageEnd, 175'000, readingFails, 12, true},      // verified
-    {From::end, -600'000, readingFails, 12, true},          // protection
-    {From::end, -900, {identityDiffers}, 12, true}};        // the last reading
-
-class PowerLoss : public testing::TestWithParam<PowerCut> {};
-
-TEST_P(PowerLoss, LeavesACardThatComesBackOrIsMissed) {
-    const PowerCut& cut = GetParam();
-    simulator::Machine machine;
-    simulator::Card& card =
-        machine.addCard({"VornMX-B", "PCI slot 1", 0x21, 1},
-                        {simulator::encodeConfiguration({0x21, 1, 'M', 10, 0x4511}), identity, 3});
-    machine.powerOn();
-    TestBundle bundle;
-    bundle.addShippedImage(imageName);
-    {
-        UpdaterSession session(machine, bundle);
-        session.run([&] {
-            uint64_t count = machine.accesses() + static_cast<uint64_t>(cut.accesses);
-            if (cut.from != From::start) {
-                const auto image = simulator::readFile(bundle.resource(imageName));
-                count += tools::accessesOf(image).value().count();
-            }
-            if (cut.from == From::end) {
-                count += identityAccesses().count();
-            }
-            card.inject({.kind = FaultKind::powerLost, .when = When::atAccess, .count = count});
-            session.click("UPDT");
-            EXPECT_EQ(session.shownStatePanes(), idlePanes);
-        });
-        Alerts expected = cut.alerts;
-        expected.insert(expected.begin(), confirmation);
-        expected.push_back(failure);
-        EXPECT_EQ(session.alerts, expected);
+TEST_P(PowerLossInImage, LeavesTheOldFirmwareOrNoneOrTheNew) {
+    constexpr uint64_t parts = 20;
+    uint64_t erasing = 0;     // accesses before the erase
+    uint64_t programmed = 0;  // accesses after the last page
+    tools::CommandReader reader(image);
+    tools::AccessCounter counter;
+    while (const auto command = reader.next()) {
+        const uint64_t before = counter.total().count();
+        counter.take(*command);
+        if (command->opcode() == XsvfOpcode::XSIR) {
+            const int instruction = (command->first[0] << 8 | command->first[1]) >> 5 & 0xFF;
+            erasing = instruction == Prom::eraseInstruction ? before : erasing;
+            programmed = instruction == Prom::programInstruction ? counter.total().count() : programmed;
+        }
     }
-    EXPECT_FALSE(machine.isOn());
-    machine.powerOn();
-    EXPECT_EQ(card.running() ? card.running()->version : 0, cut.version);
-    EXPECT_EQ(card.identity() == identity, cut.keepsIdentity);
-
-    UpdaterSession session(machine, bundle);
-    bool hasWindow = false;
-    session.run([&] {
-        hasWindow = true;
-        EXPECT_EQ(session.text("FWVR"), (std::string("M") += std::to_string(cut.version)));
-    });
-    EXPECT_EQ(hasWindow, cut.version != 0);
-    if (!hasWindow) {
-        // After the attempt to reach it through a private driver.
-        ASSERT_FALSE(session.alerts.empty());
-        EXPECT_NE(session.alerts.back().message.find("The card could not be reached"), std::string::npos);
-    }
-    EXPECT_TRUE(machine.ledger().empty());
+    constexpr uint64_t soon = 1'000;
+    const uint64_t cut = soon + counter.total().count() * GetParam() / parts;
+    ASSERT_TRUE(soon < erasing && erasing < programmed);
+    update(cut);
+    const int version = cut < erasing ? 10 : cut < programmed ? 0 : 12;
+    expectAfterwards(version, cut < erasing);
 }
 
-INSTANTIATE_TEST_SUITE_P(, PowerLoss, testing::ValuesIn(powerCuts));
+INSTANTIATE_TEST_SUITE_P(, PowerLossInImage, testing::Range(uint64_t{0}, uint64_t{20}));
+
+// After the image: the identity is written three times, verified, protected and read back.
+struct Cut {
+    bool isFromTheEnd;
+    int64_t accesses;
+    bool keepsIdentity;
+};
+
+class PowerLossInIdentity : public PowerLoss, public testing::TestWithParam<Cut> {};
+
+TEST_P(PowerLossInIdentity, LeavesTheNewFirmware) {
+    uint64_t from = tools::accessesOf(image).value().count();
+    from += GetParam().isFromTheEnd ? identityAccesses().count() : 0;
+    update(from + static_cast<uint64_t>(GetParam().accesses));
+    expectAfterwards(12, GetParam().keepsIdentity);
+}
+
+INSTANTIATE_TEST_SUITE_P(, PowerLossInIdentity,
+                         testing::Values(Cut{false, 30'000, false},  // being written for the first time
+                                         Cut{false, 90'000, false},  // again
+                                         Cut{false, 175'000, true},  // verified
+                                         Cut{true, -600'000, true},  // protected
+                                         Cut{true, -900, true}));    // read back
 
 }  // namespace

@@ -117,6 +117,24 @@ TEST_F(Program, AKilledRunLeavesAWaveformOfTheIdentityRead) {
     EXPECT_FALSE(saved->machine().card(0).recordingRequest()) << "for one run alone";
 }
 
+TEST_F(Program, EndsWithTheMachinesPower) {
+    {
+        const auto directory =
+            MachineDirectory::open(machineFolder, MachineDirectory::OnOpening::leaveAsItIs);
+        directory->machine().card(0).inject({.kind = simulator::FaultKind::powerLost,
+                                             .when = simulator::Fault::When::atAccess,
+                                             .count = 500});
+        directory->save();
+    }
+    start(machineFolder);
+    ASSERT_TRUE(process.waitForFinished(patienceMilliseconds));
+    EXPECT_EQ(process.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(process.exitCode(), 3);
+    EXPECT_TRUE(process.readAllStandardError().endsWith("The machine has lost its power.\n"));
+    const auto saved = MachineDirectory::open(machineFolder, MachineDirectory::OnOpening::leaveAsItIs);
+    EXPECT_FALSE(saved->machine().isOn());
+}
+
 TEST_F(Program, WrongUsageIsSaidSo) {
     process.start(UPDATER_PROGRAM, QStringList{});
     ASSERT_TRUE(process.waitForFinished(patienceMilliseconds));

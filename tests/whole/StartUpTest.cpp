@@ -76,8 +76,8 @@ TEST_F(StartUp, LayoutWithoutWhatTheUpdaterNeedsEndsIt) {
 
 TEST_F(StartUp, LayoutWithoutWhatTheUpdaterCanDoWithoutIsUsed) {
     bundle.addImage(imageName, {0x00});
-    editLayout(R"(class="LStaticText" name="MODL")", R"(class="LPushButton" name="MODL")");
-    {
+    for (const char* instead : {R"(class="LPushButton" name="MODL")", R"(class="LStaticText" name="GONE")"}) {
+        editLayout(R"(class="LStaticText" name="MODL")", instead);
         UpdaterSession session(machine, bundle);
         session.run([&] { EXPECT_EQ(session.text("FWVR"), "M10"); });
         EXPECT_EQ(session.alerts, Alerts());

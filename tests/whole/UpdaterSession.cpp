@@ -199,15 +199,28 @@ void UpdaterSession::answerIdentityDialog(QWidget* dialog, QLineEdit& field) {
     QTest::keyClick(&field, Qt::Key_Return);
 }
 
+// A held key, which may have brought this alert up, does not answer it: neither repetitions marked as such,
+// nor those that are a release and a press at the same moment.
+void UpdaterSession::holdKeys(QWidget* dialog) {
+    for (const int key : {Qt::Key_Return, Qt::Key_Escape, Qt::Key_Space}) {
+        QKeyEvent marked(QEvent::KeyPress, key, Qt::NoModifier, QString(), true);
+        QKeyEvent release(QEvent::KeyRelease, key, Qt::NoModifier);
+        QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
+        release.setTimestamp(1);
+        press.setTimestamp(1);
+        for (QKeyEvent* const event : {&marked, &release, &press, &release}) {
+            QApplication::sendEvent(dialog->focusWidget(), event);
+            ASSERT_TRUE(dialog->isVisible()) << key;
+        }
+    }
+}
+
 void UpdaterSession::answer(QWidget* dialog) {
     if (auto* const field = dialog->findChild<QLineEdit*>("1101")) {
         answerIdentityDialog(dialog, *field);
         return;
     }
-    // A held Return, which may have brought this alert up, does not answer it.
-    QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QString(), true);
-    QApplication::sendEvent(dialog->focusWidget(), &held);
-    EXPECT_TRUE(dialog->isVisible());
+    holdKeys(dialog);
 
     Alert alert;
     if (const auto* const box = qobject_cast<QMessageBox*>(dialog)) {

@@ -92,6 +92,7 @@ class UpdaterSession : public QObject {
 
   private:
     void answer(QWidget* dialog);
+    void holdKeys(QWidget* dialog);
     void answerIdentityDialog(QWidget* dialog, QLineEdit& field);
 
     // That the updater which has ended gave back what it had, save the popup's connections.

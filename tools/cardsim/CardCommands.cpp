@@ -1,6 +1,8 @@
 #include "tools/cardsim/CardCommands.h"
 
+#include <algorithm>
 #include <cstdint>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -66,13 +68,26 @@ void changeSpecialRow(const CardOptions& options, PromCells& cells) {
         cells.setProtection(static_cast<uint8_t>(*options.protection));
 }
 
+std::string firstFreeSlot(const Machine& machine) {
+    for (std::size_t slot = 1;; ++slot) {
+        std::string location = "PCI slot " + std::to_string(slot);
+        bool isFree = true;
+        for (std::size_t index = 0; index < machine.cardCount(); ++index)
+            isFree = isFree && machine.card(index).board().location != location;
+        if (isFree)
+            return location;
+    }
+}
+
 void addCard(const CardOptions& options, std::ostream& out) {
     const auto directory = openMachine(options.folder);
     Machine& machine = directory->machine();
     requireOff(machine);
+    if (options.firmware.has_value() != options.date.has_value())
+        throw MachineError("firmware has a version and a date: give both, or neither for an empty PROM.");
     const tools::CardModel& model = *tools::modelNamed(options.model);
     Board board{.name = std::string(model.name),
-                .location = "PCI slot " + std::to_string(machine.cardCount() + 1),
+                .location = firstFreeSlot(machine),
                 .modelCode = model.code,
                 .revision = 0};
     changeBoard(options, board);
@@ -106,6 +121,9 @@ void removeCard(const CardOptions& options, std::ostream& out) {
 void changeCard(const CardOptions& options, std::ostream& out) {
     const auto directory = openMachine(options.folder);
     Card& card = directory->machine().card(indexOfCard(directory->machine(), options.number));
+    if (!options.name && !options.location && !options.board && !options.identity && !options.protection &&
+        !options.firmware && !options.date)
+        throw MachineError("nothing was named that could be changed.");
     const auto before = simulator::decodeConfiguration(card.cells().pages());
     if (options.date && !options.firmware && !before)
         throw MachineError("the card's PROM holds no firmware whose date could be changed.");
@@ -128,12 +146,30 @@ void changeCard(const CardOptions& options, std::ostream& out) {
     out << "Changed " << nameOf(card) << ".\n";
 }
 
+// One line of UTF-8, which is all that a driver's reply and machine.json can hold.
+std::string checkText(const std::string& text) {
+    const bool isOneLine =
+        std::ranges::none_of(text, [](char c) { return c == 0x7F || (c >= 0 && c < ' '); });
+    if (!isOneLine)
+        return "A text is one line without control characters.";
+    try {
+        static_cast<void>(nlohmann::json(text).dump());
+        return "";
+    } catch (const nlohmann::json::exception&) {
+        return "A text is UTF-8.";
+    }
+}
+
 void addDescription(CLI::App& command, CardOptions& options) {
     const auto checked = [](const auto& parse, const char* complaint) {
         return [=](const std::string& text) { return parse(text) ? std::string() : std::string(complaint); };
     };
-    command.add_option("--name", options.name, "What the driver calls the card")->type_name("TEXT");
-    command.add_option("--location", options.location, "Where the card is")->type_name("TEXT");
+    command.add_option("--name", options.name, "What the driver calls the card")
+        ->check(checkText)
+        ->type_name("TEXT");
+    command.add_option("--location", options.location, "Where the card is")
+        ->check(checkText)
+        ->type_name("TEXT");
     command.add_option("--board", options.board, "Board revision letter, or NC for a board without one")
         ->check(checked(tools::boardRevisionNamed, "A board is a letter from A to Z, or NC."))
         ->type_name("LETTER|NC");

@@ -1,5 +1,8 @@
 #include "tools/cardsim/Context.h"
 
+#include <charconv>
+#include <cstdint>
+
 #include "simulator/MachineError.h"
 
 namespace cardsim {
@@ -27,7 +30,17 @@ CLI::Option* addFolder(CLI::App& command, std::string& folder) {
 CLI::Option* addCardNumber(CLI::App& command, std::size_t& number) {
     return command.add_option("card", number, "The card's number in the listing")
         ->required()
+        ->check([](const std::string& text) {
+            return text == "0" ? "Cards are counted from 1." : checkCount(text);
+        })
         ->type_name("CARD");
+}
+
+std::string checkCount(const std::string& text) {
+    uint64_t count = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, count);
+    return stop == end && error == std::errc() ? "" : '"' + text + "\" is not a count.";
 }
 
 }  // namespace cardsim

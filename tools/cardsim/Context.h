@@ -31,4 +31,8 @@ struct Context {
 CLI::Option* addFolder(CLI::App& command, std::string& folder);
 CLI::Option* addCardNumber(CLI::App& command, std::size_t& number);
 
+// What is wrong with a text that should be a number from 0 on; empty when nothing is. Without it the library
+// takes "-1" for the greatest number there is.
+[[nodiscard]] std::string checkCount(const std::string& text);
+
 }  // namespace cardsim

@@ -44,8 +44,12 @@ void addChoice(CLI::App& command, const char* name, std::optional<Value>& into,
     std::string names;
     for (const auto& choice : choices)
         names += (names.empty() ? "" : "|") + choice.first;
-    command.add_option(name, into, description)
-        ->transform(CLI::CheckedTransformer(choices).description(""))
+    command
+        .add_option_function<std::string>(
+            name, [&into, &choices](const std::string& word) { into = choices.at(word); }, description)
+        ->check([&choices, names](const std::string& word) {
+            return choices.contains(word) ? "" : '"' + word + "\" is none of " + names + '.';
+        })
         ->type_name(names);
 }
 

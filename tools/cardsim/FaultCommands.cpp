@@ -65,7 +65,10 @@ void inject(const FaultOptions& options, std::ostream& out) {
     simulator::Card& card = directory->machine().card(indexOfCard(directory->machine(), options.number));
     card.inject(fault);
     directory->save();
-    out << nameOf(card) << ": " << simulator::describe(fault.kind).meaning << ".\n";
+    const auto& faults = card.faults().all();
+    const auto injected = std::ranges::find(faults, fault.kind, &Fault::kind);
+    out << nameOf(card) << ": " << simulator::describe(fault.kind).meaning << "; "
+        << describe(injected == faults.end() ? fault : *injected) << ".\n";
 }
 
 void clear(const FaultOptions& options, std::ostream& out) {
@@ -98,8 +101,20 @@ std::string checkKind(const std::string& name) {
     return kindsByName().contains(name) ? "" : name + " is no fault; \"cardsim fault kinds\" lists them.";
 }
 
+// Decimal, or hexadecimal with 0x.
+std::string checkCode(const std::string& text) {
+    uint32_t code = 0;
+    const bool good = CLI::detail::lexical_cast(text, code) && text.front() != '-';
+    if (!good)
+        return '"' + text + "\" is not a code of 32 bits.";
+    return code == simulator::Prom::kIdentificationCode ? text + " is the PROM's own code, not a foreign one."
+                                                        : "";
+}
+
 void addParameters(CLI::App& command, FaultOptions& options) {
-    command.add_option("--code", options.code, "The foreign identification code")->type_name("NUMBER");
+    command.add_option("--code", options.code, "The foreign identification code")
+        ->check(checkCode)
+        ->type_name("NUMBER");
     command.add_option("--page", options.page, "The page")
         ->check(CLI::Range(0, int{simulator::kPromPages - 1}))
         ->type_name("PAGE");
@@ -111,10 +126,12 @@ void addParameters(CLI::App& command, FaultOptions& options) {
         ->type_name("NUMBER");
     auto* const access =
         command.add_option("--at-access", options.atAccess, "Strike before this access of the machine")
+            ->check(checkCount)
             ->type_name("COUNT");
     command
         .add_option("--at-clock", options.atClock, "Strike after this JTAG clock of the card since power-up")
         ->excludes(access)
+        ->check(checkCount)
         ->type_name("COUNT");
 }
 
@@ -155,8 +172,8 @@ void addFaultCommands(CLI::App& program, Context& context) {
 
     CLI::App* const clearing = fault->add_subcommand("clear", "Take faults away");
     addFolder(*clearing, options->folder);
-    addCardNumber(*clearing, options->number)->required(false)->check(CLI::PositiveNumber);
-    clearing->add_option("kind", options->kind, "Only this fault")->check(checkKind)->type_name("KIND");
+    addCardNumber(*clearing, options->number)->required(false)->description("Only this card's");
+    clearing->add_option("--kind", options->kind, "Only this fault")->check(checkKind)->type_name("KIND");
     clearing->callback([options, &context] { clear(*options, context.out); });
 
     fault->add_subcommand("kinds", "List the faults that there are")->callback([&context] {

@@ -5,6 +5,7 @@
 
 #include "simulator/MachineError.h"
 #include "tools/cardsim/ImageContent.h"
+#include "tools/xsvf/OutputFile.h"
 
 namespace cardsim {
 namespace {
@@ -24,7 +25,7 @@ struct PromOptions {
 void dump(const PromOptions& options, Context& context) {
     const auto directory = openMachine(options.folder);
     const Card& card = directory->machine().card(indexOfCard(directory->machine(), options.number));
-    simulator::replaceFile(options.file, card.cells().image());
+    tools::writeOutputFile(options.file, card.cells().image());
     context.out << "Wrote the PROM of " << nameOf(card) << " to " << options.file << ".\n";
 }
 

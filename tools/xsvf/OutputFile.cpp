@@ -16,16 +16,7 @@ void writeOutputFile(const fs::path& path, std::span<const uint8_t> content) {
         throw std::runtime_error(path.string() + ": is not an ordinary file.");
     }
     // Behind a link, its goal is what gets replaced.
-    const fs::path goal = fs::weakly_canonical(path);
-    try {
-        simulator::replaceFile(goal, content);
-    } catch (...) {
-        const fs::path unfinished = fs::path(goal) += ".new";
-        if (fs::is_regular_file(unfinished, ignored)) {
-            fs::remove(unfinished, ignored);
-        }
-        throw;
-    }
+    simulator::replaceFile(fs::weakly_canonical(path), content);
 }
 
 }  // namespace tools

@@ -104,6 +104,30 @@ TEST_F(CardSimTest, PlugsChangesAndPullsCards) {
     EXPECT_FALSE(fs::exists(folder_ / "card-3.prom"));
 }
 
+TEST_F(CardSimTest, SaysWhatIsWrongWithACommandLine) {
+    ASSERT_EQ(runWith({"make", folder_}), kDone);
+    const struct {
+        std::vector<std::string> arguments;
+        const char* complaint;
+    } kCases[] = {
+        {{"change", folder_, "-1", "--name", "A"}, "\"-1\" is not a count."},
+        {{"change", folder_, "0", "--name", "A"}, "Cards are counted from 1."},
+        {{"change", folder_, "9", "--name", "A"}, "there is no card 9; the machine has 4."},
+        {{"change", folder_, "1"}, "nothing was named that could be changed."},
+        {{"change", folder_, "1", "--name", "Two\nlines"}, "A text is one line without control characters."},
+        {{"change", folder_, "1", "--name", "\xFF"}, "A text is UTF-8."},
+        {{"add", folder_, "--model", "K40", "--date", "2005-01-02"}, "firmware has a version and a date"},
+        {{"fault", "inject", folder_, "1", "tdo-low", "--at-clock", "-1"}, "\"-1\" is not a count."},
+        {{"fault", "inject", folder_, "1", "foreign-identification", "--code", "0xF5035093"},
+         "0xF5035093 is the PROM's own code, not a foreign one."},
+        {{"driver", folder_, "--resident", "1"}, "\"1\" is none of no|yes."},
+        {{"prom", "dump", folder_, "1", folder_}, "is not an ordinary file."}};
+    for (const auto& each : kCases) {
+        EXPECT_NE(runWith(each.arguments), kDone) << each.complaint;
+        EXPECT_NE(err_.str().find(each.complaint), std::string::npos) << err_.str();
+    }
+}
+
 TEST_F(CardSimTest, BreaksAndMendsCards) {
     ASSERT_EQ(runWith({"make", folder_}), kDone);
     ASSERT_EQ(runWith({"fault", "inject", folder_, "1", "page-misread", "--page", "7", "--times", "4",
@@ -125,8 +149,8 @@ TEST_F(CardSimTest, BreaksAndMendsCards) {
                              "slow-programming, factor 3, at clock 9 (waiting)", "power-lost (has struck)"})
         EXPECT_TRUE(says(text)) << text << out_.str();
 
-    EXPECT_EQ(runWith({"fault", "clear", folder_, "1", "tdo-low"}), kFailed);
-    EXPECT_EQ(runWith({"fault", "clear", folder_, "2", "slow-programming"}), kDone);
+    EXPECT_EQ(runWith({"fault", "clear", folder_, "--kind", "tdo-low"}), kFailed);
+    EXPECT_EQ(runWith({"fault", "clear", folder_, "2", "--kind", "slow-programming"}), kDone);
     EXPECT_TRUE(says("Cleared 1 fault."));
     EXPECT_EQ(runWith({"fault", "clear", folder_}), kDone);
     EXPECT_TRUE(says("Cleared 3 faults."));

@@ -25,7 +25,7 @@ constexpr int kUpdateRepetitions = 5;
 // What the observer (window/ObserverPlugin.h) in a process tells. Moments are of the monotonic clock.
 struct Observation {
     double shownNanoseconds = 0;   // when the first window had been drawn
-    double updateNanoseconds = 0;  // how long the update took; 0 without one
+    double updateNanoseconds = 0;  // processor time of the update; 0 without one
     double peakKilobytes = 0;
 };
 
@@ -36,7 +36,7 @@ double nanosecondsNow() {
 
 // Runs a program with the observer in it until that has seen what it waits for and ends it.
 Observation observe(const char* observer, const std::string& program, const std::string& argument) {
-    ::setenv("QT_QPA_PLATFORM", "offscreen", 0);
+    ::setenv("QT_QPA_PLATFORM", "offscreen", 0);  // scripts/benchmark gives a virtual display
     ::setenv("QT_PLUGIN_PATH", OBSERVER_FOLDER, 1);
     ::setenv("QT_QPA_GENERIC_PLUGINS", observer, 1);
     const TemporaryDirectory folder;

@@ -4,8 +4,9 @@
 
 namespace benchmarks {
 
-// Names of the benchmarks, which the reporter knows their results by. Their times are from the start of the
-// process: until its first window has been drawn for the first two, of the writing alone for the last.
+// Names of the benchmarks, which the reporter knows their results by. The first two take the time
+// from the start of the process until its first window has been drawn; the last the processor time from the
+// confirmation of an update to its end.
 constexpr const char* kEmptyWindow = "empty window";
 constexpr const char* kUpdater = "updater";
 constexpr const char* kUpdateInWindow = "update in the window";

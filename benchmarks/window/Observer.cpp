@@ -12,6 +12,7 @@
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
+#include <ctime>
 #include <fstream>
 #include <string>
 
@@ -21,6 +22,13 @@ constexpr int kLookMilliseconds = 5;
 
 int64_t nanosecondsNow() {
     return std::chrono::nanoseconds(std::chrono::steady_clock::now().time_since_epoch()).count();
+}
+
+// Of the processor's time that this process has had.
+int64_t workedNanoseconds() {
+    timespec time{};
+    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+    return int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
 }
 
 long peakKilobytes() {
@@ -72,7 +80,7 @@ class Observer : public QObject {
         if (auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget())) {
             for (QPushButton* const button : dialog->findChildren<QPushButton*>()) {
                 if (button->isDefault()) {
-                    mStarted = nanosecondsNow();
+                    mStarted = workedNanoseconds();
                     button->click();
                     return;
                 }
@@ -81,7 +89,7 @@ class Observer : public QObject {
         }
         for (const QWidget* const window : QApplication::topLevelWidgets()) {
             if (mStarted != 0 && shownButton(*window, "POWR") != nullptr) {
-                mUpdate = nanosecondsNow() - mStarted;
+                mUpdate = workedNanoseconds() - mStarted;
                 tellAndEnd();
             }
             const auto* const newFirmware = window->findChild<QLabel*>("NFWR");

@@ -25,6 +25,7 @@ constexpr int kUpdateRepetitions = 5;
 // What the observer (window/ObserverPlugin.h) in a process tells. Moments are of the monotonic clock.
 struct Observation {
     double shownNanoseconds = 0;   // when the first window had been drawn
+    double workedNanoseconds = 0;  // processor time until then
     double updateNanoseconds = 0;  // processor time of the update; 0 without one
     double peakKilobytes = 0;
 };
@@ -35,7 +36,7 @@ double nanosecondsNow() {
 }
 
 // Runs a program with the observer in it until that has seen what it waits for and ends it.
-Observation observe(const char* observer, const std::string& program, const std::string& argument) {
+Observation observe(const char* observer, const std::string& program, const char* argument) {
     ::setenv("QT_QPA_PLATFORM", "offscreen", 0);  // scripts/benchmark gives a virtual display
     ::setenv("QT_PLUGIN_PATH", OBSERVER_FOLDER, 1);
     ::setenv("QT_QPA_GENERIC_PLUGINS", observer, 1);
@@ -46,8 +47,7 @@ Observation observe(const char* observer, const std::string& program, const std:
     ::posix_spawn_file_actions_init(&files);
     ::posix_spawn_file_actions_addopen(&files, STDOUT_FILENO, report.c_str(), O_WRONLY | O_CREAT, 0600);
     ::posix_spawn_file_actions_addopen(&files, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
-    char* const arguments[] = {const_cast<char*>(program.c_str()), const_cast<char*>(argument.c_str()),
-                               nullptr};
+    char* const arguments[] = {const_cast<char*>(program.c_str()), const_cast<char*>(argument), nullptr};
     pid_t child = 0;
     const int error = ::posix_spawn(&child, program.c_str(), &files, nullptr, arguments, environ);
     ::posix_spawn_file_actions_destroy(&files);
@@ -55,8 +55,8 @@ Observation observe(const char* observer, const std::string& program, const std:
         ::waitpid(child, nullptr, 0);
 
     Observation observation;
-    std::ifstream(report) >> observation.shownNanoseconds >> observation.updateNanoseconds >>
-        observation.peakKilobytes;
+    std::ifstream(report) >> observation.shownNanoseconds >> observation.workedNanoseconds >>
+        observation.updateNanoseconds >> observation.peakKilobytes;
     if (observation.peakKilobytes == 0)
         throw std::runtime_error(program + " did not come to what is measured");
     return observation;
@@ -68,25 +68,32 @@ void makeMachine(const std::filesystem::path& folder) {
     directory->save();
 }
 
+// Which program, and what it is given: a machine made for the run, a text, or nothing (null).
+struct Program {
+    const char* path;
+    bool takesMachine = false;
+    const char* text = nullptr;
+};
+
 // Time of an update, or until the first window.
-void program(benchmark::State& state, const char* observer, const std::string& program, bool hasMachine) {
-    double peakKilobytes = 0;
+void run(benchmark::State& state, const char* observer, const Program& program) {
+    Observation seen;
     for (auto _ : state) {
         const TemporaryDirectory folder;
         const std::string machine = folder.path() / "machine";
-        if (hasMachine)
+        if (program.takesMachine)
             makeMachine(machine);
         const double start = nanosecondsNow();
-        const Observation seen = observe(observer, program, machine);
+        seen = observe(observer, program.path, program.takesMachine ? machine.c_str() : program.text);
         state.SetIterationTime(
             (seen.updateNanoseconds != 0 ? seen.updateNanoseconds : seen.shownNanoseconds - start) / 1e9);
-        peakKilobytes = seen.peakKilobytes;
     }
-    state.counters[kPeakBytes] = peakKilobytes * 1024;
+    state.counters[kWorkedSeconds] = seen.workedNanoseconds / 1e9;
+    state.counters[kPeakBytes] = seen.peakKilobytes * 1024;
 }
 
-void add(const char* name, const char* observer, const char* path, bool hasMachine, int repetitions) {
-    benchmark::RegisterBenchmark(name, program, observer, path, hasMachine)
+void add(const char* name, const char* observer, const Program& program, int repetitions) {
+    benchmark::RegisterBenchmark(name, run, observer, program)
         ->UseManualTime()
         ->Iterations(1)
         ->Repetitions(repetitions)
@@ -96,9 +103,13 @@ void add(const char* name, const char* observer, const char* path, bool hasMachi
 }  // namespace
 
 void registerProgramBenchmarks() {
-    add(kEmptyWindow, "firstwindow", EMPTY_WINDOW_PROGRAM, false, kRepetitions);
-    add(kUpdater, "firstwindow", UPDATER_PROGRAM, true, kRepetitions);
-    add(kUpdateInWindow, "wholeupdate", UPDATER_PROGRAM, true, kUpdateRepetitions);
+    constexpr Program plainWindow{.path = PLAIN_WINDOW_PROGRAM};
+    constexpr Program textWindow{.path = PLAIN_WINDOW_PROGRAM, .text = "Some text"};
+    constexpr Program updater{.path = UPDATER_PROGRAM, .takesMachine = true};
+    add(kEmptyWindow, "firstwindow", plainWindow, kRepetitions);
+    add(kTextWindow, "firstwindow", textWindow, kRepetitions);
+    add(kUpdater, "firstwindow", updater, kRepetitions);
+    add(kUpdateInWindow, "wholeupdate", updater, kUpdateRepetitions);
 }
 
 }  // namespace benchmarks

@@ -4,14 +4,17 @@
 
 namespace benchmarks {
 
-// Names of the benchmarks, which the reporter knows their results by. The first two take the time
-// from the start of the process until its first window has been drawn; the last the processor time from the
-// confirmation of an update to its end.
+// Names of the benchmarks, which the reporter knows their results by. All but the last take the time
+// from the start of the process until its first window has been drawn; the last takes the processor time from
+// the confirmation of an update to its end.
 constexpr const char* kEmptyWindow = "empty window";
+constexpr const char* kTextWindow = "window with a text";
 constexpr const char* kUpdater = "updater";
 constexpr const char* kUpdateInWindow = "update in the window";
 
-// Counter: the most memory that the process had resident, in bytes.
+// Counters: the processor time that the process had had when its first window had been drawn, and the most
+// memory that it had resident, in bytes.
+constexpr const char* kWorkedSeconds = "worked";
 constexpr const char* kPeakBytes = "peak";
 
 void registerProgramBenchmarks();

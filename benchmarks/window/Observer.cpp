@@ -50,7 +50,7 @@ QPushButton* shownButton(const QWidget& window, const char* name) {
 
 class Observer : public QObject {
   public:
-    explicit Observer(bool updates) : mUpdates(updates) { qApp->installEventFilter(this); }
+    explicit Observer(bool updates) : updates_(updates) { qApp->installEventFilter(this); }
 
     bool eventFilter(QObject* watched, QEvent* event) override {
         auto* const window = qobject_cast<QWindow*>(watched);
@@ -59,8 +59,9 @@ class Observer : public QObject {
         }
         qApp->removeEventFilter(this);
         QCoreApplication::sendEvent(watched, event);  // in which the window is drawn
-        mShown = nanosecondsNow();
-        if (!mUpdates) {
+        shown_ = nanosecondsNow();
+        worked_ = workedNanoseconds();
+        if (!updates_) {
             tellAndEnd();
         }
         look();
@@ -69,7 +70,8 @@ class Observer : public QObject {
 
   private:
     [[noreturn]] void tellAndEnd() const {
-        std::printf("%jd %jd %ld\n", intmax_t{mShown}, intmax_t{mUpdate}, peakKilobytes());
+        std::printf("%jd %jd %jd %ld\n", intmax_t{shown_}, intmax_t{worked_}, intmax_t{update_},
+                    peakKilobytes());
         std::fflush(stdout);
         _exit(0);
     }
@@ -80,7 +82,7 @@ class Observer : public QObject {
         if (auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget())) {
             for (QPushButton* const button : dialog->findChildren<QPushButton*>()) {
                 if (button->isDefault()) {
-                    mStarted = workedNanoseconds();
+                    started_ = workedNanoseconds();
                     button->click();
                     return;
                 }
@@ -88,12 +90,12 @@ class Observer : public QObject {
             return;
         }
         for (const QWidget* const window : QApplication::topLevelWidgets()) {
-            if (mStarted != 0 && shownButton(*window, "POWR") != nullptr) {
-                mUpdate = workedNanoseconds() - mStarted;
+            if (started_ != 0 && shownButton(*window, "POWR") != nullptr) {
+                update_ = workedNanoseconds() - started_;
                 tellAndEnd();
             }
             const auto* const newFirmware = window->findChild<QLabel*>("NFWR");
-            if (mStarted == 0 && newFirmware != nullptr && !newFirmware->text().isEmpty()) {
+            if (started_ == 0 && newFirmware != nullptr && !newFirmware->text().isEmpty()) {
                 if (QPushButton* const update = shownButton(*window, "UPDT")) {
                     update->click();
                     return;
@@ -102,10 +104,11 @@ class Observer : public QObject {
         }
     }
 
-    bool mUpdates;
-    int64_t mShown = 0;
-    int64_t mStarted = 0;
-    int64_t mUpdate = 0;
+    bool updates_;
+    int64_t shown_ = 0;
+    int64_t worked_ = 0;
+    int64_t started_ = 0;
+    int64_t update_ = 0;
 };
 
 }  // namespace

@@ -4,8 +4,9 @@
 // the program: "firstwindow" once the first window has been drawn, "wholeupdate" once the updater, whose
 // buttons it clicks, has updated its first card.
 //
-// It says three numbers: when the first window had been drawn, in nanoseconds of the monotonic clock; how
-// long the update took, in nanoseconds, or 0; and the most memory that was resident, in kilobytes.
+// It says four numbers: when the first window had been drawn, in nanoseconds of the monotonic clock, and how
+// much processor time that had taken; how much processor time the update took, or 0, all in nanoseconds; and
+// the most memory that was resident, in kilobytes.
 
 #include <QGenericPlugin>
 

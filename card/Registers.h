@@ -4,6 +4,8 @@
 
 #include <cstdint>
 
+#include "platform/Host.h"
+
 // Byte offsets of the registers, from the base of the card's memory range 0.
 constexpr uint32_t kByteSwapIDRegister = 0x000;
 constexpr uint32_t kDeviceIDRegister = 0x008;
@@ -30,6 +32,16 @@ inline uint32_t* RegisterAt(uint32_t offsetBytes) {
     return gpRegisters + offsetBytes / sizeof(uint32_t);
 }
 
-// Reads or writes one register in the byte order that gbSwap says.
-uint32_t MacReadULONG(uint32_t* reg);
-void MacWriteULONG(uint32_t* reg, uint32_t value);
+// A word in the order that gbSwap says.
+inline uint32_t InCardOrder(uint32_t word) {
+    return gbSwap != 0 ? __builtin_bswap32(word) : word;
+}
+
+// Reads or writes one register in the byte order that gbSwap says. Inline, because the host's own work is
+// about as much as a call.
+inline uint32_t MacReadULONG(uint32_t* reg) {
+    return InCardOrder(InstalledHost().loadWord(reg));
+}
+inline void MacWriteULONG(uint32_t* reg, uint32_t value) {
+    InstalledHost().storeWord(reg, InCardOrder(value));
+}

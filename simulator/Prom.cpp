@@ -9,6 +9,7 @@ namespace simulator {
 namespace {
 
 constexpr std::size_t kPageBits = kPageBytes * 8;
+static_assert(kPageBits <= ShiftRegister::kMostBits);
 constexpr uint8_t kMisreadBit = 0x80;  // of the last byte, so the very last bit that is shifted out
 
 struct Timing {

@@ -3,6 +3,7 @@
 // A register of the chain while it is being shifted: bits in at the top, out at the bottom, one step at a
 // time and at the same cost for one bit as for 4096 (the bits stay where they are and the bottom moves).
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -12,30 +13,36 @@ namespace simulator {
 
 class ShiftRegister {
   public:
-    // Takes on a length and a content. Bit i of the content is bit i % 8 of byte i / 8; bit 0 leaves first.
+    // Bits of the longest register, a page of the PROM. There is room for them from the start, so that
+    // playing an image allocates nothing.
+    static constexpr std::size_t kMostBits = 4096;
+
+    // Takes on a length of at most kMostBits and a content. Bit i of the content is bit i % 8 of byte i / 8;
+    // bit 0 leaves first.
     void load(std::span<const uint8_t> bytes, std::size_t bits);
     // The same for a number of at most 32 bits, least significant bit first.
     void loadNumber(uint32_t number, std::size_t bits);
 
     // The bit that leaves next; an empty register holds 0.
-    [[nodiscard]] bool bottom() const { return !bits_.empty() && bits_[bottom_] != 0; }
+    [[nodiscard]] bool bottom() const { return count_ != 0 && bits_[bottom_] != 0; }
 
     // Drops the bottom bit and takes one in at the top.
     void shift(bool in) {
-        if (bits_.empty())
+        if (count_ == 0)
             return;
         bits_[bottom_] = in ? 1 : 0;
-        if (++bottom_ == bits_.size())
+        if (++bottom_ == count_)
             bottom_ = 0;
     }
 
-    [[nodiscard]] std::size_t bits() const { return bits_.size(); }
+    [[nodiscard]] std::size_t bits() const { return count_; }
     [[nodiscard]] std::vector<uint8_t> bytes() const;  // (bits() + 7) / 8 of them, unused bits 0
     void copyTo(std::span<uint8_t> bytes) const;       // the same, into so many bytes
     [[nodiscard]] uint32_t number() const;             // the lowest 32 bits
 
   private:
-    std::vector<uint8_t> bits_;  // one bit each
+    std::array<uint8_t, kMostBits> bits_{};  // one bit each
+    std::size_t count_ = 0;
     std::size_t bottom_ = 0;
 };
 

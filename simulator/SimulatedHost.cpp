@@ -111,12 +111,12 @@ uint32_t SimulatedHost::loadWord(const uint32_t* address) {
         return loadThroughAnotherView(address);
     if (clock_.tick()) [[unlikely]]
         return loadAfterWaking(index);
-    return view_.load(index);
+    return view_.words[index];
 }
 
 uint32_t SimulatedHost::loadAfterWaking(std::size_t index) {
     clock_.wake();
-    return view_.load(index);
+    return view_.words[index];
 }
 
 uint32_t SimulatedHost::loadThroughAnotherView(const uint32_t* address) {
@@ -132,7 +132,6 @@ void SimulatedHost::storeWord(uint32_t* address, uint32_t word) {
     }
     if (clock_.tick()) [[unlikely]]
         clock_.wake();
-    ++view_.words[index].stores;
     if (view_.registersOf != nullptr)
         view_.registersOf->storeRegister(static_cast<uint32_t>(index * sizeof(uint32_t)), word);
 }

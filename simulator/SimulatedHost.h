@@ -74,17 +74,13 @@ class SimulatedHost final : public Host {
     struct View {
         uintptr_t base = 0;
         std::size_t count = 0;
-        RegisterWindow::Word* words = nullptr;
+        const uint32_t* words = nullptr;
         Card* registersOf = nullptr;  // the card, when stores go to its registers
 
         // Which word of the window lies at an address; `count` or more when none does. The rotation takes the
         // two bits that an aligned offset has clear to the top, where they make any other one too large.
         [[nodiscard]] std::size_t indexOf(const void* address) const {
             return std::rotr(reinterpret_cast<uintptr_t>(address) - base, 2);
-        }
-        uint32_t load(std::size_t index) const {
-            ++words[index].loads;
-            return words[index].content;
         }
     };
 

@@ -110,7 +110,7 @@ class Object {
 };
 
 ShiftRegister decodeShift(Object object) {
-    const auto bits = object.number<uint32_t>("bits", 0, kPageBytes * 8);
+    const auto bits = object.number<uint32_t>("bits", 0, ShiftRegister::kMostBits);
     ShiftRegister shift;
     shift.load(object.hexadecimal("content", (bits + 7) / 8), bits);
     object.nothingElse();

@@ -62,6 +62,9 @@ void LWindow::Show() {
 }
 
 void LWindow::UpdatePort() {
+    if (!isVisible()) {
+        return;  // nothing of it is on screen, and Show lays it out
+    }
     // Panes that were just shown or hidden are laid out first; otherwise they would be drawn at their old
     // place.
     if (centralWidget() != nullptr && centralWidget()->layout() != nullptr) {

@@ -8,4 +8,8 @@ class LayoutLoader : public QUiLoader {
     LayoutLoader();
 
     QWidget* createWidget(const QString& className, QWidget* parent, const QString& name) override;
+
+  private:
+    class WithoutPlugins;
+    explicit LayoutLoader(const WithoutPlugins& duringConstruction);
 };

@@ -1,0 +1,27 @@
+#pragma once
+
+// What playing an image costs in this process: over plain memory, and on a simulated card.
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace benchmarks {
+
+// Names of the benchmarks, which the reporter knows their results by.
+constexpr const char* kBareLoop = "bare loop";
+constexpr const char* kPlayer = "player over plain memory";
+constexpr const char* kSimulatedUpdate = "simulated update";
+
+// Counters of the bare loop.
+constexpr const char* kReads = "reads";
+constexpr const char* kWrites = "writes";
+
+// An image of this size over plain memory, and the counter that holds the image's true size in bytes.
+[[nodiscard]] std::string imageName(std::size_t bytes);
+constexpr const char* kImageBytes = "bytes";
+constexpr std::size_t kImageSizes[] = {1'000, 8'000, 64'000, 512'000, 8'000'000};
+
+void registerCardBenchmarks();
+
+}  // namespace benchmarks

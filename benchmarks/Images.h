@@ -1,0 +1,22 @@
+#pragma once
+
+// The images that the benchmarks play.
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace benchmarks {
+
+// A firmware image as the bundle has it: erases the PROM, programs all its pages and reads every page back.
+[[nodiscard]] std::vector<uint8_t> firmwareImage();
+
+// The same with its compare masks cleared, so that it plays to its end, at the same cost, where no chain
+// answers: every comparison is made in full and finds nothing to object to.
+[[nodiscard]] std::vector<uint8_t> unmaskedFirmwareImage();
+
+// An image of at most so many bytes, at least 1000, made of nothing but equal compared data shifts of 512
+// bits.
+[[nodiscard]] std::vector<uint8_t> imageOfShifts(std::size_t bytes);
+
+}  // namespace benchmarks

@@ -1,0 +1,39 @@
+#pragma once
+
+// Collects the benchmarks' results and sets them in proportion: a table of ratios against their goals.
+//
+// Every ratio is that of the least of several repetitions, which were taken in turns: the least is what the
+// machine can do when nothing else disturbs it.
+
+#include <benchmark/benchmark.h>
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace benchmarks {
+
+class RatioTable : public benchmark::BenchmarkReporter {
+  public:
+    bool ReportContext(const Context& context) override;
+    void ReportRuns(const std::vector<Run>& runs) override;
+    // Prints the table.
+    void Finalize() override;
+
+    // After the benchmarks have run: true when all of them did and every ratio is within its goal.
+    [[nodiscard]] bool allMet() const { return allMet_; }
+
+  private:
+    struct Least {
+        double seconds;
+        std::map<std::string, double> counters;
+    };
+
+    void printRow(const std::string& what, double ratio, double goal);
+    void printRow(const std::string& what, double ratio);  // for comparison, without a goal
+
+    std::map<std::string, Least> least_;  // by the benchmark's name
+    bool allMet_ = true;
+};
+
+}  // namespace benchmarks

@@ -1,0 +1,33 @@
+// Measures the updater against the least that could be, and prints a table of ratios. Ends with 0 when every
+// ratio is within its goal. Google Benchmark's own options (--benchmark_filter and so on) apply.
+
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <exception>
+#include <vector>
+
+#include "benchmarks/CardBenchmarks.h"
+#include "benchmarks/ProgramBenchmarks.h"
+#include "benchmarks/RatioTable.h"
+
+int main(int argc, char** argv) {
+    // The repetitions of all benchmarks in turns, so that noise meets numerators and denominators alike.
+    char interleaving[] = "--benchmark_enable_random_interleaving=true";
+    std::vector<char*> arguments(argv, argv + argc);
+    arguments.insert(arguments.begin() + 1, interleaving);
+    int count = static_cast<int>(arguments.size());
+    benchmark::Initialize(&count, arguments.data());
+    if (benchmark::ReportUnrecognizedArguments(count, arguments.data()))
+        return 2;
+    try {
+        benchmarks::registerCardBenchmarks();
+        benchmarks::registerProgramBenchmarks();
+        benchmarks::RatioTable table;
+        benchmark::RunSpecifiedBenchmarks(&table);
+        return table.allMet() ? 0 : 1;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "benchmarks: %s\n", error.what());
+        return 2;
+    }
+}

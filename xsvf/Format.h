@@ -48,8 +48,9 @@ constexpr uint8_t kTapShiftDR = kTapDataFlag | kTapShiftFlag;
 constexpr uint8_t kTapPauseIR = kTapInstructionFlag | kTapPauseFlag;
 constexpr uint8_t kTapShiftIR = kTapInstructionFlag | kTapShiftFlag;
 
-// Operand of XENDIR and XENDDR.
-constexpr uint8_t kXsvfEndPause = 1;  // 0 is Run-Test/Idle
+// Operands of XENDIR and XENDDR.
+constexpr uint8_t kXsvfEndIdle = 0;
+constexpr uint8_t kXsvfEndPause = 1;
 
 // How a run ends. The numbers travel up to the window's alerts.
 enum XsvfError : int32_t {

@@ -4,10 +4,9 @@
 
 #include <array>
 
-#include "hw/PromPrograms.h"
 #include "simulator/Files.h"
-#include "tests/whole/ExpectedAccesses.h"
 #include "tests/whole/FirstCardUpdate.h"
+#include "tests/whole/IdentityAccesses.h"
 
 namespace {
 
@@ -65,17 +64,13 @@ TEST_P(PowerLoss, LeavesACardThatComesBackOrIsMissed) {
     {
         UpdaterSession session(machine, bundle);
         session.run([&] {
-            const auto accessesOf = [](std::span<const uint8_t> program, int failedScans = 0) {
-                const Accesses accesses = expectedAccesses(program, failedScans);
-                return accesses.loads + accesses.stores;
-            };
             uint64_t count = machine.accesses() + static_cast<uint64_t>(cut.accesses);
             if (cut.from != From::start) {
-                count += accessesOf(simulator::readFile(bundle.resource(imageName)));
+                const auto image = simulator::readFile(bundle.resource(imageName));
+                count += tools::accessesOf(image).value().count();
             }
             if (cut.from == From::end) {
-                count +=
-                    accessesOf(kWriteProgram) + accessesOf(kProtectProgram) + accessesOf(kReadProgram, 9);
+                count += identityAccesses().count();
             }
             card.inject({.kind = FaultKind::powerLost, .when = When::atAccess, .count = count});
             session.click("UPDT");

@@ -9,14 +9,14 @@
 #include <iterator>
 
 #include "app/logic/CardTexts.h"
-#include "hw/PromPrograms.h"
 #include "simulator/DefaultMachine.h"
-#include "tests/whole/ExpectedAccesses.h"
 #include "tests/whole/FirstCardUpdate.h"
+#include "tests/whole/IdentityAccesses.h"
 
 namespace {
 
 using Alerts = std::vector<UpdaterSession::Alert>;
+using tools::Accesses;
 
 std::vector<uint8_t> bytesOf(const std::filesystem::path& file) {
     std::ifstream stream(file, std::ios::binary);
@@ -75,15 +75,10 @@ TEST_F(Update, WritesTheFirmwareAndShowsItAfterThePowerCycle) {
     EXPECT_TRUE(machine.ledger().empty());
     EXPECT_EQ(card().identity(), identity);
 
-    // The image, then the identity written, protected and read back; the read fails nine times on purpose.
+    // The image, then the identity written, protected and read back.
     const std::vector<uint8_t> image = bytesOf(bundle.resource("VMBM12A.xsv"));
-    Accesses expected = expectedAccesses(image);
-    const Accesses identityRuns[] = {expectedAccesses(kWriteProgram), expectedAccesses(kProtectProgram),
-                                     expectedAccesses(kReadProgram, 9)};
-    for (const Accesses& run : identityRuns) {
-        expected.stores += run.stores;
-        expected.loads += run.loads;
-    }
+    Accesses expected = identityAccesses();
+    expected += tools::accessesOf(image).value();
     EXPECT_EQ(made.stores, expected.stores);
     EXPECT_EQ(made.loads, expected.loads);
 

@@ -5,6 +5,8 @@ namespace tools {
 namespace {
 
 constexpr std::string_view boardWithoutRevision = "NC";
+constexpr uint8_t kHighestVersion = 99;
+constexpr uint8_t kHighestRevision = 26;  // Z
 
 }  // namespace
 
@@ -29,6 +31,14 @@ std::string imageFileName(const CardModel& model, char flavour, uint8_t version,
         name += static_cast<char>('A' + boardRevision - 1);
     }
     return name + ".xsv";
+}
+
+std::optional<std::string> imageFileNameFor(const simulator::FpgaConfiguration& content) {
+    const CardModel* const model = modelCoded(content.modelCode);
+    if (model == nullptr || content.version > kHighestVersion || content.boardRevision > kHighestRevision) {
+        return std::nullopt;
+    }
+    return imageFileName(*model, content.flavour, content.version, content.boardRevision);
 }
 
 }  // namespace tools

@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 
+#include "simulator/FpgaConfiguration.h"
 #include "tools/CardModels.h"
 
 namespace tools {
@@ -20,5 +21,8 @@ namespace tools {
 // Flavour 'M' or 'W', version 0 to 99, revision 0 to 26.
 [[nodiscard]] std::string imageFileName(const CardModel& model, char flavour, uint8_t version,
                                         uint8_t boardRevision);
+
+// The name of the image that puts this into a PROM. Nothing for a configuration that no name can tell.
+[[nodiscard]] std::optional<std::string> imageFileNameFor(const simulator::FpgaConfiguration& content);
 
 }  // namespace tools

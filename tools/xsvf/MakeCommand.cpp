@@ -2,15 +2,16 @@
 
 #include <CLI/CLI.hpp>
 #include <filesystem>
-#include <fstream>
-#include <iostream>
 #include <memory>
+#include <ostream>
 #include <stdexcept>
 
+#include "simulator/Files.h"
 #include "simulator/FpgaConfiguration.h"
 #include "tools/xsvf/FirmwareDate.h"
 #include "tools/xsvf/FirmwareImage.h"
 #include "tools/xsvf/ImageName.h"
+#include "tools/xsvf/OutputFile.h"
 
 namespace tools {
 
@@ -27,11 +28,7 @@ struct MakeOptions {
 };
 
 std::vector<uint8_t> readPayload(const std::filesystem::path& path) {
-    std::ifstream file(path, std::ios::binary);
-    std::vector<uint8_t> bytes{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-    if (!file.is_open() || file.bad()) {
-        throw std::runtime_error("The payload " + path.string() + " could not be read.");
-    }
+    std::vector<uint8_t> bytes = simulator::readFile(path);
     if (bytes.size() != simulator::kPromBytes) {
         throw std::runtime_error("The payload " + path.string() + " is " + std::to_string(bytes.size()) +
                                  " bytes long; a PROM holds exactly " +
@@ -40,23 +37,8 @@ std::vector<uint8_t> readPayload(const std::filesystem::path& path) {
     return bytes;
 }
 
-void writeImage(const std::filesystem::path& path, const std::vector<uint8_t>& image) {
-    std::error_code ignored;
-    std::filesystem::create_directories(path.parent_path(), ignored);
-    std::ofstream file(path, std::ios::binary | std::ios::trunc);
-    if (!file.is_open()) {
-        throw std::runtime_error("The image " + path.string() + " could not be created.");
-    }
-    std::copy(image.begin(), image.end(), std::ostreambuf_iterator<char>(file));
-    file.close();
-    if (!file) {
-        std::filesystem::remove(path, ignored);
-        throw std::runtime_error("The image " + path.string() + " could not be written completely.");
-    }
-}
-
 // The options have passed their checks.
-void make(const MakeOptions& options) {
+void make(const MakeOptions& options, std::ostream& out) {
     const CardModel& model = *modelNamed(options.model);
     const uint8_t version = static_cast<uint8_t>(options.version);
     const uint8_t boardRevision = boardRevisionNamed(options.board).value_or(0);
@@ -70,8 +52,9 @@ void make(const MakeOptions& options) {
     }
 
     const auto path = options.outputDirectory / imageFileName(model, options.flavour, version, boardRevision);
-    writeImage(path, makeFirmwareImage(std::span<const uint8_t, simulator::kPromBytes>(prom)));
-    std::cout << path.string() << '\n';
+    std::filesystem::create_directories(options.outputDirectory);
+    writeOutputFile(path, makeFirmwareImage(std::span<const uint8_t, simulator::kPromBytes>(prom)));
+    out << path.string() << '\n';
 }
 
 // CLI11 takes an empty text for "valid".
@@ -86,7 +69,7 @@ std::string checkDate(const std::string& text) {
 
 }  // namespace
 
-void addMakeCommand(CLI::App& program) {
+void addMakeCommand(CLI::App& program, std::ostream& out) {
     auto options = std::make_shared<MakeOptions>();
     CLI::App* command = program.add_subcommand("make", "Make a firmware image and print its path");
     command->add_option("--model", options->model, "Card model")
@@ -114,7 +97,7 @@ void addMakeCommand(CLI::App& program) {
     command
         ->add_option("--output-directory", options->outputDirectory, "Where the image goes; made if missing")
         ->capture_default_str();
-    command->callback([options] { make(*options); });
+    command->callback([options, &out] { make(*options, out); });
 }
 
 }  // namespace tools

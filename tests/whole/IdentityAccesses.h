@@ -1,0 +1,30 @@
+#pragma once
+
+// What an update's work on the identity adds to the image's register accesses: it is written, protected and
+// read back.
+
+#include <vector>
+
+#include "hw/PromPrograms.h"
+#include "tools/images/AccessCount.h"
+
+// Reading stops at a comparison that fails in all its nine attempts, before the last instruction and
+// XCOMPLETE.
+inline std::vector<uint8_t> readProgramAsPlayed() {
+    constexpr std::size_t bytesNotPlayed = 4 + 1;
+    constexpr std::size_t comparisonBytes = 1 + 2 * kUserCodeBytes;
+    std::vector<uint8_t> program(kReadProgram.begin(), kReadProgram.end() - bytesNotPlayed);
+    const std::vector<uint8_t> attempt(program.end() - comparisonBytes, program.end());
+    for (int again = 1; again < 9; ++again) {
+        program.insert(program.end(), attempt.begin(), attempt.end());
+    }
+    program.push_back(static_cast<uint8_t>(XsvfOpcode::XCOMPLETE));
+    return program;
+}
+
+inline tools::Accesses identityAccesses() {
+    tools::Accesses accesses = tools::accessesOf(kWriteProgram).value();
+    accesses += tools::accessesOf(kProtectProgram).value();
+    accesses += tools::accessesOf(readProgramAsPlayed()).value();
+    return accesses;
+}

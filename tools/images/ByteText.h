@@ -1,0 +1,26 @@
+#pragma once
+
+// Bytes, their number and their place as people read them.
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+
+namespace tools {
+
+constexpr char kHexadecimalDigits[] = "0123456789ABCDEF";
+
+// Appends two digits per byte.
+void appendHexadecimal(std::string& text, std::span<const uint8_t> bytes);
+
+// 0x2F
+[[nodiscard]] std::string byteText(uint8_t byte);
+
+// 1 byte, 2 bytes
+[[nodiscard]] std::string bytesText(std::size_t bytes);
+
+// An image's offset, at least six digits without a prefix, as listings and faults give it.
+[[nodiscard]] std::string offsetText(std::size_t offset);
+
+}  // namespace tools

@@ -1,0 +1,66 @@
+#include "tools/images/ImageCheck.h"
+
+#include "tools/images/ByteText.h"
+#include "tools/images/CommandReader.h"
+#include "tools/images/CommandRules.h"
+#include "tools/images/ImagePlay.h"
+
+namespace tools {
+
+namespace {
+
+std::optional<std::string> faultOfEnd(const CommandReader& reader) {
+    const auto rest = reader.rest();
+    switch (reader.end()) {
+        case ImageEnd::complete:
+            if (rest.empty()) {
+                return std::nullopt;
+            }
+            return "XCOMPLETE ends the image here, with " + bytesText(rest.size()) + " to come.";
+        case ImageEnd::missing:
+            return "The image ends without XCOMPLETE.";
+        case ImageEnd::cutOff:
+            return "The image ends within " + std::string(formOf(rest.front())->name) + ".";
+        case ImageEnd::unknownCommand:
+            return byteText(rest.front()) + " is not a command that the player has.";
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+ImageReport checkImage(std::span<const uint8_t> image) {
+    ImageReport report;
+    CommandReader reader(image);
+    CommandRules rules;
+    ImagePlay play(image);
+    std::size_t offset = 0;
+    const auto note = [&](std::optional<std::string> reason) {
+        if (reason && !report.fault) {
+            report.fault = ImageFault{offset, *std::move(reason)};
+        }
+    };
+    while (const auto command = reader.next()) {
+        note(rules.faultOf(*command));
+        if (!report.fault) {
+            note(play.playCommand());
+            note(play.misuse());
+        }
+        if (play.isComplete() && play.isBusy()) {
+            note("The image ends before the PROM has had its time for the last operation.");
+        }
+        if (report.fault) {
+            return report;
+        }
+        ++report.commands;
+        report.accesses = rules.accesses();
+        offset = reader.offset();
+    }
+    note(faultOfEnd(reader));
+    if (!report.fault) {
+        report.configuration = simulator::decodeConfiguration(play.content().pages());
+    }
+    return report;
+}
+
+}  // namespace tools

@@ -1,0 +1,137 @@
+#include "tools/images/ImagePlay.h"
+
+#include "simulator/JtagChain.h"
+#include "tools/images/AccessCount.h"
+#include "xsvf/JtagPort.h"
+#include "xsvf/Player.h"
+
+uint8_t* gpCurrentBufferBase = nullptr;
+uint32_t gulCurrentOffset = 0;
+uint32_t gulCurrentBufferLength = 0;
+
+namespace {
+
+// A chain without a card around it, whose time passes as a card's does: by register accesses.
+struct BareChain {
+    simulator::Clock clock;
+    simulator::Faults none;
+    std::optional<std::string> misuse;
+    simulator::JtagChain chain{
+        clock, none, simulator::PromCells(),
+        [this](simulator::Misuse, const std::string& detail) { misuse = misuse.value_or(detail); }};
+    bool tms = false;
+    bool tdi = false;
+
+    void pass(uint64_t accesses) {
+        clock.resume(clock.accesses() + accesses);
+        chain.prom().timePassed();
+    }
+};
+
+BareChain* gpPlayedOn = nullptr;
+
+// Thrown through the player, which has no other way out.
+struct ImageIsOver {};
+
+}  // namespace
+
+void openPort(uint8_t* image, uint32_t length, uint32_t* /*outputRegister*/, uint32_t* /*inputRegister*/) {
+    gpCurrentBufferBase = image;
+    gulCurrentOffset = 0;
+    gulCurrentBufferLength = length;
+    gpPlayedOn->pass(1);
+}
+
+void idlePort() {
+    gpPlayedOn->pass(1);
+}
+
+void setPort(int16_t port, int16_t value) {
+    if (port == kPortTMS) {
+        gpPlayedOn->tms = value != 0;
+    } else if (port == kPortTDI) {
+        gpPlayedOn->tdi = value != 0;
+    } else {
+        gpPlayedOn->pass(1);
+        gpPlayedOn->chain.drive(value != 0, gpPlayedOn->tms, gpPlayedOn->tdi);
+        gpPlayedOn->pass(tools::kSettlingLoads);
+    }
+}
+
+void pulseClock() {
+    setPort(kPortTCK, 0);
+    setPort(kPortTCK, 1);
+    setPort(kPortTCK, 0);
+}
+
+uint8_t readTDOBit() {
+    gpPlayedOn->pass(1);
+    return gpPlayedOn->chain.tdo() ? 1 : 0;
+}
+
+void waitTime(int32_t microseconds) {
+    if (microseconds > 0) {
+        gpPlayedOn->pass(static_cast<uint64_t>(microseconds) * tools::kAccessesPerMicrosecond);
+    }
+}
+
+void readByte(uint8_t* out) {
+    if (gulCurrentOffset >= gulCurrentBufferLength) {
+        throw ImageIsOver();
+    }
+    *out = gpCurrentBufferBase[gulCurrentOffset];
+    ++gulCurrentOffset;
+}
+
+namespace tools {
+
+struct ImagePlay::Run {
+    BareChain bare;
+    tagSXsvfInfo info;
+};
+
+ImagePlay::ImagePlay(std::span<const uint8_t> image) : run_(std::make_unique<Run>()) {
+    gpPlayedOn = &run_->bare;
+    // The port hands the image out and writes nothing into it.
+    openPort(const_cast<uint8_t*>(image.data()), static_cast<uint32_t>(image.size()), nullptr, nullptr);
+    setPort(kPortTMS, 1);
+    xsvfInitialize(&run_->info);
+}
+
+ImagePlay::~ImagePlay() {
+    gpPlayedOn = nullptr;
+}
+
+std::optional<std::string> ImagePlay::playCommand() {
+    try {
+        switch (xsvfRun(&run_->info)) {
+            case kXsvfNoError:
+                return std::nullopt;
+            case kXsvfTdoMismatch:
+            case kXsvfMaxRetries:
+                return "The comparison fails on a simulated card with an erased PROM.";
+            default:
+                return std::string("The player stops (") + xsvfErrorText(run_->info.iResult) + ").";
+        }
+    } catch (const ImageIsOver&) {
+        return "The image ends before it is complete.";
+    }
+}
+
+bool ImagePlay::isComplete() const {
+    return run_->info.ucIsComplete != 0;
+}
+
+std::optional<std::string> ImagePlay::misuse() const {
+    return run_->bare.misuse;
+}
+
+bool ImagePlay::isBusy() const {
+    return run_->bare.chain.prom().state().operation != simulator::Prom::Operation::none;
+}
+
+const simulator::PromCells& ImagePlay::content() const {
+    return run_->bare.chain.prom().cells();
+}
+
+}  // namespace tools

@@ -1,0 +1,49 @@
+#include "tools/xsvf/AssembleCommand.h"
+
+#include <CLI/CLI.hpp>
+#include <filesystem>
+#include <memory>
+#include <stdexcept>
+
+#include "simulator/Files.h"
+#include "tools/images/ListingReader.h"
+#include "tools/xsvf/OutputFile.h"
+
+namespace tools {
+
+namespace {
+
+constexpr const char* kListingForm =
+    "A listing has one command per line, with its operands in the order of the image. Sizes, waits and "
+    "counts are decimal, or hexadecimal with 0x; values are hexadecimal with 0x and need no high zeros; "
+    "states have their names, such as Run-Test/Idle, or a number for the bare byte. XSDRINC's step values "
+    "stand after its data. BYTES and a value stands for bytes as they are. An offset with a colon before the "
+    "command, and a comment after a semicolon, are for the reader alone.";
+
+struct AssembleOptions {
+    std::filesystem::path listing;
+    std::filesystem::path output;
+};
+
+void assemble(const AssembleOptions& options) {
+    const std::vector<uint8_t> text = simulator::readFile(options.listing);
+    const auto result = imageOf({reinterpret_cast<const char*>(text.data()), text.size()});
+    if (const auto* const error = std::get_if<ListingError>(&result)) {
+        throw std::runtime_error(options.listing.string() + ", line " + std::to_string(error->line) + ": " +
+                                 error->reason);
+    }
+    writeOutputFile(options.output, std::get<std::vector<uint8_t>>(result));
+}
+
+}  // namespace
+
+void addAssembleCommand(CLI::App& program) {
+    const auto options = std::make_shared<AssembleOptions>();
+    CLI::App* const command = program.add_subcommand("assemble", "Make an image from its listing");
+    command->add_option("listing", options->listing, "The listing")->required()->type_name("LISTING");
+    command->add_option("--output", options->output, "Where the image goes")->required()->type_name("IMAGE");
+    command->footer(kListingForm);
+    command->callback([options] { assemble(*options); });
+}
+
+}  // namespace tools

@@ -1,0 +1,82 @@
+#include "tools/xsvf/CheckCommand.h"
+
+#include <CLI/CLI.hpp>
+#include <cmath>
+#include <exception>
+#include <filesystem>
+#include <memory>
+#include <ostream>
+
+#include "simulator/Files.h"
+#include "tools/images/ByteText.h"
+#include "tools/images/ImageCheck.h"
+#include "tools/xsvf/ImageName.h"
+#include "tools/xsvf/XsvfTool.h"
+
+namespace tools {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// What is wrong with the image or its name, in one sentence or as the lack of one.
+std::optional<std::string> faultOf(const ImageReport& report, const std::string& fileName) {
+    if (report.fault) {
+        return "offset 0x" + offsetText(report.fault->offset) + ": " + report.fault->reason;
+    }
+    if (!report.configuration) {
+        return std::nullopt;
+    }
+    const auto name = imageFileNameFor(*report.configuration);
+    if (!name) {
+        return "The content is for a model, board or version that no file name can tell.";
+    }
+    if (*name != fileName) {
+        return "The name does not fit, the content is that of " + *name + ".";
+    }
+    return std::nullopt;
+}
+
+std::string summaryOf(const ImageReport& report, std::size_t bytes) {
+    return std::to_string(report.commands) + " commands, " + std::to_string(bytes) + " bytes, " +
+           std::to_string(report.accesses.count()) + " register accesses, about " +
+           std::to_string(std::lround(report.accesses.seconds())) + " s on a card" +
+           (report.configuration ? "."
+                                 : "; the content is no configuration that tells whether the name fits.");
+}
+
+void check(const fs::path& path, std::ostream& out) {
+    const std::vector<uint8_t> image = simulator::readFile(path);
+    const ImageReport report = checkImage(image);
+    if (const auto fault = faultOf(report, path.filename().string())) {
+        throw std::runtime_error(path.string() + ": " + *fault);
+    }
+    out << path.string() << ": " << summaryOf(report, image.size()) << '\n';
+}
+
+void checkAll(const std::vector<fs::path>& images, std::ostream& out, std::ostream& err) {
+    bool isAnyBad = false;
+    for (const fs::path& image : images) {
+        try {
+            check(image, out);
+        } catch (const std::runtime_error& fault) {
+            err << "xsvf: " << fault.what() << '\n';
+            isAnyBad = true;
+        }
+    }
+    if (isAnyBad) {
+        throw CLI::RuntimeError(kXsvfFailed);
+    }
+}
+
+}  // namespace
+
+void addCheckCommand(CLI::App& program, std::ostream& out, std::ostream& err) {
+    const auto images = std::make_shared<std::vector<fs::path>>();
+    CLI::App* const command = program.add_subcommand(
+        "check", "Find the first fault of each image, or tell what it takes on a card");
+    command->add_option("images", *images, "The images")->required()->type_name("IMAGE");
+    command->callback([images, &out, &err] { checkAll(*images, out, err); });
+}
+
+}  // namespace tools

@@ -1,0 +1,41 @@
+#include "tools/xsvf/ListCommand.h"
+
+#include <CLI/CLI.hpp>
+#include <filesystem>
+#include <memory>
+#include <ostream>
+
+#include "simulator/Files.h"
+#include "tools/images/Listing.h"
+#include "tools/xsvf/OutputFile.h"
+
+namespace tools {
+
+namespace {
+
+struct ListOptions {
+    std::filesystem::path image;
+    std::filesystem::path output;
+};
+
+void list(const ListOptions& options, std::ostream& out) {
+    const std::string text = listingOf(simulator::readFile(options.image));
+    if (options.output.empty()) {
+        out << text;
+    } else {
+        writeOutputFile(options.output, {reinterpret_cast<const uint8_t*>(text.data()), text.size()});
+    }
+}
+
+}  // namespace
+
+void addListCommand(CLI::App& program, std::ostream& out) {
+    const auto options = std::make_shared<ListOptions>();
+    CLI::App* const command = program.add_subcommand("list", "Show an image command by command");
+    command->add_option("image", options->image, "The image")->required()->type_name("IMAGE");
+    command->add_option("--output", options->output, "Where the listing goes instead of standard output")
+        ->type_name("FILE");
+    command->callback([options, &out] { list(*options, out); });
+}
+
+}  // namespace tools

@@ -1,0 +1,28 @@
+#include "tools/xsvf/OutputFile.h"
+
+#include <stdexcept>
+
+#include "simulator/Files.h"
+
+namespace tools {
+
+namespace fs = std::filesystem;
+
+void writeOutputFile(const fs::path& path, std::span<const uint8_t> content) {
+    std::error_code ignored;
+    const fs::file_status present = fs::status(path, ignored);
+    // A folder cannot be replaced, and a device or a pipe must not be.
+    if (fs::exists(present) && !fs::is_regular_file(present)) {
+        throw std::runtime_error(path.string() + ": is not an ordinary file.");
+    }
+    // Behind a link, its goal is what gets replaced.
+    const fs::path goal = fs::weakly_canonical(path);
+    try {
+        simulator::replaceFile(goal, content);
+    } catch (...) {
+        fs::remove(fs::path(goal) += ".new", ignored);
+        throw;
+    }
+}
+
+}  // namespace tools

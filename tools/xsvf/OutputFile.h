@@ -1,0 +1,15 @@
+#pragma once
+
+// Files that are there whole or not at all.
+
+#include <cstdint>
+#include <filesystem>
+#include <span>
+
+namespace tools {
+
+// Puts a file into the place of an ordinary file or of none. Throws std::runtime_error, saying which file
+// failed and how, when that cannot be done; what was there is then as it was.
+void writeOutputFile(const std::filesystem::path& path, std::span<const uint8_t> content);
+
+}  // namespace tools

@@ -11,4 +11,7 @@ namespace simulator {
 // False, with no child, when the program cannot be started.
 [[nodiscard]] bool startChild(const std::string& program, std::vector<std::string> arguments);
 
+// Whether this process has a child, running or ended, that nobody has waited for yet.
+[[nodiscard]] bool hasChild();
+
 }  // namespace simulator

@@ -7,13 +7,14 @@
 namespace simulator {
 namespace {
 
-constexpr std::array<std::pair<Misuse, std::string_view>, 6> kNames{{
+constexpr std::array<std::pair<Misuse, std::string_view>, 7> kNames{{
     {Misuse::shortWait, "short wait"},
     {Misuse::outsideProgrammingMode, "outside programming mode"},
     {Misuse::programmedTwice, "programmed twice"},
     {Misuse::noSuchRow, "no such row"},
     {Misuse::shortScan, "short scan"},
     {Misuse::strayAccess, "stray access"},
+    {Misuse::leftBehind, "left behind"},
 }};
 
 }  // namespace

@@ -19,6 +19,7 @@ enum class Misuse {
     noSuchRow,               // program at an address, or of a data register, that leads to no row
     shortScan,               // a register was updated before the scan had filled it
     strayAccess,             // a load or store outside every live window
+    leftBehind,              // a program ended without giving back what the machine had given it
 };
 
 // The word that stands for a misuse in files and listings, and back; nothing for a word that is none.

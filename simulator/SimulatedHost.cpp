@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <cassert>
+#include <string>
 #include <utility>
+
+#include "simulator/ChildProcess.h"
 
 namespace simulator {
 namespace {
@@ -184,6 +187,25 @@ void SimulatedHost::closeOrphanedConnections() {
         return;
     while (!connections_.empty())
         closeConnection(connections_.begin()->first);
+}
+
+void SimulatedHost::programEnded() {
+    const LiveObjects live = CountLiveObjects();
+    const auto note = [this](std::size_t count, const char* what) {
+        if (count != 0)
+            machine_.ledger().record(
+                Misuse::leftBehind, "",
+                "A program ended without giving back " + std::to_string(count) + " of its " + what + '.',
+                clock_.accesses());
+    };
+    note(liveMappings(), "mapped windows");
+    note(live.services - liveBefore_.services, "services");
+    note(live.iterators - liveBefore_.iterators, "iterators");
+    note(live.coreFoundationObjects - liveBefore_.coreFoundationObjects, "bundle's objects");
+    note(live.appleEventDescriptors - liveBefore_.appleEventDescriptors, "event descriptors");
+    if (machine_.isOn())
+        note(live.authorizations - liveBefore_.authorizations, "authorizations");
+    note(hasChild() ? 1 : 0, "child processes");
 }
 
 std::size_t SimulatedHost::liveMappings() const {

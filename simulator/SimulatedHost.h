@@ -11,6 +11,7 @@
 #include <map>
 
 #include "platform/Host.h"
+#include "platform/LiveObjects.h"
 #include "simulator/AddressSpace.h"
 #include "simulator/Machine.h"
 #include "simulator/PrivilegedTools.h"
@@ -47,6 +48,12 @@ class SimulatedHost final : public Host {
     bool runPrivilegedTool(const std::string& tool, const std::vector<std::string>& arguments) override;
     // The drivers notice, and nobody has to wait: the machine's clock counts accesses.
     void sleepSeconds(uint32_t seconds) override { machine_.drivers().letPass(seconds); }
+
+    // To be called when the program is through. Whatever it was given since this host was made and has not
+    // given back goes into the ledger: windows, services, iterators, authorizations, descriptors, objects of
+    // its bundle, child processes. Connections without a window are not looked at; openConnections counts
+    // them. An authorization may outlive the machine's power, which takes the driver loaded with it away.
+    void programEnded();
 
     // What has been opened and not closed, and mapped and not taken away.
     [[nodiscard]] std::size_t openConnections() const { return connections_.size(); }
@@ -95,6 +102,7 @@ class SimulatedHost final : public Host {
     View view_;
     std::filesystem::path bundleDirectory_;
     AdministratorPrompt prompt_;
+    LiveObjects liveBefore_ = CountLiveObjects();
     PrivilegedTools tools_;
     std::map<uint32_t, Card*> connections_;
     std::deque<Mapping> mappings_;

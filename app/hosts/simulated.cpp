@@ -23,6 +23,7 @@ int runOn(const std::string& folder) {
         simulator::SimulatedHost host(directory->machine(), BundleBesideExecutable(), AskAdministrator);
         InstallHost(&host);
         exitCode = UpdaterMain();
+        host.programEnded();
         InstallHost(nullptr);
     }
     directory->save();

@@ -37,19 +37,6 @@ class PrivateDriver : public testing::Test {
         fs::copy_file(directory.path() / "packed", archive);
     }
 
-    // What comes out on standard error must end in the message; tools that fail have their own say before it.
-    void expectFailure(const std::string& message, const Runs& runs) {
-        host.privileged.clear();
-        testing::internal::CaptureStderr();
-        EXPECT_EQ(ExtractAndLoadKext(&ref), 0) << message;
-        const std::string said = testing::internal::GetCapturedStderr();
-        EXPECT_TRUE(message.empty() ? said.empty() : said.ends_with(message)) << said;
-        EXPECT_EQ(ref, nullptr) << message;
-        EXPECT_EQ(host.privileged, runs);
-        EXPECT_EQ(CountLiveObjects(), LiveObjects()) << message;
-        EXPECT_FALSE(fs::exists(SystemTmp::archive)) << message;
-    }
-
     SystemTmp tmp;
     TemporaryDirectory directory;
     FakeHost host;
@@ -77,27 +64,6 @@ TEST_F(PrivateDriver, IsUnpackedOwnedLoadedAndRemovedAgain) {
     EXPECT_EQ(ref, nullptr);
     EXPECT_EQ(CountLiveObjects(), LiveObjects());
     EXPECT_TRUE(SystemTmp::isClean());
-}
-
-TEST_F(PrivateDriver, EachStepThatFailsIsSaidAndCleanedUpAfter) {
-    host.toolsThatDoNotStart = {"/sbin/kextload"};
-    expectFailure("kExtLoadUnload: Could not kextload\n", {deletion, owning, loading, "sleep 4", deletion});
-    host.toolsThatDoNotStart = {"/usr/sbin/chown"};
-    expectFailure("Could not chown\n", {deletion, owning, deletion});
-    std::ofstream(archive) << std::string(2000, 'x');
-    expectFailure("Could not unpax\n", {deletion});
-    fs::remove(archive);
-    fs::create_directory(archive);
-    expectFailure("Could not copy to tmp\n", {});
-    fs::remove(archive);
-    expectFailure("Could not find pax in resource.\n", {});
-    useBundle(directory.path() / std::string(200, 'x') / "Some.app");
-    ASSERT_GE(archive.string().size(), 256u);
-    expectFailure("", {});
-    host.bundle.clear();
-    expectFailure("Could not get main bundle\n", {});
-    host.rightAnswer = Host::RightAnswer::cancelled;
-    expectFailure("Could not Authenticate\n", {});
 }
 
 TEST_F(PrivateDriver, BundlePathIsNeverACommand) {

@@ -16,7 +16,7 @@ TEST(FpgaConfigurationTest, BytesAreFixedAndDamageIsRefused) {
     EXPECT_EQ(std::vector<uint8_t>(prom.end() - 4, prom.end()),
               (std::vector<uint8_t>{0x8A, 0x54, 0x02, 0x72}));
     EXPECT_EQ(decodeConfiguration(prom), kConfiguration);
-    for (const std::size_t at : {0UL, 4UL, 9UL, kPageBytes, kPromBytes - 1}) {
+    for (const std::size_t at : std::initializer_list<std::size_t>{0, 4, 9, kPageBytes, kPromBytes - 1}) {
         prom[at] ^= 0x10;
         EXPECT_FALSE(decodeConfiguration(prom)) << "byte " << at;
         prom[at] ^= 0x10;

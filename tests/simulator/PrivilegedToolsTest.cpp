@@ -85,8 +85,13 @@ TEST_F(PrivilegedToolsTest, OnlyAWellFormedBundleOfRootIsLoaded) {
     EXPECT_EQ(chown("root:wheel"), 0);
     writeBundle("");
     EXPECT_EQ(load(), 1);
-    std::ofstream(bundle_ / "Contents/Info.plist") << "<plist><dict>";
-    EXPECT_EQ(load(), 1);
+    std::string deep;
+    for (int level = 0; level < 1'000'000; ++level)
+        deep += "<dict>";
+    for (const std::string& text : {std::string("<plist><dict>"), std::string("<plist/>"), deep}) {
+        std::ofstream(bundle_ / "Contents/Info.plist") << text;
+        EXPECT_EQ(load(), 1);
+    }
     writeBundle("com_example_other");
     EXPECT_EQ(load(), 0);
     EXPECT_EQ(cards(), 0U) << "a driver of another class";

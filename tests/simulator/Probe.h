@@ -163,7 +163,7 @@ class ProbedMachineTest : public testing::Test {
     std::vector<Misuse> misuses() {
         std::vector<Misuse> found;
         for (const auto& entry : machine_.ledger().entries())
-            found.insert(found.end(), entry.times, entry.misuse);
+            found.insert(found.end(), static_cast<std::size_t>(entry.times), entry.misuse);
         return found;
     }
 

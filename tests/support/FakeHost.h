@@ -64,10 +64,10 @@ class FakeHost : public Host {
     }
 
     std::optional<uint32_t> openService(uint64_t service) override {
-        if (!cards.at(service).opens) {
+        if (!cards.at(static_cast<std::size_t>(service)).opens) {
             return std::nullopt;
         }
-        openConnections[++lastConnection_] = service;
+        openConnections[++lastConnection_] = static_cast<std::size_t>(service);
         return lastConnection_;
     }
 

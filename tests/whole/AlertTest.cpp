@@ -5,6 +5,7 @@
 
 #include <fstream>
 
+#include "hw/ApplicationHooks.h"
 #include "simulator/DefaultMachine.h"
 #include "tests/whole/FirstCardUpdate.h"
 #include "xsvf/Assembler.h"
@@ -15,8 +16,6 @@ namespace fs = std::filesystem;
 using Alert = UpdaterSession::Alert;
 using Alerts = std::vector<Alert>;
 
-const Alert noNewFirmware = {"Error", "Unable to determine New Firmware Version!"};
-const Alert noSuitableFirmware = {"Error", "Could not find suitable firmware for the selected card."};
 const Alert upToDate = {"Error", "The firmware on your card is already up to date!"};
 Alert playerFailure(const char* title) {
     return {title, "EEPROM Programming Failure!"};
@@ -36,15 +35,6 @@ class Alerting : public testing::Test {
     simulator::Machine machine;
     TestBundle bundle;
 };
-
-TEST_F(Alerting, NoFittingImage) {
-    UpdaterSession session(machine, bundle);
-    session.run([&] {
-        EXPECT_EQ(session.text("MODL"), "VornMX-B");
-        session.click("UPDT");
-    });
-    EXPECT_EQ(session.alerts, (Alerts{noNewFirmware, noSuitableFirmware}));
-}
 
 TEST_F(Alerting, UpToDateCardIsWrittenOnlyAfterCancelAndConfirmation) {
     bundle.addImage("VMBM10A.xsv", emptyProgram);
@@ -151,6 +141,19 @@ TEST_F(Alerting, ImageThatFails) {
             EXPECT_EQ(session.shownStatePanes(), "FTX0 FTX1 FTX2 POWR");
         });
     }
+}
+
+// The identity has been read or typed by the time that there is an update button; one that is lost in between
+// is warned of.
+TEST_F(Alerting, IdentityThatWasLost) {
+    bundle.addImage(imageName, emptyProgram);
+    UpdaterSession session(machine, bundle);
+    session.run([&] {
+        gSerialNumber = 0;
+        session.click("UPDT");
+    });
+    EXPECT_EQ(session.alerts, (Alerts{confirmation, {"Error", "Serial Number is blank!"}}));
+    EXPECT_EQ(machine.card(0).identity(), 0u);
 }
 
 // TDO falsified from some way before the end of an update: the writing, the reading or the comparing of the

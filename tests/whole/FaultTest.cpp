@@ -182,6 +182,27 @@ TEST_F(Faults, CardsThatAreFoundBrokenEndTheUpdater) {
     }
 }
 
+// The typed identity counts as the card's until the updater ends; the next one asks again.
+TEST_F(Faults, IdentityThatIsTypedAndNotTaken) {
+    const struct {
+        FaultKind kind;
+        UpdaterSession::Alert alert;
+    } cases[] = {{FaultKind::userCodeNotTaken, identityDiffers},
+                 {FaultKind::tdoStuckLow, {"Error", "Error writing Serial Number!"}}};
+    card().cells().setUserCode(blank);
+    for (const auto& each : cases) {
+        card().inject({.kind = each.kind});
+        UpdaterSession session(machine, bundle);
+        session.typed = {"2103070021"};
+        session.run([&] { EXPECT_EQ(session.text("SRNO"), "2103070021"); });
+        EXPECT_EQ(session.alerts, Alerts{each.alert});
+        EXPECT_EQ(session.identityDialogs.size(), 1u);
+        card().clearFaults();
+        // TDO does not keep the PROM from taking what it is given.
+        EXPECT_EQ(card().identity(), each.kind == FaultKind::tdoStuckLow ? identity : blank);
+    }
+}
+
 // The same image without one of the things that a PROM needs.
 TEST_F(Faults, SkippedStepsShowInTheLedger) {
     const struct {

@@ -11,6 +11,9 @@ inline constexpr uint32_t identity = 0x21307015;
 
 inline const UpdaterSession::Alert confirmation = {"Firmware Update Confirmation",
                                                    "About to program your VornMX-B with Firmware Version 12"};
+inline const UpdaterSession::Alert noNewFirmware = {"Error", "Unable to determine New Firmware Version!"};
+inline const UpdaterSession::Alert noSuitableFirmware = {
+    "Error", "Could not find suitable firmware for the selected card."};
 inline const UpdaterSession::Alert mismatch = {"TDO Mismatch Error after max retries",
                                                "EEPROM Programming Failure!"};
 inline const UpdaterSession::Alert identityNotRead = {"Error 2",

@@ -5,63 +5,74 @@
 
 #include <cstdint>
 #include <functional>
+#include <limits>
+#include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
-#include "platform/Host.h"
+#include "tests/support/ForwardingHost.h"
 
-class MeddlingHost final : public Host {
+class MeddlingHost final : public ForwardingHost {
   public:
-    explicit MeddlingHost(Host& host) : host_(host) { InstallHost(this); }
-    ~MeddlingHost() override { InstallHost(nullptr); }
+    using ForwardingHost::ForwardingHost;
 
     // Loads and stores so far.
     uint64_t loads = 0;
     uint64_t stores = 0;
 
-    // The tools that were run with the administrator's rights.
-    std::vector<std::string> privilegedTools;
+    // The tools that were run with the administrator's rights, with their arguments, and sleeps in seconds,
+    // as they came. And those that do not even start.
+    std::vector<std::string> privileged;
+    std::set<std::string> toolsThatDoNotStart;
+
+    // What runs, in place of the other host's processes, and who received the shut-down event.
+    std::optional<std::vector<Process>> processList;
+    std::vector<uint64_t> shutDownEvents;
+
+    // How often the program still finds its bundle.
+    int bundleFinds = std::numeric_limits<int>::max();
+
+    // Called before each attempt to open a service.
+    std::function<void()> beforeOpening;
 
     // What a load returns, from its offset in the window and the true word; null leaves every word as it is.
     std::function<uint32_t(uint32_t offset, uint32_t word)> falsifyLoad;
 
-    std::filesystem::path bundleDirectory() override { return host_.bundleDirectory(); }
-    std::vector<uint64_t> servicesOfClass(std::string_view className) override {
-        return host_.servicesOfClass(className);
+    std::filesystem::path bundleDirectory() override {
+        return bundleFinds-- > 0 ? ForwardingHost::bundleDirectory() : std::filesystem::path();
     }
-    std::optional<uint32_t> openService(uint64_t service) override { return host_.openService(service); }
-    bool closeConnection(uint32_t connection) override { return host_.closeConnection(connection); }
-    std::optional<MappedRange> mapMemory(uint32_t connection, uint32_t memoryType) override {
-        const auto range = host_.mapMemory(connection, memoryType);
-        if (range) {
-            base_ = static_cast<const uint32_t*>(range->base);
+    std::optional<uint32_t> openService(uint64_t service) override {
+        if (beforeOpening) {
+            beforeOpening();
         }
-        return range;
-    }
-    std::optional<std::size_t> callMethod(uint32_t connection, uint32_t method,
-                                          std::span<uint8_t> reply) override {
-        return host_.callMethod(connection, method, reply);
+        return ForwardingHost::openService(service);
     }
     uint32_t loadWord(const uint32_t* address) override {
         ++loads;
-        const uint32_t word = host_.loadWord(address);
-        return falsifyLoad ? falsifyLoad(static_cast<uint32_t>(address - base_) * 4, word) : word;
+        const uint32_t word = ForwardingHost::loadWord(address);
+        return falsifyLoad ? falsifyLoad(offsetOf(address), word) : word;
     }
     void storeWord(uint32_t* address, uint32_t word) override {
         ++stores;
-        host_.storeWord(address, word);
+        ForwardingHost::storeWord(address, word);
     }
-    std::vector<Process> processes() override { return host_.processes(); }
-    bool deliverShutDownEvent(uint64_t process) override { return host_.deliverShutDownEvent(process); }
-
-    RightAnswer askForAdministratorRight() override { return host_.askForAdministratorRight(); }
+    std::vector<Process> processes() override {
+        return processList ? *processList : ForwardingHost::processes();
+    }
+    bool deliverShutDownEvent(uint64_t process) override {
+        shutDownEvents.push_back(process);
+        return ForwardingHost::deliverShutDownEvent(process);
+    }
     bool runPrivilegedTool(const std::string& tool, const std::vector<std::string>& arguments) override {
-        privilegedTools.push_back(tool);
-        return host_.runPrivilegedTool(tool, arguments);
+        privileged.push_back(tool);
+        for (const std::string& argument : arguments) {
+            privileged.back() += " " + argument;
+        }
+        return !toolsThatDoNotStart.contains(tool) && ForwardingHost::runPrivilegedTool(tool, arguments);
     }
-    void sleepSeconds(uint32_t seconds) override { host_.sleepSeconds(seconds); }
-
-  private:
-    Host& host_;
-    const uint32_t* base_ = nullptr;
+    void sleepSeconds(uint32_t seconds) override {
+        privileged.push_back("sleep " + std::to_string(seconds));
+        ForwardingHost::sleepSeconds(seconds);
+    }
 };

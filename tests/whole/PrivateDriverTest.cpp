@@ -1,11 +1,9 @@
 // A machine whose cards no driver shows: the updater asks, loads its own driver, and removes it when it ends.
 
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
-#include <cerrno>
+#include <fstream>
 
-#include "platform/LiveObjects.h"
 #include "simulator/DefaultMachine.h"
 #include "tests/support/SystemTmp.h"
 #include "tests/whole/UpdaterSession.h"
@@ -13,8 +11,19 @@
 namespace {
 
 using simulator::PrivateDriverFault;
+using Runs = std::vector<std::string>;
 
 const std::string promptTitle = "Simulated machine";
+const std::string prompt = "VUpdater wants to load a driver";
+const std::string unreachable = "The card could not be reached";
+const std::string noCard = "No card was found";
+
+const std::string deletion = "/bin/rm -rf /tmp/VUpdater.kext";
+const std::string owning = "/usr/sbin/chown -R root:wheel /tmp/VUpdater.kext";
+const std::string loading = "/sbin/kextload /tmp/VUpdater.kext";
+const std::string attaching = "sleep 4";
+const std::string unloading = "/sbin/kextunload -b com.VornLabs.driver.VornMx";
+const std::string detaching = "sleep 2";
 
 class PrivateDriver : public testing::Test {
   protected:
@@ -26,29 +35,29 @@ class PrivateDriver : public testing::Test {
         bundle.addShippedImage("VMBM12A.xsv");
     }
 
-    // Expects dialogs whose texts begin like these, no window, and something on standard error.
-    void expectFailure(const std::vector<std::string>& texts, const std::string& said,
-                       bool isRefused = false) {
+    void TearDown() override { EXPECT_TRUE(machine.ledger().empty()); }
+
+    // Starts the updater, which ends without a window: after dialogs whose texts begin like these, a last
+    // line on standard error, and these runs and sleeps. Nothing stays loaded, and nothing in /tmp.
+    void expectFailure(
+        const std::vector<std::string>& texts, const std::string& lastLine, const Runs& runs,
+        const std::function<void(UpdaterSession&)>& prepare = [](UpdaterSession&) {}) {
+        SCOPED_TRACE(lastLine);
         UpdaterSession session(machine, bundle);
-        session.cancelled = isRefused ? std::vector{promptTitle} : std::vector<std::string>();
+        prepare(session);
         session.run([] { ADD_FAILURE() << "there is no window to sit in front of"; });
-        ASSERT_EQ(session.alerts.size(), texts.size()) << said;
+        ASSERT_EQ(session.alerts.size(), texts.size());
         for (std::size_t i = 0; i < texts.size(); ++i) {
             EXPECT_TRUE(session.alerts[i].message.starts_with(texts[i])) << session.alerts[i];
         }
-        EXPECT_TRUE(session.standardError.starts_with(said)) << session.standardError;
-        expectNothingLeft();
-    }
-
-    void expectNothingLeft() const {
+        EXPECT_TRUE(session.standardError.ends_with(lastLine)) << session.standardError;
+        EXPECT_EQ(session.standardError.empty(), lastLine.empty()) << session.standardError;
+        EXPECT_EQ(session.host.privileged, runs);
         EXPECT_TRUE(SystemTmp::isClean());
         EXPECT_TRUE(machine.drivers().loaded.empty());
-        EXPECT_EQ(CountLiveObjects(), atStart);
-        EXPECT_TRUE(wait(nullptr) == -1 && errno == ECHILD) << "no child, dead or alive";
     }
 
     SystemTmp tmp;
-    LiveObjects atStart = CountLiveObjects();
     simulator::Machine machine;
     TestBundle bundle;
 };
@@ -66,23 +75,59 @@ TEST_F(PrivateDriver, ShowsTheCardsUntilTheUpdaterQuits) {
     EXPECT_TRUE(wasShown);
     ASSERT_EQ(session.alerts.size(), 1u);
     EXPECT_EQ(session.alerts[0].title, promptTitle);
-    expectNothingLeft();
-    EXPECT_TRUE(machine.ledger().empty());
+    EXPECT_EQ(session.host.privileged,
+              (Runs{deletion, owning, loading, attaching, unloading, detaching, deletion}));
+    EXPECT_TRUE(SystemTmp::isClean());
+    EXPECT_TRUE(machine.drivers().loaded.empty());
 }
 
-TEST_F(PrivateDriver, ThatCannotBeHadEndsTheUpdater) {
-    const std::string prompt = "VUpdater wants to load a driver";
-    const std::string unreachable = "The card could not be reached";
-    const std::string noCard = "No card was found";
-    expectFailure({prompt, unreachable}, "Could not Authenticate\n", true);
+TEST_F(PrivateDriver, ThatShowsNoCardIsRemovedAgain) {
+    const Runs all = {deletion, owning, loading, attaching, unloading, detaching, deletion};
     machine.drivers().privateDriverFault = PrivateDriverFault::publishesNothing;
-    expectFailure({prompt, noCard}, "");
+    expectFailure({prompt, noCard}, "", all);
     machine.drivers().privateDriverFault = PrivateDriverFault::doesNotLoad;
-    expectFailure({prompt, noCard}, "kextload: /tmp/VUpdater.kext: the driver did not start.\n");
-    std::filesystem::remove(bundle.resource("vupdaterkext.pax"));
-    expectFailure({prompt, unreachable}, "Could not find pax in resource.\n");
+    expectFailure({prompt, noCard}, "kextunload: com.VornLabs.driver.VornMx: is not loaded.\n", all);
+    machine.drivers().privateDriverFault = PrivateDriverFault::none;
+    machine.powerOff();
+    while (machine.cardCount() > 0) {
+        machine.removeCard(0);
+    }
+    machine.powerOn();
+    expectFailure({prompt, noCard}, "", all);
+}
+
+TEST_F(PrivateDriver, EachStepThatFailsIsSaidAndCleanedUpAfter) {
+    const std::vector<std::string> alerts = {prompt, unreachable};
+    const auto without = [](const std::string& tool) {
+        return [tool](UpdaterSession& session) { session.host.toolsThatDoNotStart = {tool}; };
+    };
+    const auto losing = [](int bundleFinds) {
+        return [bundleFinds](UpdaterSession& session) { session.host.bundleFinds = bundleFinds; };
+    };
+    expectFailure(alerts, "kExtLoadUnload: Could not kextload\n",
+                  {deletion, owning, loading, attaching, deletion}, without("/sbin/kextload"));
+    expectFailure(alerts, "Could not chown\n", {deletion, owning, deletion}, without("/usr/sbin/chown"));
+    const auto archive = bundle.resource("vupdaterkext.pax");
+    std::ofstream(archive) << std::string(2000, 'x');
+    expectFailure(alerts, "Could not unpax\n", {deletion});
+    std::filesystem::remove(archive);
+    std::filesystem::create_directory(archive);
+    expectFailure(alerts, "Could not copy to tmp\n", {});
+    std::filesystem::remove(archive);
+    expectFailure(alerts, "Could not find pax in resource.\n", {});
+    // The layouts and the list of images have been found by then.
+    expectFailure(alerts, "Could not get main bundle\n", {}, losing(2));
+    expectFailure(alerts, "Could not Authenticate\n", {},
+                  [](UpdaterSession& session) { session.cancelled = {promptTitle}; });
     machine.drivers().refusesAdministrator = true;
-    expectFailure({unreachable}, "Could not Authenticate\n");
+    expectFailure({unreachable}, "Could not Authenticate\n", {});
+    machine.drivers().refusesAdministrator = false;
+    TestBundle deep(std::string(200, 'x'));
+    deep.addShippedImage("vupdaterkext.pax");
+    UpdaterSession session(machine, deep);
+    session.run();
+    EXPECT_EQ(session.alerts.size(), 2u) << "a path too long is not told why";
+    EXPECT_EQ(session.standardError, "");
 }
 
 TEST_F(PrivateDriver, StaysLoadedWhenTheMachineGoesDown) {
@@ -94,15 +139,13 @@ TEST_F(PrivateDriver, StaysLoadedWhenTheMachineGoesDown) {
         });
         EXPECT_FALSE(machine.isOn());
         EXPECT_TRUE(std::filesystem::exists(SystemTmp::driver));
-        EXPECT_EQ(session.host.privilegedTools.back(), "/sbin/kextload");
-        // The authorization goes with the process, as the driver goes with the power.
-        EXPECT_EQ(CountLiveObjects().authorizations, ++atStart.authorizations);
+        EXPECT_EQ(session.host.privileged, (Runs{deletion, owning, loading, attaching}));
     }
     machine.powerOn();
     UpdaterSession session(machine, bundle);
     session.run([&] { EXPECT_EQ(session.text("FWVR"), "M12"); });
     EXPECT_EQ(session.alerts.size(), 1u) << "loaded anew, over the bundle that was left";
-    expectNothingLeft();
+    EXPECT_TRUE(SystemTmp::isClean());
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// Starting up with layouts that are not as they should be.
+// Starting up: layouts that are not as they should be, more and fewer cards, and cards and images that fail.
 
 #include <gtest/gtest.h>
 
@@ -9,20 +9,40 @@
 
 #include "framework/widgets/LApplication.h"
 #include "simulator/DefaultMachine.h"
-#include "tests/whole/UpdaterSession.h"
+#include "tests/whole/FirstCardUpdate.h"
 
 namespace {
 
+using simulator::FaultKind;
+using Alerts = std::vector<UpdaterSession::Alert>;
+
 class StartUp : public testing::Test {
   protected:
-    // Replaces text in the main window's layout.
+    StartUp() {
+        simulator::addDefaultCards(machine);
+        machine.powerOn();
+    }
+
+    void TearDown() override { EXPECT_TRUE(machine.ledger().empty()); }
+
+    // Replaces text in the main window's layout, as it ships.
     void editLayout(const std::string& from, const std::string& to) {
-        const auto file = bundle.resource("window-128.ui");
-        std::ifstream in(file);
+        const TestBundle fresh;
+        std::ifstream in(fresh.resource("window-128.ui"));
         std::string layout{std::istreambuf_iterator<char>(in), {}};
         const auto at = layout.find(from);
         ASSERT_NE(at, std::string::npos) << from;
-        std::ofstream(file) << layout.replace(at, from.size(), to);
+        std::ofstream(bundle.resource("window-128.ui")) << layout.replace(at, from.size(), to);
+    }
+
+    // Starts the updater, which reports a missing object and ends without having done anything.
+    void expectNilPointer(const std::string& what) {
+        UpdaterSession session(machine, bundle);
+        session.run();
+        EXPECT_NE(session.standardError.find("nilP"), std::string::npos) << what;
+        ASSERT_EQ(session.alerts.size(), 1u) << what;
+        EXPECT_NE((session.alerts[0].title + session.alerts[0].message).find("nilP"), std::string::npos);
+        EXPECT_EQ(machine.accesses(), 0u);
     }
 
     simulator::Machine machine;
@@ -30,8 +50,6 @@ class StartUp : public testing::Test {
 };
 
 TEST_F(StartUp, AboutTellsTheVersionAndStopsNothing) {
-    simulator::addDefaultCards(machine);
-    machine.powerOn();
     UpdaterSession session(machine, bundle);
     session.run([&] {
         LApplication::Current()->ObeyCommand(kCommandAbout);
@@ -43,30 +61,168 @@ TEST_F(StartUp, AboutTellsTheVersionAndStopsNothing) {
     });
 }
 
-TEST_F(StartUp, LayoutWithoutAPaneIsReportedAndEndsTheUpdater) {
-    simulator::addDefaultCards(machine);
-    machine.powerOn();
-    for (const char* paneID : {"CRDS", "POWR", "PTX1", "FTX2"}) {
-        TestBundle fresh;
-        std::filesystem::copy(fresh.resource("window-128.ui"), bundle.resource("window-128.ui"),
-                              std::filesystem::copy_options::overwrite_existing);
-        editLayout(std::string("name=\"") + paneID + '"', "name=\"GONE\"");
+TEST_F(StartUp, LayoutWithoutWhatTheUpdaterNeedsEndsIt) {
+    for (const std::string paneID : {"CRDS", "POWR", "PTX1", "FTX2"}) {
+        editLayout("name=\"" + paneID + '"', "name=\"GONE\"");
+        expectNilPointer(paneID);
+    }
+    editLayout(R"(class="LPushButton" name="CLOS")", R"(class="LStaticText" name="CLOS")");
+    expectNilPointer("a button that is a text");
+    editLayout(R"(class="LPopupButton" name="CRDS")", R"(class="LPushButton" name="CRDS")");
+    expectNilPointer("a popup that is a button");
+    std::filesystem::remove(bundle.resource("window-128.ui"));
+    expectNilPointer("no layout");
+}
+
+TEST_F(StartUp, LayoutWithoutWhatTheUpdaterCanDoWithoutIsUsed) {
+    bundle.addImage(imageName, {0x00});
+    editLayout(R"(class="LStaticText" name="MODL")", R"(class="LPushButton" name="MODL")");
+    {
         UpdaterSession session(machine, bundle);
-        session.run();
-        EXPECT_NE(session.standardError.find("nilP"), std::string::npos) << paneID;
-        ASSERT_EQ(session.alerts.size(), 1u) << paneID;
-        EXPECT_NE((session.alerts[0].title + session.alerts[0].message).find("nilP"), std::string::npos);
+        session.run([&] { EXPECT_EQ(session.text("FWVR"), "M10"); });
+        EXPECT_EQ(session.alerts, Alerts());
+    }
+    editLayout(R"(class="LProgressBar" name="PGRS")", R"(class="LStaticText" name="PGRS")");
+    {
+        UpdaterSession session(machine, bundle);
+        session.run([&] {
+            session.click("UPDT");
+            EXPECT_EQ(session.shownStatePanes(), finishedPanes);
+        });
+    }
+    // A control that broadcasts what nobody knows.
+    editLayout("<string>UPDT</string>", "<string>NONE</string>");
+    UpdaterSession session(machine, bundle);
+    session.run([&] {
+        session.click("UPDT");
+        EXPECT_EQ(session.shownStatePanes(), idlePanes);
+    });
+    EXPECT_EQ(session.alerts, Alerts());
+}
+
+TEST_F(StartUp, CardsAreListedFromTheFirstToTheLast) {
+    for (const std::size_t cards : {1U, 3U, 32U}) {
+        simulator::Machine crowd;
+        while (crowd.cardCount() < cards) {
+            const auto number = static_cast<uint32_t>(crowd.cardCount() + 1);
+            const simulator::Board board{"VornMX-B", "slot " + std::to_string(number), 0x21, 1};
+            crowd.addCard(board, simulator::PromCells(
+                                     simulator::encodeConfiguration({.modelCode = 0x21,
+                                                                     .boardRevision = 1,
+                                                                     .flavour = number % 2 == 0 ? 'M' : 'W',
+                                                                     .version = static_cast<uint8_t>(number),
+                                                                     .date = 0x4511}),
+                                     identity + number, 3));
+        }
+        crowd.powerOn();
+        bundle.addImage(imageName, {0x00});
+        UpdaterSession session(crowd, bundle);
+        session.run([&] {
+            ASSERT_EQ(session.cardItems().size(), cards);
+            EXPECT_EQ(session.cardItems().back(), "VornMX-B in slot " + std::to_string(cards));
+            EXPECT_EQ(session.text("FWVR"), "W1");
+            session.pickCard(static_cast<int>(cards));
+            EXPECT_EQ(session.text("FWVR"),
+                      std::string(cards % 2 == 0 ? "M" : "W").append(std::to_string(cards)));
+        });
+        EXPECT_EQ(session.alerts, Alerts());
+        EXPECT_TRUE(crowd.ledger().empty());
     }
 }
 
-TEST_F(StartUp, MissingLayoutIsReportedAndEndsTheUpdater) {
-    simulator::addDefaultCards(machine);
+// What cannot be opened or described is not listed, and those behind it move up: their items open the card in
+// front of them. A card that cannot be opened is not even counted, so that the last one is missing too,
+// unless it breaks after the count. One that opens without its window is listed, and ends the updater once
+// chosen.
+TEST_F(StartUp, CardsThatFailMoveThePopupUp) {
+    using Items = std::vector<std::string>;
+    const std::string mx = "VornMX-B in PCI slot 1";
+    const std::string k40 = "Vorn K40 in PCI slot 2";
+    const std::string dx8 = "Vorn DX8 in PCI slot 3";
+    constexpr int counted = 3;
+    const struct {
+        FaultKind kind;
+        std::size_t broken;
+        int openingsBefore;
+        Items items;
+        int picked;
+        bool ends;
+        const char* model;  // that is shown in the end
+    } cases[] = {{FaultKind::serviceNotOpened, 0, 0, {k40}, 1, true, ""},
+                 {FaultKind::serviceNotOpened, 1, 0, {mx}, 1, false, "VornMX-B"},
+                 {FaultKind::serviceNotOpened, 2, 0, {mx, k40}, 2, false, "Vorn K40"},
+                 {FaultKind::serviceNotOpened, 0, counted, {k40, dx8}, 1, true, ""},
+                 {FaultKind::serviceNotOpened, 1, counted, {mx, dx8}, 2, true, "VornMX-B"},
+                 {FaultKind::serviceNotOpened, 2, counted, {mx, k40}, 2, false, "Vorn K40"},
+                 {FaultKind::serviceSilent, 0, 0, {k40, dx8}, 1, false, "VornMX-B"},
+                 {FaultKind::serviceSilent, 1, 0, {mx, dx8}, 2, false, "Vorn K40"},
+                 {FaultKind::serviceSilent, 2, 0, {mx, k40}, 2, false, "Vorn K40"},
+                 {FaultKind::serviceNotMapped, 0, 0, {mx, k40, dx8}, 1, true, ""},
+                 {FaultKind::serviceNotMapped, 1, 0, {mx, k40, dx8}, 2, true, "VornMX-B"},
+                 {FaultKind::serviceNotMapped, 2, 0, {mx, k40, dx8}, 3, true, "Vorn K40"}};
+    machine.powerOff();
+    machine.removeCard(3);
     machine.powerOn();
-    std::filesystem::remove(bundle.resource("window-128.ui"));
+    for (const char* image : {imageName, "K40W07B.xsv", "DX8M05NC.xsv"}) {
+        bundle.addImage(image, {0x00});
+    }
+    for (const auto& each : cases) {
+        SCOPED_TRACE(std::string(simulator::describe(each.kind).name) + ' ' + std::to_string(each.broken));
+        UpdaterSession session(machine, bundle);
+        session.host.beforeOpening = [&, openings = 0]() mutable {
+            if (openings++ == each.openingsBefore) {
+                machine.card(each.broken).inject({.kind = each.kind});
+            }
+        };
+        session.run([&] {
+            EXPECT_EQ(session.cardItems(), each.items);
+            if (each.picked > 1) {
+                session.pickCard(each.picked);
+            }
+            EXPECT_EQ(LApplication::Current()->IsQuitting(), each.ends);
+            EXPECT_EQ(session.text("MODL"), each.model);
+        });
+        ASSERT_EQ(session.alerts.size(), each.ends ? 1u : 0u);
+        if (each.ends) {
+            EXPECT_TRUE(session.alerts[0].message.starts_with("The card could not be reached"));
+        }
+        machine.card(each.broken).clearFaults();
+    }
+}
+
+TEST_F(StartUp, EmptyPopupOnlyOffersTheWayOut) {
+    for (std::size_t card = 0; card < machine.cardCount(); ++card) {
+        machine.card(card).inject({.kind = FaultKind::serviceSilent});
+    }
     UpdaterSession session(machine, bundle);
-    session.run([] { FAIL() << "there is no window to sit in front of"; });
-    EXPECT_NE(session.standardError.find("nilP"), std::string::npos);
-    EXPECT_EQ(session.alerts.size(), 1u);
+    session.run([&] {
+        EXPECT_TRUE(session.cardItems().empty());
+        session.click("UPDT");
+        session.click("CLOS");
+    });
+    EXPECT_EQ(session.alerts, Alerts{noSuitableFirmware});
+}
+
+// Without images, with images whose paths are too long, and with the seventeenth, a card has no new firmware.
+TEST_F(StartUp, ImagesThatAreNotCatalogued) {
+    const Alerts none = {noNewFirmware, noSuitableFirmware};
+    const auto expectNone = [&](const TestBundle& used, int bundleFinds, const char* standardError) {
+        UpdaterSession session(machine, used);
+        session.host.bundleFinds = bundleFinds;
+        session.run([&] { session.click("UPDT"); });
+        EXPECT_EQ(session.alerts, none);
+        EXPECT_EQ(session.standardError, standardError);
+    };
+    expectNone(bundle, 100, "");
+    bundle.addImage(imageName, {0x00});
+    expectNone(bundle, 1, "Could not get main bundle\n");  // found for the layouts, and never again
+    TestBundle deep(std::string(200, 'x'));
+    deep.addImage(imageName, {0x00});
+    expectNone(deep, 100, "");
+    for (char last = 'A'; last <= 'P'; ++last) {
+        bundle.addImage(std::string("DX8M05N") + last + ".xsv", {0x00});
+    }
+    expectNone(bundle, 100, "");
 }
 
 }  // namespace

@@ -26,8 +26,8 @@
 
 namespace fs = std::filesystem;
 
-TestBundle::TestBundle() {
-    fs::create_directories(directory_.path() / "Contents/Resources");
+TestBundle::TestBundle(const std::string& name) : name_(name) {
+    fs::create_directories(path() / "Contents/Resources");
     for (const auto& entry : fs::directory_iterator(BUNDLE_RESOURCES)) {
         if (entry.path().extension() == ".ui") {
             fs::copy(entry.path(), resource(entry.path().filename()));
@@ -36,7 +36,7 @@ TestBundle::TestBundle() {
 }
 
 fs::path TestBundle::resource(const std::string& name) const {
-    return directory_.path() / "Contents/Resources" / name;
+    return path() / "Contents/Resources" / name;
 }
 
 void TestBundle::addShippedImage(const std::string& name) {
@@ -49,7 +49,7 @@ void TestBundle::addImage(const std::string& name, const std::vector<uint8_t>& b
 }
 
 UpdaterSession::UpdaterSession(simulator::Machine& machine, const TestBundle& bundle)
-    : simulatedHost(machine, bundle.path(), AskAdministrator), host(simulatedHost) {
+    : simulatedHost(machine, bundle.path(), AskAdministrator), host(simulatedHost), machine_(machine) {
     // As in a fresh process.
     gNewFirmware = -1;
     qApp->installEventFilter(this);
@@ -73,11 +73,37 @@ void UpdaterSession::run(const std::function<void()>& script) {
             });
         }
         script();
+        opened_ = countCardsOfPopup();
         LApplication::Current()->DoQuit();
     };
     UpdaterMain();
     whenShown_ = nullptr;
     standardError = testing::internal::GetCapturedStderr();
+    expectNothingLeft();
+}
+
+std::size_t UpdaterSession::countCardsOfPopup() const {
+    if (qobject_cast<QComboBox*>(pane("CRDS")) == nullptr) {
+        return 0;
+    }
+    std::size_t cards = cardItems().size();
+    for (std::size_t i = 0; i < machine_.cardCount(); ++i) {
+        cards += machine_.card(i).faults().hasStruck(simulator::FaultKind::serviceSilent) ? 1 : 0;
+    }
+    return cards;
+}
+
+void UpdaterSession::expectNothingLeft() {
+    simulatedHost.programEnded();
+    for (const auto& entry : machine_.ledger().entries()) {
+        EXPECT_NE(entry.misuse, simulator::Misuse::leftBehind) << entry.detail;
+    }
+    // Filling the popup closes card indexes instead of connections, and so leaves one open per card, also for
+    // those that are then not listed because they do not answer.
+    // They go with a driver that is unloaded.
+    const bool wasUnloaded =
+        machine_.isOn() && !machine_.drivers().publish(simulator::SimulatedHost::kServiceClass);
+    EXPECT_EQ(simulatedHost.openConnections(), wasUnloaded ? 0u : opened_);
 }
 
 QWidget* UpdaterSession::window() const {

@@ -21,9 +21,9 @@ class QWidget;
 // A bundle of its own: the real layouts, and whatever firmware images a test puts in.
 class TestBundle {
   public:
-    TestBundle();
+    explicit TestBundle(const std::string& name = "Some.app");
 
-    const std::filesystem::path& path() const { return directory_.path(); }
+    std::filesystem::path path() const { return directory_.path() / name_; }
     std::filesystem::path resource(const std::string& name) const;
 
     // Puts in one of the images that ship, or one made of the bytes given.
@@ -32,6 +32,7 @@ class TestBundle {
 
   private:
     TemporaryDirectory directory_;
+    std::string name_;
 };
 
 class UpdaterSession : public QObject {
@@ -93,6 +94,13 @@ class UpdaterSession : public QObject {
     void answer(QWidget* dialog);
     void answerIdentityDialog(QWidget* dialog, QLineEdit& field);
 
+    // That the updater which has ended gave back what it had, save the popup's connections.
+    void expectNothingLeft();
+    // The cards in the popup, and those that are missing from it because they did not answer.
+    std::size_t countCardsOfPopup() const;
+
+    simulator::Machine& machine_;
+    std::size_t opened_ = 0;  // cards, while the popup was filled
     // What is to be done once the window has come up.
     std::function<void()> whenShown_;
 };

@@ -9,6 +9,7 @@
 #include "simulator/MachineDirectory.h"
 #include "tools/cardsim/CardCommands.h"
 #include "tools/cardsim/Context.h"
+#include "tools/cardsim/DriverCommand.h"
 #include "tools/cardsim/FaultCommands.h"
 #include "tools/cardsim/PromCommands.h"
 #include "tools/cardsim/RecordCommand.h"
@@ -75,6 +76,7 @@ int run(const std::vector<std::string>& arguments, std::ostream& out, std::ostre
     add("power-off", "Switch a machine off", powerOff);
     addCardCommands(app, context);
     addFaultCommands(app, context);
+    addDriverCommand(app, context);
     addPromCommands(app, context);
     addRecordCommand(app, context);
 

@@ -4,6 +4,7 @@
 #include <ostream>
 
 #include "tools/CardModels.h"
+#include "tools/cardsim/DriverCommand.h"
 #include "tools/cardsim/FaultCommands.h"
 #include "tools/cardsim/IdentityText.h"
 #include "tools/cardsim/RecordCommand.h"
@@ -46,13 +47,6 @@ std::string contentOf(const simulator::PromCells& cells) {
            " erased";
 }
 
-std::string driverNames(const simulator::Drivers& drivers) {
-    std::string text = drivers.resident ? "resident" : "";
-    for (const auto& [identifier, driver] : drivers.loaded)
-        text += (text.empty() ? "" : ", ") + identifier + " loaded";
-    return text.empty() ? "none" : text;
-}
-
 void showCard(std::size_t index, const Card& card, bool on, std::ostream& out) {
     const simulator::Board& board = card.board();
     out << "\nCard " << index + 1 << ": " << board.name << " in " << board.location << '\n'
@@ -83,7 +77,7 @@ std::string describe(const std::optional<FpgaConfiguration>& configuration) {
 void showMachine(const simulator::Machine& machine, std::ostream& out) {
     out << "Power       " << (machine.isOn() ? "on" : "off") << '\n'
         << "Accesses    " << machine.accesses() << " (" << machine.microseconds() << " microseconds)\n"
-        << "Driver      " << driverNames(machine.drivers()) << '\n';
+        << "Driver      " << describe(machine.drivers()) << '\n';
     for (std::size_t index = 0; index < machine.cardCount(); ++index)
         showCard(index, machine.card(index), machine.isOn(), out);
 

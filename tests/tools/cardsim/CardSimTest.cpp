@@ -60,6 +60,15 @@ TEST_F(CardSimTest, AMachineCanDoWithoutADriver) {
     ASSERT_EQ(runWith({"make", folder_ / "usual"}), kDone);
     ASSERT_EQ(runWith({"show", folder_ / "usual"}), kDone);
     EXPECT_TRUE(says("Driver      resident\n"));
+
+    EXPECT_EQ(runWith({"driver", folder_ / "usual", "--resident", "perhaps"}), kWrongUsage);
+    ASSERT_EQ(runWith({"driver", folder_ / "usual", "--resident", "no", "--administrator", "refuse"}), kDone);
+    ASSERT_EQ(runWith({"driver", folder_ / "usual", "--private-driver", "publishes-nothing"}), kDone);
+    ASSERT_EQ(runWith({"power-cycle", folder_ / "usual"}), kDone);
+    EXPECT_EQ(runWith({"driver", folder_ / "usual", "--resident", "yes"}), kFailed) << "the machine is on";
+    ASSERT_EQ(runWith({"driver", folder_ / "usual", "--administrator", "ask"}), kDone);
+    ASSERT_EQ(runWith({"show", folder_ / "usual"}), kDone);
+    EXPECT_TRUE(says("Driver      none; a private one publishes nothing\n")) << out_.str();
 }
 
 TEST_F(CardSimTest, PlugsChangesAndPullsCards) {

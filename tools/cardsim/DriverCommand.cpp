@@ -1,0 +1,83 @@
+#include "tools/cardsim/DriverCommand.h"
+
+#include <map>
+#include <optional>
+
+#include "simulator/MachineError.h"
+
+namespace cardsim {
+namespace {
+
+using simulator::Drivers;
+using simulator::MachineError;
+using simulator::PrivateDriverFault;
+
+struct DriverOptions {
+    std::string folder;
+    std::optional<bool> isResident;
+    std::optional<bool> refusesAdministrator;
+    std::optional<PrivateDriverFault> privateDriver;
+};
+
+const std::map<std::string, bool> kResidence{{"yes", true}, {"no", false}};
+const std::map<std::string, bool> kAdministrator{{"ask", false}, {"refuse", true}};
+const std::map<std::string, PrivateDriverFault> kPrivateDriver{
+    {"works", PrivateDriverFault::none},
+    {"does-not-load", PrivateDriverFault::doesNotLoad},
+    {"publishes-nothing", PrivateDriverFault::publishesNothing}};
+
+void changeDrivers(const DriverOptions& options, std::ostream& out) {
+    const auto directory = openMachine(options.folder);
+    Drivers& drivers = directory->machine().drivers();
+    if (options.isResident && *options.isResident != drivers.resident && directory->machine().isOn())
+        throw MachineError("the machine is on; switch it off before its resident driver comes or goes.");
+    drivers.resident = options.isResident.value_or(drivers.resident);
+    drivers.refusesAdministrator = options.refusesAdministrator.value_or(drivers.refusesAdministrator);
+    drivers.privateDriverFault = options.privateDriver.value_or(drivers.privateDriverFault);
+    directory->save();
+    out << "Driver: " << describe(drivers) << ".\n";
+}
+
+template <typename Value>
+void addChoice(CLI::App& command, const char* name, std::optional<Value>& into,
+               const std::map<std::string, Value>& choices, const char* description) {
+    std::string names;
+    for (const auto& choice : choices)
+        names += (names.empty() ? "" : "|") + choice.first;
+    command.add_option(name, into, description)
+        ->transform(CLI::CheckedTransformer(choices).description(""))
+        ->type_name(names);
+}
+
+}  // namespace
+
+std::string describe(const Drivers& drivers) {
+    std::string text = drivers.resident ? "resident" : "";
+    for (const auto& [identifier, driver] : drivers.loaded)
+        text += (text.empty() ? "" : ", ") + identifier + " loaded";
+    if (text.empty())
+        text = "none";
+    if (drivers.refusesAdministrator)
+        text += "; administrator refused";
+    if (drivers.privateDriverFault == PrivateDriverFault::doesNotLoad)
+        text += "; a private one does not load";
+    if (drivers.privateDriverFault == PrivateDriverFault::publishesNothing)
+        text += "; a private one publishes nothing";
+    return text;
+}
+
+void addDriverCommand(CLI::App& program, Context& context) {
+    const auto options = std::make_shared<DriverOptions>();
+    CLI::App* const command =
+        program.add_subcommand("driver", "Change which driver a machine has, or break the updater's own");
+    addFolder(*command, options->folder);
+    addChoice(*command, "--resident", options->isResident, kResidence,
+              "Whether a driver is installed that shows the cards");
+    addChoice(*command, "--administrator", options->refusesAdministrator, kAdministrator,
+              "What happens when a program wants the administrator's right");
+    addChoice(*command, "--private-driver", options->privateDriver, kPrivateDriver,
+              "What a driver does that the updater loads");
+    command->callback([options, &context] { changeDrivers(*options, context.out); });
+}
+
+}  // namespace cardsim

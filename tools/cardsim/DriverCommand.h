@@ -1,0 +1,14 @@
+#pragma once
+
+// `cardsim driver`: which driver a machine has, and what goes wrong with the one that the updater brings.
+
+#include "tools/cardsim/Context.h"
+
+namespace cardsim {
+
+void addDriverCommand(CLI::App& program, Context& context);
+
+// How a machine's drivers are, in one line: "resident", or "none; administrator refused".
+[[nodiscard]] std::string describe(const simulator::Drivers& drivers);
+
+}  // namespace cardsim

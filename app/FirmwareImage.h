@@ -8,6 +8,15 @@
 #include <string>
 #include <utility>
 
+// The guard after an image. No command has this code. As an operand it does the least harm: the state it
+// names can be moved to, the instruction that it spells is one that neither device on the chain acts on, and
+// its low bit expects what a bypass register captures.
+constexpr uint8_t kGuardByte = 0xFC;
+
+// The longest a single command's operands can get: two values whose negative 16-bit length counts as 65535
+// bytes, or one such value and 255 increments of 255 bytes.
+constexpr uint32_t kGuardBytes = 2 * 0x10000;
+
 struct FirmwareImage {
     // The file's bytes, followed by a guard: see LoadFirmwareImage.
     std::unique_ptr<uint8_t[]> bytes;

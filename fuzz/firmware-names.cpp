@@ -1,0 +1,82 @@
+// The names of firmware images: which one is chosen for a card, from any names, and names that the image tool
+// makes. The input is a list of names, separated by slashes, which no name holds.
+
+#include <algorithm>
+#include <cstring>
+#include <string>
+
+#include "app/logic/CardModel.h"
+#include "app/logic/FirmwareFiles.h"
+#include "fuzz/Require.h"
+#include "tools/xsvf/ImageName.h"
+
+namespace {
+
+constexpr uint16_t kNoVersion = 0xFFFF;
+
+void enter(int32_t index, std::string_view name) {
+    std::memset(gszResourceNames[index], 0, kResourceNameBytes);
+    std::memcpy(gszResourceNames[index], name.data(),
+                std::min<std::size_t>(name.size(), kResourceNameBytes - 1));
+}
+
+void checkChoice(uint16_t model, uint16_t board) {
+    ChooseFirmware(model, board);
+    if (gNewFirmware == -1) {
+        require(gusNewFirmwareRev == kNoVersion, "no image has no version");
+        return;
+    }
+    require(gNewFirmware >= 0 && gNewFirmware < gNumXSVFiles, "the image chosen is one of the table");
+    const char* const name = gszResourceNames[gNewFirmware];
+    require(FirmwareModelCode(name) == model, "it is for the card's model");
+    const char letter = FirmwareByteOrderLetter(name);
+    require(letter == 'M' || letter == 'W', "it has one of two byte orders");
+    if (gusNewFirmwareRev <= 0xFF) {
+        const auto version = static_cast<uint8_t>(gusNewFirmwareRev);
+        require(IsFirmwareCurrent(letter, version, letter, gusNewFirmwareRev),
+                "a card that has it needs none");
+        const char other = letter == 'M' ? 'W' : 'M';
+        require(!IsFirmwareCurrent(other, version, letter, gusNewFirmwareRev), "one of the other order does");
+    }
+}
+
+void checkAnyNames(std::string_view names) {
+    gNumXSVFiles = 0;
+    while (gNumXSVFiles < kMaxFirmwareFiles) {
+        const std::size_t end = names.find('/');
+        enter(gNumXSVFiles++, names.substr(0, end));
+        if (end == std::string_view::npos)
+            break;
+        names.remove_prefix(end + 1);
+    }
+    for (uint16_t model = kVornMXA; model <= kVornDX8XS; ++model) {
+        for (uint16_t board = 0; board <= 26; ++board)
+            checkChoice(model, board);
+    }
+}
+
+void checkMadeName(const uint8_t* data) {
+    const tools::CardModel& model = tools::kCardModels[data[0] % tools::kCardModels.size()];
+    const char letter = (data[1] & 1) != 0 ? 'M' : 'W';
+    const auto version = static_cast<uint8_t>(data[2] % 100);
+    const auto board = static_cast<uint8_t>(data[3] % 27);
+    const std::string name = tools::imageFileName(model, letter, version, board);
+    require(name.size() < kResourceNameBytes, "a name fits its place in the table");
+    gNumXSVFiles = 1;
+    enter(0, name);
+    ChooseFirmware(model.code, board);
+    require(gNewFirmware == 0, "an image is chosen for the card that it was made for");
+    require(gusNewFirmwareRev == version, "its version is the one it was made with");
+    require(FirmwareByteOrderLetter(gszResourceNames[0]) == letter, "so is its byte order");
+    ChooseFirmware(model.code, static_cast<uint16_t>(board + 1));
+    require(gNewFirmware == -1, "it is not chosen for another board");
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
+    checkAnyNames({reinterpret_cast<const char*>(data), size});
+    if (size >= 4)
+        checkMadeName(data);
+    return 0;
+}

@@ -111,7 +111,7 @@ JtagLevels Card::jtagLevels() const {
             .tck = output(registers::kTck),
             .tms = output(registers::kTms),
             .tdi = output(registers::kTdi),
-            .tdo = (inCardsOrder(registers_.at(registers::kJtagInput).content) & registers::kTdo) != 0,
+            .tdo = (inCardsOrder(registers_.at(registers::kJtagInput)) & registers::kTdo) != 0,
             .activity = output(registers::kActivityLamp),
             .promTap = chain_.prom().tap(),
             .fpgaTap = chain_.fpga().tap()};

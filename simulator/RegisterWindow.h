@@ -25,6 +25,7 @@ class RegisterWindow {
 
     // By offset in bytes, a multiple of four; with the byte at the lowest address as the word's most
     // significant one.
+    [[nodiscard]] uint32_t at(uint32_t offset) const { return words_[offset / sizeof(uint32_t)]; }
     void put(uint32_t offset, uint32_t word) { words_[offset / sizeof(uint32_t)] = word; }
 
     void fill(uint32_t word) { std::ranges::fill(words_, word); }

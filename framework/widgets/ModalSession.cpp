@@ -1,10 +1,10 @@
 #include "framework/widgets/ModalSession.h"
 
 #include <QApplication>
-#include <QDeadlineTimer>
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QPushButton>
+#include <QTimer>
 #include <QWindow>
 
 #include "framework/widgets/LApplication.h"
@@ -20,16 +20,28 @@ QWidget* ModalParent() {
 
 namespace {
 
-// A dialog that comes up while its window is still on its way to the screen would be centred on where the
-// window is not.
-void waitUntilPlaced(const QWidget* window) {
-    constexpr int kPatienceMilliseconds = 500;
-    const QDeadlineTimer patience(kPatienceMilliseconds);
-    while (window != nullptr && window->isVisible() && !window->windowHandle()->isExposed() &&
-           !patience.hasExpired()) {
-        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+// A dialog that comes up while its window is still on its way to the screen was centred on where the window
+// is not; this centres it again once the window is there.
+class CentreOnceExposed : public QObject {
+  public:
+    CentreOnceExposed(QDialog& dialog, QWindow& window) : QObject(&dialog), mDialog(dialog) {
+        window.installEventFilter(this);
     }
-}
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() == QEvent::Expose) {
+            watched->removeEventFilter(this);
+            QTimer::singleShot(0, this, [this] {
+                const QRect window = mDialog.parentWidget()->window()->frameGeometry();
+                mDialog.move(window.center() - QRect(QPoint(), mDialog.frameSize()).center());
+            });
+        }
+        return false;
+    }
+
+  private:
+    QDialog& mDialog;
+};
 
 }  // namespace
 
@@ -45,7 +57,11 @@ int RunModal(QDialog& dialog) {
             button->setFocus();
         }
     }
-    waitUntilPlaced(dialog.parentWidget());
+    QWindow* const window =
+        dialog.parentWidget() != nullptr ? dialog.parentWidget()->windowHandle() : nullptr;
+    if (window != nullptr && !window->isExposed()) {
+        new CentreOnceExposed(dialog, *window);
+    }
     return dialog.exec();
 }
 

@@ -61,6 +61,6 @@ void inEventLoop(const std::function<void()>& function) {
 void pressKey(QWidget& window, Qt::Key key, Qt::KeyboardModifiers modifiers) {
     // Nobody lets a key go and presses it again within the millisecond that time stamps are rounded to; a key
     // that is held does.
-    constexpr int milliseconds = 2;
-    QTest::keyClick(window.windowHandle(), key, modifiers, milliseconds);
+    QTest::qWait(2);
+    QTest::keyClick(window.windowHandle(), key, modifiers);
 }

@@ -17,10 +17,6 @@ class FaultTest : public ProbedMachineTest {
         const auto bytes = card().cells().bytesOf(PromCells::page(page));
         return {bytes.begin(), bytes.end()};
     }
-    std::vector<uint8_t> readPage(uint32_t page) {
-        probe_->address(page * 0x20);
-        return probe_->scanPage(Prom::readPageInstruction, content(0));
-    }
     std::size_t services(Host& host) { return host.servicesOfClass(SimulatedHost::kServiceClass).size(); }
 };
 
@@ -47,39 +43,6 @@ TEST_F(FaultTest, ChainFaults) {
         }
     }
     EXPECT_TRUE(machine_.ledger().empty());
-}
-
-TEST_F(FaultTest, RowsThatAreNotTakenKeepWhatTheyHad) {
-    card().cells().erase();
-    card().inject({.kind = FaultKind::foreignIdentification, .code = 0x12345093});
-    card().inject({.kind = FaultKind::pageNotTaken, .page = 4});
-    card().inject({.kind = FaultKind::pageNotTaken, .page = 6});
-    card().inject({.kind = FaultKind::userCodeNotTaken});
-    EXPECT_EQ(probe_->scanRegister(Prom::identificationInstruction, 0, 32), 0x12345093U);
-    probe_->enterProgramming();
-    for (const uint32_t page : {4U, 5U, 6U}) {
-        probe_->programPage(page, content(0x5A));
-        EXPECT_EQ(cellsOf(page), content(page == 5 ? 0x5A : 0xFF)) << page;
-    }
-    probe_->programUserCode(0x21307015);
-    probe_->controlData(5);
-    probe_->program();
-    EXPECT_EQ(card().identity(), 0xFFFFFFFFU);
-    EXPECT_EQ(card().protection(), 5);
-
-    card().clearFaults();
-    EXPECT_EQ(probe_->scanRegister(Prom::identificationInstruction, 0, 32), Prom::kIdentificationCode);
-    probe_->programUserCode(0x21307015);
-    EXPECT_EQ(card().identity(), 0x21307015U);
-    EXPECT_EQ(misuses(), std::vector<Misuse>{});
-}
-
-TEST_F(FaultTest, AMisreadPageReadsRightInTheEnd) {
-    card().inject({.kind = FaultKind::pageMisread, .page = 9, .times = 2});
-    for (const bool wrong : {true, true, false}) {
-        EXPECT_EQ(readPage(9) != cellsOf(9), wrong);
-        EXPECT_EQ(readPage(8), cellsOf(8));
-    }
 }
 
 // The time that the data sheet asks for is enough for the ledger and not for the row.
@@ -176,25 +139,6 @@ TEST_F(FaultTest, AVanishedCardKeepsItsPower) {
     card().clearFaults();
     EXPECT_EQ(services(next), 4U);
     EXPECT_EQ(probe_->read(0x10), 10U);
-}
-
-TEST_F(FaultTest, ServicesFailOneStepAtATime) {
-    const uint64_t service = host_.servicesOfClass(SimulatedHost::kServiceClass)[0];
-    std::array<uint8_t, 512> reply{};
-    const struct {
-        FaultKind kind;
-        bool opens, maps, informs;
-    } kCases[] = {{FaultKind::serviceNotOpened, false, true, true},
-                  {FaultKind::serviceNotMapped, true, false, true},
-                  {FaultKind::serviceSilent, true, true, false}};
-    for (const auto& each : kCases) {
-        const uint32_t connection = host_.openService(service).value();
-        card().inject({.kind = each.kind});
-        EXPECT_EQ(host_.openService(service).has_value(), each.opens);
-        EXPECT_EQ(host_.mapMemory(connection, 0).has_value(), each.maps);
-        EXPECT_EQ(host_.callMethod(connection, 0, reply).has_value(), each.informs);
-        card().clearFaults();
-    }
 }
 
 // Every kind, struck or waiting, and with one of a misread page's times used up.

@@ -64,7 +64,7 @@ void CUpdaterApp::RegisterClasses() {
     URegistrar::RegisterClass<LProgressBar>();
     URegistrar::RegisterClass<LCaption>();
     URegistrar::RegisterClass<LEditField>();
-    URegistrar::RegisterClass<LDialogBox>();  // again, as ever; harmless
+    URegistrar::RegisterClass<LDialogBox>();  // once more changes nothing
     URegistrar::RegisterClass<LStdButton>();
     UControlRegistry::RegisterAMClasses();
 }

@@ -43,8 +43,7 @@ void CUpdaterApp::PopulateCardsPopup(LWindow* window) {
             CopyCStringToPascal(FormatText("%s in %s", name, location).c_str(), item);
             popup->AppendMenu(item, true);
         }
-        // The index, not the connection: the connections opened here stay open until the process ends, and
-        // have on every system this program has run on.
+        // The index, not the connection: the connections opened here stay open until the process ends.
         CloseCard(static_cast<uint32_t>(index));
     }
 }

@@ -7,7 +7,7 @@
 #include <stdexcept>
 
 #include "simulator/FpgaConfiguration.h"
-#include "tools/xsvf/FirmwareImage.h"
+#include "tools/images/FirmwareImage.h"
 #include "xsvf/Assembler.h"
 
 namespace benchmarks {

@@ -37,8 +37,8 @@ inline uint32_t InCardOrder(uint32_t word) {
     return gbSwap != 0 ? __builtin_bswap32(word) : word;
 }
 
-// Reads or writes one register in the byte order that gbSwap says. Inline, because the host's own work is
-// about as much as a call.
+// Reads or writes one register in the byte order that gbSwap says. Inline, because every access passes
+// here.
 inline uint32_t MacReadULONG(uint32_t* reg) {
     return InCardOrder(InstalledHost().loadWord(reg));
 }

@@ -1,4 +1,5 @@
-# A room is one folder and one static library: every .cpp in the folder, linked to the rooms below it.
+# A room is one folder and one static library: every .cpp in the folder but a program's main.cpp, linked to the rooms
+# below it.
 #
 #   add_room(card LINKS platform)
 
@@ -13,6 +14,7 @@ endfunction()
 function(add_room name)
     cmake_parse_arguments(ROOM "" "" "LINKS" ${ARGN})
     file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+    list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
     add_library(${name} STATIC ${sources})
     target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR})
     target_link_libraries(${name} PUBLIC ${ROOM_LINKS})

@@ -8,7 +8,7 @@
 #include "app/logic/CardModel.h"
 #include "app/logic/FirmwareFiles.h"
 #include "fuzz/Require.h"
-#include "tools/xsvf/ImageName.h"
+#include "tools/images/ImageName.h"
 
 namespace {
 

@@ -9,9 +9,9 @@
 #include "fuzz/Require.h"
 #include "tools/images/CommandReader.h"
 #include "tools/images/CommandRules.h"
-#include "tools/images/ImageCheck.h"
 #include "tools/images/Listing.h"
 #include "tools/images/ListingReader.h"
+#include "tools/images/play/ImageCheck.h"
 
 namespace {
 

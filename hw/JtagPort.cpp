@@ -23,8 +23,8 @@ void setSignal(uint32_t signal, int16_t value) {
     }
 }
 
-// The wait after every clock level, where most of a firmware write is spent. As a loop it took up to a quarter
-// longer, depending on where the compiler happened to put it; unrolled it does not.
+// The wait after every clock level, where most of a firmware write is spent; unrolled, since the loop itself
+// would be a good part of it.
 void settle() {
     constexpr int32_t kReads = kReadsPerMicrosecond * kSettlingMicroseconds;
 #pragma GCC unroll kReads

@@ -1,7 +1,7 @@
 #pragma once
 
-// Why a stored machine cannot be opened, made or saved: one sentence that names the file. What it says is
-// gone wrong is left as it was.
+// Why a stored machine cannot be opened, made or saved: one sentence that names the file. What
+// failed is left as it was.
 
 #include <stdexcept>
 

@@ -59,11 +59,8 @@ int32_t countBits(const var_len_byte* mask) {
     return bits;
 }
 
-// The longest data mask that XSDRINC supports.
-constexpr int32_t kLongestDataFieldMask = 255;
-
 int32_t shiftSteps(tagSXsvfInfo* info) {
-    if (info->lvDataFieldMask.sByteCount > kLongestDataFieldMask) {
+    if (info->lvDataFieldMask.sByteCount > kXsvfLongestStepMask) {
         return kXsvfDataOverflow;
     }
     const int16_t stepBytes = xsvfGetAsNumBytes(countBits(&info->lvDataFieldMask));

@@ -8,6 +8,9 @@
 // Bytes that one value may hold.
 constexpr int16_t MAX_LEN = 1000;
 
+// Bytes of the longest data mask that XSDRINC takes.
+constexpr int16_t kXsvfLongestStepMask = 255;
+
 // The command byte. 5, 6 and everything from kXsvfOpcodes on are illegal.
 enum class XsvfOpcode : uint8_t {
     XCOMPLETE = 0,

@@ -15,20 +15,6 @@ class CardAccess : public testing::Test {
     FakeHost host;
 };
 
-TEST_F(CardAccess, NoDriverMeansNoCards) {
-    host.cards.resize(2);
-    host.serviceClass = "somebody_elses_driver";
-    EXPECT_EQ(GetNumberOfCardsInstalled(), 0u);
-    EXPECT_EQ(OpenCard(0, nullptr, nullptr, nullptr, nullptr), 0u);
-}
-
-TEST_F(CardAccess, CountsCardsThatOpenEvenWhenTheyDoNotAnswer) {
-    host.cards = {{}, {.opens = false}, {.answers = false}};
-    EXPECT_EQ(GetNumberOfCardsInstalled(), 2u);
-    EXPECT_EQ(host.methodCalls, 2u);
-    EXPECT_TRUE(host.openConnections.empty());
-}
-
 TEST_F(CardAccess, OpensTheCardAtItsIndexAmongAllServices) {
     host.cards = {{}, {.opens = false}, {.name = "Third"}};
     EXPECT_EQ(OpenCard(1, nullptr, nullptr, nullptr, nullptr), 0u);

@@ -44,28 +44,6 @@ class PrivateDriver : public testing::Test {
     AuthorizationRef ref = nullptr;
 };
 
-TEST_F(PrivateDriver, IsUnpackedOwnedLoadedAndRemovedAgain) {
-    fs::create_directories(fs::path(SystemTmp::driver) / "stale");
-    host.onPrivilegedRun = [](const std::string& run) {
-        if (run == deletion) {
-            fs::remove_all(SystemTmp::driver);
-        } else if (run == owning) {
-            EXPECT_TRUE(fs::exists(unpacked));
-            EXPECT_FALSE(fs::exists(fs::path(SystemTmp::driver) / "stale"));
-            EXPECT_FALSE(fs::exists(SystemTmp::archive));
-        }
-    };
-    EXPECT_EQ(ExtractAndLoadKext(&ref), 1);
-    EXPECT_EQ(CountLiveObjects(), LiveObjects{.authorizations = 1});
-    EXPECT_EQ(UnloadAndDeleteKext(&ref), 1);
-    EXPECT_EQ(UnloadAndDeleteKext(&ref), 0) << "there is none any more";
-    EXPECT_EQ(host.privileged, (Runs{deletion, owning, loading, "sleep 4",
-                                     "/sbin/kextunload -b com.VornLabs.driver.VornMx", "sleep 2", deletion}));
-    EXPECT_EQ(ref, nullptr);
-    EXPECT_EQ(CountLiveObjects(), LiveObjects());
-    EXPECT_TRUE(SystemTmp::isClean());
-}
-
 TEST_F(PrivateDriver, BundlePathIsNeverACommand) {
     useBundle(directory.path() / R"(a"b$(touch pwned)`touch pwned`\"'; touch pwned;')" / "Some.app");
     const fs::path before = fs::current_path();

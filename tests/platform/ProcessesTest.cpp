@@ -32,28 +32,6 @@ TEST(Processes, WalkEndsAtNoProcessAndStartsAgain) {
     EXPECT_EQ(GetProcessInformation(&process, &information), paramErr);
 }
 
-TEST(AppleEvents, ShutDownReachesTheProcessAndNothingLeaks) {
-    FakeHost host;
-    host.processList = {{5, "loginwindow"}};
-    for (const uint32_t serial : {5u, 0u}) {
-        const ProcessSerialNumber process = {0, serial};
-        AEAddressDesc address;
-        AppleEvent event;
-        AppleEvent reply;
-        ASSERT_EQ(AECreateDesc(typeProcessSerialNumber, &process, sizeof process, &address), noErr);
-        ASSERT_EQ(AECreateAppleEvent(kCoreEventClass, kAEShutDown, &address, kAutoGenerateReturnID,
-                                     kAnyTransactionID, &event),
-                  noErr);
-        AEDisposeDesc(&address);
-        EXPECT_EQ(AESend(&event, &reply, kAENoReply, kAENormalPriority, kAEDefaultTimeout, nullptr, nullptr),
-                  serial == 5 ? noErr : procNotFound);
-        AEDisposeDesc(&reply);
-        EXPECT_EQ(CountLiveObjects().appleEventDescriptors, 1u);
-        AEDisposeDesc(&event);
-    }
-    EXPECT_EQ(CountLiveObjects(), LiveObjects());
-}
-
 TEST(PascalStrings, LongTextIsCutAfterAWholeCharacter) {
     Str255 pascal;
     CopyCStringToPascal((std::string(254, 'x') + "\u00e9tail").c_str(), pascal);

@@ -147,13 +147,16 @@ TEST_F(Alerting, ImageThatFails) {
 // is warned of.
 TEST_F(Alerting, IdentityThatWasLost) {
     bundle.addImage(imageName, emptyProgram);
-    UpdaterSession session(machine, bundle);
-    session.run([&] {
-        gSerialNumber = 0;
-        session.click("UPDT");
-    });
-    EXPECT_EQ(session.alerts, (Alerts{confirmation, {"Error", "Serial Number is blank!"}}));
-    EXPECT_EQ(machine.card(0).identity(), 0u);
+    for (const uint32_t lost : {0U, 0x7FFFFFFFU}) {
+        UpdaterSession session(machine, bundle);
+        session.run([&] {
+            gSerialNumber = lost;
+            session.click("UPDT");
+        });
+        EXPECT_EQ(session.alerts, (Alerts{confirmation, {"Error", "Serial Number is blank!"}}));
+        EXPECT_EQ(machine.card(0).identity(), lost);
+        machine.card(0).cells().setUserCode(identity);
+    }
 }
 
 // TDO falsified from some way before the end of an update: the writing, the reading or the comparing of the

@@ -160,15 +160,4 @@ TEST_F(CardInformation, BlankIdentityIsAskedForAndWritten) {
     EXPECT_EQ(machine.card(0).identity(), 0x23307015u);
 }
 
-TEST_F(CardInformation, CardThatVanishesAfterItWasListed) {
-    UpdaterSession session(machine, bundle);
-    session.run([&] {
-        machine.card(1).inject({.kind = FaultKind::serviceNotOpened});
-        session.pickCard(2);
-        EXPECT_TRUE(LApplication::Current()->IsQuitting());
-    });
-    ASSERT_EQ(session.alerts.size(), 1u);
-    EXPECT_NE(session.alerts[0].message.find("The card could not be reached"), std::string::npos);
-}
-
 }  // namespace

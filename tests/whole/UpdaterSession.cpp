@@ -99,8 +99,7 @@ void UpdaterSession::expectNothingLeft() {
         EXPECT_NE(entry.misuse, simulator::Misuse::leftBehind) << entry.detail;
     }
     // Filling the popup closes card indexes instead of connections, and so leaves one open per card, also for
-    // those that are then not listed because they do not answer.
-    // They go with a driver that is unloaded.
+    // those that are then not listed because they do not answer. They go with a driver that is unloaded.
     const bool wasUnloaded =
         machine_.isOn() && !machine_.drivers().publish(simulator::SimulatedHost::kServiceClass);
     EXPECT_EQ(simulatedHost.openConnections(), wasUnloaded ? 0u : opened_);

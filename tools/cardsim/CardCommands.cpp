@@ -8,10 +8,10 @@
 #include <vector>
 
 #include "simulator/MachineError.h"
-#include "tools/CardModels.h"
 #include "tools/cardsim/IdentityText.h"
-#include "tools/xsvf/FirmwareDate.h"
-#include "tools/xsvf/ImageName.h"
+#include "tools/images/CardModels.h"
+#include "tools/images/FirmwareDate.h"
+#include "tools/images/ImageName.h"
 
 namespace cardsim {
 namespace {

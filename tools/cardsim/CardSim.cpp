@@ -7,6 +7,7 @@
 
 #include "simulator/DefaultMachine.h"
 #include "simulator/MachineDirectory.h"
+#include "simulator/MachineError.h"
 #include "tools/cardsim/CardCommands.h"
 #include "tools/cardsim/Context.h"
 #include "tools/cardsim/DriverCommand.h"
@@ -72,7 +73,6 @@ int run(const std::vector<std::string>& arguments, std::ostream& out, std::ostre
                    "No resident driver: the updater has to load its own to see the cards");
     add("show", "Show a machine's cards, power and ledger; changes nothing", show);
     add("power-cycle", "Switch a machine off and on, so that its cards load their firmware", powerCycle);
-
     add("power-off", "Switch a machine off", powerOff);
     addCardCommands(app, context);
     addFaultCommands(app, context);
@@ -83,6 +83,9 @@ int run(const std::vector<std::string>& arguments, std::ostream& out, std::ostre
     try {
         std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());  // the order CLI11 takes
         app.parse(reversed);
+        out.flush();
+        if (!out)
+            throw simulator::MachineError("the output could not be written completely.");
         return context.exitCode;
     } catch (const CLI::ParseError& error) {
         return app.exit(error, out, err) == 0 ? kDone : kWrongUsage;

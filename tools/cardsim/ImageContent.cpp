@@ -4,7 +4,7 @@
 
 #include "simulator/Files.h"
 #include "simulator/MachineError.h"
-#include "tools/images/ImagePlay.h"
+#include "tools/images/play/ImagePlay.h"
 
 namespace cardsim {
 

@@ -5,7 +5,7 @@
 
 #include "simulator/MachineError.h"
 #include "tools/cardsim/ImageContent.h"
-#include "tools/xsvf/OutputFile.h"
+#include "tools/images/OutputFile.h"
 
 namespace cardsim {
 namespace {

@@ -3,11 +3,11 @@
 #include <array>
 #include <ostream>
 
-#include "tools/CardModels.h"
 #include "tools/cardsim/DriverCommand.h"
 #include "tools/cardsim/FaultCommands.h"
 #include "tools/cardsim/IdentityText.h"
 #include "tools/cardsim/RecordCommand.h"
+#include "tools/images/CardModels.h"
 
 namespace cardsim {
 namespace {

@@ -8,12 +8,13 @@
 #include <optional>
 #include <span>
 
+#include "simulator/Clock.h"
 #include "tools/images/Command.h"
 
 namespace tools {
 
 // A TCK level is one store and the loads of its settling time; three levels make a cycle.
-constexpr uint64_t kAccessesPerMicrosecond = 3;
+constexpr uint64_t kAccessesPerMicrosecond = simulator::Clock::kAccessesPerMicrosecond;
 constexpr uint64_t kSettlingLoads = 5 * kAccessesPerMicrosecond;
 constexpr uint64_t kLevelsPerClock = 3;
 

@@ -15,7 +15,6 @@ using simulator::Fpga;
 using simulator::Prom;
 
 constexpr uint32_t kMostDataBits = uint32_t{MAX_LEN} * 8;
-constexpr std::size_t kMostStepMaskBytes = 255;  // the player counts the mask's bytes in eight bits
 
 constexpr uint32_t kChainInstructionBits = Prom::kInstructionBits + Fpga::kInstructionBits;
 
@@ -144,9 +143,9 @@ CommandRules::Fault CommandRules::stepsFault(const Command& command) const {
     if (auto fault = loadedFault(command, "step masks", "XSETSDRMASKS", stepMaskBytes_)) {
         return fault;
     }
-    if (*stepMaskBytes_ > kMostStepMaskBytes) {
+    if (*stepMaskBytes_ > std::size_t{kXsvfLongestStepMask}) {
         return "XSDRINC has step masks of " + bytesText(*stepMaskBytes_) + "; the player takes up to " +
-               std::to_string(kMostStepMaskBytes) + ".";
+               std::to_string(kXsvfLongestStepMask) + ".";
     }
     return std::nullopt;
 }

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 
+#include "simulator/Prom.h"
 #include "tools/images/AccessCount.h"
 #include "tools/images/Command.h"
 
@@ -14,8 +15,8 @@ namespace tools {
 
 // Longer waits are a slip: four times the PROM's longest operation for any wait, a hundred times its due for
 // programming one row, and an hour for everything together.
-constexpr uint32_t kLongestWaitMicroseconds = 60'000'000;
-constexpr uint32_t kLongestProgramMicroseconds = 1'400'000;
+constexpr uint32_t kLongestWaitMicroseconds = 4 * simulator::Prom::kEraseMicroseconds;
+constexpr uint32_t kLongestProgramMicroseconds = 100 * simulator::Prom::kProgramMicroseconds;
 constexpr uint64_t kLongestRunSeconds = 3600;
 
 // Watches the commands of one image, in their order. A copy goes on independently.

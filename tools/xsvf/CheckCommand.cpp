@@ -9,8 +9,8 @@
 
 #include "simulator/Files.h"
 #include "tools/images/ByteText.h"
-#include "tools/images/ImageCheck.h"
-#include "tools/xsvf/ImageName.h"
+#include "tools/images/ImageName.h"
+#include "tools/images/play/ImageCheck.h"
 #include "tools/xsvf/XsvfTool.h"
 
 namespace tools {

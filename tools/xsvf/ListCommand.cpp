@@ -7,7 +7,7 @@
 
 #include "simulator/Files.h"
 #include "tools/images/Listing.h"
-#include "tools/xsvf/OutputFile.h"
+#include "tools/images/OutputFile.h"
 
 namespace tools {
 

@@ -8,10 +8,10 @@
 
 #include "simulator/Files.h"
 #include "simulator/FpgaConfiguration.h"
-#include "tools/xsvf/FirmwareDate.h"
-#include "tools/xsvf/FirmwareImage.h"
-#include "tools/xsvf/ImageName.h"
-#include "tools/xsvf/OutputFile.h"
+#include "tools/images/FirmwareDate.h"
+#include "tools/images/FirmwareImage.h"
+#include "tools/images/ImageName.h"
+#include "tools/images/OutputFile.h"
 
 namespace tools {
 

@@ -11,9 +11,9 @@
 #include "tests/tools/images/EveryCommand.h"
 #include "tools/images/CommandReader.h"
 #include "tools/images/CommandRules.h"
+#include "tools/images/FirmwareImage.h"
 #include "tools/images/Listing.h"
 #include "tools/images/ListingReader.h"
-#include "tools/xsvf/FirmwareImage.h"
 #include "xsvf/JtagPort.h"
 #include "xsvf/Player.h"
 

@@ -1,9 +1,9 @@
-#include "tools/images/ImageCheck.h"
+#include "tools/images/play/ImageCheck.h"
 
 #include "tools/images/ByteText.h"
 #include "tools/images/CommandReader.h"
 #include "tools/images/CommandRules.h"
-#include "tools/images/ImagePlay.h"
+#include "tools/images/play/ImagePlay.h"
 
 namespace tools {
 

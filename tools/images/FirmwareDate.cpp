@@ -1,4 +1,4 @@
-#include "tools/xsvf/FirmwareDate.h"
+#include "tools/images/FirmwareDate.h"
 
 #include <charconv>
 #include <chrono>

@@ -1,4 +1,4 @@
-#include "tools/xsvf/OutputFile.h"
+#include "tools/images/OutputFile.h"
 
 #include <stdexcept>
 

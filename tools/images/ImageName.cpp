@@ -1,4 +1,4 @@
-#include "tools/xsvf/ImageName.h"
+#include "tools/images/ImageName.h"
 
 namespace tools {
 

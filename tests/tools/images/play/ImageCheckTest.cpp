@@ -1,4 +1,4 @@
-#include "tools/images/ImageCheck.h"
+#include "tools/images/play/ImageCheck.h"
 
 #include <gtest/gtest.h>
 

@@ -2,7 +2,8 @@
 
 // The file names under which the updater finds its firmware images: what an image is for stands in its name.
 //
-//   VMBM12A.xsv = VornMX-B, byte order M, version 12, board revision A;  K40W03NC.xsv = any board without one
+//   VMBM12A.xsv    VornMX-B, byte order M, version 12, board revision A
+//   DX8W03NC.xsv   Vorn DX8, byte order W, version 3, a board without revision
 
 #include <cstdint>
 #include <optional>
@@ -10,7 +11,7 @@
 #include <string_view>
 
 #include "simulator/FpgaConfiguration.h"
-#include "tools/CardModels.h"
+#include "tools/images/CardModels.h"
 
 namespace tools {
 

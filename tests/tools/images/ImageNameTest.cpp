@@ -1,8 +1,8 @@
-#include "tools/xsvf/ImageName.h"
+#include "tools/images/ImageName.h"
 
 #include <gtest/gtest.h>
 
-#include "tools/xsvf/FirmwareDate.h"
+#include "tools/images/FirmwareDate.h"
 
 namespace {
 

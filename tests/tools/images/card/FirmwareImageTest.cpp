@@ -1,4 +1,4 @@
-#include "tools/xsvf/FirmwareImage.h"
+#include "tools/images/FirmwareImage.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "tools/images/ImagePlay.h"
+#include "tools/images/play/ImagePlay.h"
 
 #include "simulator/JtagChain.h"
 #include "tools/images/AccessCount.h"
@@ -110,8 +110,12 @@ std::optional<std::string> ImagePlay::playCommand() {
             case kXsvfTdoMismatch:
             case kXsvfMaxRetries:
                 return "The comparison fails on a simulated card with an erased PROM.";
+            case kXsvfIllegalCommand:
+                return "The player does not have this command.";
+            case kXsvfIllegalState:
+                return "The player cannot go to that state from here.";
             default:
-                return std::string("The player stops (") + xsvfErrorText(run_->info.iResult) + ").";
+                return "The player cannot hold values of that size.";
         }
     } catch (const ImageIsOver&) {
         return "The image ends before it is complete.";

@@ -19,10 +19,10 @@ using Assembler = XsvfAssembler<std::vector<uint8_t>>;
 void clearMask(std::vector<uint8_t>& image, std::span<const uint8_t> mask) {
     std::vector<uint8_t> command{static_cast<uint8_t>(XsvfOpcode::XTDOMASK)};
     command.insert(command.end(), mask.begin(), mask.end());
-    const auto found = std::ranges::search(image, command);
-    if (found.empty())
+    const auto found = std::search(image.begin(), image.end(), command.begin(), command.end());
+    if (found == image.end())
         throw std::logic_error("the firmware image has other masks than it had");
-    std::fill(found.begin() + 1, found.end(), uint8_t{0});
+    std::fill_n(found + 1, mask.size(), uint8_t{0});
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
 // Measures the updater against the least that could be, and prints a table of ratios. Ends with 0 when every
-// ratio is within its goal. Google Benchmark's own options (--benchmark_filter and so on) apply.
+// ratio is within its goal.
 
 #include <benchmark/benchmark.h>
 

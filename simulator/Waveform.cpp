@@ -1,7 +1,10 @@
 #include "simulator/Waveform.h"
 
 #include <array>
+#include <filesystem>
+#include <fstream>
 #include <string_view>
+#include <system_error>
 
 #include "simulator/Clock.h"
 #include "simulator/MachineError.h"
@@ -41,8 +44,10 @@ constexpr std::array kTaps{
     Tap{'f', 'F', "fpga", &JtagLevels::fpgaTap},
 };
 
+constexpr std::string_view kBeginning = "$comment Time 0 is the machine's access ";
+
 std::string header(uint64_t firstAccess) {
-    std::string text = "$comment Time 0 is the machine's access " + std::to_string(firstAccess) +
+    std::string text = std::string(kBeginning) + std::to_string(firstAccess) +
                        ". Three accesses take a microsecond. $end\n"
                        "$timescale 1 ns $end\n"
                        "$scope module jtag $end\n";
@@ -93,8 +98,23 @@ std::string changes(const JtagLevels* before, const JtagLevels& now) {
 
 }  // namespace
 
+const std::string& recordable(const std::string& file) {
+    std::error_code error;
+    const auto present = std::filesystem::status(file, error);
+    if (!std::filesystem::exists(present))
+        return file;
+    if (!std::filesystem::is_regular_file(present))
+        throw MachineError(file + ": is not an ordinary file.");
+    std::string beginning(kBeginning.size(), '\0');
+    std::ifstream(file, std::ios::binary)
+        .read(beginning.data(), static_cast<std::streamsize>(beginning.size()));
+    if (beginning != kBeginning)
+        throw MachineError(file + ": is there already and is no recording.");
+    return file;
+}
+
 Waveform::Waveform(const RecordingRequest& request, uint64_t accesses, const JtagLevels& levels)
-    : file_(request.file),
+    : file_(recordable(request.file)),
       runBegins_(accesses),
       begins_(accesses + request.fromMicroseconds * Clock::kAccessesPerMicrosecond),
       ends_(begins_ + request.microseconds * Clock::kAccessesPerMicrosecond),

@@ -28,7 +28,7 @@ namespace simulator {
 struct RecordingRequest {
     static constexpr uint64_t kMostMicroseconds = 1'000'000'000'000;  // keeps the nanoseconds within 64 bits
 
-    std::string file;                           // an absolute path; what is there is replaced
+    std::string file;                           // an absolute path; an earlier recording is replaced
     uint64_t fromMicroseconds = 0;              // since the beginning of the run
     uint64_t microseconds = kMostMicroseconds;  // how long
 
@@ -46,6 +46,10 @@ struct JtagLevels {
     TapState promTap = TapState::testLogicReset;
     TapState fpgaTap = TapState::testLogicReset;
 };
+
+// The file, when a recording may go there: nothing is there yet, or an earlier recording. Throws MachineError
+// when something else is.
+const std::string& recordable(const std::string& file);
 
 class Waveform {
   public:

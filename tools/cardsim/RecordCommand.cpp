@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "simulator/MachineError.h"
+#include "simulator/Waveform.h"
 
 namespace cardsim {
 namespace {
@@ -17,6 +18,18 @@ struct RecordOptions {
     bool cancel = false;
 };
 
+// A recording needs a folder, and a place that nothing and nobody else has.
+void requireUsable(const std::string& file, const simulator::Machine& machine, const simulator::Card& card) {
+    if (!std::filesystem::is_directory(std::filesystem::path(file).parent_path()))
+        throw MachineError(file + ": there is no such folder.");
+    static_cast<void>(simulator::recordable(file));
+    for (std::size_t index = 0; index < machine.cardCount(); ++index) {
+        const auto& other = machine.card(index).recordingRequest();
+        if (&machine.card(index) != &card && other && other->file == file)
+            throw MachineError(file + ": another card is to be recorded there.");
+    }
+}
+
 void record(RecordOptions options, std::ostream& out) {
     if (options.cancel == !options.request.file.empty())
         throw CLI::ValidationError("record", "Name a file to record into, or --cancel.");
@@ -29,7 +42,9 @@ void record(RecordOptions options, std::ostream& out) {
         out << nameOf(card) << ": nothing is recorded.\n";
     } else {
         // The next run may start elsewhere.
-        options.request.file = std::filesystem::absolute(options.request.file).string();
+        options.request.file =
+            std::filesystem::weakly_canonical(std::filesystem::absolute(options.request.file)).string();
+        requireUsable(options.request.file, directory->machine(), card);
         card.requestRecording(options.request);
         out << nameOf(card) << ": " << describe(options.request) << ".\n";
     }
@@ -55,13 +70,14 @@ void addRecordCommand(CLI::App& program, Context& context) {
     addCardNumber(*command, options->number);
     command->add_option("file", options->request.file, "The file to make, such as identity.vcd")
         ->type_name("FILE");
-    const auto addTime = [&](const char* name, uint64_t& microseconds, const char* description) {
+    const auto addTime = [&](const char* name, uint64_t least, uint64_t& microseconds,
+                             const char* description) {
         command->add_option(name, microseconds, description)
-            ->check(CLI::Range(uint64_t{0}, RecordingRequest::kMostMicroseconds))
+            ->check(CLI::Range(least, RecordingRequest::kMostMicroseconds))
             ->type_name("MICROSECONDS");
     };
-    addTime("--from", options->request.fromMicroseconds, "Begin so long after the run has begun");
-    addTime("--for", options->request.microseconds, "Record so long; without it, to the run's end");
+    addTime("--from", 0, options->request.fromMicroseconds, "Begin so long after the run has begun");
+    addTime("--for", 1, options->request.microseconds, "Record so long; without it, to the run's end");
     command->add_flag("--cancel", options->cancel, "Record nothing after all");
     command->callback([options, &context] { record(*options, context.out); });
 }

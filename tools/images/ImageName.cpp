@@ -1,10 +1,13 @@
 #include "tools/images/ImageName.h"
 
+#include <algorithm>
+
 namespace tools {
 
 namespace {
 
 constexpr std::string_view boardWithoutRevision = "NC";
+constexpr std::string_view kEnding = ".xsv";
 constexpr uint8_t kHighestVersion = 99;
 constexpr uint8_t kHighestRevision = 26;  // Z
 
@@ -30,7 +33,20 @@ std::string imageFileName(const CardModel& model, char flavour, uint8_t version,
     } else {
         name += static_cast<char>('A' + boardRevision - 1);
     }
-    return name + ".xsv";
+    return name.append(kEnding);
+}
+
+bool isImageFileName(std::string_view name) {
+    constexpr std::size_t boardAt = 6;
+    if (name.size() <= boardAt + kEnding.size() || !name.ends_with(kEnding)) {
+        return false;
+    }
+    const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
+    const std::string_view board = name.substr(boardAt, name.size() - kEnding.size() - boardAt);
+    return std::ranges::any_of(kCardModels,
+                               [name](const CardModel& model) { return name.starts_with(model.tag); }) &&
+           (name[3] == 'M' || name[3] == 'W') && isDigit(name[4]) && isDigit(name[5]) &&
+           boardRevisionNamed(board).has_value();
 }
 
 std::optional<std::string> imageFileNameFor(const simulator::FpgaConfiguration& content) {

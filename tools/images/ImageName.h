@@ -26,4 +26,7 @@ namespace tools {
 // The name of the image that puts this into a PROM. Nothing for a configuration that no name can tell.
 [[nodiscard]] std::optional<std::string> imageFileNameFor(const simulator::FpgaConfiguration& content);
 
+// Whether the updater would take a file of that name for an image of some card.
+[[nodiscard]] bool isImageFileName(std::string_view name);
+
 }  // namespace tools

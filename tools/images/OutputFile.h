@@ -10,6 +10,8 @@ namespace tools {
 
 // Puts a file into the place of an ordinary file or of none. Throws std::runtime_error, saying which file
 // failed and how, when that cannot be done; what was there is then as it was.
-void writeOutputFile(const std::filesystem::path& path, std::span<const uint8_t> content);
+// It is not to replace the file that it was made from, if that is named.
+void writeOutputFile(const std::filesystem::path& path, std::span<const uint8_t> content,
+                     const std::filesystem::path& madeFrom = {});
 
 }  // namespace tools

@@ -32,7 +32,7 @@ void assemble(const AssembleOptions& options) {
         throw std::runtime_error(options.listing.string() + ", line " + std::to_string(error->line) + ": " +
                                  error->reason);
     }
-    writeOutputFile(options.output, std::get<std::vector<uint8_t>>(result));
+    writeOutputFile(options.output, std::get<std::vector<uint8_t>>(result), options.listing);
 }
 
 }  // namespace

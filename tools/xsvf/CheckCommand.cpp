@@ -20,12 +20,16 @@ namespace {
 namespace fs = std::filesystem;
 
 // What is wrong with the image or its name, in one sentence or as the lack of one.
-std::optional<std::string> faultOf(const ImageReport& report, const std::string& fileName) {
+std::optional<std::string> faultOf(const ImageReport& report, const std::string& fileName, bool mustBeKnown) {
     if (report.fault) {
         return "offset 0x" + offsetText(report.fault->offset) + ": " + report.fault->reason;
     }
+    if (!report.configuration && mustBeKnown) {
+        return "The content is no configuration that the simulated card knows.";
+    }
     if (!report.configuration) {
-        return std::nullopt;
+        return isImageFileName(fileName) ? std::nullopt
+                                         : std::optional("The name is not that of an image for any card.");
     }
     const auto name = imageFileNameFor(*report.configuration);
     if (!name) {
@@ -38,27 +42,32 @@ std::optional<std::string> faultOf(const ImageReport& report, const std::string&
 }
 
 std::string summaryOf(const ImageReport& report, std::size_t bytes) {
-    return std::to_string(report.commands) + " commands, " + std::to_string(bytes) + " bytes, " +
-           std::to_string(report.accesses.count()) + " register accesses, about " +
+    return std::to_string(report.commands) + (report.commands == 1 ? " command, " : " commands, ") +
+           bytesText(bytes) + ", " + std::to_string(report.accesses.count()) + " register accesses, about " +
            std::to_string(std::lround(report.accesses.seconds())) + " s on a card" +
            (report.configuration ? "."
                                  : "; the content is no configuration that tells whether the name fits.");
 }
 
-void check(const fs::path& path, std::ostream& out) {
+void check(const fs::path& path, bool mustBeKnown, std::ostream& out) {
     const std::vector<uint8_t> image = simulator::readFile(path);
     const ImageReport report = checkImage(image);
-    if (const auto fault = faultOf(report, path.filename().string())) {
+    if (const auto fault = faultOf(report, path.filename().string(), mustBeKnown)) {
         throw std::runtime_error(path.string() + ": " + *fault);
     }
     out << path.string() << ": " << summaryOf(report, image.size()) << '\n';
 }
 
-void checkAll(const std::vector<fs::path>& images, std::ostream& out, std::ostream& err) {
+struct CheckOptions {
+    std::vector<fs::path> images;
+    bool mustBeKnown = false;
+};
+
+void checkAll(const CheckOptions& options, std::ostream& out, std::ostream& err) {
     bool isAnyBad = false;
-    for (const fs::path& image : images) {
+    for (const fs::path& image : options.images) {
         try {
-            check(image, out);
+            check(image, options.mustBeKnown, out);
         } catch (const std::runtime_error& fault) {
             err << "xsvf: " << fault.what() << '\n';
             isAnyBad = true;
@@ -72,11 +81,13 @@ void checkAll(const std::vector<fs::path>& images, std::ostream& out, std::ostre
 }  // namespace
 
 void addCheckCommand(CLI::App& program, std::ostream& out, std::ostream& err) {
-    const auto images = std::make_shared<std::vector<fs::path>>();
+    const auto options = std::make_shared<CheckOptions>();
     CLI::App* const command = program.add_subcommand(
         "check", "Find the first fault of each image, or tell what it takes on a card");
-    command->add_option("images", *images, "The images")->required()->type_name("IMAGE");
-    command->callback([images, &out, &err] { checkAll(*images, out, err); });
+    command->add_option("images", options->images, "The images")->required()->type_name("IMAGE");
+    command->add_flag("--known-content", options->mustBeKnown,
+                      "Refuse a content that does not tell whether the name fits");
+    command->callback([options, &out, &err] { checkAll(*options, out, err); });
 }
 
 }  // namespace tools

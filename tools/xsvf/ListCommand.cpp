@@ -23,7 +23,8 @@ void list(const ListOptions& options, std::ostream& out) {
     if (options.output.empty()) {
         out << text;
     } else {
-        writeOutputFile(options.output, {reinterpret_cast<const uint8_t*>(text.data()), text.size()});
+        writeOutputFile(options.output, {reinterpret_cast<const uint8_t*>(text.data()), text.size()},
+                        options.image);
     }
 }
 

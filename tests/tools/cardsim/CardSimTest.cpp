@@ -121,7 +121,9 @@ TEST_F(CardSimTest, SaysWhatIsWrongWithACommandLine) {
         {{"fault", "inject", folder_, "1", "foreign-identification", "--code", "0xF5035093"},
          "0xF5035093 is the PROM's own code, not a foreign one."},
         {{"driver", folder_, "--resident", "1"}, "\"1\" is none of no|yes."},
-        {{"prom", "dump", folder_, "1", folder_}, "is not an ordinary file."}};
+        {{"prom", "dump", folder_, "1", folder_}, "is not an ordinary file."},
+        {{"record", folder_, "1", folder_ / "card-1.prom"}, "is there already and is no recording."},
+        {{"record", folder_, "1", folder_ / "none/wave.vcd"}, "there is no such folder."}};
     for (const auto& each : kCases) {
         EXPECT_NE(runWith(each.arguments), kDone) << each.complaint;
         EXPECT_NE(err_.str().find(each.complaint), std::string::npos) << err_.str();

@@ -61,8 +61,7 @@ TEST_F(XsvfTool, ListsAssemblesAndChecksAnImage) {
     simulator::replaceFile(image_, image);
     EXPECT_EQ(runWith({"check", image_}), kXsvfFailed);
     EXPECT_EQ(err_.str(),
-              "xsvf: " + image_ +
-                  ": offset 0x108044: The comparison fails on a simulated card with an erased PROM.\n");
+              "xsvf: " + image_ + ": offset 0x108044: The comparison fails on a simulated card.\n");
 }
 
 TEST_F(XsvfTool, DoesNotJudgeTheNameOfAForeignContent) {

@@ -1,5 +1,8 @@
 #include "tools/images/play/ImageCheck.h"
 
+#include <algorithm>
+#include <vector>
+
 #include "tools/images/ByteText.h"
 #include "tools/images/CommandReader.h"
 #include "tools/images/CommandRules.h"
@@ -27,13 +30,29 @@ std::optional<std::string> faultOfEnd(const CommandReader& reader) {
     return std::nullopt;
 }
 
+// A PROM in which every bit is programmed: what an image does not erase it cannot write.
+simulator::PromCells usedProm() {
+    return {std::vector<uint8_t>(simulator::kPromBytes, 0x00), 0, 0};
+}
+
+// What is wrong with a PROM that an image has left in this way.
+std::optional<std::string> faultOfResult(const ImagePlay& play) {
+    if (play.isBusy()) {
+        return "The image ends before the PROM has had its time for the last operation.";
+    }
+    if (play.isInProgrammingMode()) {
+        return "The image ends while the PROM is still in programming mode.";
+    }
+    return std::nullopt;
+}
+
 }  // namespace
 
 ImageReport checkImage(std::span<const uint8_t> image) {
     ImageReport report;
     CommandReader reader(image);
     CommandRules rules;
-    ImagePlay play(image);
+    ImagePlay play(image, usedProm());
     std::size_t offset = 0;
     const auto note = [&](std::optional<std::string> reason) {
         if (reason && !report.fault) {
@@ -46,8 +65,8 @@ ImageReport checkImage(std::span<const uint8_t> image) {
             note(play.playCommand());
             note(play.misuse());
         }
-        if (play.isComplete() && play.isBusy()) {
-            note("The image ends before the PROM has had its time for the last operation.");
+        if (play.isComplete()) {
+            note(faultOfResult(play));
         }
         if (report.fault) {
             return report;
@@ -57,6 +76,9 @@ ImageReport checkImage(std::span<const uint8_t> image) {
         offset = reader.offset();
     }
     note(faultOfEnd(reader));
+    if (std::ranges::equal(play.content().pages(), usedProm().pages())) {
+        note("The image ends and has written nothing.");
+    }
     if (!report.fault) {
         report.configuration = simulator::decodeConfiguration(play.content().pages());
     }

@@ -1,7 +1,7 @@
 #pragma once
 
-// Whether an image can ship: every command obeys CommandRules and plays on a simulated card, and XCOMPLETE is
-// the last byte.
+// Whether an image can ship: every command obeys CommandRules and plays on a simulated card whose PROM was
+// full of something else, the PROM is ready for use afterwards, and XCOMPLETE is the last byte.
 
 #include <cstddef>
 #include <cstdint>

@@ -1,5 +1,7 @@
 #include "tools/images/play/ImagePlay.h"
 
+#include <utility>
+
 #include "simulator/JtagChain.h"
 #include "tools/images/AccessCount.h"
 #include "xsvf/JtagPort.h"
@@ -13,12 +15,14 @@ namespace {
 
 // A chain without a card around it, whose time passes as a card's does: by register accesses.
 struct BareChain {
+    explicit BareChain(simulator::PromCells before)
+        : chain(clock, none, std::move(before),
+                [this](simulator::Misuse, const std::string& detail) { misuse = misuse.value_or(detail); }) {}
+
     simulator::Clock clock;
     simulator::Faults none;
     std::optional<std::string> misuse;
-    simulator::JtagChain chain{
-        clock, none, simulator::PromCells(),
-        [this](simulator::Misuse, const std::string& detail) { misuse = misuse.value_or(detail); }};
+    simulator::JtagChain chain;
     bool tms = false;
     bool tdi = false;
 
@@ -86,11 +90,14 @@ void readByte(uint8_t* out) {
 namespace tools {
 
 struct ImagePlay::Run {
+    explicit Run(simulator::PromCells before) : bare(std::move(before)) {}
+
     BareChain bare;
     tagSXsvfInfo info;
 };
 
-ImagePlay::ImagePlay(std::span<const uint8_t> image) : run_(std::make_unique<Run>()) {
+ImagePlay::ImagePlay(std::span<const uint8_t> image, simulator::PromCells before)
+    : run_(std::make_unique<Run>(std::move(before))) {
     gpPlayedOn = &run_->bare;
     // The port hands the image out and writes nothing into it.
     openPort(const_cast<uint8_t*>(image.data()), static_cast<uint32_t>(image.size()), nullptr, nullptr);
@@ -109,7 +116,7 @@ std::optional<std::string> ImagePlay::playCommand() {
                 return std::nullopt;
             case kXsvfTdoMismatch:
             case kXsvfMaxRetries:
-                return "The comparison fails on a simulated card with an erased PROM.";
+                return "The comparison fails on a simulated card.";
             case kXsvfIllegalCommand:
                 return "The player does not have this command.";
             case kXsvfIllegalState:
@@ -132,6 +139,10 @@ std::optional<std::string> ImagePlay::misuse() const {
 
 bool ImagePlay::isBusy() const {
     return run_->bare.chain.prom().state().operation != simulator::Prom::Operation::none;
+}
+
+bool ImagePlay::isInProgrammingMode() const {
+    return run_->bare.chain.prom().state().programmingMode;
 }
 
 const simulator::PromCells& ImagePlay::content() const {

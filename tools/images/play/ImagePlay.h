@@ -1,6 +1,6 @@
 #pragma once
 
-// Plays an image with the player itself, command by command, on a simulated chain with an erased PROM.
+// Plays an image with the player itself, command by command, on a simulated chain.
 //
 // It answers the player's JTAG port, of which there is one in a program: one image is played at a time.
 
@@ -17,8 +17,8 @@ namespace tools {
 
 class ImagePlay {
   public:
-    // The image must outlive the play.
-    explicit ImagePlay(std::span<const uint8_t> image);
+    // The image must outlive the play. The PROM begins as given, erased unless something else is said.
+    explicit ImagePlay(std::span<const uint8_t> image, simulator::PromCells before = {});
     ImagePlay(const ImagePlay&) = delete;
     ImagePlay& operator=(const ImagePlay&) = delete;
     ~ImagePlay();
@@ -30,8 +30,9 @@ class ImagePlay {
     // The first thing done to the PROM that its makers forbid, such as a wait that is too short: one
     // sentence, or nothing.
     [[nodiscard]] std::optional<std::string> misuse() const;
-    // True while the PROM needs more time for an operation.
+    // True while the PROM needs more time for an operation, and while it can be programmed.
     [[nodiscard]] bool isBusy() const;
+    [[nodiscard]] bool isInProgrammingMode() const;
     // What the PROM holds now.
     [[nodiscard]] const simulator::PromCells& content() const;
 

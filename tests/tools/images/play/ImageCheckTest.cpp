@@ -40,7 +40,11 @@ TEST(ImageCheck, findsTheFirstFault) {
          "Erase was given less than 15000000 microseconds."},
         {programming + "XRUNTEST 14999000\nXSIR 13 0x1D9F\nXCOMPLETE", 20,
          "The image ends before the PROM has had its time for the last operation."},
-        {compared + "XSDRTDO 0x0 0x1FF", 8, "The comparison fails on a simulated card with an erased PROM."},
+        {compared + "XSDRTDO 0x0 0x1FF", 8, "The comparison fails on a simulated card."},
+        {"XCOMPLETE", 1, "The image ends and has written nothing."},
+        {erase + "XCOMPLETE", 20, "The image ends while the PROM is still in programming mode."},
+        {programming + "XSIR 13 0x1DBF\nXSDRSIZE 4097\nXSDRE 0x0\nXRUNTEST 14000\nXSIR 13 0x1D5F", 539,
+         "The page at address 0x0000 was programmed again without an erase."},
     };
     for (const auto& [listing, offset, reason] : cases) {
         const auto image = std::get<std::vector<uint8_t>>(tools::imageOf(listing));
@@ -49,8 +53,8 @@ TEST(ImageCheck, findsTheFirstFault) {
         EXPECT_EQ(report.fault->reason, reason) << listing;
         EXPECT_EQ(report.fault->offset, offset) << listing;
     }
-    EXPECT_FALSE(
-        tools::checkImage(std::get<std::vector<uint8_t>>(tools::imageOf(erase + "XCOMPLETE"))).fault);
+    const auto erasing = tools::imageOf(erase + "XRUNTEST 4000\nXSIR 13 0x1E1F\nXCOMPLETE");
+    EXPECT_FALSE(tools::checkImage(std::get<std::vector<uint8_t>>(erasing)).fault);
     std::string hours = "XRUNTEST 60000000\n";
     for (int minute = 0; minute < 61; ++minute) {
         hours += "XSIR 0 0x0\n";

@@ -68,11 +68,12 @@ class Host {
 
     // Moves one aligned 32-bit word from or to mapped memory. The word is formed with the byte at the lowest
     // address as its most significant byte, on every processor. These two are the program's hottest calls: a
-    // firmware write makes some hundred million of them.
+    // firmware write makes nearly three hundred million of them.
     virtual uint32_t loadWord(const uint32_t* address) = 0;
     virtual void storeWord(uint32_t* address, uint32_t word) = 0;
 
-    // The running processes, in the order in which the system lists them.
+    // The running processes, in the order in which the system lists them. The one that logs people in, and
+    // shuts down when the event is delivered to it, is named "loginwindow".
     virtual std::vector<Process> processes() = 0;
 
     // Hands the system's shut-down event to a process. Returns false when there is no such process.
@@ -83,7 +84,8 @@ class Host {
 
     // Starts a tool, named by its absolute path, with the administrator's rights, as a child of this process
     // that the caller waits for. The arguments do not name the tool. Returns false, with no child, when it
-    // cannot be started; how it ends is the child's exit status.
+    // cannot be started; how it ends is the child's exit status. Asked for are /bin/rm, /usr/sbin/chown,
+    // /sbin/kextload and /sbin/kextunload.
     virtual bool runPrivilegedTool(const std::string& tool, const std::vector<std::string>& arguments) = 0;
 
     // Lets this many seconds pass on the machine before returning.

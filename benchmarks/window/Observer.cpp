@@ -113,6 +113,6 @@ class Observer : public QObject {
 
 }  // namespace
 
-QObject* ObserverPlugin::create(const QString& key, const QString& /*specification*/) {
+QObject* ObserverPlugin::create(const QString& key, const QString& /*settings*/) {
     return new Observer(key == "wholeupdate");
 }

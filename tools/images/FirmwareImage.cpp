@@ -52,8 +52,8 @@ void select(Assembler& xsvf, Prom::Instruction instruction) {
     xsvf.XSIR(chainInstructionBits, code << Fpga::kInstructionBits | Fpga::kBypass);
 }
 
-// Gives an instruction and the time it takes. The wait is 0 again afterwards: a compared shift that is
-// repeated with a wait would not capture anew.
+// Gives an instruction and the time it takes. The wait is 0 again afterwards, since every compared
+// shift would take it too.
 void selectAndWait(Assembler& xsvf, Prom::Instruction instruction, uint32_t microseconds) {
     xsvf.XRUNTEST(microseconds);
     select(xsvf, instruction);

@@ -148,8 +148,7 @@ void changeCard(const CardOptions& options, std::ostream& out) {
 
 // One line of UTF-8, which is all that a driver's reply and machine.json can hold.
 std::string checkText(const std::string& text) {
-    const bool isOneLine =
-        std::ranges::none_of(text, [](char c) { return c == 0x7F || (c >= 0 && c < ' '); });
+    const bool isOneLine = std::ranges::none_of(text, [](unsigned char c) { return c == 0x7F || c < ' '; });
     if (!isOneLine)
         return "A text is one line without control characters.";
     try {

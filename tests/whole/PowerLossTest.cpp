@@ -127,6 +127,10 @@ struct Cut {
     bool isFromTheEnd;
     int64_t accesses;
     bool keepsIdentity;
+
+    friend std::ostream& operator<<(std::ostream& out, const Cut& cut) {
+        return out << (cut.isFromTheEnd ? "end " : "image end ") << std::showpos << cut.accesses;
+    }
 };
 
 class PowerLossInIdentity : public PowerLoss, public testing::TestWithParam<Cut> {};

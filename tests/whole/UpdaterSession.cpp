@@ -60,6 +60,7 @@ UpdaterSession::~UpdaterSession() {
 }
 
 void UpdaterSession::run(const std::function<void()>& script) {
+    hasRun = true;
     testing::internal::CaptureStderr();
     whenShown_ = [this, &script] {
         // Posted when the window comes up, this is delivered before the popup's first broadcast, which comes

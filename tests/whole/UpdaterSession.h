@@ -56,6 +56,8 @@ class UpdaterSession : public QObject {
     // listed in cancelled.
     void run(const std::function<void()>& script = [] {});
     std::vector<std::string> cancelled;
+    // Whether any has been run in this process.
+    static inline bool hasRun = false;
 
     // What is typed into one identity dialog after the other; when nothing is left, it is cancelled. And what
     // each dialog's field held, selected, when it came up.

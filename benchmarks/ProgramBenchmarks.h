@@ -1,6 +1,7 @@
 #pragma once
 
-// What the updater costs as a program, against one that shows an empty window.
+// What the updater costs as a program, against one that shows an empty window, and others that show
+// a little more.
 
 namespace benchmarks {
 
@@ -9,6 +10,7 @@ namespace benchmarks {
 // the confirmation of an update to its end.
 constexpr const char* kEmptyWindow = "empty window";
 constexpr const char* kTextWindow = "window with a text";
+constexpr const char* kControlsWindow = "window with controls";
 constexpr const char* kUpdater = "updater";
 constexpr const char* kUpdateInWindow = "update in the window";
 

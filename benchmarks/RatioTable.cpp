@@ -20,7 +20,7 @@ constexpr double kMostUneven = 1.10;
 }  // namespace
 
 bool RatioTable::ReportContext(const Context& /*context*/) {
-    std::puts("Measuring; this takes about two minutes.");
+    std::puts("Measuring; this takes about a minute.");
     return true;
 }
 
@@ -64,12 +64,16 @@ void RatioTable::Finalize() {
     };
     printRow("start to first window, updater / empty window", secondsOf(kUpdater) / secondsOf(kEmptyWindow),
              kMostStart);
-    printRow("  the same in processor time", workOf(kUpdater) / workOf(kEmptyWindow));
-    printRow("  a window with a line of text, in processor time", workOf(kTextWindow) / workOf(kEmptyWindow));
+    for (const char* window : {kTextWindow, kControlsWindow})
+        printRow("  " + std::string(window) + " / empty window", secondsOf(window) / secondsOf(kEmptyWindow));
+    printRow("start in processor time, updater / empty window", workOf(kUpdater) / workOf(kEmptyWindow));
+    for (const char* window : {kTextWindow, kControlsWindow})
+        printRow("  " + std::string(window) + " / empty window", workOf(window) / workOf(kEmptyWindow));
     const auto imageBytes = static_cast<double>(firmwareImage().size());
     printRow("peak memory of an update less the image / empty window",
              (peakOf(kUpdateInWindow) - imageBytes) / peakOf(kEmptyWindow), kMostMemory);
-    printRow("  a window with a line of text", peakOf(kTextWindow) / peakOf(kEmptyWindow));
+    for (const char* window : {kTextWindow, kControlsWindow})
+        printRow("  " + std::string(window) + " / empty window", peakOf(window) / peakOf(kEmptyWindow));
 
     std::vector<double> perByte;
     std::ranges::transform(kImageSizes, std::back_inserter(perByte), [this](std::size_t bytes) {

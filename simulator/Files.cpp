@@ -5,7 +5,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <array>
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <string>
@@ -16,6 +16,10 @@
 
 namespace simulator {
 namespace {
+
+constexpr std::size_t kPieceBytes = 65536;
+// Far more than any image, listing or machine has; a device without an end has more.
+constexpr std::size_t kMostBytes = std::size_t{256} << 20;
 
 [[noreturn]] void fail(const std::filesystem::path& path, const std::string& what) {
     const std::string reason = std::generic_category().message(errno);
@@ -56,18 +60,29 @@ class File {
     }
 
     [[nodiscard]] std::vector<uint8_t> read() const {
-        std::vector<uint8_t> content;
-        std::array<uint8_t, 65536> piece{};
+        // Its size is a hint only: a pipe has none, and a file may grow meanwhile.
+        struct stat status {};
+        const bool hasSize = ::fstat(descriptor_, &status) == 0 && S_ISREG(status.st_mode);
+        std::vector<uint8_t> content(
+            hasSize ? std::min(static_cast<std::size_t>(status.st_size), kMostBytes) + 1 : kPieceBytes);
+        std::size_t filled = 0;
         for (;;) {
-            const ssize_t got = ::read(descriptor_, piece.data(), piece.size());
+            if (filled == content.size())
+                content.resize(2 * filled);
+            const ssize_t got = ::read(descriptor_, content.data() + filled, content.size() - filled);
             if (got < 0 && errno == EINTR)
                 continue;
             if (got < 0)
                 fail(path_, "could not be read");
             if (got == 0)
-                return content;
-            content.insert(content.end(), piece.begin(), piece.begin() + got);
+                break;
+            filled += static_cast<std::size_t>(got);
+            if (filled > kMostBytes)
+                throw MachineError(path_.string() + ": is longer than " + std::to_string(kMostBytes >> 20) +
+                                   " megabytes.");
         }
+        content.resize(filled);
+        return content;
     }
 
     void flush() const {

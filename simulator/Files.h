@@ -12,6 +12,7 @@
 
 namespace simulator {
 
+// A file of more than 256 megabytes is a failure, too.
 [[nodiscard]] std::vector<uint8_t> readFile(const std::filesystem::path& path);
 
 // Puts a file into the place of whatever is there; whoever opens it sees the old content or the new, no

@@ -17,22 +17,36 @@ constexpr std::size_t kChecksumAt = kPromBytes - 4;
 
 constexpr uint32_t kCrcPolynomial = 0xEDB88320;  // IEEE 802.3, least significant bit first
 
-constexpr std::array<uint32_t, 256> crcTable() {
-    std::array<uint32_t, 256> table{};
-    for (uint32_t index = 0; index < table.size(); ++index) {
-        uint32_t remainder = index;
-        for (int bit = 0; bit < 8; ++bit)
-            remainder = (remainder >> 1) ^ ((remainder & 1) != 0 ? kCrcPolynomial : 0);
-        table[index] = remainder;
+// Bytes that are taken together: every PROM is checked whenever the machine is switched on.
+constexpr std::size_t kCrcStride = 4;
+
+// [n][byte] is the remainder of the byte with n zero bytes behind it.
+using CrcTables = std::array<std::array<uint32_t, 256>, kCrcStride>;
+
+constexpr CrcTables crcTables() {
+    CrcTables tables{};
+    for (uint32_t byte = 0; byte < 256; ++byte) {
+        uint32_t remainder = byte;
+        for (CrcTables::value_type& table : tables) {
+            for (int bit = 0; bit < 8; ++bit)
+                remainder = (remainder >> 1) ^ ((remainder & 1) != 0 ? kCrcPolynomial : 0);
+            table[byte] = remainder;
+        }
     }
-    return table;
+    return tables;
 }
 
 uint32_t crc32(std::span<const uint8_t> bytes) {
-    static constexpr auto table = crcTable();
+    static constexpr CrcTables tables = crcTables();
     uint32_t remainder = 0xFFFFFFFF;
+    for (; bytes.size() >= kCrcStride; bytes = bytes.subspan(kCrcStride)) {
+        uint32_t next = 0;
+        for (std::size_t i = 0; i < kCrcStride; ++i)
+            next ^= tables[kCrcStride - 1 - i][((remainder >> (8 * i)) ^ bytes[i]) & 0xFF];
+        remainder = next;
+    }
     for (const uint8_t byte : bytes)
-        remainder = (remainder >> 8) ^ table[(remainder ^ byte) & 0xFF];
+        remainder = (remainder >> 8) ^ tables[0][(remainder ^ byte) & 0xFF];
     return ~remainder;
 }
 

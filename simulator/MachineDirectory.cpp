@@ -24,13 +24,11 @@ StoredMachine readMachine(const std::filesystem::path& path) {
 }
 
 PromCells readCells(const std::filesystem::path& path) {
-    const std::vector<uint8_t> image = readFile(path);
+    std::vector<uint8_t> image = readFile(path);
     if (image.size() != PromCells::kImageBytes)
         throw MachineError(path.string() + ": is " + std::to_string(image.size()) +
                            " bytes long instead of " + std::to_string(PromCells::kImageBytes) + ".");
-    PromCells cells;
-    cells.setImage(image);
-    return cells;
+    return PromCells(std::move(image));
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cassert>
+#include <utility>
 
 namespace simulator {
 namespace {
@@ -22,6 +23,10 @@ PromCells::PromCells(std::span<const uint8_t> pages, uint32_t userCode, uint8_t 
     std::ranges::copy(pages, image_.begin());
     setUserCode(userCode);
     setProtection(protection);
+}
+
+PromCells::PromCells(std::vector<uint8_t> image) : image_(std::move(image)) {
+    assert(image_.size() == kImageBytes);
 }
 
 uint32_t PromCells::userCode() const {

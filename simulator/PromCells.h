@@ -43,6 +43,8 @@ class PromCells {
     // Ready to be put into a card: programmed pages (kPromBytes of them, as encodeConfiguration makes them),
     // a user code and protection bits.
     PromCells(std::span<const uint8_t> pages, uint32_t userCode, uint8_t protection);
+    // The whole image (kImageBytes).
+    explicit PromCells(std::vector<uint8_t> image);
     PromCells(PromCells&&) = default;
     PromCells& operator=(PromCells&&) = delete;  // cells that are written through change by setImage()
 

@@ -9,9 +9,9 @@
 
 #include "simulator/MachineError.h"
 #include "tools/cardsim/IdentityText.h"
+#include "tools/images/BoardRevision.h"
 #include "tools/images/CardModels.h"
 #include "tools/images/FirmwareDate.h"
-#include "tools/images/ImageName.h"
 
 namespace cardsim {
 namespace {
@@ -45,13 +45,22 @@ void requireOff(const Machine& machine) {
         throw MachineError("the machine is on, so its cards stay where they are; switch it off first.");
 }
 
-// The configuration that the options ask for, where they say nothing as it was before.
-FpgaConfiguration configurationFor(const CardOptions& options, FpgaConfiguration configuration) {
+// Puts the firmware that the options ask for into a PROM: one for the board, or the one that is there changed
+// where they say something. The special row stays.
+void changeFirmware(const CardOptions& options, const Board& board, PromCells& cells) {
+    FpgaConfiguration configuration = simulator::decodeConfiguration(cells.pages())
+                                          .value_or(FpgaConfiguration{.modelCode = board.modelCode,
+                                                                      .boardRevision = board.revision,
+                                                                      .flavour = 'M',
+                                                                      .version = 0,
+                                                                      .date = 0});
     if (options.firmware)
         std::tie(configuration.flavour, configuration.version) = *firmwareNamed(*options.firmware);
     if (options.date)
         configuration.date = *tools::firmwareDate(*options.date);
-    return configuration;
+    cells.setImage(
+        PromCells(simulator::encodeConfiguration(configuration), cells.userCode(), cells.protection())
+            .image());
 }
 
 void changeBoard(const CardOptions& options, Board& board) {
@@ -92,16 +101,8 @@ void addCard(const CardOptions& options, std::ostream& out) {
                 .revision = 0};
     changeBoard(options, board);
     PromCells cells;
-    if (options.firmware) {
-        const FpgaConfiguration none{.modelCode = board.modelCode,
-                                     .boardRevision = board.revision,
-                                     .flavour = 'M',
-                                     .version = 0,
-                                     .date = 0};
-        cells.setImage(PromCells(simulator::encodeConfiguration(configurationFor(options, none)),
-                                 cells.userCode(), cells.protection())
-                           .image());
-    }
+    if (options.firmware)
+        changeFirmware(options, board, cells);
     changeSpecialRow(options, cells);
     out << "Added card " << machine.cardCount() + 1 << ": "
         << nameOf(machine.addCard(board, std::move(cells))) << ".\n";
@@ -124,23 +125,13 @@ void changeCard(const CardOptions& options, std::ostream& out) {
     if (!options.name && !options.location && !options.board && !options.identity && !options.protection &&
         !options.firmware && !options.date)
         throw MachineError("nothing was named that could be changed.");
-    const auto before = simulator::decodeConfiguration(card.cells().pages());
-    if (options.date && !options.firmware && !before)
+    if (options.date && !options.firmware && !simulator::decodeConfiguration(card.cells().pages()))
         throw MachineError("the card's PROM holds no firmware whose date could be changed.");
     Board board = card.board();
     changeBoard(options, board);
     card.setBoard(board);
-    if (options.firmware || options.date) {
-        const FpgaConfiguration none{.modelCode = board.modelCode,
-                                     .boardRevision = board.revision,
-                                     .flavour = 'M',
-                                     .version = 0,
-                                     .date = 0};
-        card.cells().setImage(
-            PromCells(simulator::encodeConfiguration(configurationFor(options, before.value_or(none))),
-                      card.identity(), card.protection())
-                .image());
-    }
+    if (options.firmware || options.date)
+        changeFirmware(options, board, card.cells());
     changeSpecialRow(options, card.cells());
     directory->save();
     out << "Changed " << nameOf(card) << ".\n";
@@ -192,12 +183,12 @@ void addDescription(CLI::App& command, CardOptions& options) {
 
 }  // namespace
 
-void addCardCommands(CLI::App& program, Context& context) {
+void addCardCommands(CLI::App& program, std::ostream& out) {
     const auto options = std::make_shared<CardOptions>();
     const auto add = [&](const char* name, const char* description, const auto& command) {
         CLI::App* const subcommand = program.add_subcommand(name, description);
         addFolder(*subcommand, options->folder);
-        subcommand->callback([options, &context, command] { command(*options, context.out); });
+        subcommand->callback([options, &out, command] { command(*options, out); });
         return subcommand;
     };
     CLI::App* const addition = add("add", "Plug a card into a machine that is off", addCard);

@@ -2,11 +2,11 @@
 
 // Cards plugged in, pulled out and changed.
 
-#include "tools/cardsim/Context.h"
+#include "tools/cardsim/MachineArguments.h"
 
 namespace cardsim {
 
-// Adds the subcommands add, remove and change. The context must outlive the parsing.
-void addCardCommands(CLI::App& program, Context& context);
+// Adds the subcommands add, remove and change. The stream must outlive the parsing.
+void addCardCommands(CLI::App& program, std::ostream& out);
 
 }  // namespace cardsim

@@ -1,20 +1,18 @@
 #include "tools/cardsim/CardSim.h"
 
 #include <CLI/CLI.hpp>
-#include <algorithm>
-#include <exception>
 #include <ostream>
 
 #include "simulator/DefaultMachine.h"
 #include "simulator/MachineDirectory.h"
-#include "simulator/MachineError.h"
 #include "tools/cardsim/CardCommands.h"
-#include "tools/cardsim/Context.h"
 #include "tools/cardsim/DriverCommand.h"
 #include "tools/cardsim/FaultCommands.h"
+#include "tools/cardsim/MachineArguments.h"
 #include "tools/cardsim/PromCommands.h"
 #include "tools/cardsim/RecordCommand.h"
 #include "tools/cardsim/ShowMachine.h"
+#include "tools/command_line/CommandLine.h"
 
 namespace cardsim {
 namespace {
@@ -57,8 +55,6 @@ void powerCycle(const std::string& folder, std::ostream& out) {
 
 int run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err) {
     CLI::App app{"Makes, shows, changes, breaks and power-cycles simulated machines.", "cardsim"};
-    app.require_subcommand(1);
-    Context context{.out = out};
     std::string folder;
     const auto add = [&](const char* name, const char* description, const auto& command) {
         CLI::App* const subcommand = app.add_subcommand(name, description);
@@ -74,25 +70,13 @@ int run(const std::vector<std::string>& arguments, std::ostream& out, std::ostre
     add("show", "Show a machine's cards, power and ledger; changes nothing", show);
     add("power-cycle", "Switch a machine off and on, so that its cards load their firmware", powerCycle);
     add("power-off", "Switch a machine off", powerOff);
-    addCardCommands(app, context);
-    addFaultCommands(app, context);
-    addDriverCommand(app, context);
-    addPromCommands(app, context);
-    addRecordCommand(app, context);
+    addCardCommands(app, out);
+    addFaultCommands(app, out);
+    addDriverCommand(app, out);
+    addPromCommands(app, out);
+    addRecordCommand(app, out);
 
-    try {
-        std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());  // the order CLI11 takes
-        app.parse(reversed);
-        out.flush();
-        if (!out)
-            throw simulator::MachineError("the output could not be written completely.");
-        return context.exitCode;
-    } catch (const CLI::ParseError& error) {
-        return app.exit(error, out, err) == 0 ? kDone : kWrongUsage;
-    } catch (const std::exception& error) {
-        err << "cardsim: " << error.what() << '\n';
-        return kFailed;
-    }
+    return tools::runCommandLine(app, arguments, out, err);
 }
 
 }  // namespace cardsim

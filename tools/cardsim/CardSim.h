@@ -8,8 +8,8 @@
 
 namespace cardsim {
 
-// kDifferent is for a comparison that was made and found differences.
-enum ExitCode { kDone = 0, kFailed = 1, kWrongUsage = 2, kDifferent = 3 };
+// Beside those of every tool (tools::ExitCode): a comparison was made and found differences.
+constexpr int kDifferent = 3;
 
 // Runs one command line (without the program's name). Listings go to `out`, complaints to `err`.
 [[nodiscard]] int run(const std::vector<std::string>& arguments, std::ostream& out, std::ostream& err);

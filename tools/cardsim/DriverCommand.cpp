@@ -70,7 +70,7 @@ std::string describe(const Drivers& drivers) {
     return text;
 }
 
-void addDriverCommand(CLI::App& program, Context& context) {
+void addDriverCommand(CLI::App& program, std::ostream& out) {
     const auto options = std::make_shared<DriverOptions>();
     CLI::App* const command =
         program.add_subcommand("driver", "Change which driver a machine has, or break the updater's own");
@@ -81,7 +81,7 @@ void addDriverCommand(CLI::App& program, Context& context) {
               "What happens when a program wants the administrator's right");
     addChoice(*command, "--private-driver", options->privateDriver, kPrivateDriver,
               "What a driver does that the updater loads");
-    command->callback([options, &context] { changeDrivers(*options, context.out); });
+    command->callback([options, &out] { changeDrivers(*options, out); });
 }
 
 }  // namespace cardsim

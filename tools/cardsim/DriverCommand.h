@@ -2,11 +2,11 @@
 
 // `cardsim driver`: which driver a machine has, and what goes wrong with the one that the updater brings.
 
-#include "tools/cardsim/Context.h"
+#include "tools/cardsim/MachineArguments.h"
 
 namespace cardsim {
 
-void addDriverCommand(CLI::App& program, Context& context);
+void addDriverCommand(CLI::App& program, std::ostream& out);
 
 // How a machine's drivers are, in one line: "resident", or "none; administrator refused".
 [[nodiscard]] std::string describe(const simulator::Drivers& drivers);

@@ -8,6 +8,7 @@
 #include "simulator/Faults.h"
 #include "simulator/MachineError.h"
 #include "tools/cardsim/IdentityText.h"
+#include "tools/images/ListingWords.h"
 
 namespace cardsim {
 namespace {
@@ -101,18 +102,28 @@ std::string checkKind(const std::string& name) {
     return kindsByName().contains(name) ? "" : name + " is no fault; \"cardsim fault kinds\" lists them.";
 }
 
-// Decimal, or hexadecimal with 0x.
+std::optional<uint32_t> codeNamed(const std::string& text) {
+    try {
+        return tools::numberOf(text, UINT32_MAX);
+    } catch (const tools::ListingRefusal&) {
+        return std::nullopt;
+    }
+}
+
 std::string checkCode(const std::string& text) {
-    uint32_t code = 0;
-    const bool good = CLI::detail::lexical_cast(text, code) && text.front() != '-';
-    if (!good)
+    const auto code = codeNamed(text);
+    if (!code)
         return '"' + text + "\" is not a code of 32 bits.";
-    return code == simulator::Prom::kIdentificationCode ? text + " is the PROM's own code, not a foreign one."
-                                                        : "";
+    return *code == simulator::Prom::kIdentificationCode
+               ? text + " is the PROM's own code, not a foreign one."
+               : "";
 }
 
 void addParameters(CLI::App& command, FaultOptions& options) {
-    command.add_option("--code", options.code, "The foreign identification code")
+    command
+        .add_option_function<std::string>(
+            "--code", [&options](const std::string& text) { options.code = codeNamed(text); },
+            "The foreign identification code, decimal or hexadecimal with 0x")
         ->check(checkCode)
         ->type_name("NUMBER");
     command.add_option("--page", options.page, "The page")
@@ -155,7 +166,7 @@ std::string describe(const Fault& fault) {
     return text + (fault.struck ? " (has struck)" : " (waiting)");
 }
 
-void addFaultCommands(CLI::App& program, Context& context) {
+void addFaultCommands(CLI::App& program, std::ostream& out) {
     const auto options = std::make_shared<FaultOptions>();
     CLI::App* const fault = program.add_subcommand("fault", "Break a card on purpose, or mend it");
     fault->require_subcommand(1);
@@ -168,17 +179,15 @@ void addFaultCommands(CLI::App& program, Context& context) {
         ->check(checkKind)
         ->type_name("KIND");
     addParameters(*injection, *options);
-    injection->callback([options, &context] { inject(*options, context.out); });
+    injection->callback([options, &out] { inject(*options, out); });
 
     CLI::App* const clearing = fault->add_subcommand("clear", "Take faults away");
     addFolder(*clearing, options->folder);
     addCardNumber(*clearing, options->number)->required(false)->description("Only this card's");
     clearing->add_option("--kind", options->kind, "Only this fault")->check(checkKind)->type_name("KIND");
-    clearing->callback([options, &context] { clear(*options, context.out); });
+    clearing->callback([options, &out] { clear(*options, out); });
 
-    fault->add_subcommand("kinds", "List the faults that there are")->callback([&context] {
-        listKinds(context.out);
-    });
+    fault->add_subcommand("kinds", "List the faults that there are")->callback([&out] { listKinds(out); });
 }
 
 }  // namespace cardsim

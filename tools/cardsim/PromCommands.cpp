@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "simulator/MachineError.h"
+#include "tools/cardsim/CardSim.h"
 #include "tools/cardsim/ImageContent.h"
 #include "tools/images/OutputFile.h"
 
@@ -22,15 +23,15 @@ struct PromOptions {
     std::string file;
 };
 
-void dump(const PromOptions& options, Context& context) {
+void dump(const PromOptions& options, std::ostream& out) {
     const auto directory = openMachine(options.folder);
     const Card& card = directory->machine().card(indexOfCard(directory->machine(), options.number));
     tools::writeOutputFile(options.file, card.cells().image());
-    context.out << "Wrote the PROM of " << nameOf(card) << " to " << options.file << ".\n";
+    out << "Wrote the PROM of " << nameOf(card) << " to " << options.file << ".\n";
 }
 
 // A file of the pages alone leaves identity and protection as they are.
-void load(const PromOptions& options, Context& context) {
+void load(const PromOptions& options, std::ostream& out) {
     const auto directory = openMachine(options.folder);
     Card& card = directory->machine().card(indexOfCard(directory->machine(), options.number));
     const std::vector<uint8_t> content = simulator::readFile(options.file);
@@ -42,7 +43,7 @@ void load(const PromOptions& options, Context& context) {
     std::ranges::copy(content, image.begin());
     card.cells().setImage(image);
     directory->save();
-    context.out << "Loaded the PROM of " << nameOf(card) << " from " << options.file << ".\n";
+    out << "Loaded the PROM of " << nameOf(card) << " from " << options.file << ".\n";
 }
 
 // "0 to 3, 7"
@@ -58,7 +59,7 @@ std::string rangesOf(const std::vector<std::size_t>& pages) {
     return text;
 }
 
-void compare(const PromOptions& options, Context& context) {
+void compare(const PromOptions& options, std::ostream& out) {
     const auto directory = openMachine(options.folder);
     const Card& card = directory->machine().card(indexOfCard(directory->machine(), options.number));
     const PromCells expected = contentOfImage(options.file);
@@ -74,17 +75,17 @@ void compare(const PromOptions& options, Context& context) {
     }
     if (written == 0)
         throw MachineError(options.file + ": writes no page.");
-    context.out << nameOf(card) << ": " << written - different.size() << " of the " << written
-                << " pages that the image writes are in the PROM.\n";
+    out << nameOf(card) << ": " << written - different.size() << " of the " << written
+        << " pages that the image writes are in the PROM.\n";
     if (!different.empty()) {
-        context.out << "Different: " << rangesOf(different) << ".\n";
-        context.exitCode = kDifferent;
+        out << "Different: " << rangesOf(different) << ".\n";
+        throw CLI::RuntimeError(kDifferent);
     }
 }
 
 }  // namespace
 
-void addPromCommands(CLI::App& program, Context& context) {
+void addPromCommands(CLI::App& program, std::ostream& out) {
     const auto options = std::make_shared<PromOptions>();
     CLI::App* const prom = program.add_subcommand("prom", "Dump, load or compare a card's PROM");
     prom->require_subcommand(1);
@@ -93,7 +94,7 @@ void addPromCommands(CLI::App& program, Context& context) {
         addFolder(*subcommand, options->folder);
         addCardNumber(*subcommand, options->number);
         subcommand->add_option("file", options->file, file)->required()->type_name("FILE");
-        subcommand->callback([options, &context, command] { command(*options, context); });
+        subcommand->callback([options, &out, command] { command(*options, out); });
     };
     add("dump", "Write all that a card's PROM holds to a file", "The file", dump);
     add("load", "Put a file into a card's PROM, as if it had come so", "The file", load);

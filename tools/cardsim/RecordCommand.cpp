@@ -32,7 +32,7 @@ void requireUsable(const std::string& file, const simulator::Machine& machine, c
 
 void record(RecordOptions options, std::ostream& out) {
     if (options.cancel == !options.request.file.empty())
-        throw CLI::ValidationError("record", "Name a file to record into, or --cancel.");
+        throw CLI::ValidationError("file", "Name a file to record into, or --cancel.");
     const auto directory = openMachine(options.folder);
     simulator::Card& card = directory->machine().card(indexOfCard(directory->machine(), options.number));
     if (options.cancel) {
@@ -62,7 +62,7 @@ std::string describe(const RecordingRequest& request) {
            request.file;
 }
 
-void addRecordCommand(CLI::App& program, Context& context) {
+void addRecordCommand(CLI::App& program, std::ostream& out) {
     const auto options = std::make_shared<RecordOptions>();
     CLI::App* const command = program.add_subcommand(
         "record", "Have a card's JTAG signals in the updater's next run recorded, as a waveform for GTKWave");
@@ -79,7 +79,7 @@ void addRecordCommand(CLI::App& program, Context& context) {
     addTime("--from", 0, options->request.fromMicroseconds, "Begin so long after the run has begun");
     addTime("--for", 1, options->request.microseconds, "Record so long; without it, to the run's end");
     command->add_flag("--cancel", options->cancel, "Record nothing after all");
-    command->callback([options, &context] { record(*options, context.out); });
+    command->callback([options, &out] { record(*options, out); });
 }
 
 }  // namespace cardsim

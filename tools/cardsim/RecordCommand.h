@@ -5,14 +5,14 @@
 #include <string>
 
 #include "simulator/Waveform.h"
-#include "tools/cardsim/Context.h"
+#include "tools/cardsim/MachineArguments.h"
 
 namespace cardsim {
 
 // "the next run, from 0 to its end, into /tmp/identity.vcd"
 [[nodiscard]] std::string describe(const simulator::RecordingRequest& request);
 
-// Adds the subcommand record. The context must outlive the parsing.
-void addRecordCommand(CLI::App& program, Context& context);
+// Adds the subcommand record. The stream must outlive the parsing.
+void addRecordCommand(CLI::App& program, std::ostream& out);
 
 }  // namespace cardsim

@@ -1,22 +1,20 @@
 #include "tools/cardsim/ShowMachine.h"
 
-#include <array>
 #include <ostream>
 
 #include "tools/cardsim/DriverCommand.h"
 #include "tools/cardsim/FaultCommands.h"
 #include "tools/cardsim/IdentityText.h"
 #include "tools/cardsim/RecordCommand.h"
+#include "tools/images/BoardRevision.h"
 #include "tools/images/CardModels.h"
+#include "tools/images/FirmwareDate.h"
 
 namespace cardsim {
 namespace {
 
 using simulator::Card;
 using simulator::FpgaConfiguration;
-
-constexpr std::array kMonthNames{"Jan", "Feb", "Mar", "Apr", "May", "Jun",
-                                 "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
 
 std::string modelName(uint8_t code) {
     const tools::CardModel* const model = tools::modelCoded(code);
@@ -26,16 +24,8 @@ std::string modelName(uint8_t code) {
 std::string boardName(uint8_t revision) {
     if (revision == 0)
         return "board without revision";
-    return revision <= 26 ? std::string("board ") + static_cast<char>('A' + revision - 1)
-                          : "board revision " + std::to_string(revision);
-}
-
-std::string dateName(uint16_t date) {
-    const unsigned month = date >> 8 & 0xF;
-    if (month < 1 || month > kMonthNames.size())
-        return "date " + hexadecimal(date, 4);
-    return std::to_string(date & 0x1F) + ' ' + kMonthNames[month - 1] + ' ' +
-           std::to_string(2000 + (date >> 12));
+    const auto letter = tools::boardRevisionName(revision);
+    return letter ? "board " + *letter : "board revision " + std::to_string(revision);
 }
 
 std::string contentOf(const simulator::PromCells& cells) {
@@ -71,7 +61,8 @@ std::string describe(const std::optional<FpgaConfiguration>& configuration) {
         return "no configuration";
     return modelName(configuration->modelCode) + ", " + boardName(configuration->boardRevision) +
            ", firmware " + configuration->flavour + ' ' + std::to_string(configuration->version) + " of " +
-           dateName(configuration->date);
+           tools::firmwareDateText(configuration->date)
+               .value_or("date " + hexadecimal(configuration->date, 4));
 }
 
 void showMachine(const simulator::Machine& machine, std::ostream& out) {

@@ -1,5 +1,6 @@
 #include "tools/images/FirmwareDate.h"
 
+#include <array>
 #include <charconv>
 #include <chrono>
 
@@ -9,6 +10,8 @@ namespace {
 
 constexpr unsigned firstYear = 2000;
 constexpr unsigned lastYear = 2015;
+constexpr std::array kMonthNames{"Jan", "Feb", "Mar", "Apr", "May", "Jun",
+                                 "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
 
 std::optional<unsigned> digits(std::string_view text) {
     unsigned number = 0;
@@ -38,6 +41,15 @@ std::optional<uint16_t> firmwareDate(std::string_view text) {
         return std::nullopt;
     }
     return static_cast<uint16_t>((*year - firstYear) << 12 | *month << 8 | *day);
+}
+
+std::optional<std::string> firmwareDateText(uint16_t date) {
+    const unsigned month = date >> 8 & 0xF;
+    if (month < 1 || month > kMonthNames.size()) {
+        return std::nullopt;
+    }
+    return std::to_string(date & 0x1F) + ' ' + kMonthNames[month - 1] + ' ' +
+           std::to_string(firstYear + (date >> 12));
 }
 
 }  // namespace tools

@@ -2,37 +2,23 @@
 
 #include <algorithm>
 
+#include "tools/images/BoardRevision.h"
+
 namespace tools {
 
 namespace {
 
-constexpr std::string_view boardWithoutRevision = "NC";
 constexpr std::string_view kEnding = ".xsv";
 constexpr uint8_t kHighestVersion = 99;
-constexpr uint8_t kHighestRevision = 26;  // Z
 
 }  // namespace
-
-std::optional<uint8_t> boardRevisionNamed(std::string_view board) {
-    if (board == boardWithoutRevision) {
-        return uint8_t{0};
-    }
-    if (board.size() == 1 && board[0] >= 'A' && board[0] <= 'Z') {
-        return static_cast<uint8_t>(board[0] - 'A' + 1);
-    }
-    return std::nullopt;
-}
 
 std::string imageFileName(const CardModel& model, char flavour, uint8_t version, uint8_t boardRevision) {
     std::string name(model.tag);
     name += flavour;
     name += static_cast<char>('0' + version / 10);
     name += static_cast<char>('0' + version % 10);
-    if (boardRevision == 0) {
-        name += boardWithoutRevision;
-    } else {
-        name += static_cast<char>('A' + boardRevision - 1);
-    }
+    name += boardRevisionName(boardRevision).value();
     return name.append(kEnding);
 }
 
@@ -51,7 +37,7 @@ bool isImageFileName(std::string_view name) {
 
 std::optional<std::string> imageFileNameFor(const simulator::FpgaConfiguration& content) {
     const CardModel* const model = modelCoded(content.modelCode);
-    if (model == nullptr || content.version > kHighestVersion || content.boardRevision > kHighestRevision) {
+    if (model == nullptr || content.version > kHighestVersion || !boardRevisionName(content.boardRevision)) {
         return std::nullopt;
     }
     return imageFileName(*model, content.flavour, content.version, content.boardRevision);

@@ -2,8 +2,8 @@
 
 // The file names under which the updater finds its firmware images: what an image is for stands in its name.
 //
-//   VMBM12A.xsv    VornMX-B, byte order M, version 12, board revision A
-//   DX8W03NC.xsv   Vorn DX8, byte order W, version 3, a board without revision
+//   VMBM12A.xsv    VornMX-B, flavour M, version 12, board revision A
+//   DX8W03NC.xsv   Vorn DX8, flavour W, version 3, a board without revision
 
 #include <cstdint>
 #include <optional>
@@ -14,10 +14,6 @@
 #include "tools/images/CardModels.h"
 
 namespace tools {
-
-// The revision of a board given by its letter, A for 1, or by "NC" for a board without one, 0. Nothing for
-// other texts.
-[[nodiscard]] std::optional<uint8_t> boardRevisionNamed(std::string_view board);
 
 // Flavour 'M' or 'W', version 0 to 99, revision 0 to 26.
 [[nodiscard]] std::string imageFileName(const CardModel& model, char flavour, uint8_t version,

@@ -8,10 +8,10 @@
 #include <ostream>
 
 #include "simulator/Files.h"
+#include "tools/command_line/CommandLine.h"
 #include "tools/images/ByteText.h"
 #include "tools/images/ImageName.h"
 #include "tools/images/play/ImageCheck.h"
-#include "tools/xsvf/XsvfTool.h"
 
 namespace tools {
 
@@ -74,7 +74,7 @@ void checkAll(const CheckOptions& options, std::ostream& out, std::ostream& err)
         }
     }
     if (isAnyBad) {
-        throw CLI::RuntimeError(kXsvfFailed);
+        throw CLI::RuntimeError(kFailed);
     }
 }
 
@@ -84,7 +84,7 @@ void addCheckCommand(CLI::App& program, std::ostream& out, std::ostream& err) {
     const auto options = std::make_shared<CheckOptions>();
     CLI::App* const command = program.add_subcommand(
         "check", "Find the first fault of each image, or tell what it takes on a card");
-    command->add_option("images", options->images, "The images")->required()->type_name("IMAGE");
+    command->add_option("image", options->images, "The images")->required()->type_name("IMAGE");
     command->add_flag("--known-content", options->mustBeKnown,
                       "Refuse a content that does not tell whether the name fits");
     command->callback([options, &out, &err] { checkAll(*options, out, err); });

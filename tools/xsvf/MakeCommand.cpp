@@ -8,6 +8,7 @@
 
 #include "simulator/Files.h"
 #include "simulator/FpgaConfiguration.h"
+#include "tools/images/BoardRevision.h"
 #include "tools/images/FirmwareDate.h"
 #include "tools/images/FirmwareImage.h"
 #include "tools/images/ImageName.h"

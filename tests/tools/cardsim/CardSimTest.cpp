@@ -7,12 +7,16 @@
 
 #include "simulator/MachineDirectory.h"
 #include "tests/support/TemporaryDirectory.h"
+#include "tools/command_line/CommandLine.h"
 #include "xsvf/Assembler.h"
 
 namespace cardsim {
 
 namespace fs = std::filesystem;
 using simulator::MachineDirectory;
+using tools::kDone;
+using tools::kFailed;
+using tools::kWrongUsage;
 
 class CardSimTest : public testing::Test {
   protected:
@@ -237,11 +241,14 @@ TEST_F(CardSimTest, ComplaintsAndExitCodes) {
           {"fault", "inject", folder_, "1", "tdo-low", "--page", "1"},
           {"fault", "inject", folder_, "1", "page-misread", "--page", "1"},
           {"fault", "inject", folder_, "1", "page-not-taken", "--page", "512"},
+          {"fault", "inject", folder_, "1", "foreign-identification", "--code", "0x100000000"},
           {"change", folder_, "1", "--identity", "2116070021"},
           {"change", folder_, "1", "--firmware", "X7"}}) {
         EXPECT_EQ(runWith(wrong), kWrongUsage);
         EXPECT_FALSE(err_.str().empty());
     }
+    EXPECT_EQ(runWith({"fault", "cure"}), kWrongUsage);
+    EXPECT_EQ(err_.str(), "cardsim fault: \"cure\" is no command.\nFor help: cardsim fault --help\n");
     EXPECT_EQ(runWith({"show", folder_ / "none"}), kFailed);
     EXPECT_EQ(err_.str().find("cardsim: " + (folder_ / "none").string() + ": "), 0U) << err_.str();
     ASSERT_EQ(runWith({"make", folder_}), kDone);

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tools/images/BoardRevision.h"
 #include "tools/images/FirmwareDate.h"
 
 namespace {

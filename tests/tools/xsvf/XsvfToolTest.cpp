@@ -9,6 +9,7 @@
 #include "simulator/Files.h"
 #include "simulator/FpgaConfiguration.h"
 #include "tests/support/TemporaryDirectory.h"
+#include "tools/command_line/CommandLine.h"
 
 namespace tools {
 
@@ -26,7 +27,7 @@ class XsvfTool : public testing::Test {
             "make", "--model", "K40", "--flavour",          "W",    "--version",
             "7",    "--board", "B",   "--output-directory", folder_};
         arguments.insert(arguments.end(), content.begin(), content.end());
-        ASSERT_EQ(runWith(arguments), kXsvfDone) << err_.str();
+        ASSERT_EQ(runWith(arguments), kDone) << err_.str();
         ASSERT_EQ(out_.str(), image_ + "\n");
     }
     void write(const fs::path& path, std::string_view text) {
@@ -43,15 +44,15 @@ class XsvfTool : public testing::Test {
 
 TEST_F(XsvfTool, ListsAssemblesAndChecksAnImage) {
     makeImage({"--date", "2005-11-02"});
-    ASSERT_EQ(runWith({"list", image_, "--output", listing_}), kXsvfDone) << err_.str();
-    ASSERT_EQ(runWith({"list", image_}), kXsvfDone);
+    ASSERT_EQ(runWith({"list", image_, "--output", listing_}), kDone) << err_.str();
+    ASSERT_EQ(runWith({"list", image_}), kDone);
     const auto listing = simulator::readFile(listing_);
     EXPECT_EQ(out_.str(), std::string(listing.begin(), listing.end()));
-    ASSERT_EQ(runWith({"assemble", listing_, "--output", other_}), kXsvfDone) << err_.str();
+    ASSERT_EQ(runWith({"assemble", listing_, "--output", other_}), kDone) << err_.str();
     auto image = simulator::readFile(image_);
     EXPECT_TRUE(simulator::readFile(other_) == image);
 
-    EXPECT_EQ(runWith({"check", other_, image_}), kXsvfFailed);
+    EXPECT_EQ(runWith({"check", other_, image_}), kFailed);
     EXPECT_EQ(err_.str(),
               "xsvf: " + other_ + ": The name does not fit, the content is that of K40W07B.xsv.\n");
     EXPECT_EQ(out_.str(), image_ +
@@ -59,7 +60,7 @@ TEST_F(XsvfTool, ListsAssemblesAndChecksAnImage) {
                               "on a card.\n");
     image[image.size() - 300] ^= 1;  // in the last page, where the image compares it
     simulator::replaceFile(image_, image);
-    EXPECT_EQ(runWith({"check", image_}), kXsvfFailed);
+    EXPECT_EQ(runWith({"check", image_}), kFailed);
     EXPECT_EQ(err_.str(),
               "xsvf: " + image_ + ": offset 0x108044: The comparison fails on a simulated card.\n");
 }
@@ -67,7 +68,7 @@ TEST_F(XsvfTool, ListsAssemblesAndChecksAnImage) {
 TEST_F(XsvfTool, DoesNotJudgeTheNameOfAForeignContent) {
     write(folder_ / "payload", std::string(simulator::kPromBytes, 'x'));
     makeImage({"--payload", folder_ / "payload"});
-    EXPECT_EQ(runWith({"check", image_}), kXsvfDone) << err_.str();
+    EXPECT_EQ(runWith({"check", image_}), kDone) << err_.str();
     EXPECT_NE(out_.str().find("; the content is no configuration that tells whether the name fits.\n"),
               std::string::npos);
 }
@@ -75,7 +76,7 @@ TEST_F(XsvfTool, DoesNotJudgeTheNameOfAForeignContent) {
 TEST_F(XsvfTool, LeavesFilesAloneWhenItFails) {
     write(listing_, "XREPEAT 3\nXSDR 0x12\n");
     write(image_, "old");
-    EXPECT_EQ(runWith({"assemble", listing_, "--output", image_}), kXsvfFailed);
+    EXPECT_EQ(runWith({"assemble", listing_, "--output", image_}), kFailed);
     EXPECT_EQ(err_.str(), "xsvf: " + listing_ +
                               ", line 2: The value \"0x12\" needs 1 byte; the size in force here is 0.\n");
     EXPECT_EQ(simulator::readFile(image_).size(), 3U);
@@ -83,16 +84,16 @@ TEST_F(XsvfTool, LeavesFilesAloneWhenItFails) {
     const std::string pipe = folder_ / "pipe";
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
     for (const std::string& wrong : {std::string(folder_), pipe, other_ + "/none"}) {
-        EXPECT_EQ(runWith({"assemble", listing_, "--output", wrong}), kXsvfFailed) << wrong;
+        EXPECT_EQ(runWith({"assemble", listing_, "--output", wrong}), kFailed) << wrong;
         EXPECT_EQ(err_.str().find("xsvf: " + wrong), 0U) << err_.str();
     }
     EXPECT_TRUE(fs::is_fifo(pipe));
     for (const char* command : {"list", "check"}) {
         for (const std::string& wrong : {std::string(folder_), other_ + "/none"}) {
-            EXPECT_EQ(runWith({command, wrong}), kXsvfFailed) << wrong;
+            EXPECT_EQ(runWith({command, wrong}), kFailed) << wrong;
             EXPECT_EQ(err_.str().find("xsvf: " + wrong + ": could not be "), 0U) << err_.str();
         }
-        EXPECT_EQ(runWith({command}), kXsvfWrongUsage);
+        EXPECT_EQ(runWith({command}), kWrongUsage);
     }
 }
 

@@ -1,4 +1,4 @@
-#include "tools/cardsim/Context.h"
+#include "tools/cardsim/MachineArguments.h"
 
 #include <charconv>
 #include <cstdint>

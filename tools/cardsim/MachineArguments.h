@@ -1,22 +1,15 @@
 #pragma once
 
-// What the commands share: where they write, how they end, and how a command line names a machine's card.
+// How a command line names a machine and a card of it.
 
 #include <CLI/CLI.hpp>
 #include <cstddef>
 #include <memory>
-#include <ostream>
 #include <string>
 
 #include "simulator/MachineDirectory.h"
-#include "tools/cardsim/CardSim.h"
 
 namespace cardsim {
-
-struct Context {
-    std::ostream& out;
-    ExitCode exitCode = kDone;  // of a command that did what it should
-};
 
 // The machine in a folder, as it was left. Throws MachineError.
 [[nodiscard]] std::unique_ptr<simulator::MachineDirectory> openMachine(const std::string& folder);

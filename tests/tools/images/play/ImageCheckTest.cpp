@@ -2,6 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <iterator>
+#include <numeric>
+#include <random>
+
+#include "simulator/FpgaConfiguration.h"
+#include "tools/images/FirmwareImage.h"
 #include "tools/images/ListingReader.h"
 
 namespace {
@@ -62,6 +69,33 @@ TEST(ImageCheck, findsTheFirstFault) {
     const auto tooLong = tools::checkImage(std::get<std::vector<uint8_t>>(tools::imageOf(hours)));
     EXPECT_EQ(tooLong.fault.value().reason,
               "By the end of XSIR the image has taken more than an hour on a card.");
+}
+
+// What is programmed is compared with what is read back, so no single byte can put something else into the
+// PROM unnoticed: not in the commands before the first page, and not at places all over the image.
+TEST(ImageCheck, passesADamagedImageOnlyIfItWritesTheSame) {
+    const simulator::FpgaConfiguration content{0x21, 1, 'M', 12, 0x6311};
+    auto image = tools::makeFirmwareImage(
+        std::span<const uint8_t, simulator::kPromBytes>(simulator::encodeConfiguration(content)));
+    std::mt19937 random;
+    std::vector<std::size_t> places(60);
+    std::iota(places.begin(), places.end(), 0);
+    std::generate_n(std::back_inserter(places), 5, [&] { return random() % image.size(); });
+    std::size_t refused = 0;
+    for (const std::size_t place : places) {
+        const auto change = static_cast<uint8_t>(1 + random() % 255);
+        image[place] ^= change;
+        const auto report = tools::checkImage(image);
+        image[place] ^= change;
+        refused += report.fault ? 1 : 0;
+        if (report.fault) {
+            EXPECT_LE(report.fault->offset, image.size()) << place;
+        } else {
+            EXPECT_EQ(report.configuration, content) << place << " by " << int{change};
+        }
+    }
+    EXPECT_GT(refused, places.size() / 2);
+    EXPECT_EQ(tools::checkImage(image).configuration, content);
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include "hw/ApplicationHooks.h"
 #include "hw/JtagPort.h"
 #include "hw/PromOperations.h"
+#include "platform/CardDriver.h"
 #include "simulator/DefaultMachine.h"
 #include "simulator/SimulatedHost.h"
 
@@ -91,8 +92,7 @@ void simulatedUpdate(benchmark::State& state) {
     simulator::SimulatedHost host(machine, {});
     InstallHost(&host);
     gSerialNumber = machine.card(0).identity();
-    const auto connection =
-        host.openService(host.servicesOfClass(simulator::SimulatedHost::kServiceClass).at(0));
+    const auto connection = host.openService(host.servicesOfClass(card_driver::kServiceClass).at(0));
     gpRegisters = static_cast<uint32_t*>(host.mapMemory(connection.value(), 0).value().base);
     gbSwap = 0;
     for (auto _ : state) {

@@ -6,12 +6,7 @@
 
 namespace {
 
-constexpr char kServiceClass[] = "com_VornLabs_driver_VornMxDevice";
 constexpr uint32_t kConnectionType = 0;
-
-// The driver's information method answers with two NUL-terminated texts, one after the other.
-constexpr uint32_t kInformationMethod = 0;
-constexpr IOByteCount kInformationBytes = 2 * kCardTextBytes;
 
 // Stores an iterator over the cards' services, owned by the caller.
 bool matchCards(io_iterator_t* iterator) {
@@ -19,8 +14,8 @@ bool matchCards(io_iterator_t* iterator) {
     if (IOMasterPort(MACH_PORT_NULL, &masterPort) != kIOReturnSuccess) {
         return false;
     }
-    return IOServiceGetMatchingServices(masterPort, IOServiceMatching(kServiceClass), iterator) ==
-           kIOReturnSuccess;
+    return IOServiceGetMatchingServices(masterPort, IOServiceMatching(card_driver::kServiceClass),
+                                        iterator) == kIOReturnSuccess;
 }
 
 // The iterator's service at a position, owned by the caller, or 0 when it has none; those before it are
@@ -55,8 +50,8 @@ bool mapRequestedRanges(io_connect_t connection, void** base0, uint32_t* size0, 
 }
 
 bool askForInformation(io_connect_t connection, char* reply) {
-    IOByteCount size = kInformationBytes;
-    return IOConnectMethodScalarIStructureO(connection, kInformationMethod, 0, &size, reply) ==
+    IOByteCount size = card_driver::kInformationBytes;
+    return IOConnectMethodScalarIStructureO(connection, card_driver::kInformationMethod, 0, &size, reply) ==
            kIOReturnSuccess;
 }
 
@@ -73,7 +68,7 @@ uint32_t GetNumberOfCardsInstalled() {
         const kern_return_t opened = IOServiceOpen(service, mach_task_self(), kConnectionType, &connection);
         IOObjectRelease(service);
         if (opened == kIOReturnSuccess) {
-            char information[kInformationBytes];
+            char information[card_driver::kInformationBytes];
             askForInformation(connection, information);
             ++count;
             IOServiceClose(connection);
@@ -108,14 +103,14 @@ void CloseCard(uint32_t connection) {
 }
 
 int GetCardInformation(uint32_t connection, char* name, char* location) {
-    char information[kInformationBytes] = {};
+    char information[card_driver::kInformationBytes] = {};
     if (!askForInformation(connection, information)) {
         return 0;
     }
     // A driver terminates both texts; one that does not must not hand out texts without an end.
     information[kCardTextBytes - 1] = '\0';
-    information[kInformationBytes - 1] = '\0';
+    information[card_driver::kInformationBytes - 1] = '\0';
     std::memcpy(name, information, kCardTextBytes);
-    std::memcpy(location, information + kCardTextBytes, kCardTextBytes);
+    std::memcpy(location, information + card_driver::kLocationAt, kCardTextBytes);
     return 1;
 }

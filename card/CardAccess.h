@@ -4,8 +4,10 @@
 
 #include <cstdint>
 
+#include "platform/CardDriver.h"
+
 // Each of a card's two description strings, terminating NUL included.
-constexpr int kCardTextBytes = 256;
+constexpr int kCardTextBytes = card_driver::kTextBytes;
 
 // How many cards can be opened. A card counts when it opens, even when its driver then refuses to describe
 // it. 0 when there is no driver.

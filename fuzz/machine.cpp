@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "fuzz/Require.h"
+#include "platform/CardDriver.h"
 #include "simulator/MachineError.h"
 #include "simulator/SimulatedHost.h"
 #include "simulator/StoredMachine.h"
@@ -30,7 +31,7 @@ PromCells cellsOf(const StoredMachine::Card& card, std::string_view content) {
 // What a driver does with whatever cards there are.
 void use(Machine& machine) {
     SimulatedHost host(machine, {});
-    for (const uint64_t service : host.servicesOfClass(SimulatedHost::kServiceClass)) {
+    for (const uint64_t service : host.servicesOfClass(card_driver::kServiceClass)) {
         const auto connection = host.openService(service);
         const auto range = connection ? host.mapMemory(*connection, 0) : std::nullopt;
         if (!range)

@@ -10,6 +10,7 @@
 #include "fuzz/Require.h"
 #include "hw/ApplicationHooks.h"
 #include "hw/JtagPort.h"
+#include "platform/CardDriver.h"
 #include "simulator/Machine.h"
 #include "simulator/SimulatedHost.h"
 #include "xsvf/JtagPort.h"
@@ -45,7 +46,7 @@ class Bench {
             [this](std::size_t, std::span<const uint8_t>) { cellsChanged_ = true; });
         machine_.powerOn();
         const auto connection =
-            impatient_.openService(impatient_.servicesOfClass(SimulatedHost::kServiceClass).at(0));
+            impatient_.openService(impatient_.servicesOfClass(card_driver::kServiceClass).at(0));
         gpRegisters = static_cast<uint32_t*>(impatient_.mapMemory(connection.value(), 0).value().base);
         std::memset(buffer_.get() + kLongestImage, kGuardByte, kGuardBytes);
     }

@@ -60,9 +60,8 @@ class Host {
     // Nothing when the range cannot be mapped.
     virtual std::optional<MappedRange> mapMemory(uint32_t connection, uint32_t memoryType) = 0;
 
-    // Calls a driver method that takes no input and answers with a structure: method 0 fills 512 bytes, a
-    // NUL-terminated card name at 0 and a NUL-terminated location at 256. Returns how many bytes of the reply
-    // were filled, or nothing, leaving the reply alone, when the driver refuses.
+    // Calls a driver method that takes no input and answers with a structure (platform/CardDriver.h). Returns
+    // how many bytes of the reply were filled, or nothing, leaving the reply alone, when the driver refuses.
     virtual std::optional<std::size_t> callMethod(uint32_t connection, uint32_t method,
                                                   std::span<uint8_t> reply) = 0;
 

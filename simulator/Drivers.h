@@ -9,10 +9,9 @@
 #include <string>
 #include <string_view>
 
-namespace simulator {
+#include "platform/CardDriver.h"
 
-// The class of the services that the cards' drivers publish.
-constexpr std::string_view kCardServiceClass = "com_VornLabs_driver_VornMxDevice";
+namespace simulator {
 
 enum class PrivateDriverFault { none, doesNotLoad, publishesNothing };
 
@@ -34,7 +33,7 @@ struct Drivers {
 
     // Whether the cards publish services of a class.
     [[nodiscard]] bool publish(std::string_view serviceClass) const {
-        return (resident && serviceClass == kCardServiceClass) ||
+        return (resident && serviceClass == card_driver::kServiceClass) ||
                (privateDriverFault != PrivateDriverFault::publishesNothing &&
                 std::ranges::any_of(loaded, [serviceClass](const auto& entry) {
                     return entry.second.serviceClass == serviceClass && entry.second.secondsToAttach == 0;

@@ -5,6 +5,7 @@
 #include <string>
 #include <utility>
 
+#include "platform/CardDriver.h"
 #include "simulator/ChildProcess.h"
 
 namespace simulator {
@@ -14,12 +15,7 @@ namespace {
 constexpr uint64_t kFirstService = 0x1'0000'0001;
 constexpr uint32_t kFirstConnection = 0x1'0001;
 
-constexpr uint32_t kInformationMethod = 0;
-constexpr std::size_t kInformationBytes = 512;
-constexpr std::size_t kLocationAt = 256;
-constexpr std::size_t kTextBytes = 256;
-
-// Copies a text, cut where necessary, and fills what is left of its 256 bytes with NUL.
+// Copies a text, cut where necessary, and fills what is left of its bytes with NUL.
 void putText(std::span<uint8_t> field, std::string_view text) {
     std::ranges::fill(field, uint8_t{0});
     std::ranges::copy(text.substr(0, field.size() - 1), field.begin());
@@ -49,7 +45,7 @@ std::vector<uint64_t> SimulatedHost::servicesOfClass(std::string_view className)
 }
 
 std::optional<uint32_t> SimulatedHost::openService(uint64_t service) {
-    const auto published = servicesOfClass(kServiceClass);
+    const auto published = servicesOfClass(card_driver::kServiceClass);
     if (std::ranges::find(published, service) == published.end())
         return std::nullopt;
     Card& card = machine_.card(static_cast<std::size_t>(service - kFirstService));
@@ -95,13 +91,14 @@ std::optional<Host::MappedRange> SimulatedHost::mapMemory(uint32_t connection, u
 std::optional<std::size_t> SimulatedHost::callMethod(uint32_t connection, uint32_t method,
                                                      std::span<uint8_t> reply) {
     const auto found = connections_.find(connection);
-    if (found == connections_.end() || !found->second->running() || method != kInformationMethod ||
-        reply.size() < kInformationBytes || found->second->faults().hasStruck(FaultKind::serviceSilent))
+    if (found == connections_.end() || !found->second->running() ||
+        method != card_driver::kInformationMethod || reply.size() < card_driver::kInformationBytes ||
+        found->second->faults().hasStruck(FaultKind::serviceSilent))
         return std::nullopt;
     const Board& board = found->second->board();
-    putText(reply.first(kTextBytes), board.name);
-    putText(reply.subspan(kLocationAt, kTextBytes), board.location);
-    return kInformationBytes;
+    putText(reply.first(card_driver::kTextBytes), board.name);
+    putText(reply.subspan(card_driver::kLocationAt, card_driver::kTextBytes), board.location);
+    return card_driver::kInformationBytes;
 }
 
 // The ordinary case needs no stack frame; everything else is a call at the very end.
@@ -182,7 +179,7 @@ bool SimulatedHost::runPrivilegedTool(const std::string& tool, const std::vector
 }
 
 void SimulatedHost::closeOrphanedConnections() {
-    if (machine_.drivers().publish(kServiceClass))
+    if (machine_.drivers().publish(card_driver::kServiceClass))
         return;
     while (!connections_.empty())
         closeConnection(connections_.begin()->first);

@@ -20,8 +20,6 @@ namespace simulator {
 
 class SimulatedHost final : public Host {
   public:
-    static constexpr std::string_view kServiceClass = kCardServiceClass;
-
     // Asks whoever sits at the machine for the administrator's right; true when it is granted.
     using AdministratorPrompt = std::function<bool()>;
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/CardDriver.h"
 #include "tests/simulator/Probe.h"
 
 namespace simulator {
@@ -9,7 +10,7 @@ namespace simulator {
 class CardTest : public ProbedMachineTest {
   protected:
     uint32_t* map(std::size_t index, uint32_t memoryType = 0) {
-        const auto connection = host_.openService(host_.servicesOfClass(SimulatedHost::kServiceClass)[index]);
+        const auto connection = host_.openService(host_.servicesOfClass(card_driver::kServiceClass)[index]);
         return static_cast<uint32_t*>(host_.mapMemory(connection.value(), memoryType).value().base);
     }
 };
@@ -62,7 +63,7 @@ TEST(CardPowerUpTest, TakesOnlyAConfigurationThatFits) {
         machine.powerOn();
         EXPECT_EQ(good.running(), fitting);
         EXPECT_FALSE(foreign.running());
-        EXPECT_EQ(SimulatedHost(machine, {}).servicesOfClass(SimulatedHost::kServiceClass).size(), 1U);
+        EXPECT_EQ(SimulatedHost(machine, {}).servicesOfClass(card_driver::kServiceClass).size(), 1U);
     }
 }
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "platform/CardDriver.h"
 #include "simulator/MachineDirectory.h"
 #include "tests/simulator/Probe.h"
 #include "tests/support/TemporaryDirectory.h"
@@ -17,7 +18,7 @@ class FaultTest : public ProbedMachineTest {
         const auto bytes = card().cells().bytesOf(PromCells::page(page));
         return {bytes.begin(), bytes.end()};
     }
-    std::size_t services(Host& host) { return host.servicesOfClass(SimulatedHost::kServiceClass).size(); }
+    std::size_t services(Host& host) { return host.servicesOfClass(card_driver::kServiceClass).size(); }
 };
 
 // What TDO shows, in either byte order, and whether TDI still reaches the PROM.

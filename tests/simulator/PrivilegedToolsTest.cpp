@@ -5,6 +5,7 @@
 
 #include <fstream>
 
+#include "platform/CardDriver.h"
 #include "simulator/DefaultMachine.h"
 #include "simulator/MachineDirectory.h"
 #include "simulator/SimulatedHost.h"
@@ -21,7 +22,7 @@ class PrivilegedToolsTest : public testing::Test {
         addDefaultCards(machine_);
         machine_.drivers().resident = false;
         machine_.powerOn();
-        writeBundle(kCardServiceClass);
+        writeBundle(card_driver::kServiceClass);
     }
 
     void writeBundle(std::string_view serviceClass) {
@@ -48,7 +49,7 @@ class PrivilegedToolsTest : public testing::Test {
     // The cards that a driver shows once it has had its time.
     std::size_t cards() {
         host_.sleepSeconds(Drivers::kSecondsToAttach);
-        return host_.servicesOfClass(kCardServiceClass).size();
+        return host_.servicesOfClass(card_driver::kServiceClass).size();
     }
 
     TemporaryDirectory directory_;
@@ -62,9 +63,9 @@ TEST_F(PrivilegedToolsTest, ADriverShowsTheCardsFromLoadingToUnloading) {
     EXPECT_EQ(chown("root:wheel"), 0);
     EXPECT_EQ(load(), 0);
     host_.sleepSeconds(Drivers::kSecondsToAttach - 1);
-    EXPECT_TRUE(host_.servicesOfClass(kCardServiceClass).empty()) << "not attached yet";
+    EXPECT_TRUE(host_.servicesOfClass(card_driver::kServiceClass).empty()) << "not attached yet";
     EXPECT_EQ(cards(), 4U);
-    ASSERT_TRUE(host_.mapMemory(*host_.openService(host_.servicesOfClass(kCardServiceClass)[0]), 0));
+    ASSERT_TRUE(host_.mapMemory(*host_.openService(host_.servicesOfClass(card_driver::kServiceClass)[0]), 0));
     EXPECT_EQ(unload(), 0);
     EXPECT_EQ(cards(), 0U);
     EXPECT_EQ(host_.liveMappings(), 0U) << "what was opened through the driver goes with it";
@@ -80,7 +81,7 @@ TEST_F(PrivilegedToolsTest, OnlyAWellFormedBundleOfRootIsLoaded) {
     EXPECT_EQ(chown("root:wheel"), 0);
     EXPECT_EQ(run("/bin/rm", {"-rf", bundle_}), 0);
     EXPECT_EQ(chown("root:wheel"), 1) << "it is gone";
-    writeBundle(kCardServiceClass);
+    writeBundle(card_driver::kServiceClass);
     EXPECT_EQ(load(), 1) << "new files, the user's again";
     EXPECT_EQ(chown("root:wheel"), 0);
     writeBundle("");
@@ -104,17 +105,17 @@ TEST_F(PrivilegedToolsTest, ALoadedDriverLastsFromRunToRunUntilThePowerIsOff) {
         const auto directory = MachineDirectory::create(folder);
         directory->machine().drivers().resident = false;
         directory->machine().powerOn();
-        directory->machine().drivers().loaded["some"] = {std::string(kCardServiceClass), 1};
+        directory->machine().drivers().loaded["some"] = {std::string(card_driver::kServiceClass), 1};
         directory->save();
     }
     const auto directory = MachineDirectory::open(folder, MachineDirectory::OnOpening::powerUp);
     Drivers& drivers = directory->machine().drivers();
-    EXPECT_FALSE(drivers.publish(kCardServiceClass));
+    EXPECT_FALSE(drivers.publish(card_driver::kServiceClass));
     drivers.letPass(1);
-    EXPECT_TRUE(drivers.publish(kCardServiceClass));
+    EXPECT_TRUE(drivers.publish(card_driver::kServiceClass));
     directory->machine().powerOff();
     directory->machine().powerOn();
-    EXPECT_FALSE(drivers.publish(kCardServiceClass));
+    EXPECT_FALSE(drivers.publish(card_driver::kServiceClass));
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include <span>
 #include <vector>
 
+#include "platform/CardDriver.h"
 #include "simulator/DefaultMachine.h"
 #include "simulator/Prom.h"
 #include "simulator/SimulatedHost.h"
@@ -24,8 +25,7 @@ class Probe {
 
     // Opens and maps one of the machine's services.
     explicit Probe(Host& host, std::size_t index = 0) : host_(host) {
-        const auto connection =
-            host.openService(host.servicesOfClass(SimulatedHost::kServiceClass).at(index));
+        const auto connection = host.openService(host.servicesOfClass(card_driver::kServiceClass).at(index));
         base_ = static_cast<uint32_t*>(host.mapMemory(connection.value(), 0).value().base);
         swap_ = (host.loadWord(base_) & 0xFFFF) != 0x564F;
     }

@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "platform/CardDriver.h"
 #include "platform/Host.h"
 
 class FakeHost : public Host {
@@ -39,7 +40,7 @@ class FakeHost : public Host {
 
     std::filesystem::path bundle;
     std::vector<Card> cards;
-    std::string serviceClass = "com_VornLabs_driver_VornMxDevice";
+    std::string serviceClass = card_driver::kServiceClass;
     // One window, shared by all cards: what a word's four bytes hold, the one at the lowest address first.
     std::array<uint32_t, windowWords> window = {};
     std::vector<Access> accesses;

@@ -5,6 +5,7 @@
 #include "card/Registers.h"
 #include "hw/ApplicationHooks.h"
 #include "hw/JtagPort.h"
+#include "platform/CardDriver.h"
 #include "simulator/SimulatedHost.h"
 #include "tests/support/AllocationCounter.h"
 
@@ -27,7 +28,7 @@ TEST(FirmwareImage, replacesWhatAPromHoldsAndAllocatesNothing) {
         machine.powerOn();
         simulator::SimulatedHost host(machine, {});
         InstallHost(&host);
-        const auto connection = host.openService(host.servicesOfClass(host.kServiceClass).at(0));
+        const auto connection = host.openService(host.servicesOfClass(card_driver::kServiceClass).at(0));
         gpRegisters = static_cast<uint32_t*>(host.mapMemory(connection.value(), 0).value().base);
 
         image[image.size() - 300] ^= otherExpectation ? 1 : 0;  // in the last page

@@ -64,7 +64,7 @@ void CUpdaterApp::RegisterClasses() {
     URegistrar::RegisterClass<LProgressBar>();
     URegistrar::RegisterClass<LCaption>();
     URegistrar::RegisterClass<LEditField>();
-    URegistrar::RegisterClass<LDialogBox>();  // once more changes nothing
+    URegistrar::RegisterClass<LDialogBox>();  // a second time, which changes nothing
     URegistrar::RegisterClass<LStdButton>();
     UControlRegistry::RegisterAMClasses();
 }

@@ -85,6 +85,7 @@ bool CUpdaterApp::ReadCardRegisters(uint16_t& outFirmwareVersion) {
     gusPCBRev = readLowHalf(kBoardRevisionRegister);
     outFirmwareVersion = readLowHalf(kFirmwareVersionRegister);
     const uint16_t firmwareDate = readLowHalf(kFirmwareDateRegister);
+    // Part of the sequence of reads that cards are known to take; nothing is made of its value.
     readLowHalf(kReservedRegister);
 
     SetWindowItemText(mMainWindow, kModelPane, ModelName(gusDeviceID).c_str());
@@ -126,7 +127,7 @@ bool CUpdaterApp::ReadCardIdentity() {
 
 void CUpdaterApp::ChooseFirmwareForCard(uint8_t firmwareVersion) {
     ChooseFirmware(gusDeviceID, gusPCBRev);
-    if (gNewFirmware == -1) {
+    if (gNewFirmware == kNoFirmware) {
         ShowAlert("Error", "Unable to determine New Firmware Version!");
         gusNewFirmwareRev = 0;
         return;

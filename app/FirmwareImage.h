@@ -5,8 +5,6 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
-#include <string>
-#include <utility>
 
 // The guard after an image. No command has this code. As an operand it does the least harm: the state it
 // names can be moved to, the instruction that it spells is one that neither device on the chain acts on, and

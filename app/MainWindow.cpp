@@ -43,7 +43,8 @@ void CUpdaterApp::PopulateCardsPopup(LWindow* window) {
             CopyCStringToPascal(FormatText("%s in %s", name, location).c_str(), item);
             popup->AppendMenu(item, true);
         }
-        // The index, not the connection: the connections opened here stay open until the process ends.
+        // The index, not the connection, so this closes nothing: the connections opened here stay open until
+        // the process ends.
         CloseCard(static_cast<uint32_t>(index));
     }
 }

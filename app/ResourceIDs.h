@@ -1,6 +1,7 @@
 #pragma once
 
-// The layouts that the program shows, by the numbers in their file names.
+// The updater's layouts, by the numbers in their file names. Those that every program has, the menu bar and
+// the About box, the framework knows itself: menubar-128 and dialog-128.
 
 #include "framework/core/FourCharCode.h"
 

@@ -27,7 +27,7 @@ bool confirmUpdate() {
 }  // namespace
 
 void CUpdaterApp::UpdateFirmware() {
-    if (gNewFirmware == -1) {
+    if (gNewFirmware == kNoFirmware) {
         ShowAlert("Error", "Could not find suitable firmware for the selected card.");
         return;
     }

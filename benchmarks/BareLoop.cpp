@@ -9,9 +9,9 @@ namespace benchmarks {
 
 void makeAccesses(const Accesses& accesses) {
     uint32_t* const output = RegisterAt(kJtagOutputRegister);
-    for (uint64_t write = 0; write < accesses.writes; ++write)
+    for (uint64_t store = 0; store < accesses.stores; ++store)
         MacWriteULONG(output, 0);
-    for (uint64_t read = 0; read < accesses.reads; ++read)
+    for (uint64_t load = 0; load < accesses.loads; ++load)
         MacReadULONG(output);
 }
 

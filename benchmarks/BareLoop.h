@@ -7,8 +7,8 @@
 namespace benchmarks {
 
 struct Accesses {
-    uint64_t reads = 0;
-    uint64_t writes = 0;
+    uint64_t loads = 0;
+    uint64_t stores = 0;
 };
 
 // So many accesses of the open card's JTAG output register.

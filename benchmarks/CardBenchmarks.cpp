@@ -38,11 +38,11 @@ class CountingHost final : public PlainMemoryHost {
     Accesses accesses;
 
     uint32_t loadWord(const uint32_t* address) override {
-        ++accesses.reads;
+        ++accesses.loads;
         return PlainMemoryHost::loadWord(address);
     }
     void storeWord(uint32_t* address, uint32_t word) override {
-        ++accesses.writes;
+        ++accesses.stores;
         PlainMemoryHost::storeWord(address, word);
     }
 };
@@ -70,8 +70,8 @@ void bareLoop(benchmark::State& state) {
     use(plainMemory);
     for (auto _ : state)
         makeAccesses(accesses);
-    state.counters[kReads] = static_cast<double>(accesses.reads);
-    state.counters[kWrites] = static_cast<double>(accesses.writes);
+    state.counters[kLoads] = static_cast<double>(accesses.loads);
+    state.counters[kStores] = static_cast<double>(accesses.stores);
 }
 
 void playerOverPlainMemory(benchmark::State& state) {

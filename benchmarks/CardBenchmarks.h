@@ -4,7 +4,6 @@
 
 #include <cstddef>
 #include <string>
-#include <vector>
 
 namespace benchmarks {
 
@@ -14,8 +13,8 @@ constexpr const char* kPlayer = "player over plain memory";
 constexpr const char* kSimulatedUpdate = "simulated update";
 
 // Counters of the bare loop.
-constexpr const char* kReads = "reads";
-constexpr const char* kWrites = "writes";
+constexpr const char* kLoads = "loads";
+constexpr const char* kStores = "stores";
 
 // An image of this size over plain memory, and the counter that holds the image's true size in bytes.
 [[nodiscard]] std::string imageName(std::size_t bytes);

@@ -87,7 +87,7 @@ void RatioTable::Finalize() {
     for (const auto& [name, least] : least_)
         std::printf("  %-26s %9.2f ms\n", name.c_str(), least.seconds * 1e3);
     const auto& accesses = least_.at(kBareLoop).counters;
-    std::printf("  accesses: %.0f reads, %.0f writes\n", accesses.at(kReads), accesses.at(kWrites));
+    std::printf("  accesses: %.0f loads, %.0f stores\n", accesses.at(kLoads), accesses.at(kStores));
 }
 
 void RatioTable::printRow(const std::string& what, double ratio, double goal) {

@@ -15,7 +15,6 @@
 
 namespace {
 
-constexpr char kAdministratorRight[] = "system.privilege.admin";
 constexpr AuthorizationFlags kAskForRight =
     kAuthorizationFlagInteractionAllowed | kAuthorizationFlagExtendRights | kAuthorizationFlagPreAuthorize;
 
@@ -133,7 +132,7 @@ void freeAuthorization(AuthorizationRef* ref) {
 
 int32_t Authenticate(AuthorizationRef* ref) {
     *ref = nullptr;
-    AuthorizationItem item = {kAdministratorRight, 0, nullptr, 0};
+    AuthorizationItem item = {kAuthorizationRightAdministrator, 0, nullptr, 0};
     const AuthorizationRights rights = {1, &item};
     if (AuthorizationCreate(nullptr, kAuthorizationEmptyEnvironment, kAskForRight, ref) !=
         errAuthorizationSuccess) {

@@ -32,15 +32,19 @@ function(add_program name)
     set_project_warnings(${name})
 endfunction()
 
-# The tests of one room: every .cpp in the current folder, one executable named <room>_tests.
+# The tests of one room: every .cpp in the current folder, one executable named <room>_tests. With OWN_MAIN one of the
+# files brings the main function.
 #
 #   add_room_tests(card LINKS card)
 function(add_room_tests room)
-    cmake_parse_arguments(ROOM "" "" "LINKS" ${ARGN})
+    cmake_parse_arguments(ROOM "OWN_MAIN" "" "LINKS" ${ARGN})
     file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
     add_executable(${room}_tests ${sources})
     target_include_directories(${room}_tests PRIVATE ${PROJECT_SOURCE_DIR})
     target_link_libraries(${room}_tests PRIVATE ${ROOM_LINKS} GTest::gtest)
+    if(NOT ROOM_OWN_MAIN)
+        target_link_libraries(${room}_tests PRIVATE GTest::gtest_main)
+    endif()
     set_project_warnings(${room}_tests)
     gtest_discover_tests(${room}_tests DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 300
         ENVIRONMENT "QT_QPA_PLATFORM=offscreen")

@@ -12,8 +12,6 @@
 
 namespace {
 
-constexpr uint16_t kNoVersion = 0xFFFF;
-
 void enter(int32_t index, std::string_view name) {
     std::memset(gszResourceNames[index], 0, kResourceNameBytes);
     std::memcpy(gszResourceNames[index], name.data(),
@@ -22,7 +20,7 @@ void enter(int32_t index, std::string_view name) {
 
 void checkChoice(uint16_t model, uint16_t board) {
     ChooseFirmware(model, board);
-    if (gNewFirmware == -1) {
+    if (gNewFirmware == kNoFirmware) {
         require(gusNewFirmwareRev == kNoVersion, "no image has no version");
         return;
     }
@@ -69,7 +67,7 @@ void checkMadeName(const uint8_t* data) {
     require(gusNewFirmwareRev == version, "its version is the one it was made with");
     require(FirmwareByteOrderLetter(gszResourceNames[0]) == letter, "so is its byte order");
     ChooseFirmware(model.code, static_cast<uint16_t>(board + 1));
-    require(gNewFirmware == -1, "it is not chosen for another board");
+    require(gNewFirmware == kNoFirmware, "it is not chosen for another board");
 }
 
 }  // namespace

@@ -5,6 +5,7 @@
 #include "app/logic/CardIdentity.h"
 #include "app/logic/CardModel.h"
 #include "fuzz/Require.h"
+#include "hw/PromOperations.h"
 
 namespace {
 

@@ -10,9 +10,6 @@ namespace {
 constexpr int32_t kSilent = -1;
 constexpr int32_t kTraceFirmware = 1;
 
-constexpr uint32_t kNoIdentity = 0;
-constexpr uint32_t kBlankIdentity = 0x7FFFFFFF;
-
 // Plays a copy: the port takes writable bytes.
 template <typename Program>
 void playSilently(tagSXsvfInfo* info, Program program) {
@@ -82,7 +79,7 @@ uint16_t WriteSerialNumber(uint32_t identity) {
 
 uint16_t ProgramConfigProm(uint8_t* image, uint32_t length) {
     const uint32_t identity = gSerialNumber;
-    if (identity == kBlankIdentity || identity == kNoIdentity) {
+    if (IsBlankIdentity(identity)) {
         ShowAlert("Error", "Serial Number is blank!");
     }
 

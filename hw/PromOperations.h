@@ -3,9 +3,16 @@
 // What the updater does with the open card's configuration PROM. Each operation plays XSVF on the card's JTAG
 // chain and returns when it has been played; gpRegisters must point at the card.
 //
-// The identity lives in the PROM's user code. A blank user code reads as 0x7FFFFFFF, and bit 31 always as 0.
+// The identity lives in the PROM's user code, of which bit 31 always reads as 0.
 
 #include <cstdint>
+
+// The two words that stand for no identity; the second is what an erased user code reads as.
+constexpr uint32_t kNoIdentity = 0;
+constexpr uint32_t kErasedIdentity = 0x7FFFFFFF;
+constexpr bool IsBlankIdentity(uint32_t identity) {
+    return identity == kNoIdentity || identity == kErasedIdentity;
+}
 
 // Sets the PROM's protection bits. Returns 0, or 1 when the chain did not answer as it should.
 uint16_t ProtectEEPROM();

@@ -72,7 +72,7 @@ constexpr auto enterAndReadUserCode = [](auto& xsvf) {
     xsvf.XSDRTDO(kBlankUserCode, kBypassBitAsOne);
 };
 
-constexpr auto kProtect = assembleXsvf<169>([](auto& xsvf) {
+constexpr auto kProtect = assembleXsvf<kProtectProgramSize>([](auto& xsvf) {
     xsvf.XREPEAT(0);
     xsvf.XSTATE(kTapTestLogicReset);
     xsvf.XSTATE(kTapRunTestIdle);
@@ -113,7 +113,7 @@ constexpr auto kProtect = assembleXsvf<169>([](auto& xsvf) {
     xsvf.XCOMPLETE();
 });
 
-constexpr auto kRead = assembleXsvf<104>([](auto& xsvf) {
+constexpr auto kRead = assembleXsvf<kReadProgramSize>([](auto& xsvf) {
     xsvf.XREPEAT(8);
     xsvf.XSTATE(kTapRunTestIdle);
     xsvf.XRUNTEST(0);
@@ -128,7 +128,7 @@ constexpr auto kRead = assembleXsvf<104>([](auto& xsvf) {
     xsvf.XCOMPLETE();
 });
 
-constexpr auto kWrite = assembleXsvf<310>([](auto& xsvf) {
+constexpr auto kWrite = assembleXsvf<kWriteProgramSize>([](auto& xsvf) {
     const auto programUserCode = [&](uint64_t addressMask, uint64_t expectedAddress, uint32_t waitAfter) {
         instruction(xsvf, kPromAddress);
         xsvf.XSDRSIZE(kAddressBits);
@@ -174,9 +174,9 @@ constexpr bool holds(std::size_t offset, uint64_t number) {
     return true;
 }
 
-static_assert(kProtect.size == 169);
-static_assert(kRead.size == 104);
-static_assert(kWrite.size == 310);
+static_assert(kProtect.size == kProtectProgramSize);
+static_assert(kRead.size == kReadProgramSize);
+static_assert(kWrite.size == kWriteProgramSize);
 static_assert(holds(kIdentityOffsets[0], kBlankUserCode));
 static_assert(holds(kIdentityOffsets[1], kBlankUserCode));
 static_assert(holds(kIdentityOffsets[2], kBlankUserCode));
@@ -184,11 +184,11 @@ static_assert(holds(kIdentityOffsets[3], kWholeUserCode));
 
 }  // namespace
 
-constexpr std::array<uint8_t, 169> kProtectProgram = kProtect.bytes;
-constexpr std::array<uint8_t, 104> kReadProgram = kRead.bytes;
-constexpr std::array<uint8_t, 310> kWriteProgram = kWrite.bytes;
+constexpr std::array<uint8_t, kProtectProgramSize> kProtectProgram = kProtect.bytes;
+constexpr std::array<uint8_t, kReadProgramSize> kReadProgram = kRead.bytes;
+constexpr std::array<uint8_t, kWriteProgramSize> kWriteProgram = kWrite.bytes;
 
-void PatchIdentity(std::span<uint8_t, 310> program, uint32_t identity) {
+void PatchIdentity(std::span<uint8_t, kWriteProgramSize> program, uint32_t identity) {
     const uint64_t shifted = uint64_t{identity} << 1;
     for (const std::size_t offset : kIdentityOffsets) {
         for (std::size_t index = 0; index < kUserCodeBytes; ++index) {

@@ -22,18 +22,23 @@ constexpr uint16_t kPromProgram = 0x1D5F;
 constexpr uint16_t kPromControlData = 0x1E7F;
 constexpr uint16_t kPromControlRead = 0x1C5F;
 
+// Bytes.
+constexpr std::size_t kProtectProgramSize = 169;
+constexpr std::size_t kReadProgramSize = 104;
+constexpr std::size_t kWriteProgramSize = 310;
+
 // Checks the identification code, then sets the protection bits.
-extern const std::array<uint8_t, 169> kProtectProgram;
+extern const std::array<uint8_t, kProtectProgramSize> kProtectProgram;
 
 // Captures the user code in a comparison that no working chain can pass: command kReadUserCodeCommand expects
 // the FPGA's bypass bit as 1. A run that stops there, with a kUserCodeBytes long expected value, holds the
 // user code in its captured value, bit 0 being the bypass bit.
-extern const std::array<uint8_t, 104> kReadProgram;
+extern const std::array<uint8_t, kReadProgramSize> kReadProgram;
 constexpr int32_t kReadUserCodeCommand = 20;
 constexpr int16_t kUserCodeBytes = 5;
 
 // Programs the user code three times and verifies it; PatchIdentity puts in the identity.
-extern const std::array<uint8_t, 310> kWriteProgram;
+extern const std::array<uint8_t, kWriteProgramSize> kWriteProgram;
 
 // Where the identity goes in kWriteProgram: the data of the three program steps, then the mask of the verify
 // step. As a mask it compares exactly the bits that are 1 in the identity, against an expectation of all ones
@@ -41,4 +46,4 @@ extern const std::array<uint8_t, 310> kWriteProgram;
 constexpr std::array<std::size_t, 4> kIdentityOffsets = {78, 138, 198, 275};
 
 // Puts an identity into all four fields of a copy of kWriteProgram.
-void PatchIdentity(std::span<uint8_t, 310> program, uint32_t identity);
+void PatchIdentity(std::span<uint8_t, kWriteProgramSize> program, uint32_t identity);

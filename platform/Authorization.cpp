@@ -11,7 +11,6 @@
 
 namespace {
 
-constexpr char kAdministratorRight[] = "system.privilege.admin";
 constexpr AuthorizationFlags kMayAsk = kAuthorizationFlagInteractionAllowed | kAuthorizationFlagExtendRights;
 
 struct Authorization {
@@ -76,7 +75,7 @@ OSStatus AuthorizationCopyRights(AuthorizationRef authorization, const Authoriza
         return errAuthorizationInternal;
     }
     for (uint32_t index = 0; index < rights->count; ++index) {
-        if (std::strcmp(rights->items[index].name, kAdministratorRight) != 0) {
+        if (std::strcmp(rights->items[index].name, kAuthorizationRightAdministrator) != 0) {
             return errAuthorizationDenied;
         }
         const OSStatus status = acquireAdministratorRight(*found, flags);

@@ -7,7 +7,7 @@
 #include "platform/CFObjects.h"
 #include "platform/HandleTable.h"
 #include "platform/Host.h"
-#include "platform/IORegistry.h"
+#include "platform/LiveRegistryObjects.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 #include "platform/LiveObjects.h"
 
 #include "platform/CFObjects.h"
-#include "platform/IORegistry.h"
 #include "platform/LiveAuthorizations.h"
 #include "platform/LiveDescriptors.h"
+#include "platform/LiveRegistryObjects.h"
 
 LiveObjects CountLiveObjects() {
     return {.services = CountLiveServices(),

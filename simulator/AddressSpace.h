@@ -4,7 +4,6 @@
 // store that goes past the host is a crash instead of a wrong answer.
 
 #include <cstddef>
-#include <cstdint>
 
 namespace simulator {
 

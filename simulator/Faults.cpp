@@ -27,6 +27,7 @@ const std::array<FaultKindDescription, kFaultKinds>& faultKinds() {
         {.name = "service-not-mapped", .meaning = "the card's memory cannot be mapped"},
         {.name = "service-silent", .meaning = "the driver gives no information about the card"},
     }};
+    static_assert(!kDescriptions.back().name.empty(), "every kind has a description");
     return kDescriptions;
 }
 

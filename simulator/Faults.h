@@ -63,7 +63,7 @@ struct FaultKindDescription {
     bool hasFactor = false;
 };
 
-constexpr std::size_t kFaultKinds = 13;
+constexpr std::size_t kFaultKinds = static_cast<std::size_t>(FaultKind::serviceSilent) + 1;
 
 // By kind. The names are what files and command lines use.
 [[nodiscard]] const std::array<FaultKindDescription, kFaultKinds>& faultKinds();

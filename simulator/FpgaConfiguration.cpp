@@ -74,8 +74,8 @@ std::vector<uint8_t> encodeConfiguration(const FpgaConfiguration& configuration)
     bytes[kVersionAt] = configuration.version;
     putBigEndian(bytes.subspan(kDateAt, 2), configuration.date);
 
-    uint32_t random =
-        crc32(bytes.first(kFillerAt)) | 1;  // xorshift never leaves 0, so it must not start there
+    // xorshift never leaves 0, so it must not start there.
+    uint32_t random = crc32(bytes.first(kFillerAt)) | 1;
     for (uint8_t& byte : bytes.subspan(kFillerAt, kChecksumAt - kFillerAt)) {
         random ^= random << 13;
         random ^= random >> 17;

@@ -17,17 +17,14 @@
 // Page p is the bytes from p * 512; bit b of a page's byte i is bit i * 8 + b of the page data register, so
 // bit 0 of the first byte is shifted first.
 
-#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
 #include <vector>
 
-namespace simulator {
+#include "simulator/PromSize.h"
 
-constexpr std::size_t kPromPages = 512;
-constexpr std::size_t kPageBytes = 512;
-constexpr std::size_t kPromBytes = kPromPages * kPageBytes;
+namespace simulator {
 
 struct FpgaConfiguration {
     uint8_t modelCode;      // 0x20 to 0x25

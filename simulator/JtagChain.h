@@ -2,7 +2,6 @@
 
 // A card's JTAG chain: TDI -> PROM -> FPGA -> TDO, clocked by levels.
 
-#include <cstddef>
 #include <cstdint>
 #include <optional>
 

@@ -68,7 +68,7 @@ void Machine::endRecordings() {
         card->endRecording();
 }
 
-std::vector<Machine::Process> Machine::processes() const {
+std::vector<Host::Process> Machine::processes() const {
     if (!on_)
         return {};
     return {{0x40001, "WindowServer"},    {0x80001, kLoginProcess}, {0xC0001, "Dock"},
@@ -77,7 +77,7 @@ std::vector<Machine::Process> Machine::processes() const {
 
 bool Machine::deliverShutDownEvent(uint64_t processSerialNumber) {
     const auto running = processes();
-    const auto process = std::ranges::find(running, processSerialNumber, &Process::serialNumber);
+    const auto process = std::ranges::find(running, processSerialNumber, &Host::Process::serialNumber);
     if (process == running.end())
         return false;
     if (process->name == kLoginProcess)

@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "platform/Host.h"
 #include "simulator/Card.h"
 #include "simulator/Clock.h"
 #include "simulator/Drivers.h"
@@ -19,11 +20,6 @@ namespace simulator {
 
 class Machine {
   public:
-    struct Process {
-        uint64_t serialNumber;
-        std::string name;
-    };
-
     Machine();
     Machine(const Machine&) = delete;
     Machine& operator=(const Machine&) = delete;
@@ -63,7 +59,7 @@ class Machine {
     [[nodiscard]] const Ledger& ledger() const { return ledger_; }
 
     // What runs while the machine is on, in the order in which the system lists it. Serial numbers stay.
-    [[nodiscard]] std::vector<Process> processes() const;
+    [[nodiscard]] std::vector<Host::Process> processes() const;
     // Hands the shut-down event to a process; the login process switches the machine off, the others take no
     // notice. False when there is no such process.
     bool deliverShutDownEvent(uint64_t processSerialNumber);

@@ -1,7 +1,7 @@
 #pragma once
 
-// Why a stored machine cannot be opened, made or saved: one sentence that names the file. What
-// failed is left as it was.
+// Why something cannot be done with a stored machine or a file: one sentence, which begins with the file's
+// path and a colon when it is about one. What failed is left as it was.
 
 #include <stdexcept>
 

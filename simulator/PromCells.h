@@ -14,7 +14,7 @@
 #include <span>
 #include <vector>
 
-#include "simulator/FpgaConfiguration.h"
+#include "simulator/PromSize.h"
 
 namespace simulator {
 
@@ -24,6 +24,7 @@ class PromCells {
     static constexpr std::size_t kProtectionAt = kUserCodeAt + 4;
     static constexpr std::size_t kImageBytes = kProtectionAt + 1;
     static constexpr uint8_t kProtectionMask = 0b111;
+    static constexpr uint32_t kErasedUserCode = 0xFFFFFFFF;
 
     // A run of the image's bytes that is changed as one.
     struct Row {

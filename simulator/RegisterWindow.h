@@ -4,7 +4,6 @@
 // up to date, so that a load is no more than looking one up.
 
 #include <algorithm>
-#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <vector>

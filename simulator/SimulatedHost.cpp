@@ -1,7 +1,6 @@
 #include "simulator/SimulatedHost.h"
 
 #include <algorithm>
-#include <cassert>
 #include <string>
 #include <utility>
 
@@ -153,13 +152,6 @@ bool SimulatedHost::findView(const void* address) {
                                   : "A word was accessed where no window has ever been.",
                              clock_.accesses());
     return false;
-}
-
-std::vector<Host::Process> SimulatedHost::processes() {
-    std::vector<Process> listed;
-    for (const Machine::Process& process : machine_.processes())
-        listed.push_back({process.serialNumber, process.name});
-    return listed;
 }
 
 bool SimulatedHost::deliverShutDownEvent(uint64_t processSerialNumber) {

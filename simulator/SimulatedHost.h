@@ -34,13 +34,13 @@ class SimulatedHost final : public Host {
     std::optional<uint32_t> openService(uint64_t service) override;
     bool closeConnection(uint32_t connection) override;
     std::optional<MappedRange> mapMemory(uint32_t connection, uint32_t memoryType) override;
-    // Method 0 alone is known; a reply of less than 512 bytes is refused.
+    // Refuses every method but the one of platform/CardDriver.h, and a reply without room for all of it.
     std::optional<std::size_t> callMethod(uint32_t connection, uint32_t method,
                                           std::span<uint8_t> reply) override;
     // Outside the live windows loads return all ones, stores are lost, and both go into the ledger.
     uint32_t loadWord(const uint32_t* address) override;
     void storeWord(uint32_t* address, uint32_t word) override;
-    std::vector<Process> processes() override;
+    std::vector<Process> processes() override { return machine_.processes(); }
     bool deliverShutDownEvent(uint64_t processSerialNumber) override;
     RightAnswer askForAdministratorRight() override;
     bool runPrivilegedTool(const std::string& tool, const std::vector<std::string>& arguments) override;
@@ -64,8 +64,8 @@ class SimulatedHost final : public Host {
         Card* card;
         uint32_t memoryType;
         RegisterWindow* window;
-        AddressSpace
-            space;  // kept after the mapping has gone, so that its addresses are not handed out again
+        // Kept after the mapping has gone, so that its addresses are not handed out again.
+        AddressSpace space;
     };
 
     // A mapping as loads and stores need it.

@@ -3,7 +3,6 @@
 #include <limits>
 #include <nlohmann/json.hpp>
 #include <set>
-#include <span>
 #include <utility>
 
 #include "simulator/MachineError.h"

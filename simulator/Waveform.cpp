@@ -96,13 +96,18 @@ std::string changes(const JtagLevels* before, const JtagLevels& now) {
     return text;
 }
 
+GrowingFile begun(const std::string& file) {
+    requireRecordable(file);
+    return GrowingFile(file);
+}
+
 }  // namespace
 
-const std::string& recordable(const std::string& file) {
+void requireRecordable(const std::string& file) {
     std::error_code error;
     const auto present = std::filesystem::status(file, error);
     if (!std::filesystem::exists(present))
-        return file;
+        return;
     if (!std::filesystem::is_regular_file(present))
         throw MachineError(file + ": is not an ordinary file.");
     std::string beginning(kBeginning.size(), '\0');
@@ -110,11 +115,10 @@ const std::string& recordable(const std::string& file) {
         .read(beginning.data(), static_cast<std::streamsize>(beginning.size()));
     if (beginning != kBeginning)
         throw MachineError(file + ": is there already and is no recording.");
-    return file;
 }
 
 Waveform::Waveform(const RecordingRequest& request, uint64_t accesses, const JtagLevels& levels)
-    : file_(recordable(request.file)),
+    : file_(begun(request.file)),
       runBegins_(accesses),
       begins_(accesses + request.fromMicroseconds * Clock::kAccessesPerMicrosecond),
       ends_(begins_ + request.microseconds * Clock::kAccessesPerMicrosecond),

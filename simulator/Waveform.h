@@ -47,9 +47,8 @@ struct JtagLevels {
     TapState fpgaTap = TapState::testLogicReset;
 };
 
-// The file, when a recording may go there: nothing is there yet, or an earlier recording. Throws MachineError
-// when something else is.
-const std::string& recordable(const std::string& file);
+// Throws MachineError unless a recording may go there: nothing is there yet, or an earlier recording.
+void requireRecordable(const std::string& file);
 
 class Waveform {
   public:
@@ -72,8 +71,10 @@ class Waveform {
     enum class Stage { before, within, after };  // the window
 
     GrowingFile file_;
-    uint64_t runBegins_, begins_,
-        ends_;  // access counts; the end is the first that is no longer in the window
+    // Access counts. The end is the first that is no longer in the window.
+    uint64_t runBegins_;
+    uint64_t begins_;
+    uint64_t ends_;
     Stage stage_ = Stage::before;
     std::optional<uint64_t> latest_;  // the latest time in the file
     JtagLevels levels_;               // the latest, in the file or not

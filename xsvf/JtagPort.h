@@ -10,7 +10,7 @@
 enum JtagPortNumber : int16_t { kPortTCK = 0, kPortTMS = 1, kPortTDI = 2 };
 
 // First byte of the image being played, how many of its bytes have been consumed, and its length in bytes.
-// The length is recorded and never consulted: an image ends by its own completion command or by an error.
+// The player never consults the length: an image ends by its own completion command or by an error.
 extern uint8_t* gpCurrentBufferBase;
 extern uint32_t gulCurrentOffset;
 extern uint32_t gulCurrentBufferLength;

@@ -70,8 +70,8 @@ int32_t xsvfShift(uint8_t* state, uint8_t startState, int32_t bits, const var_le
     }
     trace(kTraceShifts, in, expected, mask);
 
-    uint8_t attempt =
-        0;  // with a limit of 255 it comes round to 0, and the failure counts as one without retries
+    // With a limit of 255 it comes round to 0, and the failure counts as one without retries.
+    uint8_t attempt = 0;
     bool mismatch = false;
     bool again = false;
     do {

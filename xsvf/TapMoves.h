@@ -4,7 +4,7 @@
 
 #include <cstdint>
 
-// One TCK cycle with TMS at the given level. The label names the step for a trace.
+// One TCK cycle with TMS at the given level. The label and `traced` are for a trace.
 void xsvfTmsTransition(int16_t tms, const char* label, int32_t traced);
 
 // Walks from the state code *state to the target and stores the target there, also when there is no way.

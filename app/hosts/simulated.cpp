@@ -4,10 +4,12 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <string>
 
 #include "app/UpdaterMain.h"
 #include "app/hosts/AdministratorPrompt.h"
 #include "platform/ExecutableBundle.h"
+#include "platform/Host.h"
 #include "simulator/MachineDirectory.h"
 #include "simulator/SimulatedHost.h"
 
@@ -46,6 +48,13 @@ int main(int argc, char** argv) {
         CLI::App arguments("Updates the firmware of the cards in a simulated machine.");
         std::string folder;
         arguments.add_option("machine", folder, "The machine's folder, as cardsim makes it")->required();
+        arguments.footer(
+            "Ends with 1 when the machine cannot be opened or saved, with 2 when the command line is "
+            "wrong, with 3 when the machine loses its power, and with 0 otherwise.");
+        arguments.failure_message([](const CLI::App*, const CLI::Error& error) {
+            return std::string("vupdater-simulated: ") + error.what() +
+                   "\nFor help: vupdater-simulated --help\n";
+        });
         try {
             arguments.parse(argc, argv);
         } catch (const CLI::ParseError& error) {

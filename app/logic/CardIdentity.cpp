@@ -3,6 +3,7 @@
 #include "app/logic/Calendar.h"
 #include "app/logic/CardModel.h"
 #include "app/logic/FormatText.h"
+#include "hw/PromOperations.h"
 
 namespace {
 
@@ -15,10 +16,6 @@ constexpr std::size_t kUnitPosition = 6;
 constexpr uint32_t kLastYear = 15;
 constexpr uint32_t kLastWeek = 53;
 constexpr uint32_t kLastUnit = 4095;
-
-constexpr uint32_t kNoIdentity = 0;
-// What an erased user code reads as: all ones, less the top bit.
-constexpr uint32_t kErasedIdentity = 0x7FFFFFFF;
 
 uint32_t yearOf(uint32_t identity) {
     return identity >> 20 & 0xF;
@@ -74,10 +71,6 @@ bool isBetween1And(uint32_t last, uint32_t number) {
 }
 
 }  // namespace
-
-bool IsBlankIdentity(uint32_t identity) {
-    return identity == kNoIdentity || identity == kErasedIdentity;
-}
 
 uint16_t IdentityModelCode(uint32_t identity) {
     return static_cast<uint16_t>(identity >> 24);

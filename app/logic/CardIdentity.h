@@ -12,9 +12,6 @@
 #include <string>
 #include <string_view>
 
-// True for the two words that a card without an identity reads as.
-bool IsBlankIdentity(uint32_t identity);
-
 uint16_t IdentityModelCode(uint32_t identity);
 
 // The ten characters printed on the card: model code in hexadecimal, then year, week and unit in decimal.

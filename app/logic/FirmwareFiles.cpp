@@ -10,7 +10,7 @@
 char gszResourcePaths[kMaxFirmwareFiles][kResourcePathBytes];
 char gszResourceNames[kMaxFirmwareFiles][kResourceNameBytes];
 int32_t gNumXSVFiles = 0;
-int32_t gNewFirmware = -1;
+int32_t gNewFirmware = kNoFirmware;
 uint16_t gusNewFirmwareRev = 0;
 
 namespace {
@@ -18,8 +18,6 @@ namespace {
 constexpr int kByteOrderPosition = 3;
 constexpr int kVersionPosition = 4;
 constexpr int kBoardPosition = 6;
-
-constexpr uint16_t kNoVersion = 0xFFFF;
 
 uint16_t boardRevisionOf(const char* name) {
     const char* const board = name + kBoardPosition;
@@ -92,7 +90,7 @@ int FirmwareModelCode(const char* name) {
 
 void ChooseFirmware(uint16_t modelCode, uint16_t boardRevision) {
     gusNewFirmwareRev = kNoVersion;
-    gNewFirmware = -1;
+    gNewFirmware = kNoFirmware;
     for (int32_t i = 0; i < gNumXSVFiles; ++i) {
         const char* const name = gszResourceNames[i];
         if (FirmwareModelCode(name) == modelCode && boardRevisionOf(name) == boardRevision) {

@@ -3,7 +3,7 @@
 // The firmware images that travel in the bundle, known by their names alone:
 //
 //   position 0-2   model tag: VMA, VMB, VMC, K40, DX8, DSX
-//   position 3     byte-order letter: 'M', or 'W' and anything else
+//   position 3     byte-order letter (the firmware's flavour): 'M', or 'W' and anything else
 //   position 4-5   version, two decimal digits
 //   position 6-7   board: "NC" for none, or position 6 a revision letter
 //   then           ".xsv"
@@ -21,7 +21,9 @@ extern char gszResourcePaths[kMaxFirmwareFiles][kResourcePathBytes];
 extern char gszResourceNames[kMaxFirmwareFiles][kResourceNameBytes];
 extern int32_t gNumXSVFiles;
 
-// The image chosen for the open card: its index in the tables above, -1 for none, and its version.
+// The image chosen for the open card: its index in the tables above, and its version.
+constexpr int32_t kNoFirmware = -1;
+constexpr uint16_t kNoVersion = 0xFFFF;
 extern int32_t gNewFirmware;
 extern uint16_t gusNewFirmwareRev;
 
@@ -36,7 +38,7 @@ void CatalogueFirmwareFiles();
 int FirmwareModelCode(const char* name);
 
 // Sets gNewFirmware and gusNewFirmwareRev to the first image in the tables for a model and board revision,
-// whatever its version and byte order; to -1 and 0xFFFF when there is none.
+// whatever its version and byte order; to kNoFirmware and kNoVersion when there is none.
 void ChooseFirmware(uint16_t modelCode, uint16_t boardRevision);
 
 // 'M' or 'W'.

@@ -10,7 +10,7 @@
 #include "framework/widgets/LDialogBox.h"
 #include "framework/widgets/LStaticText.h"
 #include "framework/widgets/LWindow.h"
-#include "framework/widgets/ModalSession.h"
+#include "framework/widgets/ModalDialogs.h"
 #include "framework/widgets/QuitRequests.h"
 #include "framework/widgets/StandardAlert.h"
 #include "framework/widgets/UQDGlobals.h"

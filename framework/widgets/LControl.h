@@ -8,9 +8,6 @@
 // characters in a string; without one the control is silent.
 class LControl : public LPane, public LBroadcaster {
   public:
-    MessageT GetValueMessage() const { return mValueMessage; }
-    void SetValueMessage(MessageT message) { mValueMessage = message; }
-
     // Setting the value does not broadcast: only the user's own doing does.
     virtual int32_t GetValue() const = 0;
     virtual void SetValue(int32_t value) = 0;

@@ -2,7 +2,7 @@
 
 #include <cstdio>
 
-#include "framework/widgets/ModalSession.h"
+#include "framework/widgets/ModalDialogs.h"
 #include "framework/widgets/UResources.h"
 
 LDialogBox::LDialogBox() : LPane(this) {}

@@ -14,20 +14,12 @@ void LPane::Hide() {
     mWidget->hide();
 }
 
-bool LPane::IsVisible() const {
-    return !mWidget->isHidden();
-}
-
 void LPane::Enable() {
     mWidget->setEnabled(true);
 }
 
 void LPane::Disable() {
     mWidget->setEnabled(false);
-}
-
-bool LPane::IsEnabled() const {
-    return mWidget->isEnabled();
 }
 
 void LPane::Refresh() {

@@ -15,12 +15,9 @@ class LPane : public virtual LAttachable {
     // A hidden pane keeps its place in the layout, so that nothing moves when panes come and go.
     virtual void Show();
     virtual void Hide();
-    // Whether the pane is shown when its window is.
-    bool IsVisible() const;
 
     virtual void Enable();
     virtual void Disable();
-    bool IsEnabled() const;
 
     // Has the event loop redraw the pane.
     void Refresh();

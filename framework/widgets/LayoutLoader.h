@@ -2,14 +2,11 @@
 
 #include <QUiLoader>
 
-// Qt's loader of .ui files, which here asks the class registry first for every class that a layout names.
+// Qt's loader of .ui files, which here asks the class registry first for every class that a layout names;
+// what is not there is Qt's own.
 class LayoutLoader : public QUiLoader {
   public:
     LayoutLoader();
 
     QWidget* createWidget(const QString& className, QWidget* parent, const QString& name) override;
-
-  private:
-    class WithoutPlugins;
-    explicit LayoutLoader(const WithoutPlugins& duringConstruction);
 };

@@ -5,7 +5,7 @@
 #include <QPushButton>
 #include <array>
 
-#include "framework/widgets/ModalSession.h"
+#include "framework/widgets/ModalDialogs.h"
 
 namespace {
 

@@ -10,10 +10,9 @@ int16_t UModalAlerts::Alert(int32_t alertID) {
     if (dialog == nullptr) {
         Str255 title;
         Str255 explanation;
-        PascalFromText("VUpdater is incomplete", title);
-        PascalFromText(
-            "A part of the program is missing, so it cannot say what happened. Install VUpdater again.",
-            explanation);
+        PascalFromText("The program is incomplete", title);
+        PascalFromText("A part of it is missing, so it cannot say what happened. Install the program again.",
+                       explanation);
         StandardAlert(kAlertCautionAlert, title, explanation, nullptr, nullptr);
         return kItemCancel;
     }

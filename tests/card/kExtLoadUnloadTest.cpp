@@ -15,16 +15,12 @@
 namespace {
 
 namespace fs = std::filesystem;
-using Runs = std::vector<std::string>;
 
-const std::string deletion = "/bin/rm -rf /tmp/VUpdater.kext";
-const std::string owning = "/usr/sbin/chown -R root:wheel /tmp/VUpdater.kext";
-const std::string loading = "/sbin/kextload /tmp/VUpdater.kext";
 const fs::path unpacked = fs::path(SystemTmp::driver) / "Info.plist";
 
-class PrivateDriver : public testing::Test {
+class ExtractedDriver : public testing::Test {
   protected:
-    PrivateDriver() { useBundle(directory.path() / "Some.app"); }
+    ExtractedDriver() { useBundle(directory.path() / "Some.app"); }
 
     void useBundle(const fs::path& bundle) {
         host.bundle = bundle;
@@ -44,7 +40,7 @@ class PrivateDriver : public testing::Test {
     AuthorizationRef ref = nullptr;
 };
 
-TEST_F(PrivateDriver, BundlePathIsNeverACommand) {
+TEST_F(ExtractedDriver, BundlePathIsNeverACommand) {
     useBundle(directory.path() / R"(a"b$(touch pwned)`touch pwned`\"'; touch pwned;')" / "Some.app");
     const fs::path before = fs::current_path();
     fs::current_path(directory.path());

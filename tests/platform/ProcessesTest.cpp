@@ -32,14 +32,4 @@ TEST(Processes, WalkEndsAtNoProcessAndStartsAgain) {
     EXPECT_EQ(GetProcessInformation(&process, &information), paramErr);
 }
 
-TEST(PascalStrings, LongTextIsCutAfterAWholeCharacter) {
-    Str255 pascal;
-    CopyCStringToPascal((std::string(254, 'x') + "\u00e9tail").c_str(), pascal);
-    EXPECT_EQ(pascal[0], 254);
-    CopyCStringToPascal(std::string(300, 'x').c_str(), pascal);
-    EXPECT_EQ(pascal[0], 255);
-    CopyCStringToPascal("", pascal);
-    EXPECT_EQ(pascal[0], 0);
-}
-
 }  // namespace

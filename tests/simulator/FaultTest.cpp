@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 #include "platform/CardDriver.h"
 #include "simulator/MachineDirectory.h"
 #include "tests/simulator/Probe.h"

@@ -1,13 +1,12 @@
 #pragma once
 
 // A host made of plain containers: services that open, map and answer as a test says, a memory window that
-// remembers every access, a process list that remembers every shut-down event.
+// remembers every access, a process list.
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstring>
-#include <functional>
 #include <map>
 #include <set>
 #include <string>
@@ -45,14 +44,11 @@ class FakeHost : public Host {
     std::array<uint32_t, windowWords> window = {};
     std::vector<Access> accesses;
     std::vector<Process> processList;
-    std::vector<uint64_t> shutDownEvents;
     std::map<uint32_t, std::size_t> openConnections;
-    std::size_t methodCalls = 0;
     RightAnswer rightAnswer = RightAnswer::granted;
     // Privileged tools with their arguments, and sleeps in seconds, as they came.
     std::vector<std::string> privileged;
     std::set<std::string> toolsThatDoNotStart;
-    std::function<void(const std::string& run)> onPrivilegedRun;
 
     std::filesystem::path bundleDirectory() override { return bundle; }
 
@@ -83,14 +79,14 @@ class FakeHost : public Host {
 
     std::optional<std::size_t> callMethod(uint32_t connection, uint32_t method,
                                           std::span<uint8_t> reply) override {
-        ++methodCalls;
         const Card& card = cards.at(openConnections.at(connection));
-        if (!card.answers || method != 0 || reply.size() != 512) {
+        if (!card.answers || method != card_driver::kInformationMethod ||
+            reply.size() != card_driver::kInformationBytes) {
             return std::nullopt;
         }
         std::fill(reply.begin(), reply.end(), uint8_t{0});
         std::copy(card.name.begin(), card.name.end(), reply.begin());
-        std::copy(card.location.begin(), card.location.end(), reply.begin() + 256);
+        std::copy(card.location.begin(), card.location.end(), reply.begin() + card_driver::kLocationAt);
         return reply.size();
     }
 
@@ -109,7 +105,6 @@ class FakeHost : public Host {
     std::vector<Process> processes() override { return processList; }
 
     bool deliverShutDownEvent(uint64_t serialNumber) override {
-        shutDownEvents.push_back(serialNumber);
         return std::any_of(processList.begin(), processList.end(),
                            [=](const Process& process) { return process.serialNumber == serialNumber; });
     }
@@ -123,9 +118,6 @@ class FakeHost : public Host {
             run += " " + argument;
         }
         privileged.push_back(run);
-        if (onPrivilegedRun) {
-            onPrivilegedRun(run);
-        }
         return !toolsThatDoNotStart.contains(tool);
     }
 

@@ -18,7 +18,7 @@ class CardInformation : public testing::Test {
         simulator::addDefaultCards(machine);
         machine.powerOn();
         for (const char* image : {"VMBM12A.xsv", "K40W07B.xsv", "DX8M05NC.xsv"}) {
-            bundle.addShippedImage(image);
+            bundle.addShippedResource(image);
         }
     }
 

@@ -25,8 +25,8 @@ constexpr int powerWasLost = 7;
 class PowerLoss {
   protected:
     PowerLoss() {
-        bundle.addShippedImage(imageName);
-        bundle.addShippedImage("vupdaterkext.pax");
+        bundle.addShippedResource(imageName);
+        bundle.addShippedResource("vupdaterkext.pax");
         image = simulator::readFile(bundle.resource(imageName));
         const auto directory = MachineDirectory::create(folder.path());
         directory->machine().addCard(

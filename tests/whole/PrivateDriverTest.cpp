@@ -31,8 +31,8 @@ class PrivateDriver : public testing::Test {
         simulator::addDefaultCards(machine);
         machine.drivers().resident = false;
         machine.powerOn();
-        bundle.addShippedImage("vupdaterkext.pax");
-        bundle.addShippedImage("VMBM12A.xsv");
+        bundle.addShippedResource("vupdaterkext.pax");
+        bundle.addShippedResource("VMBM12A.xsv");
     }
 
     void TearDown() override { EXPECT_TRUE(machine.ledger().empty()); }
@@ -123,7 +123,7 @@ TEST_F(PrivateDriver, EachStepThatFailsIsSaidAndCleanedUpAfter) {
     expectFailure({unreachable}, "Could not Authenticate\n", {});
     machine.drivers().refusesAdministrator = false;
     TestBundle deep(std::string(200, 'x'));
-    deep.addShippedImage("vupdaterkext.pax");
+    deep.addShippedResource("vupdaterkext.pax");
     UpdaterSession session(machine, deep);
     session.run();
     EXPECT_EQ(session.alerts.size(), 2u) << "a path too long is not told why";

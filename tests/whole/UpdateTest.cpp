@@ -28,7 +28,7 @@ class Update : public testing::Test {
     Update() {
         simulator::addDefaultCards(machine);
         machine.powerOn();
-        bundle.addShippedImage("VMBM12A.xsv");
+        bundle.addShippedResource("VMBM12A.xsv");
     }
 
     simulator::Card& card() { return machine.card(0); }

@@ -39,7 +39,7 @@ fs::path TestBundle::resource(const std::string& name) const {
     return path() / "Contents/Resources" / name;
 }
 
-void TestBundle::addShippedImage(const std::string& name) {
+void TestBundle::addShippedResource(const std::string& name) {
     fs::copy(fs::path(BUNDLE_RESOURCES) / name, resource(name), fs::copy_options::overwrite_existing);
 }
 
@@ -51,7 +51,7 @@ void TestBundle::addImage(const std::string& name, const std::vector<uint8_t>& b
 UpdaterSession::UpdaterSession(simulator::Machine& machine, const TestBundle& bundle)
     : simulatedHost(machine, bundle.path(), AskAdministrator), host(simulatedHost), machine_(machine) {
     // As in a fresh process.
-    gNewFirmware = -1;
+    gNewFirmware = kNoFirmware;
     qApp->installEventFilter(this);
 }
 

@@ -27,7 +27,7 @@ class TestBundle {
     std::filesystem::path resource(const std::string& name) const;
 
     // Puts in one of the images that ship, or one made of the bytes given.
-    void addShippedImage(const std::string& name);
+    void addShippedResource(const std::string& name);
     void addImage(const std::string& name, const std::vector<uint8_t>& bytes);
 
   private:

@@ -4,11 +4,12 @@
 #include <cstdint>
 #include <nlohmann/json.hpp>
 #include <optional>
+#include <tuple>
 #include <utility>
-#include <vector>
 
 #include "simulator/MachineError.h"
 #include "tools/cardsim/IdentityText.h"
+#include "tools/command_line/CommandLine.h"
 #include "tools/images/BoardRevision.h"
 #include "tools/images/CardModels.h"
 #include "tools/images/FirmwareDate.h"
@@ -42,7 +43,7 @@ std::optional<std::pair<char, uint8_t>> firmwareNamed(const std::string& text) {
 
 void requireOff(const Machine& machine) {
     if (machine.isOn())
-        throw MachineError("the machine is on, so its cards stay where they are; switch it off first.");
+        throw MachineError("The machine is on, so its cards stay where they are; switch it off first.");
 }
 
 // Puts the firmware that the options ask for into a PROM: one for the board, or the one that is there changed
@@ -93,7 +94,7 @@ void addCard(const CardOptions& options, std::ostream& out) {
     Machine& machine = directory->machine();
     requireOff(machine);
     if (options.firmware.has_value() != options.date.has_value())
-        throw MachineError("firmware has a version and a date: give both, or neither for an empty PROM.");
+        throw MachineError("Firmware has a version and a date: give both, or neither for an empty PROM.");
     const tools::CardModel& model = *tools::modelNamed(options.model);
     Board board{.name = std::string(model.name),
                 .location = firstFreeSlot(machine),
@@ -124,9 +125,9 @@ void changeCard(const CardOptions& options, std::ostream& out) {
     Card& card = directory->machine().card(indexOfCard(directory->machine(), options.number));
     if (!options.name && !options.location && !options.board && !options.identity && !options.protection &&
         !options.firmware && !options.date)
-        throw MachineError("nothing was named that could be changed.");
+        throw MachineError("Nothing was named that could be changed.");
     if (options.date && !options.firmware && !simulator::decodeConfiguration(card.cells().pages()))
-        throw MachineError("the card's PROM holds no firmware whose date could be changed.");
+        throw MachineError("The card's PROM holds no firmware whose date could be changed.");
     Board board = card.board();
     changeBoard(options, board);
     card.setBoard(board);
@@ -151,9 +152,6 @@ std::string checkText(const std::string& text) {
 }
 
 void addDescription(CLI::App& command, CardOptions& options) {
-    const auto checked = [](const auto& parse, const char* complaint) {
-        return [=](const std::string& text) { return parse(text) ? std::string() : std::string(complaint); };
-    };
     command.add_option("--name", options.name, "What the driver calls the card")
         ->check(checkText)
         ->type_name("TEXT");
@@ -161,23 +159,24 @@ void addDescription(CLI::App& command, CardOptions& options) {
         ->check(checkText)
         ->type_name("TEXT");
     command.add_option("--board", options.board, "Board revision letter, or NC for a board without one")
-        ->check(checked(tools::boardRevisionNamed, "A board is a letter from A to Z, or NC."))
+        ->check(tools::takenBy(tools::boardRevisionNamed, tools::kBoardRevisionForm))
         ->type_name("LETTER|NC");
     command.add_option("--identity", options.identity, "Serial number, such as 2103070021, or blank")
-        ->check(checked(identityNamed,
-                        "An identity is a serial number of ten digits, 0x and eight hexadecimal digits, or "
-                        "the word blank."))
+        ->check(tools::takenBy(
+            identityNamed,
+            "An identity is a serial number of ten digits, 0x and eight hexadecimal digits, or "
+            "the word blank."))
         ->type_name("IDENTITY");
     command.add_option("--protection", options.protection, "Protection bits")
-        ->check(CLI::Range(0, int{PromCells::kProtectionMask}))
+        ->transform(tools::wholeNumber(0, PromCells::kProtectionMask))
         ->type_name("0-7");
     command
         .add_option("--firmware", options.firmware,
                     "Put firmware into the PROM: flavour M or W, and version, such as M12")
-        ->check(checked(firmwareNamed, "Firmware is M or W and a version from 0 to 99."))
+        ->check(tools::takenBy(firmwareNamed, "Firmware is M or W and a version from 0 to 99."))
         ->type_name("M|W VERSION");
     command.add_option("--date", options.date, "Date of the firmware")
-        ->check(checked(tools::firmwareDate, "A date is written like 2006-03-17 and lies in 2000 to 2015."))
+        ->check(tools::takenBy(tools::firmwareDate, tools::kFirmwareDateForm))
         ->type_name("YYYY-MM-DD");
 }
 
@@ -194,7 +193,8 @@ void addCardCommands(CLI::App& program, std::ostream& out) {
     CLI::App* const addition = add("add", "Plug a card into a machine that is off", addCard);
     addition->add_option("--model", options->model, "Card model")
         ->required()
-        ->check(CLI::IsMember(tools::modelNames()));
+        ->check(tools::takenBy(tools::modelNamed, tools::modelForm()))
+        ->type_name("MODEL");
     addDescription(*addition, *options);
 
     addCardNumber(*add("remove", "Pull a card out of a machine that is off, for good", removeCard),

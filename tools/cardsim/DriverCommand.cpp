@@ -27,10 +27,12 @@ const std::map<std::string, PrivateDriverFault> kPrivateDriver{
     {"publishes-nothing", PrivateDriverFault::publishesNothing}};
 
 void changeDrivers(const DriverOptions& options, std::ostream& out) {
+    if (!options.isResident && !options.refusesAdministrator && !options.privateDriver)
+        throw MachineError("Nothing was named that could be changed.");
     const auto directory = openMachine(options.folder);
     Drivers& drivers = directory->machine().drivers();
     if (options.isResident && *options.isResident != drivers.resident && directory->machine().isOn())
-        throw MachineError("the machine is on; switch it off before its resident driver comes or goes.");
+        throw MachineError("The machine is on; switch it off before its resident driver comes or goes.");
     drivers.resident = options.isResident.value_or(drivers.resident);
     drivers.refusesAdministrator = options.refusesAdministrator.value_or(drivers.refusesAdministrator);
     drivers.privateDriverFault = options.privateDriver.value_or(drivers.privateDriverFault);

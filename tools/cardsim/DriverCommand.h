@@ -6,6 +6,7 @@
 
 namespace cardsim {
 
+// Adds the subcommand driver. The stream must outlive the parsing.
 void addDriverCommand(CLI::App& program, std::ostream& out);
 
 // How a machine's drivers are, in one line: "resident", or "none; administrator refused".

@@ -8,6 +8,8 @@
 #include "simulator/Faults.h"
 #include "simulator/MachineError.h"
 #include "tools/cardsim/IdentityText.h"
+#include "tools/command_line/CommandLine.h"
+#include "tools/images/ByteText.h"
 #include "tools/images/ListingWords.h"
 
 namespace cardsim {
@@ -67,9 +69,10 @@ void inject(const FaultOptions& options, std::ostream& out) {
     card.inject(fault);
     directory->save();
     const auto& faults = card.faults().all();
-    const auto injected = std::ranges::find(faults, fault.kind, &Fault::kind);
+    // The newest of its kind: with pages there can be several.
+    const auto injected = std::ranges::find(faults.rbegin(), faults.rend(), fault.kind, &Fault::kind);
     out << nameOf(card) << ": " << simulator::describe(fault.kind).meaning << "; "
-        << describe(injected == faults.end() ? fault : *injected) << ".\n";
+        << describe(injected == faults.rend() ? fault : *injected) << ".\n";
 }
 
 void clear(const FaultOptions& options, std::ostream& out) {
@@ -85,7 +88,7 @@ void clear(const FaultOptions& options, std::ostream& out) {
     for (std::size_t index = first; index < last; ++index)
         cleared += machine.card(index).clearFaults(kind);
     if (cleared == 0 && (!all || kind))
-        throw MachineError("there is no such fault to clear.");
+        throw MachineError("There is no such fault to clear.");
     directory->save();
     out << "Cleared " << cleared << (cleared == 1 ? " fault.\n" : " faults.\n");
 }
@@ -127,22 +130,22 @@ void addParameters(CLI::App& command, FaultOptions& options) {
         ->check(checkCode)
         ->type_name("NUMBER");
     command.add_option("--page", options.page, "The page")
-        ->check(CLI::Range(0, int{simulator::kPromPages - 1}))
+        ->transform(tools::wholeNumber(0, simulator::kPromPages - 1))
         ->type_name("PAGE");
     command.add_option("--times", options.times, "How often it happens")
-        ->check(CLI::Range(uint32_t{1}, Fault::kMostTimes))
+        ->transform(tools::wholeNumber(1, Fault::kMostTimes))
         ->type_name("NUMBER");
     command.add_option("--factor", options.factor, "How many times as long it takes")
-        ->check(CLI::Range(Fault::kLeastFactor, Fault::kMostFactor))
+        ->transform(tools::wholeNumber(Fault::kLeastFactor, Fault::kMostFactor))
         ->type_name("NUMBER");
     auto* const access =
         command.add_option("--at-access", options.atAccess, "Strike before this access of the machine")
-            ->check(checkCount)
+            ->transform(tools::wholeNumber(0))
             ->type_name("COUNT");
     command
         .add_option("--at-clock", options.atClock, "Strike after this JTAG clock of the card since power-up")
         ->excludes(access)
-        ->check(checkCount)
+        ->transform(tools::wholeNumber(0))
         ->type_name("COUNT");
 }
 
@@ -152,7 +155,7 @@ std::string describe(const Fault& fault) {
     const FaultKindDescription& kind = simulator::describe(fault.kind);
     std::string text(kind.name);
     if (kind.hasCode)
-        text += ", code " + hexadecimal(fault.code, 8);
+        text += ", code " + tools::hexadecimalText(fault.code, 8);
     if (kind.hasPage)
         text += ", page " + std::to_string(fault.page);
     if (kind.hasTimes)

@@ -4,11 +4,13 @@
 #include <charconv>
 #include <cstdio>
 
+#include "simulator/PromCells.h"
+#include "tools/images/ByteText.h"
+
 namespace cardsim {
 namespace {
 
-constexpr uint32_t kBlank = 0xFFFFFFFF;
-constexpr std::size_t kHexadecimalDigits = 8;
+constexpr std::size_t kIdentityDigits = 8;
 
 //   bits   31-24  23-20  19-12  11-0
 //          model  year   week   unit
@@ -28,27 +30,21 @@ std::optional<uint32_t> number(std::string_view text, int base) {
 
 }  // namespace
 
-std::string hexadecimal(uint32_t number, int digits) {
-    std::array<char, 16> text{};
-    (void)std::snprintf(text.data(), text.size(), "0x%0*lX", digits, static_cast<unsigned long>(number));
-    return text.data();
-}
-
 std::string identityName(uint32_t identity) {
     constexpr uint32_t kReadable = 0x7FFFFFFF;  // the updater never sees the topmost bit
     if ((identity & kReadable) == kReadable || identity == 0)
-        return "blank (" + hexadecimal(identity, kHexadecimalDigits) + ")";
+        return "blank (" + tools::hexadecimalText(identity, kIdentityDigits) + ")";
     std::array<char, 32> text{};
     (void)std::snprintf(text.data(), text.size(), "%02x%02u%02u%04u", unsigned{identity >> kModelAt},
                         unsigned{identity >> kYearAt & kMostYear}, unsigned{identity >> kWeekAt & kMostWeek},
                         unsigned{identity & kMostUnit});
-    return text.data() + (" (" + hexadecimal(identity, kHexadecimalDigits) + ")");
+    return text.data() + (" (" + tools::hexadecimalText(identity, kIdentityDigits) + ")");
 }
 
 std::optional<uint32_t> identityNamed(const std::string& text) {
     if (text == "blank")
-        return kBlank;
-    if (text.size() != 2 + kHexadecimalDigits)
+        return simulator::PromCells::kErasedUserCode;
+    if (text.size() != 2 + kIdentityDigits)
         return std::nullopt;
     const std::string_view digits(text);
     if (digits.starts_with("0x"))

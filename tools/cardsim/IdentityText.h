@@ -13,8 +13,4 @@ namespace cardsim {
 
 // What such a text, its first or its second half, or the word blank means; nothing for any other text.
 [[nodiscard]] std::optional<uint32_t> identityNamed(const std::string& text);
-
-// "0x21307015"
-[[nodiscard]] std::string hexadecimal(uint32_t number, int digits);
-
 }  // namespace cardsim

@@ -1,9 +1,7 @@
 #include "tools/cardsim/MachineArguments.h"
 
-#include <charconv>
-#include <cstdint>
-
 #include "simulator/MachineError.h"
+#include "tools/command_line/CommandLine.h"
 
 namespace cardsim {
 
@@ -14,7 +12,7 @@ std::unique_ptr<simulator::MachineDirectory> openMachine(const std::string& fold
 
 std::size_t indexOfCard(const simulator::Machine& machine, std::size_t number) {
     if (number < 1 || number > machine.cardCount())
-        throw simulator::MachineError("there is no card " + std::to_string(number) + "; the machine has " +
+        throw simulator::MachineError("There is no card " + std::to_string(number) + "; the machine has " +
                                       std::to_string(machine.cardCount()) + ".");
     return number - 1;
 }
@@ -30,17 +28,8 @@ CLI::Option* addFolder(CLI::App& command, std::string& folder) {
 CLI::Option* addCardNumber(CLI::App& command, std::size_t& number) {
     return command.add_option("card", number, "The card's number in the listing")
         ->required()
-        ->check([](const std::string& text) {
-            return text == "0" ? "Cards are counted from 1." : checkCount(text);
-        })
+        ->transform(tools::wholeNumber(1))
         ->type_name("CARD");
-}
-
-std::string checkCount(const std::string& text) {
-    uint64_t count = 0;
-    const char* const end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, count);
-    return stop == end && error == std::errc() ? "" : '"' + text + "\" is not a count.";
 }
 
 }  // namespace cardsim

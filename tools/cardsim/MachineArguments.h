@@ -23,9 +23,4 @@ namespace cardsim {
 // The arguments that most commands begin with.
 CLI::Option* addFolder(CLI::App& command, std::string& folder);
 CLI::Option* addCardNumber(CLI::App& command, std::size_t& number);
-
-// What is wrong with a text that should be a number from 0 on; empty when nothing is. Without it the library
-// takes "-1" for the greatest number there is.
-[[nodiscard]] std::string checkCount(const std::string& text);
-
 }  // namespace cardsim

@@ -4,6 +4,7 @@
 
 #include "simulator/MachineError.h"
 #include "simulator/Waveform.h"
+#include "tools/command_line/CommandLine.h"
 
 namespace cardsim {
 namespace {
@@ -22,7 +23,7 @@ struct RecordOptions {
 void requireUsable(const std::string& file, const simulator::Machine& machine, const simulator::Card& card) {
     if (!std::filesystem::is_directory(std::filesystem::path(file).parent_path()))
         throw MachineError(file + ": there is no such folder.");
-    static_cast<void>(simulator::recordable(file));
+    simulator::requireRecordable(file);
     for (std::size_t index = 0; index < machine.cardCount(); ++index) {
         const auto& other = machine.card(index).recordingRequest();
         if (&machine.card(index) != &card && other && other->file == file)
@@ -37,7 +38,7 @@ void record(RecordOptions options, std::ostream& out) {
     simulator::Card& card = directory->machine().card(indexOfCard(directory->machine(), options.number));
     if (options.cancel) {
         if (!card.recordingRequest())
-            throw MachineError("nothing of the card is to be recorded.");
+            throw MachineError("Nothing of the card is to be recorded.");
         card.requestRecording(std::nullopt);
         out << nameOf(card) << ": nothing is recorded.\n";
     } else {
@@ -73,7 +74,7 @@ void addRecordCommand(CLI::App& program, std::ostream& out) {
     const auto addTime = [&](const char* name, uint64_t least, uint64_t& microseconds,
                              const char* description) {
         command->add_option(name, microseconds, description)
-            ->check(CLI::Range(least, RecordingRequest::kMostMicroseconds))
+            ->transform(tools::wholeNumber(least, RecordingRequest::kMostMicroseconds))
             ->type_name("MICROSECONDS");
     };
     addTime("--from", 0, options->request.fromMicroseconds, "Begin so long after the run has begun");

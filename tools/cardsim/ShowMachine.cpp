@@ -7,6 +7,7 @@
 #include "tools/cardsim/IdentityText.h"
 #include "tools/cardsim/RecordCommand.h"
 #include "tools/images/BoardRevision.h"
+#include "tools/images/ByteText.h"
 #include "tools/images/CardModels.h"
 #include "tools/images/FirmwareDate.h"
 
@@ -18,7 +19,7 @@ using simulator::FpgaConfiguration;
 
 std::string modelName(uint8_t code) {
     const tools::CardModel* const model = tools::modelCoded(code);
-    return model != nullptr ? std::string(model->name) : "model " + hexadecimal(code, 2);
+    return model != nullptr ? std::string(model->name) : "model " + tools::hexadecimalText(code, 2);
 }
 
 std::string boardName(uint8_t revision) {
@@ -44,7 +45,7 @@ void showCard(std::size_t index, const Card& card, bool on, std::ostream& out) {
         << "  Identity    " << identityName(card.identity()) << '\n'
         << "  Running     " << (on ? describe(card.running()) : "nothing, the machine is off") << '\n'
         << "  PROM        " << contentOf(card.cells()) << '\n'
-        << "  Protection  " << hexadecimal(card.protection(), 1) << '\n';
+        << "  Protection  " << tools::hexadecimalText(card.protection(), 1) << '\n';
     if (on)
         out << "  Lamp        "
             << ((card.jtagOutput() & simulator::registers::kActivityLamp) != 0 ? "on" : "off") << '\n';
@@ -60,9 +61,9 @@ std::string describe(const std::optional<FpgaConfiguration>& configuration) {
     if (!configuration)
         return "no configuration";
     return modelName(configuration->modelCode) + ", " + boardName(configuration->boardRevision) +
-           ", firmware " + configuration->flavour + ' ' + std::to_string(configuration->version) + " of " +
+           ", firmware " + configuration->flavour + std::to_string(configuration->version) + " of " +
            tools::firmwareDateText(configuration->date)
-               .value_or("date " + hexadecimal(configuration->date, 4));
+               .value_or("date " + tools::hexadecimalText(configuration->date, 4));
 }
 
 void showMachine(const simulator::Machine& machine, std::ostream& out) {

@@ -1,5 +1,6 @@
 #include "tools/command_line/CommandLine.h"
 
+#include <charconv>
 #include <exception>
 #include <ostream>
 
@@ -45,6 +46,22 @@ int runCommandLine(CLI::App& program, const std::vector<std::string>& arguments,
         return kFailed;
     }
     return kDone;
+}
+
+CLI::Validator wholeNumber(uint64_t least, uint64_t most) {
+    const auto normalise = [=](std::string& text) {
+        uint64_t number = 0;
+        const char* const end = text.data() + text.size();
+        const auto [stop, error] = std::from_chars(text.data(), end, number);
+        if (stop != end || error != std::errc() || number < least || number > most) {
+            const bool isBounded = most != std::numeric_limits<uint64_t>::max();
+            return '"' + text + "\" is not a whole number from " + std::to_string(least) +
+                   (isBounded ? " to " + std::to_string(most) : " on") + '.';
+        }
+        text = std::to_string(number);
+        return std::string();
+    };
+    return CLI::Validator(normalise, "");
 }
 
 }  // namespace tools

@@ -3,7 +3,10 @@
 // How the tools run a command line: what they end with, and how they complain.
 
 #include <CLI/CLI.hpp>
+#include <cstdint>
+#include <functional>
 #include <iosfwd>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -17,5 +20,16 @@ enum ExitCode { kDone = 0, kFailed = 1, kWrongUsage = 2 };
 // callbacks write; complaints go to `err`.
 [[nodiscard]] int runCommandLine(CLI::App& program, const std::vector<std::string>& arguments,
                                  std::ostream& out, std::ostream& err);
+
+// To transform the text of an option that takes a whole number within bounds, in decimal. CLI11 by itself
+// takes "010" for 8 and "-1" for the greatest number there is.
+[[nodiscard]] CLI::Validator wholeNumber(uint64_t least,
+                                         uint64_t most = std::numeric_limits<uint64_t>::max());
+
+// A check of an option whose text `parse` must take; `form` says, in a sentence, what such a text is.
+template <typename Parse>
+[[nodiscard]] std::function<std::string(const std::string&)> takenBy(Parse parse, std::string form) {
+    return [=](const std::string& text) { return parse(text) ? std::string() : form; };
+}
 
 }  // namespace tools

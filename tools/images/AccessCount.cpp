@@ -12,8 +12,8 @@ Accesses& Accesses::operator+=(const Accesses& other) {
 }
 
 AccessCounter::AccessCounter() {
-    constexpr uint64_t idleWords = 2;
-    total_.stores = idleWords;
+    constexpr uint64_t kIdleWords = 2;
+    total_.stores = kIdleWords;
     go(kTapTestLogicReset);
 }
 

@@ -1,6 +1,8 @@
 #include "tools/images/ByteText.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdio>
 
 namespace tools {
 
@@ -15,6 +17,12 @@ std::string byteText(uint8_t byte) {
     std::string text = "0x";
     appendHexadecimal(text, {&byte, 1});
     return text;
+}
+
+std::string hexadecimalText(uint32_t number, int digits) {
+    std::array<char, 16> text{};
+    (void)std::snprintf(text.data(), text.size(), "0x%0*lX", digits, static_cast<unsigned long>(number));
+    return text.data();
 }
 
 std::string bytesText(std::size_t bytes) {

@@ -17,6 +17,9 @@ void appendHexadecimal(std::string& text, std::span<const uint8_t> bytes);
 // 0x2F
 [[nodiscard]] std::string byteText(uint8_t byte);
 
+// 0x00002F, with at least so many digits.
+[[nodiscard]] std::string hexadecimalText(uint32_t number, int digits);
+
 // 1 byte, 2 bytes
 [[nodiscard]] std::string bytesText(std::size_t bytes);
 

@@ -6,7 +6,6 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace tools {
 
@@ -46,16 +45,13 @@ inline constexpr std::array<CardModel, 6> kCardModels = {{
     return nullptr;
 }
 
-// Every name that modelNamed knows.
-[[nodiscard]] inline std::vector<std::string> modelNames() {
-    std::vector<std::string> names;
+// Which names modelNamed takes, in a sentence.
+[[nodiscard]] inline std::string modelForm() {
+    std::string text = "A model is one of ";
     for (const CardModel& model : kCardModels) {
-        names.emplace_back(model.name);
-        if (model.shortName != model.name) {
-            names.emplace_back(model.shortName);
-        }
+        text.append(model.name).append(&model == &kCardModels.back() ? "." : ", ");
     }
-    return names;
+    return text;
 }
 
 }  // namespace tools

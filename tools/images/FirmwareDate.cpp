@@ -8,8 +8,8 @@ namespace tools {
 
 namespace {
 
-constexpr unsigned firstYear = 2000;
-constexpr unsigned lastYear = 2015;
+constexpr unsigned kFirstYear = 2000;
+constexpr unsigned kLastYear = 2015;
 constexpr std::array kMonthNames{"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                  "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
 
@@ -32,7 +32,7 @@ std::optional<uint16_t> firmwareDate(std::string_view text) {
     const auto year = digits(text.substr(0, 4));
     const auto month = digits(text.substr(5, 2));
     const auto day = digits(text.substr(8, 2));
-    if (!year || !month || !day || *year < firstYear || *year > lastYear) {
+    if (!year || !month || !day || *year < kFirstYear || *year > kLastYear) {
         return std::nullopt;
     }
     const std::chrono::year_month_day date{std::chrono::year(static_cast<int>(*year)),
@@ -40,7 +40,7 @@ std::optional<uint16_t> firmwareDate(std::string_view text) {
     if (!date.ok()) {
         return std::nullopt;
     }
-    return static_cast<uint16_t>((*year - firstYear) << 12 | *month << 8 | *day);
+    return static_cast<uint16_t>((*year - kFirstYear) << 12 | *month << 8 | *day);
 }
 
 std::optional<std::string> firmwareDateText(uint16_t date) {
@@ -49,7 +49,7 @@ std::optional<std::string> firmwareDateText(uint16_t date) {
         return std::nullopt;
     }
     return std::to_string(date & 0x1F) + ' ' + kMonthNames[month - 1] + ' ' +
-           std::to_string(firstYear + (date >> 12));
+           std::to_string(kFirstYear + (date >> 12));
 }
 
 }  // namespace tools

@@ -23,12 +23,12 @@ std::string imageFileName(const CardModel& model, char flavour, uint8_t version,
 }
 
 bool isImageFileName(std::string_view name) {
-    constexpr std::size_t boardAt = 6;
-    if (name.size() <= boardAt + kEnding.size() || !name.ends_with(kEnding)) {
+    constexpr std::size_t kBoardAt = 6;
+    if (name.size() <= kBoardAt + kEnding.size() || !name.ends_with(kEnding)) {
         return false;
     }
     const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
-    const std::string_view board = name.substr(boardAt, name.size() - kEnding.size() - boardAt);
+    const std::string_view board = name.substr(kBoardAt, name.size() - kEnding.size() - kBoardAt);
     return std::ranges::any_of(kCardModels,
                                [name](const CardModel& model) { return name.starts_with(model.tag); }) &&
            (name[3] == 'M' || name[3] == 'W') && isDigit(name[4]) && isDigit(name[5]) &&

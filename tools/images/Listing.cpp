@@ -40,18 +40,18 @@ std::string_view reasonOf(ImageEnd end) {
 
 // In lines that fit a window. The first says what it is about.
 void appendBytes(std::string& text, std::size_t offset, std::span<const uint8_t> bytes, ImageEnd end) {
-    constexpr std::size_t bytesPerLine = 32;
+    constexpr std::size_t kBytesPerLine = 32;
     if (bytes.empty()) {
         return;
     }
     text += "; ";
     text += reasonOf(end);
     text += '\n';
-    for (std::size_t done = 0; done < bytes.size(); done += bytesPerLine) {
+    for (std::size_t done = 0; done < bytes.size(); done += kBytesPerLine) {
         text += offsetText(offset + done);
         text += ": ";
         text += kBytesLine;
-        appendValue(text, bytes.subspan(done, std::min(bytesPerLine, bytes.size() - done)));
+        appendValue(text, bytes.subspan(done, std::min(kBytesPerLine, bytes.size() - done)));
         text += '\n';
     }
 }

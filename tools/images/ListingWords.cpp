@@ -40,11 +40,11 @@ std::vector<std::string_view> listingWords(std::string_view line) {
 }
 
 std::string quotedWord(std::string_view word) {
-    constexpr std::size_t longest = 40;
-    std::string text(word.substr(0, longest));
+    constexpr std::size_t kLongest = 40;
+    std::string text(word.substr(0, kLongest));
     std::ranges::replace_if(
         text, [](char c) { return c < ' ' || c > '~'; }, '?');
-    return '"' + text + (word.size() > longest ? "...\"" : "\"");
+    return '"' + text + (word.size() > kLongest ? "...\"" : "\"");
 }
 
 uint32_t numberOf(std::string_view word, uint32_t most) {

@@ -2,7 +2,6 @@
 
 // The words of a listing's line, and what they stand for.
 
-#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>

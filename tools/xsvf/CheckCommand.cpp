@@ -2,7 +2,6 @@
 
 #include <CLI/CLI.hpp>
 #include <cmath>
-#include <exception>
 #include <filesystem>
 #include <memory>
 #include <ostream>

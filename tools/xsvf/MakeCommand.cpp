@@ -8,7 +8,9 @@
 
 #include "simulator/Files.h"
 #include "simulator/FpgaConfiguration.h"
+#include "tools/command_line/CommandLine.h"
 #include "tools/images/BoardRevision.h"
+#include "tools/images/CardModels.h"
 #include "tools/images/FirmwareDate.h"
 #include "tools/images/FirmwareImage.h"
 #include "tools/images/ImageName.h"
@@ -54,18 +56,9 @@ void make(const MakeOptions& options, std::ostream& out) {
 
     const auto path = options.outputDirectory / imageFileName(model, options.flavour, version, boardRevision);
     std::filesystem::create_directories(options.outputDirectory);
-    writeOutputFile(path, makeFirmwareImage(std::span<const uint8_t, simulator::kPromBytes>(prom)));
+    writeOutputFile(path, makeFirmwareImage(std::span<const uint8_t, simulator::kPromBytes>(prom)),
+                    options.payload);
     out << path.string() << '\n';
-}
-
-// CLI11 takes an empty text for "valid".
-std::string checkBoard(const std::string& text) {
-    return boardRevisionNamed(text) ? ""
-                                    : "A board is a letter from A to Z, or NC for one without a revision.";
-}
-
-std::string checkDate(const std::string& text) {
-    return firmwareDate(text) ? "" : "A date is written like 2006-03-17 and lies in 2000 to 2015.";
 }
 
 }  // namespace
@@ -75,28 +68,35 @@ void addMakeCommand(CLI::App& program, std::ostream& out) {
     CLI::App* command = program.add_subcommand("make", "Make a firmware image and print its path");
     command->add_option("--model", options->model, "Card model")
         ->required()
-        ->check(CLI::IsMember(modelNames()));
+        ->check(takenBy(modelNamed, modelForm()))
+        ->type_name("MODEL");
     command
         ->add_option("--flavour", options->flavour,
                      "Byte order of the registers: M big-endian, W little-endian")
         ->required()
-        ->check(CLI::IsMember({"M", "W"}));
+        ->check(takenBy([](std::string_view letter) { return letter == "M" || letter == "W"; },
+                        "A flavour is M or W."))
+        ->type_name("M|W");
     command->add_option("--version", options->version, "Firmware version, 0 to 99")
         ->required()
-        ->check(CLI::Range(0, 99));
+        ->transform(wholeNumber(0, 99))
+        ->type_name("VERSION");
     command->add_option("--board", options->board, "Board revision letter, or NC for a board without one")
         ->capture_default_str()
-        ->check(checkBoard, "LETTER|NC");
+        ->check(takenBy(boardRevisionNamed, kBoardRevisionForm))
+        ->type_name("LETTER|NC");
     auto* content = command->add_option_group("content", "What the PROM is to hold");
     content
         ->add_option("--date", options->date,
                      "Date of the firmware, for a configuration made from these options")
-        ->check(checkDate, "YYYY-MM-DD");
+        ->check(takenBy(firmwareDate, kFirmwareDateForm))
+        ->type_name("YYYY-MM-DD");
     content->add_option("--payload", options->payload, "File with the PROM's 262144 bytes instead")
-        ->check(CLI::ExistingFile);
+        ->type_name("FILE");
     content->require_option(1);
     command
         ->add_option("--output-directory", options->outputDirectory, "Where the image goes; made if missing")
+        ->type_name("DIR")
         ->capture_default_str();
     command->callback([options, &out] { make(*options, out); });
 }

@@ -40,7 +40,7 @@ TEST_F(CardSimTest, MakesShowsAndPowerCycles) {
     ASSERT_EQ(runWith({"show", folder_}), kDone);
     EXPECT_TRUE(says("Power       off")) << out_.str();
     EXPECT_TRUE(says("Identity    2103070021 (0x21307015)"));
-    EXPECT_TRUE(says("Vorn K40, board B, firmware W 7 of 9 Mar 2005; 512 pages programmed, 0 erased"));
+    EXPECT_TRUE(says("Vorn K40, board B, firmware W7 of 9 Mar 2005; 512 pages programmed, 0 erased"));
     ASSERT_EQ(runWith({"power-cycle", folder_}), kDone);
     {
         const auto directory = MachineDirectory::open(folder_, MachineDirectory::OnOpening::leaveAsItIs);
@@ -49,7 +49,7 @@ TEST_F(CardSimTest, MakesShowsAndPowerCycles) {
         directory->save();
     }
     ASSERT_EQ(runWith({"show", folder_}), kDone);
-    EXPECT_TRUE(says("Running     Vorn DX8, board without revision, firmware W 7 of 23 Nov 2004"));
+    EXPECT_TRUE(says("Running     Vorn DX8, board without revision, firmware W7 of 23 Nov 2004"));
     EXPECT_TRUE(says("PROM        no configuration; 0 pages programmed, 512 erased")) << out_.str();
     EXPECT_TRUE(says("Identity    blank (0xFFFFFFFF)"));
     EXPECT_TRUE(says("1 x short wait, first at access 42, Vorn DX8: Too short."));
@@ -99,10 +99,10 @@ TEST_F(CardSimTest, PlugsChangesAndPullsCards) {
     ASSERT_EQ(runWith({"power-cycle", folder_}), kDone);
     ASSERT_EQ(runWith({"show", folder_}), kDone);
     for (const char* text :
-         {"Running     VornMX-B, board A, firmware W 9 of 1 Feb 2006", "Identity    2103070021",
+         {"Running     VornMX-B, board A, firmware W9 of 1 Feb 2006", "Identity    2103070021",
           "Protection  0x5", "Card 2: Renamed in PCI slot 2\n  Board       Vorn K40, board without revision",
           "Card 3: Vorn DX8-XS", "Card 4: VornMX-C in PCI slot 5", "Identity    2203070021 (0x22307015)",
-          "Running     VornMX-C, board B, firmware M 3 of 2 Jan 2005", "Card 5: Second in Shelf",
+          "Running     VornMX-C, board B, firmware M3 of 2 Jan 2005", "Card 5: Second in Shelf",
           "Identity    blank", "Running     no configuration", "Lamp        off"})
         EXPECT_TRUE(says(text)) << text << out_.str();
     EXPECT_FALSE(fs::exists(folder_ / "card-3.prom"));
@@ -114,16 +114,18 @@ TEST_F(CardSimTest, SaysWhatIsWrongWithACommandLine) {
         std::vector<std::string> arguments;
         const char* complaint;
     } kCases[] = {
-        {{"change", folder_, "-1", "--name", "A"}, "\"-1\" is not a count."},
-        {{"change", folder_, "0", "--name", "A"}, "Cards are counted from 1."},
-        {{"change", folder_, "9", "--name", "A"}, "there is no card 9; the machine has 4."},
-        {{"change", folder_, "1"}, "nothing was named that could be changed."},
+        {{"change", folder_, "-1", "--name", "A"}, "\"-1\" is not a whole number from 1 on."},
+        {{"change", folder_, "0", "--name", "A"}, "\"0\" is not a whole number from 1 on."},
+        {{"change", folder_, "9", "--name", "A"}, "There is no card 9; the machine has 4."},
+        {{"change", folder_, "1"}, "Nothing was named that could be changed."},
         {{"change", folder_, "1", "--name", "Two\nlines"}, "A text is one line without control characters."},
         {{"change", folder_, "1", "--name", "\xFF"}, "A text is UTF-8."},
-        {{"add", folder_, "--model", "K40", "--date", "2005-01-02"}, "firmware has a version and a date"},
-        {{"fault", "inject", folder_, "1", "tdo-low", "--at-clock", "-1"}, "\"-1\" is not a count."},
+        {{"add", folder_, "--model", "K40", "--date", "2005-01-02"}, "Firmware has a version and a date"},
+        {{"fault", "inject", folder_, "1", "tdo-low", "--at-clock", "-1"},
+         "\"-1\" is not a whole number from 0 on."},
         {{"fault", "inject", folder_, "1", "foreign-identification", "--code", "0xF5035093"},
          "0xF5035093 is the PROM's own code, not a foreign one."},
+        {{"driver", folder_}, "Nothing was named that could be changed."},
         {{"driver", folder_, "--resident", "1"}, "\"1\" is none of no|yes."},
         {{"prom", "dump", folder_, "1", folder_}, "is not an ordinary file."},
         {{"record", folder_, "1", folder_ / "card-1.prom"}, "is there already and is no recording."},
@@ -136,7 +138,7 @@ TEST_F(CardSimTest, SaysWhatIsWrongWithACommandLine) {
 
 TEST_F(CardSimTest, BreaksAndMendsCards) {
     ASSERT_EQ(runWith({"make", folder_}), kDone);
-    ASSERT_EQ(runWith({"fault", "inject", folder_, "1", "page-misread", "--page", "7", "--times", "4",
+    ASSERT_EQ(runWith({"fault", "inject", folder_, "01", "page-misread", "--page", "007", "--times", "04",
                        "--at-access", "1000"}),
               kDone)
         << err_.str();
@@ -254,7 +256,7 @@ TEST_F(CardSimTest, ComplaintsAndExitCodes) {
     ASSERT_EQ(runWith({"make", folder_}), kDone);
     EXPECT_EQ(runWith({"make", folder_}), kFailed) << "an existing machine is not overwritten";
     EXPECT_EQ(runWith({"fault", "inject", folder_, "5", "tdo-low"}), kFailed);
-    EXPECT_EQ(err_.str(), "cardsim: there is no card 5; the machine has 4.\n");
+    EXPECT_EQ(err_.str(), "cardsim: There is no card 5; the machine has 4.\n");
 }
 
 }  // namespace cardsim

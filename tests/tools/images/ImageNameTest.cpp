@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "tools/images/BoardRevision.h"
-#include "tools/images/FirmwareDate.h"
 
 namespace {
 
@@ -23,15 +22,6 @@ TEST(ImageName, saysWhatTheImageIsFor) {
     EXPECT_FALSE(tools::modelNamed("K4") || tools::modelNamed("") || tools::modelCoded(0x26));
     EXPECT_FALSE(tools::boardRevisionNamed("") || tools::boardRevisionNamed("a") ||
                  tools::boardRevisionNamed("AB"));
-}
-
-TEST(FirmwareDate, isADateThatTheRegisterCanHold) {
-    EXPECT_EQ(tools::firmwareDate("2006-03-17"), 0x6311);
-    EXPECT_EQ(tools::firmwareDate("2004-02-29"), 0x421D);
-    for (const char* text : {"", "2006-3-17", "2006/03/17", "1999-12-31", "2016-01-01", "2006-02-29",
-                             "2006-13-01", "2006-00-10", "2006-01-0x", "+006-01-01"}) {
-        EXPECT_FALSE(tools::firmwareDate(text)) << text;
-    }
 }
 
 }  // namespace

@@ -55,7 +55,7 @@ void setPort(int16_t port, int16_t value) {
         gpPlayedOn->tms = value != 0;
     } else if (port == kPortTDI) {
         gpPlayedOn->tdi = value != 0;
-    } else {
+    } else if (port == kPortTCK) {
         gpPlayedOn->pass(1);
         gpPlayedOn->chain.drive(value != 0, gpPlayedOn->tms, gpPlayedOn->tdi);
         gpPlayedOn->pass(tools::kSettlingLoads);

@@ -4,7 +4,6 @@
 //
 // It answers the player's JTAG port, of which there is one in a program: one image is played at a time.
 
-#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <optional>

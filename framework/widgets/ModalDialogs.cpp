@@ -1,4 +1,4 @@
-#include "framework/widgets/ModalSession.h"
+#include "framework/widgets/ModalDialogs.h"
 
 #include <QApplication>
 #include <QDialog>

@@ -2,12 +2,12 @@
 
 #include "app/Alert.h"
 #include "app/CUpdaterApp.h"
-#include "app/FirmwareImage.h"
 #include "app/PaneIDs.h"
 #include "app/Progress.h"
 #include "app/logic/CardModel.h"
 #include "app/logic/CardValues.h"
 #include "app/logic/FirmwareFiles.h"
+#include "app/logic/FirmwareImage.h"
 #include "app/logic/FormatText.h"
 #include "framework/widgets/LProgressBar.h"
 #include "framework/widgets/LWindow.h"

@@ -49,8 +49,15 @@ void RatioTable::ReportRuns(const std::vector<Run>& runs) {
 void RatioTable::Finalize() {
     const auto secondsOf = [this](const std::string& name) { return least_.at(name).seconds; };
     const auto peakOf = [this](const std::string& name) { return least_.at(name).counters.at(kPeakBytes); };
-    if (!allMet_)
+    for (const char* name : {kBareLoop, kPlayer, kSimulatedUpdate, kUpdateInWindow, kEmptyWindow, kTextWindow,
+                             kControlsWindow, kUpdater})
+        allMet_ = allMet_ && least_.contains(name);
+    for (const std::size_t bytes : kImageSizes)
+        allMet_ = allMet_ && least_.contains(imageName(bytes));
+    if (!allMet_) {
+        std::puts("Not everything was measured, so there is no table.");
         return;
+    }
 
     std::printf("\n| %-58s | ratio | goal   |\n|%s|------:|-------:|\n", "least of the repetitions",
                 std::string(60, '-').c_str());

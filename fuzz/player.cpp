@@ -4,7 +4,7 @@
 #include <memory>
 #include <vector>
 
-#include "app/FirmwareImage.h"
+#include "app/logic/FirmwareImage.h"
 #include "card/Registers.h"
 #include "fuzz/ImpatientHost.h"
 #include "fuzz/Require.h"

@@ -18,8 +18,6 @@ namespace simulator {
 namespace {
 
 constexpr std::size_t kPieceBytes = 65536;
-// Far more than any image, listing or machine has; a device without an end has more.
-constexpr std::size_t kMostBytes = std::size_t{256} << 20;
 
 [[noreturn]] void fail(const std::filesystem::path& path, const std::string& what) {
     const std::string reason = std::generic_category().message(errno);
@@ -64,7 +62,7 @@ class File {
         struct stat status {};
         const bool hasSize = ::fstat(descriptor_, &status) == 0 && S_ISREG(status.st_mode);
         std::vector<uint8_t> content(
-            hasSize ? std::min(static_cast<std::size_t>(status.st_size), kMostBytes) + 1 : kPieceBytes);
+            hasSize ? std::min(static_cast<std::size_t>(status.st_size), kMostFileBytes) + 1 : kPieceBytes);
         std::size_t filled = 0;
         for (;;) {
             if (filled == content.size())
@@ -77,9 +75,9 @@ class File {
             if (got == 0)
                 break;
             filled += static_cast<std::size_t>(got);
-            if (filled > kMostBytes)
-                throw MachineError(path_.string() + ": is longer than " + std::to_string(kMostBytes >> 20) +
-                                   " megabytes.");
+            if (filled > kMostFileBytes)
+                throw MachineError(path_.string() + ": is longer than " +
+                                   std::to_string(kMostFileBytes >> 20) + " megabytes.");
         }
         content.resize(filled);
         return content;
@@ -146,6 +144,11 @@ void replaceFile(const std::filesystem::path& path, std::span<const uint8_t> con
 
 void writeIntoFile(const std::filesystem::path& path, std::size_t offset, std::span<const uint8_t> bytes) {
     File(path, O_WRONLY, "could not be opened").write(offset, bytes);
+}
+
+bool isSameFile(const std::filesystem::path& one, const std::filesystem::path& other) {
+    std::error_code notBothThere;
+    return one == other || std::filesystem::equivalent(one, other, notBothThere);
 }
 
 void removeFile(const std::filesystem::path& path) {

@@ -12,7 +12,10 @@
 
 namespace simulator {
 
-// A file of more than 256 megabytes is a failure, too.
+// Far more than any image, listing or machine has; a device without an end has more.
+constexpr std::size_t kMostFileBytes = std::size_t{256} << 20;
+
+// A file of more than kMostFileBytes is a failure, too.
 [[nodiscard]] std::vector<uint8_t> readFile(const std::filesystem::path& path);
 
 // Puts a file into the place of whatever is there; whoever opens it sees the old content or the new, no
@@ -21,6 +24,9 @@ void replaceFile(const std::filesystem::path& path, std::span<const uint8_t> con
 
 // Changes some bytes of a file that is there.
 void writeIntoFile(const std::filesystem::path& path, std::size_t offset, std::span<const uint8_t> bytes);
+
+// Whether two names lead to one file, or would once it is there.
+[[nodiscard]] bool isSameFile(const std::filesystem::path& one, const std::filesystem::path& other);
 
 void removeFile(const std::filesystem::path& path);
 

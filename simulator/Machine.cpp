@@ -4,6 +4,9 @@
 #include <cassert>
 #include <utility>
 
+#include "simulator/Files.h"
+#include "simulator/MachineError.h"
+
 namespace simulator {
 namespace {
 
@@ -59,8 +62,16 @@ void Machine::resume() {
 }
 
 void Machine::beginRecordings() {
-    for (const auto& card : cards_)
+    std::vector<std::string> files;
+    for (const auto& card : cards_) {
+        if (const auto& request = card->recordingRequest()) {
+            const auto isSame = [&](const std::string& file) { return isSameFile(file, request->file); };
+            if (std::ranges::any_of(files, isSame))
+                throw MachineError(request->file + ": two cards are to be recorded there.");
+            files.push_back(request->file);
+        }
         card->beginRecording();
+    }
 }
 
 void Machine::endRecordings() {

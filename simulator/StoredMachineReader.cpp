@@ -203,7 +203,9 @@ RecordingRequest decodeRecording(Object object) {
     constexpr uint64_t kMost = RecordingRequest::kMostMicroseconds;
     RecordingRequest request{.file = object.text("file"),
                              .fromMicroseconds = object.number<uint64_t>("fromMicroseconds", 0, kMost),
-                             .microseconds = object.number<uint64_t>("microseconds", 0, kMost)};
+                             .microseconds = object.number<uint64_t>("microseconds", 1, kMost)};
+    if (!request.file.starts_with('/') || request.file.find('\0') != std::string::npos)
+        object.complain("file", "is not an absolute path.");
     object.nothingElse();
     return request;
 }

@@ -1,6 +1,7 @@
 // The updater on a simulated machine, which lives in the folder that the command line names.
 
 #include <CLI/CLI.hpp>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -44,6 +45,8 @@ int runOn(const std::string& folder) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    // A write beyond a limit on files is to fail, and not to end the program in its midst.
+    std::signal(SIGXFSZ, SIG_IGN);
     try {
         CLI::App arguments("Updates the firmware of the cards in a simulated machine.");
         std::string folder;

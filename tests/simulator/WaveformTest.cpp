@@ -1,6 +1,9 @@
 #include "simulator/Waveform.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include <csignal>
 
 #include "simulator/MachineError.h"
 #include "tests/simulator/Probe.h"
@@ -99,6 +102,36 @@ TEST_F(WaveformTest, AFileThatCannotBeWrittenIsNamedAndTheRequestStays) {
         }
         EXPECT_TRUE(card().recordingRequest());
     }
+}
+
+TEST_F(WaveformTest, AFullDiskIsNamedAtTheEndAndWhatCameBeforeIsWhole) {
+    // A limit on files in place of a disk that is full. Beyond it a write would end the process.
+    const auto before = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit limit{};
+    ::getrlimit(RLIMIT_FSIZE, &limit);
+    const rlimit narrow{.rlim_cur = 4096, .rlim_max = limit.rlim_max};
+    card().requestRecording(RecordingRequest{.file = file_});
+    machine_.beginRecordings();
+    ::setrlimit(RLIMIT_FSIZE, &narrow);
+    for (int change = 0; change < 1000; ++change)
+        probe_->write(0x100, change % 2 == 0 ? 0x40 : 0);
+    ::setrlimit(RLIMIT_FSIZE, &limit);
+    std::signal(SIGXFSZ, before);
+    try {
+        machine_.endRecordings();
+        ADD_FAILURE();
+    } catch (const MachineError& error) {
+        EXPECT_TRUE(std::string(error.what()).starts_with(file_ + ": could not be written")) << error.what();
+    }
+    EXPECT_GT(ValueChangeDump(file_).moments.size(), 100U);
+}
+
+TEST_F(WaveformTest, TwoCardsAreNotRecordedIntoOneFile) {
+    machine_.powerOff();
+    machine_.addCard(card().board(), {});
+    for (std::size_t index : {0U, 1U})
+        machine_.card(index).requestRecording(RecordingRequest{.file = file_});
+    EXPECT_THROW(machine_.beginRecordings(), MachineError);
 }
 
 }  // namespace simulator

@@ -8,7 +8,6 @@
 
 namespace {
 
-using simulator::FaultKind;
 using Alert = UpdaterSession::Alert;
 using Alerts = std::vector<Alert>;
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <tuple>
 #include <utility>
@@ -136,19 +135,6 @@ void changeCard(const CardOptions& options, std::ostream& out) {
     changeSpecialRow(options, card.cells());
     directory->save();
     out << "Changed " << nameOf(card) << ".\n";
-}
-
-// One line of UTF-8, which is all that a driver's reply and machine.json can hold.
-std::string checkText(const std::string& text) {
-    const bool isOneLine = std::ranges::none_of(text, [](unsigned char c) { return c == 0x7F || c < ' '; });
-    if (!isOneLine)
-        return "A text is one line without control characters.";
-    try {
-        static_cast<void>(nlohmann::json(text).dump());
-        return "";
-    } catch (const nlohmann::json::exception&) {
-        return "A text is UTF-8.";
-    }
 }
 
 void addDescription(CLI::App& command, CardOptions& options) {

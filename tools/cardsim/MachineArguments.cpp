@@ -1,5 +1,8 @@
 #include "tools/cardsim/MachineArguments.h"
 
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
 #include "simulator/MachineError.h"
 #include "tools/command_line/CommandLine.h"
 
@@ -30,6 +33,18 @@ CLI::Option* addCardNumber(CLI::App& command, std::size_t& number) {
         ->required()
         ->transform(tools::wholeNumber(1))
         ->type_name("CARD");
+}
+
+std::string checkText(const std::string& text) {
+    const bool isOneLine = std::ranges::none_of(text, [](unsigned char c) { return c == 0x7F || c < ' '; });
+    if (!isOneLine)
+        return "A text is one line without control characters.";
+    try {
+        static_cast<void>(nlohmann::json(text).dump());
+        return "";
+    } catch (const nlohmann::json::exception&) {
+        return "A text is UTF-8.";
+    }
 }
 
 }  // namespace cardsim

@@ -23,4 +23,8 @@ namespace cardsim {
 // The arguments that most commands begin with.
 CLI::Option* addFolder(CLI::App& command, std::string& folder);
 CLI::Option* addCardNumber(CLI::App& command, std::size_t& number);
+// What is wrong with a text that is to go into machine.json, which takes one line of UTF-8; empty when
+// nothing is.
+[[nodiscard]] std::string checkText(const std::string& text);
+
 }  // namespace cardsim

@@ -5,6 +5,7 @@
 #include "simulator/MachineError.h"
 #include "simulator/Waveform.h"
 #include "tools/command_line/CommandLine.h"
+#include "tools/images/OutputFile.h"
 
 namespace cardsim {
 namespace {
@@ -19,6 +20,15 @@ struct RecordOptions {
     bool cancel = false;
 };
 
+// Absolute, since the next run may start elsewhere, and past all links, so that two names of one file are
+// seen to be the same.
+std::string placeOf(const std::string& file) {
+    std::error_code error;
+    const auto place = tools::behindLinks(std::filesystem::absolute(file, error));
+    const auto canonical = std::filesystem::weakly_canonical(place, error);
+    return (error ? place : canonical).string();
+}
+
 // A recording needs a folder, and a place that nothing and nobody else has.
 void requireUsable(const std::string& file, const simulator::Machine& machine, const simulator::Card& card) {
     if (!std::filesystem::is_directory(std::filesystem::path(file).parent_path()))
@@ -26,7 +36,7 @@ void requireUsable(const std::string& file, const simulator::Machine& machine, c
     simulator::requireRecordable(file);
     for (std::size_t index = 0; index < machine.cardCount(); ++index) {
         const auto& other = machine.card(index).recordingRequest();
-        if (&machine.card(index) != &card && other && other->file == file)
+        if (&machine.card(index) != &card && other && simulator::isSameFile(other->file, file))
             throw MachineError(file + ": another card is to be recorded there.");
     }
 }
@@ -42,9 +52,7 @@ void record(RecordOptions options, std::ostream& out) {
         card.requestRecording(std::nullopt);
         out << nameOf(card) << ": nothing is recorded.\n";
     } else {
-        // The next run may start elsewhere.
-        options.request.file =
-            std::filesystem::weakly_canonical(std::filesystem::absolute(options.request.file)).string();
+        options.request.file = placeOf(options.request.file);
         requireUsable(options.request.file, directory->machine(), card);
         card.requestRecording(options.request);
         out << nameOf(card) << ": " << describe(options.request) << ".\n";
@@ -70,6 +78,7 @@ void addRecordCommand(CLI::App& program, std::ostream& out) {
     addFolder(*command, options->folder);
     addCardNumber(*command, options->number);
     command->add_option("file", options->request.file, "The file to make, such as identity.vcd")
+        ->check(checkText)
         ->type_name("FILE");
     const auto addTime = [&](const char* name, uint64_t least, uint64_t& microseconds,
                              const char* description) {

@@ -2,6 +2,7 @@
 
 #include <charconv>
 #include <exception>
+#include <new>
 #include <ostream>
 
 namespace tools {
@@ -36,6 +37,9 @@ int runCommandLine(CLI::App& program, const std::vector<std::string>& arguments,
         return ending.get_exit_code();
     } catch (const CLI::ParseError& error) {
         return program.exit(error, out, err) == 0 ? kDone : kWrongUsage;
+    } catch (const std::bad_alloc&) {
+        err << program.get_name() << ": There is not enough memory.\n";
+        return kFailed;
     } catch (const std::exception& error) {
         err << program.get_name() << ": " << error.what() << '\n';
         return kFailed;

@@ -28,7 +28,7 @@ enum ExitCode { kDone = 0, kFailed = 1, kWrongUsage = 2 };
 
 // A check of an option whose text `parse` must take; `form` says, in a sentence, what such a text is.
 template <typename Parse>
-[[nodiscard]] std::function<std::string(const std::string&)> takenBy(Parse parse, std::string form) {
+[[nodiscard]] std::function<std::string(const std::string&)> takenBy(Parse parse, const std::string& form) {
     return [=](const std::string& text) { return parse(text) ? std::string() : form; };
 }
 

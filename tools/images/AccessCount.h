@@ -24,7 +24,7 @@ struct Accesses {
 
     [[nodiscard]] uint64_t count() const { return stores + loads; }
     [[nodiscard]] double seconds() const {
-        return static_cast<double>(count()) / (1e6 * kAccessesPerMicrosecond);
+        return static_cast<double>(count()) / (1e6 * double{kAccessesPerMicrosecond});
     }
     Accesses& operator+=(const Accesses& other);
     bool operator==(const Accesses&) const = default;

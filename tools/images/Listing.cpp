@@ -1,6 +1,7 @@
 #include "tools/images/Listing.h"
 
 #include <algorithm>
+#include <stdexcept>
 
 #include "tools/images/ByteText.h"
 #include "tools/images/CommandReader.h"
@@ -100,13 +101,16 @@ std::string listingLine(std::size_t offset, const Command& command) {
     return line + '\n';
 }
 
-std::string listingOf(std::span<const uint8_t> image) {
+std::string listingOf(std::span<const uint8_t> image, std::size_t mostBytes) {
     std::string text;
     CommandReader reader(image);
     std::size_t offset = reader.offset();
     while (const auto command = reader.next()) {
         text += listingLine(offset, *command);
         offset = reader.offset();
+        if (text.size() > mostBytes) {
+            throw std::length_error("The listing would be longer than " + bytesText(mostBytes) + ".");
+        }
     }
     appendBytes(text, offset, reader.rest(), reader.end());
     return text;

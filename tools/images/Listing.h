@@ -26,6 +26,7 @@
 #include <string>
 #include <string_view>
 
+#include "simulator/Files.h"
 #include "tools/images/Command.h"
 
 namespace tools {
@@ -39,7 +40,11 @@ constexpr std::string_view kBytesLine = "BYTES";
 // The line of the command at an offset, with its line end.
 [[nodiscard]] std::string listingLine(std::size_t offset, const Command& command);
 
-// All of an image, whatever it is.
-[[nodiscard]] std::string listingOf(std::span<const uint8_t> image);
+// A few bytes of an image can be a thousand characters of a listing.
+constexpr std::size_t kMostListingBytes = simulator::kMostFileBytes;
+
+// All of an image, whatever it is. Throws std::length_error when the text is longer than `mostBytes`.
+[[nodiscard]] std::string listingOf(std::span<const uint8_t> image,
+                                    std::size_t mostBytes = kMostListingBytes);
 
 }  // namespace tools

@@ -20,6 +20,8 @@ using Words = std::span<const std::string_view>;
 
 constexpr std::size_t kMostSteps = 255;
 
+constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
 void requireOperands(std::string_view name, Words operands, std::size_t count) {
     if (operands.size() != count) {
         throw ListingRefusal{std::string(name) + " takes " + std::to_string(count) +
@@ -50,6 +52,8 @@ uint8_t stateOf(std::optional<uint8_t> named, std::string_view word) {
 // Grows an image line by line.
 class ImageWriter {
   public:
+    explicit ImageWriter(std::size_t mostBytes) : mostBytes_(mostBytes) {}
+
     // Appends what the words say. Throws ListingRefusal.
     void take(Words words) {
         const Words operands = words.subspan(1);
@@ -137,6 +141,9 @@ class ImageWriter {
             throw ListingRefusal{"The value " + quotedWord(word) + " needs " + bytesText(needed) +
                                  "; the size in force here is " + std::to_string(bytes) + "."};
         }
+        if (image_.size() + bytes > mostBytes_) {
+            throw ListingRefusal{"The image would be longer than " + bytesText(mostBytes_) + "."};
+        }
         image_.resize(image_.size() + bytes - needed);
         image_.insert(image_.end(), first, value.end());
     }
@@ -157,18 +164,23 @@ class ImageWriter {
 
     void put(uint8_t byte) { image_.push_back(byte); }
 
+    std::size_t mostBytes_;
     std::vector<uint8_t> image_;
     ValueSizes sizes_;
 };
 
 }  // namespace
 
-std::variant<std::vector<uint8_t>, ListingError> imageOf(std::string_view listing) {
-    ImageWriter writer;
+std::variant<std::vector<uint8_t>, ListingError> imageOf(std::string_view listing, std::size_t mostBytes) {
+    ImageWriter writer(mostBytes);
+    if (listing.starts_with(kByteOrderMark)) {
+        listing.remove_prefix(kByteOrderMark.size());
+    }
     std::size_t line = 0;
     while (!listing.empty()) {
         ++line;
-        const std::size_t length = std::min(listing.find('\n'), listing.size());
+        // Some editors end a line with CR, or with CR and LF.
+        const std::size_t length = std::min(listing.find_first_of("\r\n"), listing.size());
         const auto words = listingWords(listing.substr(0, length));
         try {
             if (!words.empty()) {
@@ -177,7 +189,8 @@ std::variant<std::vector<uint8_t>, ListingError> imageOf(std::string_view listin
         } catch (const ListingRefusal& refusal) {
             return ListingError{line, refusal.reason};
         }
-        listing.remove_prefix(std::min(length + 1, listing.size()));
+        listing.remove_prefix(length);
+        listing.remove_prefix(listing.starts_with("\r\n") ? 2 : std::min<std::size_t>(1, listing.size()));
     }
     return writer.takeImage();
 }

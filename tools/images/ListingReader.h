@@ -16,7 +16,12 @@ struct ListingError {
     std::string reason;  // one sentence
 };
 
-// The image, or the first thing that is wrong with the listing.
-[[nodiscard]] std::variant<std::vector<uint8_t>, ListingError> imageOf(std::string_view listing);
+// A short listing can ask for much more than any card holds.
+constexpr std::size_t kMostImageBytes = std::size_t{64} << 20;
+
+// The image, or the first thing that is wrong with the listing. That the image becomes longer than
+// `mostBytes` is wrong, too.
+[[nodiscard]] std::variant<std::vector<uint8_t>, ListingError> imageOf(
+    std::string_view listing, std::size_t mostBytes = kMostImageBytes);
 
 }  // namespace tools

@@ -8,6 +8,20 @@ namespace tools {
 
 namespace fs = std::filesystem;
 
+fs::path behindLinks(fs::path path) {
+    const std::string name = path.string();
+    std::error_code error;
+    constexpr int kMostLinks = 40;  // as the system
+    for (int links = 0; fs::is_symlink(fs::symlink_status(path, error)); ++links) {
+        const fs::path goal = fs::read_symlink(path, error);
+        if (error || links == kMostLinks) {
+            throw std::runtime_error(name + ": is a link that leads nowhere.");
+        }
+        path = path.parent_path() / goal;
+    }
+    return path;
+}
+
 void writeOutputFile(const fs::path& path, std::span<const uint8_t> content, const fs::path& madeFrom) {
     std::error_code ignored;
     const fs::file_status present = fs::status(path, ignored);
@@ -18,8 +32,7 @@ void writeOutputFile(const fs::path& path, std::span<const uint8_t> content, con
     if (!madeFrom.empty() && fs::equivalent(path, madeFrom, ignored)) {
         throw std::runtime_error(path.string() + ": would be replaced by what is made from it.");
     }
-    // Behind a link, its goal is what gets replaced.
-    simulator::replaceFile(fs::weakly_canonical(path), content);
+    simulator::replaceFile(behindLinks(path), content);
 }
 
 }  // namespace tools

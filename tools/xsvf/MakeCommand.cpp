@@ -55,7 +55,12 @@ void make(const MakeOptions& options, std::ostream& out) {
     }
 
     const auto path = options.outputDirectory / imageFileName(model, options.flavour, version, boardRevision);
-    std::filesystem::create_directories(options.outputDirectory);
+    std::error_code error;
+    std::filesystem::create_directories(options.outputDirectory, error);
+    if (error) {
+        throw std::runtime_error(options.outputDirectory.string() + ": could not be made (" +
+                                 error.message() + ").");
+    }
     writeOutputFile(path, makeFirmwareImage(std::span<const uint8_t, simulator::kPromBytes>(prom)),
                     options.payload);
     out << path.string() << '\n';

@@ -129,7 +129,11 @@ TEST_F(CardSimTest, SaysWhatIsWrongWithACommandLine) {
         {{"driver", folder_, "--resident", "1"}, "\"1\" is none of no|yes."},
         {{"prom", "dump", folder_, "1", folder_}, "is not an ordinary file."},
         {{"record", folder_, "1", folder_ / "card-1.prom"}, "is there already and is no recording."},
-        {{"record", folder_, "1", folder_ / "none/wave.vcd"}, "there is no such folder."}};
+        {{"record", folder_, "1", folder_ / "none/wave.vcd"}, "there is no such folder."},
+        {{"record", folder_, "1", folder_ / "\xFF.vcd"}, "A text is UTF-8."},
+        {{"record", folder_, "2", folder_ / "alias.vcd"}, "another card is to be recorded there."}};
+    std::filesystem::create_symlink("real.vcd", folder_ / "alias.vcd");
+    ASSERT_EQ(runWith({"record", folder_, "1", folder_ / "real.vcd"}), kDone) << err_.str();
     for (const auto& each : kCases) {
         EXPECT_NE(runWith(each.arguments), kDone) << each.complaint;
         EXPECT_NE(err_.str().find(each.complaint), std::string::npos) << err_.str();
@@ -217,7 +221,7 @@ TEST_F(CardSimTest, TakesPromsOutAndComparesThem) {
     std::vector<uint8_t> content = simulator::readFile(promFile);
     ASSERT_EQ(content.size(), 262149U);
     for (const uint8_t page : {uint8_t{3}, uint8_t{4}, uint8_t{6}}) {
-        std::fill_n(content.begin() + page * 512, 512, uint8_t{0});
+        std::fill_n(content.begin() + ptrdiff_t{page} * 512, 512, uint8_t{0});
         content[page * std::size_t{512}] = page;
     }
     content.resize(262144);  // the pages alone

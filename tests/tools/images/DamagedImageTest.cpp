@@ -117,10 +117,10 @@ TEST_F(DamagedImage, AtTenThousandPlacesOfARealOne) {
         meet(image, place, anyChange(), 16);
         ASSERT_FALSE(HasFailure()) << place;
     }
-    for (const std::size_t place : {places[100], places[5000], places[9900]}) {
-        image[place] ^= 0x5A;
-        EXPECT_TRUE(assembled(tools::listingOf(image)) == image) << place;
-        image[place] ^= 0x5A;
+    for (std::size_t index = 0; index < places.size(); index += 500) {
+        image[places[index]] ^= 0x5A;
+        EXPECT_TRUE(assembled(tools::listingOf(image)) == image) << places[index];
+        image[places[index]] ^= 0x5A;
     }
 }
 

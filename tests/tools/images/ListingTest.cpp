@@ -55,6 +55,25 @@ TEST(Listing, ofAnyBytesAssemblesToThem) {
     }
 }
 
+// A few bytes can stand for a thousand in either direction.
+TEST(Listing, doesNotGrowOutOfBounds) {
+    const Image steps{0x0B, 0xFF, 0x00};  // XSDRINC with 255 values of no size
+    EXPECT_GT(listingOf(steps).size(), 1000U);
+    EXPECT_THROW(listingOf(steps, 1000), std::length_error);
+    const auto result = imageOf("XSDRSIZE 8000\nXSDR 0x0\nXSDR 0x0\n", 1500);
+    ASSERT_TRUE(std::holds_alternative<tools::ListingError>(result));
+    EXPECT_EQ(std::get<tools::ListingError>(result).line, 3U);
+    EXPECT_EQ(std::get<tools::ListingError>(result).reason, "The image would be longer than 1500 bytes.");
+}
+
+TEST(ListingReader, takesWhatEditorsMakeOfLineEnds) {
+    const Image image{0x07, 3, 0x00};
+    for (const char* listing :
+         {"XREPEAT 3\r\nXCOMPLETE\r\n", "XREPEAT 3\rXCOMPLETE", "\xEF\xBB\xBFXREPEAT 3\n\nXCOMPLETE"}) {
+        EXPECT_EQ(std::get<Image>(imageOf(listing)), image) << listing;
+    }
+}
+
 TEST(ListingReader, saysWhereAndWhyAListingIsRefused) {
     const std::tuple<const char*, std::size_t, const char*> cases[] = {
         {"; all is well\n\nXDSR 0x1\n", 3, "\"XDSR\" is not a command."},

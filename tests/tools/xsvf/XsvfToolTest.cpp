@@ -73,6 +73,32 @@ TEST_F(XsvfTool, DoesNotJudgeTheNameOfAForeignContent) {
               std::string::npos);
 }
 
+TEST_F(XsvfTool, TakesAPayloadThatIsLikeAnUsedPromAndKeepsIt) {
+    write(image_, std::string(simulator::kPromBytes, '\0'));
+    const std::vector<std::string> arguments{
+        "make", "--model",   "K40",  "--flavour",          "W",    "--version", "08", "--board",
+        "B",    "--payload", image_, "--output-directory", folder_};
+    ASSERT_EQ(runWith(arguments), kDone) << err_.str();
+    EXPECT_EQ(out_.str(), other_ + "\n");
+    EXPECT_EQ(runWith({"check", other_}), kDone) << err_.str();
+    auto over = arguments;
+    over[6] = "7";
+    EXPECT_EQ(runWith(over), kFailed);
+    EXPECT_EQ(err_.str(), "xsvf: " + image_ + ": would be replaced by what is made from it.\n");
+    EXPECT_EQ(simulator::readFile(image_).size(), simulator::kPromBytes);
+}
+
+TEST_F(XsvfTool, MakesWhatALinkLeadsTo) {
+    write(listing_, "XCOMPLETE\n");
+    fs::create_symlink("K40W08B.xsv", image_);
+    ASSERT_EQ(runWith({"assemble", listing_, "--output", image_}), kDone) << err_.str();
+    EXPECT_TRUE(fs::is_symlink(image_));
+    EXPECT_EQ(simulator::readFile(other_).size(), 1U);
+    fs::create_symlink("loop", folder_ / "loop");
+    EXPECT_EQ(runWith({"assemble", listing_, "--output", folder_ / "loop"}), kFailed);
+    EXPECT_NE(err_.str().find("/loop: is a link that leads nowhere.\n"), std::string::npos) << err_.str();
+}
+
 TEST_F(XsvfTool, LeavesFilesAloneWhenItFails) {
     write(listing_, "XREPEAT 3\nXSDR 0x12\n");
     write(image_, "old");

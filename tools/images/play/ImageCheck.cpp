@@ -1,6 +1,5 @@
 #include "tools/images/play/ImageCheck.h"
 
-#include <algorithm>
 #include <vector>
 
 #include "tools/images/ByteText.h"
@@ -76,7 +75,7 @@ ImageReport checkImage(std::span<const uint8_t> image) {
         offset = reader.offset();
     }
     note(faultOfEnd(reader));
-    if (std::ranges::equal(play.content().pages(), usedProm().pages())) {
+    if (!play.hasWritten()) {
         note("The image ends and has written nothing.");
     }
     if (!report.fault) {

@@ -17,11 +17,16 @@ namespace {
 struct BareChain {
     explicit BareChain(simulator::PromCells before)
         : chain(clock, none, std::move(before),
-                [this](simulator::Misuse, const std::string& detail) { misuse = misuse.value_or(detail); }) {}
+                [this](simulator::Misuse, const std::string& detail) { misuse = misuse.value_or(detail); }) {
+        chain.prom().cells().setWriteThrough([this](std::size_t, std::span<const uint8_t> changed) {
+            hasWritten = hasWritten || changed.size() >= simulator::kPageBytes;
+        });
+    }
 
     simulator::Clock clock;
     simulator::Faults none;
     std::optional<std::string> misuse;
+    bool hasWritten = false;
     simulator::JtagChain chain;
     bool tms = false;
     bool tdi = false;
@@ -143,6 +148,10 @@ bool ImagePlay::isBusy() const {
 
 bool ImagePlay::isInProgrammingMode() const {
     return run_->bare.chain.prom().state().programmingMode;
+}
+
+bool ImagePlay::hasWritten() const {
+    return run_->bare.hasWritten;
 }
 
 const simulator::PromCells& ImagePlay::content() const {

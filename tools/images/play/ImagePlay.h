@@ -32,6 +32,8 @@ class ImagePlay {
     // True while the PROM needs more time for an operation, and while it can be programmed.
     [[nodiscard]] bool isBusy() const;
     [[nodiscard]] bool isInProgrammingMode() const;
+    // True once a page has been erased or programmed, with whatever it may be.
+    [[nodiscard]] bool hasWritten() const;
     // What the PROM holds now.
     [[nodiscard]] const simulator::PromCells& content() const;
 

@@ -1,4 +1,4 @@
-#include "app/FirmwareImage.h"
+#include "app/logic/FirmwareImage.h"
 
 #include <cstdio>
 #include <cstring>

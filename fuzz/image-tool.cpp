@@ -53,7 +53,8 @@ void checkImage(std::span<const uint8_t> image) {
 void checkListing(std::string_view text) {
     const auto result = tools::imageOf(text);
     if (const auto* const error = std::get_if<tools::ListingError>(&result)) {
-        const auto lines = static_cast<std::size_t>(std::ranges::count(text, '\n')) + 1;
+        const auto isLineEnd = [](char c) { return c == '\n' || c == '\r'; };
+        const auto lines = static_cast<std::size_t>(std::ranges::count_if(text, isLineEnd)) + 1;
         require(error->line >= 1 && error->line <= lines, "the error is in one of the lines");
         require(error->reason.ends_with('.'), "its reason is a sentence");
     } else {

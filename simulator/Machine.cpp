@@ -70,8 +70,9 @@ void Machine::beginRecordings() {
                 throw MachineError(request->file + ": two cards are to be recorded there.");
             files.push_back(request->file);
         }
-        card->beginRecording();
     }
+    for (const auto& card : cards_)
+        card->beginRecording();
 }
 
 void Machine::endRecordings() {

@@ -37,13 +37,13 @@ void operator delete(void* memory, std::size_t /*bytes*/) noexcept {
 #else
 
 // The C library's own, under the names that it keeps for those who replace them.
-// NOLINTBEGIN(bugprone-reserved-identifier)
+// NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming)
 extern "C" {
 void* __libc_malloc(std::size_t bytes);
 void* __libc_calloc(std::size_t count, std::size_t bytes);
 void* __libc_realloc(void* memory, std::size_t bytes);
 void* __libc_memalign(std::size_t alignment, std::size_t bytes);
-// NOLINTEND(bugprone-reserved-identifier)
+// NOLINTEND(bugprone-reserved-identifier,readability-identifier-naming)
 
 void* malloc(std::size_t bytes) noexcept {
     ++allocations;

@@ -1,6 +1,7 @@
 #include "card/kExtLoadUnload.h"
 
 #include <CoreFoundation/CoreFoundation.h>
+#include <Security/AuthorizationTags.h>
 #include <sys/wait.h>
 
 #include <cerrno>
@@ -132,7 +133,7 @@ void freeAuthorization(AuthorizationRef* ref) {
 
 int32_t Authenticate(AuthorizationRef* ref) {
     *ref = nullptr;
-    AuthorizationItem item = {kAuthorizationRightAdministrator, 0, nullptr, 0};
+    AuthorizationItem item = {kAuthorizationRightExecute, 0, nullptr, 0};
     const AuthorizationRights rights = {1, &item};
     if (AuthorizationCreate(nullptr, kAuthorizationEmptyEnvironment, kAskForRight, ref) !=
         errAuthorizationSuccess) {

@@ -1,4 +1,5 @@
 #include <Security/Authorization.h>
+#include <Security/AuthorizationTags.h>
 
 #include <bit>
 #include <cstring>
@@ -75,7 +76,7 @@ OSStatus AuthorizationCopyRights(AuthorizationRef authorization, const Authoriza
         return errAuthorizationInternal;
     }
     for (uint32_t index = 0; index < rights->count; ++index) {
-        if (std::strcmp(rights->items[index].name, kAuthorizationRightAdministrator) != 0) {
+        if (std::strcmp(rights->items[index].name, kAuthorizationRightExecute) != 0) {
             return errAuthorizationDenied;
         }
         const OSStatus status = acquireAdministratorRight(*found, flags);

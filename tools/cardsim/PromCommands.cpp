@@ -1,4 +1,5 @@
 #include "tools/cardsim/PromCommands.h"
+#include "tools/command_line/CommandLine.h"
 
 #include <algorithm>
 #include <vector>
@@ -93,7 +94,10 @@ void addPromCommands(CLI::App& program, std::ostream& out) {
         CLI::App* const subcommand = prom->add_subcommand(name, description);
         addFolder(*subcommand, options->folder);
         addCardNumber(*subcommand, options->number);
-        subcommand->add_option("file", options->file, file)->required()->type_name("FILE");
+        subcommand->add_option("file", options->file, file)
+            ->required()
+            ->check(tools::fileName())
+            ->type_name("FILE");
         subcommand->callback([options, &out, command] { command(*options, out); });
     };
     add("dump", "Write all that a card's PROM holds to a file", "The file", dump);

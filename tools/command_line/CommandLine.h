@@ -32,4 +32,9 @@ template <typename Parse>
     return [=](const std::string& text) { return parse(text) ? std::string() : form; };
 }
 
+// A check of an option that names a file: it has to say something.
+[[nodiscard]] inline std::function<std::string(const std::string&)> fileName() {
+    return takenBy([](const std::string& text) { return !text.empty(); }, "A file has a name.");
+}
+
 }  // namespace tools

@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "simulator/Files.h"
+#include "tools/command_line/CommandLine.h"
 #include "tools/images/ListingReader.h"
 #include "tools/images/OutputFile.h"
 
@@ -40,8 +41,14 @@ void assemble(const AssembleOptions& options) {
 void addAssembleCommand(CLI::App& program) {
     const auto options = std::make_shared<AssembleOptions>();
     CLI::App* const command = program.add_subcommand("assemble", "Make an image from its listing");
-    command->add_option("listing", options->listing, "The listing")->required()->type_name("LISTING");
-    command->add_option("--output", options->output, "Where the image goes")->required()->type_name("IMAGE");
+    command->add_option("listing", options->listing, "The listing")
+        ->required()
+        ->check(fileName())
+        ->type_name("LISTING");
+    command->add_option("--output", options->output, "Where the image goes")
+        ->required()
+        ->check(fileName())
+        ->type_name("IMAGE");
     command->footer(kListingForm);
     command->callback([options] { assemble(*options); });
 }

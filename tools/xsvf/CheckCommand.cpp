@@ -83,7 +83,10 @@ void addCheckCommand(CLI::App& program, std::ostream& out, std::ostream& err) {
     const auto options = std::make_shared<CheckOptions>();
     CLI::App* const command = program.add_subcommand(
         "check", "Find the first fault of each image, or tell what it takes on a card");
-    command->add_option("image", options->images, "The images")->required()->type_name("IMAGE");
+    command->add_option("image", options->images, "The images")
+        ->required()
+        ->check(fileName())
+        ->type_name("IMAGE");
     command->add_flag("--known-content", options->mustBeKnown,
                       "Refuse a content that does not tell whether the name fits");
     command->callback([options, &out, &err] { checkAll(*options, out, err); });

@@ -6,6 +6,7 @@
 #include <ostream>
 
 #include "simulator/Files.h"
+#include "tools/command_line/CommandLine.h"
 #include "tools/images/Listing.h"
 #include "tools/images/OutputFile.h"
 
@@ -33,8 +34,12 @@ void list(const ListOptions& options, std::ostream& out) {
 void addListCommand(CLI::App& program, std::ostream& out) {
     const auto options = std::make_shared<ListOptions>();
     CLI::App* const command = program.add_subcommand("list", "Show an image command by command");
-    command->add_option("image", options->image, "The image")->required()->type_name("IMAGE");
+    command->add_option("image", options->image, "The image")
+        ->required()
+        ->check(fileName())
+        ->type_name("IMAGE");
     command->add_option("--output", options->output, "Where the listing goes instead of standard output")
+        ->check(fileName())
         ->type_name("FILE");
     command->callback([options, &out] { list(*options, out); });
 }

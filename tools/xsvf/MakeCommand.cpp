@@ -97,6 +97,7 @@ void addMakeCommand(CLI::App& program, std::ostream& out) {
         ->check(takenBy(firmwareDate, kFirmwareDateForm))
         ->type_name("YYYY-MM-DD");
     content->add_option("--payload", options->payload, "File with the PROM's 262144 bytes instead")
+        ->check(fileName())
         ->type_name("FILE");
     content->require_option(1);
     command

@@ -44,15 +44,12 @@ constexpr OSStatus errAuthorizationInternal = -60008;
 constexpr OSStatus errAuthorizationToolExecuteFailure = -60031;
 constexpr OSStatus errAuthorizationToolEnvironmentError = -60032;
 
-// The one right that there is: that of the administrator.
-constexpr char kAuthorizationRightAdministrator[] = "system.privilege.admin";
-
 // Stores a new authorization. Rights that are given are asked for at once, as AuthorizationCopyRights asks;
 // when they are not granted there is no authorization and the reference is left alone.
 OSStatus AuthorizationCreate(const AuthorizationRights* rights, const AuthorizationEnvironment* environment,
                              AuthorizationFlags flags, AuthorizationRef* authorization);
 
-// Acquires rights for an authorization; any other than the administrator's is denied.
+// Acquires rights for an authorization; kAuthorizationRightExecute is the one there is, any other is denied.
 // One that it holds already is granted again without asking; otherwise the flags must allow interaction and
 // the extension of rights. There is no copy of the granted rights: that argument must be null.
 OSStatus AuthorizationCopyRights(AuthorizationRef authorization, const AuthorizationRights* rights,

@@ -86,6 +86,8 @@ TEST_F(XsvfTool, TakesAPayloadThatIsLikeAnUsedPromAndKeepsIt) {
     EXPECT_EQ(runWith(over), kFailed);
     EXPECT_EQ(err_.str(), "xsvf: " + image_ + ": would be replaced by what is made from it.\n");
     EXPECT_EQ(simulator::readFile(image_).size(), simulator::kPromBytes);
+    over[10] = "";
+    EXPECT_EQ(runWith(over), kWrongUsage) << "no payload is not a made-up one";
 }
 
 TEST_F(XsvfTool, MakesWhatALinkLeadsTo) {

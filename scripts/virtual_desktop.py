@@ -1,0 +1,217 @@
+"""A virtual display, and the updater on it as someone in front of the screen meets it.
+
+The window is found and read through the desktop's accessibility interface, as a screen reader does it, so nothing here
+knows where anything is on the screen.
+"""
+
+import os
+import pathlib
+import signal
+import subprocess
+import sys
+import time
+
+import gi
+from Xlib import X, Xatom
+from Xlib.display import Display as XConnection
+
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi, GLib  # noqa: E402  (only after the version has been named)
+
+PATIENCE_SECONDS = 120
+DRIVER = pathlib.Path("/tmp/VUpdater.kext")
+
+WINDOW_MANAGERS = {
+    "openbox": ["openbox"],
+    "xfwm4": ["xfwm4", "--compositor=off"],
+}
+
+
+class Failure(Exception):
+    """What did not happen as it should; the text is for the person who started the script."""
+
+
+def say(text):
+    print(text, flush=True)
+
+
+def wait_until(condition, what, patience=PATIENCE_SECONDS):
+    """The condition's first true result. Fails with the text when that takes too long."""
+    end = time.monotonic() + patience
+    while not (result := condition()):
+        if time.monotonic() > end:
+            raise Failure(what)
+        time.sleep(0.05)
+    return result
+
+
+def take_own_session_bus():
+    """Starts the script again on a session bus of its own, so that the accessibility service ends with it too."""
+    if os.environ.get("VUPDATER_OWN_BUS") != "1":
+        os.environ["VUPDATER_OWN_BUS"] = "1"
+        os.execvp("dbus-run-session", ["dbus-run-session", "--", sys.executable, *sys.argv])
+
+
+def run_cardsim(build, *arguments):
+    return subprocess.run([build / "cardsim", *arguments], check=True, capture_output=True, text=True).stdout
+
+
+class Display:
+    """A virtual screen with a window manager, and the mouse and keyboard in front of it."""
+
+    def __init__(self, folder, manager="openbox"):
+        self.folder = folder
+        self.log = open(folder / "display.log", "a")
+        reader, writer = os.pipe()
+        self.server = subprocess.Popen(
+            ["Xvfb", "-displayfd", str(writer), "-screen", "0", "1024x768x24", "-nolisten", "tcp", "-noreset"],
+            pass_fds=[writer], stdout=self.log, stderr=self.log)
+        os.close(writer)
+        with os.fdopen(reader) as answer:
+            number = answer.readline().strip()
+        if not number:
+            raise Failure(f"The virtual display did not start; see {folder}/display.log.")
+        self.name = f":{number}"
+        os.environ["DISPLAY"] = self.name
+        subprocess.run(["xsetroot", "-solid", "#5b6b7c"], stderr=subprocess.DEVNULL, check=False)
+        self.manager = subprocess.Popen(WINDOW_MANAGERS[manager], stdout=self.log, stderr=self.log)
+        self._wait_for_manager()
+        self.pictures = 0
+        self.last = self._grab()
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *exception):
+        self.close()
+
+    def close(self):
+        for process in (self.manager, self.server):
+            process.terminate()
+            process.wait()
+
+    def _wait_for_manager(self):
+        connection = XConnection(self.name)
+        check = connection.intern_atom("_NET_SUPPORTING_WM_CHECK")
+        root = connection.screen().root
+        wait_until(lambda: root.get_full_property(check, Xatom.WINDOW), "The window manager did not start.")
+        connection.close()
+
+    def click(self, x, y):
+        subprocess.run(["xdotool", "mousemove", str(x), str(y), "click", "1"], check=True)
+
+    def press(self, *keys):
+        subprocess.run(["xdotool", "key", *keys], check=True)
+
+    def type(self, text):
+        subprocess.run(["xdotool", "type", text], check=True)
+
+    def _grab(self):
+        return subprocess.run(["import", "-window", "root", "ppm:-"], check=True, capture_output=True).stdout
+
+    def picture(self, stage, moving=False, changed=True):
+        """Saves what the screen shows once it has changed, if it must, and, unless it moves, come to rest."""
+        end = time.monotonic() + PATIENCE_SECONDS
+        before = None
+        seen = self._grab()
+        while (changed and seen == self.last) or (seen != before and not moving):
+            if time.monotonic() > end:
+                raise Failure(f"The screen did not come to show: {stage}")
+            time.sleep(0.2)
+            before, seen = seen, self._grab()
+        self.last = seen
+        self.pictures += 1
+        name = f"{self.pictures:02}-{stage}.png"
+        subprocess.run(["convert", "ppm:-", str(self.folder / name)], input=seen, check=True)
+        return name
+
+
+class Updater:
+    """The running program, seen and read as a screen reader sees it."""
+
+    def __init__(self, program, machine, folder, environment=None):
+        self.log_file = folder / "updater.log"
+        with open(self.log_file, "a") as log:
+            self.process = subprocess.Popen([program, machine], stderr=log, env={
+                **os.environ, "QT_QPA_PLATFORM": "xcb", "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
+                **(environment or {})})
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *exception):
+        self.kill()
+
+    def application(self):
+        """The program's accessible object, or None while it has none."""
+        desktop = Atspi.get_desktop(0)
+        for index in range(desktop.get_child_count()):
+            application = desktop.get_child_at_index(index)
+            if application is not None and application.get_process_id() == self.process.pid:
+                return application
+        return None
+
+    def elements(self):
+        """Every element of the program's windows, hidden ones too."""
+        def walk(node):
+            yield node
+            for index in range(node.get_child_count()):
+                child = node.get_child_at_index(index)
+                if child is not None:
+                    yield from walk(child)
+
+        application = self.application()
+        if application is not None:
+            yield from walk(application)
+
+    def find(self, role, name):
+        """The first showing element of a role whose name contains the text, or None."""
+        Atspi.get_desktop(0).clear_cache()
+        try:
+            return next((node for node in self.elements()
+                         if node.get_state_set().contains(Atspi.StateType.SHOWING)
+                         and node.get_role_name() == role and name in (node.get_name() or "")), None)
+        except GLib.Error:  # the window changed while it was being read; the caller looks again
+            return None
+
+    def labelled(self, caption):
+        """The text that a caption in the window belongs to."""
+        for relation in self.find("label", caption).get_relation_set():
+            if relation.get_relation_type() == Atspi.RelationType.LABEL_FOR:
+                return relation.get_target(0).get_name()
+        raise Failure(f"Nothing in the window is labelled: {caption}")
+
+    def wait_for(self, role, name):
+        def look():
+            if self.process.poll() is not None:
+                raise Failure(f"The updater ended (code {self.process.returncode}) before it showed: {name}")
+            return self.find(role, name)
+
+        return wait_until(look, f"The updater did not show: {name}")
+
+    def middle_of(self, node):
+        place = node.get_extents(Atspi.CoordType.SCREEN)
+        return place.x + place.width // 2, place.y + place.height // 2
+
+    def said(self):
+        """What the program has written to standard error in all its runs with this folder."""
+        return self.log_file.read_text()
+
+    def stop(self):
+        """Holds the process, however busy it is, until it is told to go on."""
+        self.process.send_signal(signal.SIGSTOP)
+
+    def go_on(self):
+        self.process.send_signal(signal.SIGCONT)
+
+    def kill(self):
+        self.process.kill()
+        self.process.wait()
+
+    def wait_for_end(self, expected=0):
+        try:
+            code = self.process.wait(timeout=PATIENCE_SECONDS)
+        except subprocess.TimeoutExpired:
+            raise Failure("The updater did not end.") from None
+        if code != expected:
+            raise Failure(f"The updater ended with code {code} instead of {expected}.")

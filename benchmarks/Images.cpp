@@ -6,8 +6,8 @@
 #include <span>
 #include <stdexcept>
 
+#include "images/prom/FirmwareImage.h"
 #include "simulator/FpgaConfiguration.h"
-#include "tools/images/FirmwareImage.h"
 #include "xsvf/Assembler.h"
 
 namespace benchmarks {
@@ -30,7 +30,7 @@ void clearMask(std::vector<uint8_t>& image, std::span<const uint8_t> mask) {
 std::vector<uint8_t> firmwareImage() {
     const auto prom = simulator::encodeConfiguration(
         {.modelCode = 0x21, .boardRevision = 1, .flavour = 'M', .version = 12, .date = 0x6311});
-    return tools::makeFirmwareImage(std::span<const uint8_t, simulator::kPromBytes>(prom));
+    return images::makeFirmwareImage(std::span<const uint8_t, simulator::kPromBytes>(prom));
 }
 
 std::vector<uint8_t> unmaskedFirmwareImage() {

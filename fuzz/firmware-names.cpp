@@ -8,7 +8,7 @@
 #include "app/logic/CardModel.h"
 #include "app/logic/FirmwareFiles.h"
 #include "fuzz/Require.h"
-#include "tools/images/ImageName.h"
+#include "images/ImageName.h"
 
 namespace {
 
@@ -54,11 +54,11 @@ void checkAnyNames(std::string_view names) {
 }
 
 void checkMadeName(const uint8_t* data) {
-    const tools::CardModel& model = tools::kCardModels[data[0] % tools::kCardModels.size()];
+    const images::CardModel& model = images::kCardModels[data[0] % images::kCardModels.size()];
     const char letter = (data[1] & 1) != 0 ? 'M' : 'W';
     const auto version = static_cast<uint8_t>(data[2] % 100);
     const auto board = static_cast<uint8_t>(data[3] % 27);
-    const std::string name = tools::imageFileName(model, letter, version, board);
+    const std::string name = images::imageFileName(model, letter, version, board);
     require(name.size() < kResourceNameBytes, "a name fits its place in the table");
     gNumXSVFiles = 1;
     enter(0, name);

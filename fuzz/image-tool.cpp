@@ -7,11 +7,11 @@
 #include <vector>
 
 #include "fuzz/Require.h"
-#include "tools/images/CommandReader.h"
-#include "tools/images/CommandRules.h"
-#include "tools/images/Listing.h"
-#include "tools/images/ListingReader.h"
-#include "tools/images/play/ImageCheck.h"
+#include "images/CommandReader.h"
+#include "images/Listing.h"
+#include "images/ListingReader.h"
+#include "images/play/ImageCheck.h"
+#include "images/prom/CommandRules.h"
 
 namespace {
 
@@ -21,14 +21,14 @@ using Image = std::vector<uint8_t>;
 constexpr uint64_t kMostStores = 200'000;
 
 void requireSameAfterListing(std::span<const uint8_t> image) {
-    const auto again = tools::imageOf(tools::listingOf(image));
+    const auto again = images::imageOf(images::listingOf(image));
     require(std::holds_alternative<Image>(again), "a listing can be assembled");
     require(std::ranges::equal(std::get<Image>(again), image), "an image is the same after it was listed");
 }
 
 uint64_t storesUpToAFault(std::span<const uint8_t> image) {
-    tools::CommandReader reader(image);
-    tools::CommandRules rules;
+    images::CommandReader reader(image);
+    images::CommandRules rules;
     for (auto command = reader.next(); command && !rules.faultOf(*command);)
         command = reader.next();
     return rules.accesses().stores;
@@ -37,7 +37,7 @@ uint64_t storesUpToAFault(std::span<const uint8_t> image) {
 void checkImage(std::span<const uint8_t> image) {
     if (storesUpToAFault(image) > kMostStores)
         return;
-    const tools::ImageReport report = tools::checkImage(image);
+    const images::ImageReport report = images::checkImage(image);
     if (report.fault) {
         require(report.fault->offset <= image.size(), "a fault lies in the image or at its end");
         require(report.fault->reason.ends_with('.'), "its reason is a sentence");
@@ -51,8 +51,8 @@ void checkImage(std::span<const uint8_t> image) {
 }
 
 void checkListing(std::string_view text) {
-    const auto result = tools::imageOf(text);
-    if (const auto* const error = std::get_if<tools::ListingError>(&result)) {
+    const auto result = images::imageOf(text);
+    if (const auto* const error = std::get_if<images::ListingError>(&result)) {
         const auto isLineEnd = [](char c) { return c == '\n' || c == '\r'; };
         const auto lines = static_cast<std::size_t>(std::ranges::count_if(text, isLineEnd)) + 1;
         require(error->line >= 1 && error->line <= lines, "the error is in one of the lines");

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "hw/PromPrograms.h"
-#include "tools/images/AccessCount.h"
+#include "images/AccessCount.h"
 
 // Reading stops at a comparison that fails in all its nine attempts, before the last instruction and
 // XCOMPLETE.
@@ -22,9 +22,9 @@ inline std::vector<uint8_t> readProgramAsPlayed() {
     return program;
 }
 
-inline tools::Accesses identityAccesses() {
-    tools::Accesses accesses = tools::accessesOf(kWriteProgram).value();
-    accesses += tools::accessesOf(kProtectProgram).value();
-    accesses += tools::accessesOf(readProgramAsPlayed()).value();
+inline images::Accesses identityAccesses() {
+    images::Accesses accesses = images::accessesOf(kWriteProgram).value();
+    accesses += images::accessesOf(kProtectProgram).value();
+    accesses += images::accessesOf(readProgramAsPlayed()).value();
     return accesses;
 }

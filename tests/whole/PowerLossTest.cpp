@@ -6,12 +6,12 @@
 
 #include <cstdlib>
 
+#include "images/CommandReader.h"
 #include "simulator/Files.h"
 #include "simulator/MachineDirectory.h"
 #include "tests/support/SystemTmp.h"
 #include "tests/whole/FirstCardUpdate.h"
 #include "tests/whole/IdentityAccesses.h"
-#include "tools/images/CommandReader.h"
 
 namespace {
 
@@ -110,8 +110,8 @@ TEST_P(PowerLossInImage, LeavesTheOldFirmwareOrNoneOrTheNew) {
     constexpr uint64_t parts = 20;
     uint64_t erasing = 0;     // accesses before the erase
     uint64_t programmed = 0;  // accesses after the last page
-    tools::CommandReader reader(image);
-    tools::AccessCounter counter;
+    images::CommandReader reader(image);
+    images::AccessCounter counter;
     while (const auto command = reader.next()) {
         const uint64_t before = counter.total().count();
         counter.take(*command);
@@ -147,7 +147,7 @@ class PowerLossInIdentity : public PowerLoss, public testing::TestWithParam<Cut>
 };
 
 TEST_P(PowerLossInIdentity, LeavesTheNewFirmware) {
-    uint64_t from = tools::accessesOf(image).value().count();
+    uint64_t from = images::accessesOf(image).value().count();
     from += GetParam().isFromTheEnd ? identityAccesses().count() : 0;
     update(from + static_cast<uint64_t>(GetParam().accesses));
     expectAfterwards(12, GetParam().keepsIdentity);

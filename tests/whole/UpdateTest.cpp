@@ -16,7 +16,7 @@
 namespace {
 
 using Alerts = std::vector<UpdaterSession::Alert>;
-using tools::Accesses;
+using images::Accesses;
 
 std::vector<uint8_t> bytesOf(const std::filesystem::path& file) {
     std::ifstream stream(file, std::ios::binary);
@@ -77,7 +77,7 @@ TEST_F(Update, WritesTheFirmwareAndShowsItAfterThePowerCycle) {
     // The image, then the identity written, protected and read back.
     const std::vector<uint8_t> image = bytesOf(bundle.resource("VMBM12A.xsv"));
     Accesses expected = identityAccesses();
-    expected += tools::accessesOf(image).value();
+    expected += images::accessesOf(image).value();
     EXPECT_EQ(made.stores, expected.stores);
     EXPECT_EQ(made.loads, expected.loads);
 

@@ -6,12 +6,12 @@
 #include <tuple>
 #include <utility>
 
+#include "images/BoardRevision.h"
+#include "images/CardModels.h"
+#include "images/FirmwareDate.h"
 #include "simulator/MachineError.h"
 #include "tools/cardsim/IdentityText.h"
 #include "tools/command_line/CommandLine.h"
-#include "tools/images/BoardRevision.h"
-#include "tools/images/CardModels.h"
-#include "tools/images/FirmwareDate.h"
 
 namespace cardsim {
 namespace {
@@ -57,7 +57,7 @@ void changeFirmware(const CardOptions& options, const Board& board, PromCells& c
     if (options.firmware)
         std::tie(configuration.flavour, configuration.version) = *firmwareNamed(*options.firmware);
     if (options.date)
-        configuration.date = *tools::firmwareDate(*options.date);
+        configuration.date = *images::firmwareDate(*options.date);
     cells.setImage(
         PromCells(simulator::encodeConfiguration(configuration), cells.userCode(), cells.protection())
             .image());
@@ -67,7 +67,7 @@ void changeBoard(const CardOptions& options, Board& board) {
     board.name = options.name.value_or(board.name);
     board.location = options.location.value_or(board.location);
     if (options.board)
-        board.revision = *tools::boardRevisionNamed(*options.board);
+        board.revision = *images::boardRevisionNamed(*options.board);
 }
 
 void changeSpecialRow(const CardOptions& options, PromCells& cells) {
@@ -94,7 +94,7 @@ void addCard(const CardOptions& options, std::ostream& out) {
     requireOff(machine);
     if (options.firmware.has_value() != options.date.has_value())
         throw MachineError("Firmware has a version and a date: give both, or neither for an empty PROM.");
-    const tools::CardModel& model = *tools::modelNamed(options.model);
+    const images::CardModel& model = *images::modelNamed(options.model);
     Board board{.name = std::string(model.name),
                 .location = firstFreeSlot(machine),
                 .modelCode = model.code,
@@ -145,7 +145,7 @@ void addDescription(CLI::App& command, CardOptions& options) {
         ->check(checkText)
         ->type_name("TEXT");
     command.add_option("--board", options.board, "Board revision letter, or NC for a board without one")
-        ->check(tools::takenBy(tools::boardRevisionNamed, tools::kBoardRevisionForm))
+        ->check(tools::takenBy(images::boardRevisionNamed, images::kBoardRevisionForm))
         ->type_name("LETTER|NC");
     command.add_option("--identity", options.identity, "Serial number, such as 2103070021, or blank")
         ->check(tools::takenBy(
@@ -162,7 +162,7 @@ void addDescription(CLI::App& command, CardOptions& options) {
         ->check(tools::takenBy(firmwareNamed, "Firmware is M or W and a version from 0 to 99."))
         ->type_name("M|W VERSION");
     command.add_option("--date", options.date, "Date of the firmware")
-        ->check(tools::takenBy(tools::firmwareDate, tools::kFirmwareDateForm))
+        ->check(tools::takenBy(images::firmwareDate, images::kFirmwareDateForm))
         ->type_name("YYYY-MM-DD");
 }
 
@@ -179,7 +179,7 @@ void addCardCommands(CLI::App& program, std::ostream& out) {
     CLI::App* const addition = add("add", "Plug a card into a machine that is off", addCard);
     addition->add_option("--model", options->model, "Card model")
         ->required()
-        ->check(tools::takenBy(tools::modelNamed, tools::modelForm()))
+        ->check(tools::takenBy(images::modelNamed, images::modelForm()))
         ->type_name("MODEL");
     addDescription(*addition, *options);
 

@@ -5,12 +5,12 @@
 #include <map>
 #include <optional>
 
+#include "images/ByteText.h"
+#include "images/ListingWords.h"
 #include "simulator/Faults.h"
 #include "simulator/MachineError.h"
 #include "tools/cardsim/IdentityText.h"
 #include "tools/command_line/CommandLine.h"
-#include "tools/images/ByteText.h"
-#include "tools/images/ListingWords.h"
 
 namespace cardsim {
 namespace {
@@ -107,8 +107,8 @@ std::string checkKind(const std::string& name) {
 
 std::optional<uint32_t> codeNamed(const std::string& text) {
     try {
-        return tools::numberOf(text, UINT32_MAX);
-    } catch (const tools::ListingRefusal&) {
+        return images::numberOf(text, UINT32_MAX);
+    } catch (const images::ListingRefusal&) {
         return std::nullopt;
     }
 }
@@ -155,7 +155,7 @@ std::string describe(const Fault& fault) {
     const FaultKindDescription& kind = simulator::describe(fault.kind);
     std::string text(kind.name);
     if (kind.hasCode)
-        text += ", code " + tools::hexadecimalText(fault.code, 8);
+        text += ", code " + images::hexadecimalText(fault.code, 8);
     if (kind.hasPage)
         text += ", page " + std::to_string(fault.page);
     if (kind.hasTimes)

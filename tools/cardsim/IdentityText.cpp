@@ -4,8 +4,8 @@
 #include <charconv>
 #include <cstdio>
 
+#include "images/ByteText.h"
 #include "simulator/PromCells.h"
-#include "tools/images/ByteText.h"
 
 namespace cardsim {
 namespace {
@@ -33,12 +33,12 @@ std::optional<uint32_t> number(std::string_view text, int base) {
 std::string identityName(uint32_t identity) {
     constexpr uint32_t kReadable = 0x7FFFFFFF;  // the updater never sees the topmost bit
     if ((identity & kReadable) == kReadable || identity == 0)
-        return "blank (" + tools::hexadecimalText(identity, kIdentityDigits) + ")";
+        return "blank (" + images::hexadecimalText(identity, kIdentityDigits) + ")";
     std::array<char, 32> text{};
     (void)std::snprintf(text.data(), text.size(), "%02x%02u%02u%04u", unsigned{identity >> kModelAt},
                         unsigned{identity >> kYearAt & kMostYear}, unsigned{identity >> kWeekAt & kMostWeek},
                         unsigned{identity & kMostUnit});
-    return text.data() + (" (" + tools::hexadecimalText(identity, kIdentityDigits) + ")");
+    return text.data() + (" (" + images::hexadecimalText(identity, kIdentityDigits) + ")");
 }
 
 std::optional<uint32_t> identityNamed(const std::string& text) {

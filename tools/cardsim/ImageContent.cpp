@@ -2,9 +2,9 @@
 
 #include <vector>
 
+#include "images/play/ImagePlay.h"
 #include "simulator/Files.h"
 #include "simulator/MachineError.h"
-#include "tools/images/play/ImagePlay.h"
 
 namespace cardsim {
 
@@ -13,7 +13,7 @@ using simulator::PromCells;
 
 PromCells contentOfImage(const std::string& file) {
     const std::vector<uint8_t> image = simulator::readFile(file);
-    tools::ImagePlay play(image);
+    images::ImagePlay play(image);
     while (!play.isComplete()) {
         if (const auto fault = play.playCommand()) {
             throw MachineError(file + ": " + *fault);

@@ -2,14 +2,14 @@
 
 #include <ostream>
 
+#include "images/BoardRevision.h"
+#include "images/ByteText.h"
+#include "images/CardModels.h"
+#include "images/FirmwareDate.h"
 #include "tools/cardsim/DriverCommand.h"
 #include "tools/cardsim/FaultCommands.h"
 #include "tools/cardsim/IdentityText.h"
 #include "tools/cardsim/RecordCommand.h"
-#include "tools/images/BoardRevision.h"
-#include "tools/images/ByteText.h"
-#include "tools/images/CardModels.h"
-#include "tools/images/FirmwareDate.h"
 
 namespace cardsim {
 namespace {
@@ -18,14 +18,14 @@ using simulator::Card;
 using simulator::FpgaConfiguration;
 
 std::string modelName(uint8_t code) {
-    const tools::CardModel* const model = tools::modelCoded(code);
-    return model != nullptr ? std::string(model->name) : "model " + tools::hexadecimalText(code, 2);
+    const images::CardModel* const model = images::modelCoded(code);
+    return model != nullptr ? std::string(model->name) : "model " + images::hexadecimalText(code, 2);
 }
 
 std::string boardName(uint8_t revision) {
     if (revision == 0)
         return "board without revision";
-    const auto letter = tools::boardRevisionName(revision);
+    const auto letter = images::boardRevisionName(revision);
     return letter ? "board " + *letter : "board revision " + std::to_string(revision);
 }
 
@@ -45,7 +45,7 @@ void showCard(std::size_t index, const Card& card, bool on, std::ostream& out) {
         << "  Identity    " << identityName(card.identity()) << '\n'
         << "  Running     " << (on ? describe(card.running()) : "nothing, the machine is off") << '\n'
         << "  PROM        " << contentOf(card.cells()) << '\n'
-        << "  Protection  " << tools::hexadecimalText(card.protection(), 1) << '\n';
+        << "  Protection  " << images::hexadecimalText(card.protection(), 1) << '\n';
     if (on)
         out << "  Lamp        "
             << ((card.jtagOutput() & simulator::registers::kActivityLamp) != 0 ? "on" : "off") << '\n';
@@ -62,8 +62,8 @@ std::string describe(const std::optional<FpgaConfiguration>& configuration) {
         return "no configuration";
     return modelName(configuration->modelCode) + ", " + boardName(configuration->boardRevision) +
            ", firmware " + configuration->flavour + std::to_string(configuration->version) + " of " +
-           tools::firmwareDateText(configuration->date)
-               .value_or("date " + tools::hexadecimalText(configuration->date, 4));
+           images::firmwareDateText(configuration->date)
+               .value_or("date " + images::hexadecimalText(configuration->date, 4));
 }
 
 void showMachine(const simulator::Machine& machine, std::ostream& out) {

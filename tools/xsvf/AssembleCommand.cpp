@@ -5,9 +5,9 @@
 #include <memory>
 #include <stdexcept>
 
+#include "images/ListingReader.h"
 #include "simulator/Files.h"
 #include "tools/command_line/CommandLine.h"
-#include "tools/images/ListingReader.h"
 #include "tools/images/OutputFile.h"
 
 namespace tools {
@@ -28,8 +28,8 @@ struct AssembleOptions {
 
 void assemble(const AssembleOptions& options) {
     const std::vector<uint8_t> text = simulator::readFile(options.listing);
-    const auto result = imageOf({reinterpret_cast<const char*>(text.data()), text.size()});
-    if (const auto* const error = std::get_if<ListingError>(&result)) {
+    const auto result = images::imageOf({reinterpret_cast<const char*>(text.data()), text.size()});
+    if (const auto* const error = std::get_if<images::ListingError>(&result)) {
         throw std::runtime_error(options.listing.string() + ", line " + std::to_string(error->line) + ": " +
                                  error->reason);
     }

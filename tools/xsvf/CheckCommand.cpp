@@ -6,11 +6,12 @@
 #include <memory>
 #include <ostream>
 
+#include "images/BoardRevision.h"
+#include "images/ByteText.h"
+#include "images/ImageName.h"
+#include "images/play/ImageCheck.h"
 #include "simulator/Files.h"
 #include "tools/command_line/CommandLine.h"
-#include "tools/images/ByteText.h"
-#include "tools/images/ImageName.h"
-#include "tools/images/play/ImageCheck.h"
 
 namespace tools {
 
@@ -18,17 +19,29 @@ namespace {
 
 namespace fs = std::filesystem;
 
+// The name of the image that puts this into a PROM. Nothing for a configuration that no name can tell.
+std::optional<std::string> imageFileNameFor(const simulator::FpgaConfiguration& content) {
+    const images::CardModel* const model = images::modelCoded(content.modelCode);
+    if (model == nullptr || content.version > images::kHighestVersion ||
+        !images::boardRevisionName(content.boardRevision)) {
+        return std::nullopt;
+    }
+    return images::imageFileName(*model, content.flavour, content.version, content.boardRevision);
+}
+
 // What is wrong with the image or its name, in one sentence or as the lack of one.
-std::optional<std::string> faultOf(const ImageReport& report, const std::string& fileName, bool mustBeKnown) {
+std::optional<std::string> faultOf(const images::ImageReport& report, const std::string& fileName,
+                                   bool mustBeKnown) {
     if (report.fault) {
-        return "offset 0x" + offsetText(report.fault->offset) + ": " + report.fault->reason;
+        return "offset 0x" + images::offsetText(report.fault->offset) + ": " + report.fault->reason;
     }
     if (!report.configuration && mustBeKnown) {
         return "The content is no configuration that the simulated card knows.";
     }
     if (!report.configuration) {
-        return isImageFileName(fileName) ? std::nullopt
-                                         : std::optional("The name is not that of an image for any card.");
+        return images::isImageFileName(fileName)
+                   ? std::nullopt
+                   : std::optional("The name is not that of an image for any card.");
     }
     const auto name = imageFileNameFor(*report.configuration);
     if (!name) {
@@ -40,17 +53,18 @@ std::optional<std::string> faultOf(const ImageReport& report, const std::string&
     return std::nullopt;
 }
 
-std::string summaryOf(const ImageReport& report, std::size_t bytes) {
+std::string summaryOf(const images::ImageReport& report, std::size_t bytes) {
     return std::to_string(report.commands) + (report.commands == 1 ? " command, " : " commands, ") +
-           bytesText(bytes) + ", " + std::to_string(report.accesses.count()) + " register accesses, about " +
-           std::to_string(std::lround(report.accesses.seconds())) + " s on a card" +
+           images::bytesText(bytes) + ", " + std::to_string(report.accesses.count()) +
+           " register accesses, about " + std::to_string(std::lround(report.accesses.seconds())) +
+           " s on a card" +
            (report.configuration ? "."
                                  : "; the content is no configuration that tells whether the name fits.");
 }
 
 void check(const fs::path& path, bool mustBeKnown, std::ostream& out) {
     const std::vector<uint8_t> image = simulator::readFile(path);
-    const ImageReport report = checkImage(image);
+    const images::ImageReport report = images::checkImage(image);
     if (const auto fault = faultOf(report, path.filename().string(), mustBeKnown)) {
         throw std::runtime_error(path.string() + ": " + *fault);
     }

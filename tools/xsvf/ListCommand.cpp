@@ -5,9 +5,9 @@
 #include <memory>
 #include <ostream>
 
+#include "images/Listing.h"
 #include "simulator/Files.h"
 #include "tools/command_line/CommandLine.h"
-#include "tools/images/Listing.h"
 #include "tools/images/OutputFile.h"
 
 namespace tools {
@@ -20,7 +20,7 @@ struct ListOptions {
 };
 
 void list(const ListOptions& options, std::ostream& out) {
-    const std::string text = listingOf(simulator::readFile(options.image));
+    const std::string text = images::listingOf(simulator::readFile(options.image));
     if (options.output.empty()) {
         out << text;
     } else {

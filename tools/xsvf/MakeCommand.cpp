@@ -6,14 +6,14 @@
 #include <ostream>
 #include <stdexcept>
 
+#include "images/BoardRevision.h"
+#include "images/CardModels.h"
+#include "images/FirmwareDate.h"
+#include "images/ImageName.h"
+#include "images/prom/FirmwareImage.h"
 #include "simulator/Files.h"
 #include "simulator/FpgaConfiguration.h"
 #include "tools/command_line/CommandLine.h"
-#include "tools/images/BoardRevision.h"
-#include "tools/images/CardModels.h"
-#include "tools/images/FirmwareDate.h"
-#include "tools/images/FirmwareImage.h"
-#include "tools/images/ImageName.h"
 #include "tools/images/OutputFile.h"
 
 namespace tools {
@@ -42,26 +42,27 @@ std::vector<uint8_t> readPayload(const std::filesystem::path& path) {
 
 // The options have passed their checks.
 void make(const MakeOptions& options, std::ostream& out) {
-    const CardModel& model = *modelNamed(options.model);
+    const images::CardModel& model = *images::modelNamed(options.model);
     const uint8_t version = static_cast<uint8_t>(options.version);
-    const uint8_t boardRevision = boardRevisionNamed(options.board).value_or(0);
+    const uint8_t boardRevision = images::boardRevisionNamed(options.board).value_or(0);
 
     std::vector<uint8_t> prom;
     if (options.payload.empty()) {
-        const uint16_t date = firmwareDate(options.date).value_or(0);
+        const uint16_t date = images::firmwareDate(options.date).value_or(0);
         prom = simulator::encodeConfiguration({model.code, boardRevision, options.flavour, version, date});
     } else {
         prom = readPayload(options.payload);
     }
 
-    const auto path = options.outputDirectory / imageFileName(model, options.flavour, version, boardRevision);
+    const auto path =
+        options.outputDirectory / images::imageFileName(model, options.flavour, version, boardRevision);
     std::error_code error;
     std::filesystem::create_directories(options.outputDirectory, error);
     if (error) {
         throw std::runtime_error(options.outputDirectory.string() + ": could not be made (" +
                                  error.message() + ").");
     }
-    writeOutputFile(path, makeFirmwareImage(std::span<const uint8_t, simulator::kPromBytes>(prom)),
+    writeOutputFile(path, images::makeFirmwareImage(std::span<const uint8_t, simulator::kPromBytes>(prom)),
                     options.payload);
     out << path.string() << '\n';
 }
@@ -73,7 +74,7 @@ void addMakeCommand(CLI::App& program, std::ostream& out) {
     CLI::App* command = program.add_subcommand("make", "Make a firmware image and print its path");
     command->add_option("--model", options->model, "Card model")
         ->required()
-        ->check(takenBy(modelNamed, modelForm()))
+        ->check(takenBy(images::modelNamed, images::modelForm()))
         ->type_name("MODEL");
     command
         ->add_option("--flavour", options->flavour,
@@ -88,13 +89,13 @@ void addMakeCommand(CLI::App& program, std::ostream& out) {
         ->type_name("VERSION");
     command->add_option("--board", options->board, "Board revision letter, or NC for a board without one")
         ->capture_default_str()
-        ->check(takenBy(boardRevisionNamed, kBoardRevisionForm))
+        ->check(takenBy(images::boardRevisionNamed, images::kBoardRevisionForm))
         ->type_name("LETTER|NC");
     auto* content = command->add_option_group("content", "What the PROM is to hold");
     content
         ->add_option("--date", options->date,
                      "Date of the firmware, for a configuration made from these options")
-        ->check(takenBy(firmwareDate, kFirmwareDateForm))
+        ->check(takenBy(images::firmwareDate, images::kFirmwareDateForm))
         ->type_name("YYYY-MM-DD");
     content->add_option("--payload", options->payload, "File with the PROM's 262144 bytes instead")
         ->check(fileName())

@@ -1,0 +1,65 @@
+#pragma once
+
+// How many register accesses the player makes for an image, on a card that answers as the image expects.
+//
+// Worked out from the commands and the TAP's state diagram, without the player.
+
+#include <cstdint>
+#include <optional>
+#include <span>
+
+#include "images/Command.h"
+
+namespace images {
+
+// A card takes this many accesses in a microsecond, which is how waits are timed. A TCK level is one store
+// and the loads of its settling time; three levels make a cycle.
+constexpr uint64_t kAccessesPerMicrosecond = 3;
+constexpr uint64_t kSettlingLoads = 5 * kAccessesPerMicrosecond;
+constexpr uint64_t kLevelsPerClock = 3;
+
+struct Accesses {
+    uint64_t stores = 0;
+    uint64_t loads = 0;
+
+    [[nodiscard]] uint64_t count() const { return stores + loads; }
+    [[nodiscard]] double seconds() const {
+        return static_cast<double>(count()) / (1e6 * double{kAccessesPerMicrosecond});
+    }
+    Accesses& operator+=(const Accesses& other);
+    bool operator==(const Accesses&) const = default;
+};
+
+// Counts along with the commands, which have to be ones that CommandRules finds no fault with.
+class AccessCounter {
+  public:
+    // With what a run itself adds: the reset of the chain, and the idle word before and after.
+    AccessCounter();
+
+    void take(const Command& command);
+
+    [[nodiscard]] const Accesses& total() const { return total_; }
+    [[nodiscard]] uint8_t tapState() const { return tapState_; }
+    [[nodiscard]] uint32_t dataBits() const { return dataBits_; }
+    [[nodiscard]] uint32_t waitMicroseconds() const { return waitMicroseconds_; }
+
+  private:
+    void clock(uint64_t cycles);
+    void go(uint8_t state);
+    void wait(uint32_t microseconds);
+    // Into a Shift state, through the bits, and on to the end state; `samples` of the bits are read back.
+    void scan(uint8_t shiftState, uint32_t bits, uint8_t endState, uint32_t samples);
+    void scanCompared();
+
+    Accesses total_;
+    uint8_t tapState_ = kTapTestLogicReset;
+    uint8_t instructionEnd_ = kTapRunTestIdle;
+    uint8_t dataEnd_ = kTapRunTestIdle;
+    uint32_t dataBits_ = 0;
+    uint32_t waitMicroseconds_ = 0;
+};
+
+// For a whole image; nothing for one that does not come to its XCOMPLETE.
+[[nodiscard]] std::optional<Accesses> accessesOf(std::span<const uint8_t> image);
+
+}  // namespace images

@@ -1,0 +1,29 @@
+#pragma once
+
+// Bytes, their number and their place as people read them.
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+
+namespace images {
+
+constexpr char kHexadecimalDigits[] = "0123456789ABCDEF";
+
+// Appends two digits per byte.
+void appendHexadecimal(std::string& text, std::span<const uint8_t> bytes);
+
+// 0x2F
+[[nodiscard]] std::string byteText(uint8_t byte);
+
+// 0x00002F, with at least so many digits.
+[[nodiscard]] std::string hexadecimalText(uint32_t number, int digits);
+
+// 1 byte, 2 bytes
+[[nodiscard]] std::string bytesText(std::size_t bytes);
+
+// An image's offset, at least six digits without a prefix, as listings and faults give it.
+[[nodiscard]] std::string offsetText(std::size_t offset);
+
+}  // namespace images

@@ -1,0 +1,34 @@
+#pragma once
+
+// What the commands of an image are called, and what follows each opcode.
+
+#include <cstdint>
+#include <string_view>
+
+#include "xsvf/Format.h"
+
+namespace images {
+
+enum class Operands : uint8_t {
+    none,
+    byte,         // a count
+    number,       // four bytes, most significant first
+    state,        // a byte: the code of a TAP state
+    endState,     // a byte: 0 for Run-Test/Idle, 1 for the register's Pause state
+    instruction,  // a byte with a length in bits, and a value of that length in whole bytes
+    value,        // a data register value
+    twoValues,    // two data register values
+    steps,        // a data register value, a byte with a count, and so many step values
+};
+
+struct CommandForm {
+    XsvfOpcode opcode;
+    std::string_view name;
+    Operands operands;
+};
+
+// The form of an opcode, or of a name; null for one that the player does not have.
+[[nodiscard]] const CommandForm* formOf(uint8_t opcode);
+[[nodiscard]] const CommandForm* formNamed(std::string_view name);
+
+}  // namespace images

@@ -1,0 +1,87 @@
+#include "images/play/ImageCheck.h"
+
+#include <vector>
+
+#include "images/ByteText.h"
+#include "images/CommandReader.h"
+#include "images/play/ImagePlay.h"
+#include "images/prom/CommandRules.h"
+
+namespace images {
+
+namespace {
+
+std::optional<std::string> faultOfEnd(const CommandReader& reader) {
+    const auto rest = reader.rest();
+    switch (reader.end()) {
+        case ImageEnd::complete:
+            if (rest.empty()) {
+                return std::nullopt;
+            }
+            return "XCOMPLETE ends the image here, with " + bytesText(rest.size()) + " to come.";
+        case ImageEnd::missing:
+            return "The image ends without XCOMPLETE.";
+        case ImageEnd::cutOff:
+            return "The image ends within " + std::string(formOf(rest.front())->name) + ".";
+        case ImageEnd::unknownCommand:
+            return byteText(rest.front()) + " is not a command that the player has.";
+    }
+    return std::nullopt;
+}
+
+// A PROM in which every bit is programmed: what an image does not erase it cannot write.
+simulator::PromCells usedProm() {
+    return {std::vector<uint8_t>(simulator::kPromBytes, 0x00), 0, 0};
+}
+
+// What is wrong with a PROM that an image has left in this way.
+std::optional<std::string> faultOfResult(const ImagePlay& play) {
+    if (play.isBusy()) {
+        return "The image ends before the PROM has had its time for the last operation.";
+    }
+    if (play.isInProgrammingMode()) {
+        return "The image ends while the PROM is still in programming mode.";
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+ImageReport checkImage(std::span<const uint8_t> image) {
+    ImageReport report;
+    CommandReader reader(image);
+    CommandRules rules;
+    ImagePlay play(image, usedProm());
+    std::size_t offset = 0;
+    const auto note = [&](std::optional<std::string> reason) {
+        if (reason && !report.fault) {
+            report.fault = ImageFault{offset, *std::move(reason)};
+        }
+    };
+    while (const auto command = reader.next()) {
+        note(rules.faultOf(*command));
+        if (!report.fault) {
+            note(play.playCommand());
+            note(play.misuse());
+        }
+        if (play.isComplete()) {
+            note(faultOfResult(play));
+        }
+        if (report.fault) {
+            return report;
+        }
+        ++report.commands;
+        report.accesses = rules.accesses();
+        offset = reader.offset();
+    }
+    note(faultOfEnd(reader));
+    if (!play.hasWritten()) {
+        note("The image ends and has written nothing.");
+    }
+    if (!report.fault) {
+        report.configuration = simulator::decodeConfiguration(play.content().pages());
+    }
+    return report;
+}
+
+}  // namespace images

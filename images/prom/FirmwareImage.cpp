@@ -1,0 +1,127 @@
+#include "images/prom/FirmwareImage.h"
+
+#include <array>
+
+#include "simulator/Fpga.h"
+#include "simulator/Prom.h"
+#include "xsvf/Assembler.h"
+
+namespace images {
+
+namespace {
+
+using Assembler = XsvfAssembler<std::vector<uint8_t>>;
+
+using simulator::Fpga;
+using simulator::kPageBytes;
+using simulator::kPromPages;
+using simulator::Prom;
+
+constexpr uint8_t kChainInstructionBits = Prom::kInstructionBits + Fpga::kInstructionBits;
+
+// Every data shift passes the FPGA's bypass register too. It comes out first and captures 0.
+constexpr uint32_t kFpgaBypassBits = 1;
+constexpr uint64_t kFpgaBypassMask = 1;
+
+constexpr uint64_t kIdentificationMask = 0x0FFFFFFF;  // the topmost four bits tell the silicon's version
+constexpr uint64_t kProgrammingMode = 0x34;
+
+// A page that reads back wrongly is read again so often before the image gives up.
+constexpr uint8_t kReadRetries = 3;
+
+// A page as it passes the chain, most significant byte first: its last byte leads, everything is one bit
+// higher than in the page, and the bypass bit is the lowest.
+using PageValue = std::array<uint8_t, kPageBytes + 1>;
+
+PageValue chainValue(std::span<const uint8_t> page) {
+    PageValue chain{};
+    for (std::size_t index = 0; index < page.size(); ++index) {
+        const std::size_t position = chain.size() - 1 - index;
+        chain[position] = static_cast<uint8_t>(chain[position] | page[index] << kFpgaBypassBits);
+        chain[position - 1] = static_cast<uint8_t>(page[index] >> (8 - kFpgaBypassBits));
+    }
+    return chain;
+}
+
+std::span<const uint8_t> pageOf(std::span<const uint8_t> prom, uint32_t page) {
+    return prom.subspan(page * kPageBytes, kPageBytes);
+}
+
+void select(Assembler& xsvf, Prom::Instruction instruction) {
+    const uint32_t code = instruction;
+    xsvf.XSIR(kChainInstructionBits, code << Fpga::kInstructionBits | Fpga::kBypass);
+}
+
+// Gives an instruction and the time it takes. The wait is 0 again afterwards, since every compared
+// shift would take it too.
+void selectAndWait(Assembler& xsvf, Prom::Instruction instruction, uint32_t microseconds) {
+    xsvf.XRUNTEST(microseconds);
+    select(xsvf, instruction);
+    xsvf.XRUNTEST(0);
+}
+
+void setAddress(Assembler& xsvf, uint32_t page) {
+    select(xsvf, Prom::addressInstruction);
+    xsvf.XSDRSIZE(Prom::kAddressBits + kFpgaBypassBits);
+    xsvf.XSDRE(uint64_t{page} * Prom::kPageAddressStep << kFpgaBypassBits);
+}
+
+void checkIdentification(Assembler& xsvf) {
+    select(xsvf, Prom::identificationInstruction);
+    xsvf.XSDRSIZE(Prom::kIdentificationBits + kFpgaBypassBits);
+    xsvf.XTDOMASK(kIdentificationMask << kFpgaBypassBits | kFpgaBypassMask);
+    xsvf.XSDRTDO(0, uint64_t{Prom::kIdentificationCode} << kFpgaBypassBits);
+}
+
+void enterProgramming(Assembler& xsvf) {
+    select(xsvf, Prom::enterProgrammingInstruction);
+    xsvf.XSDRSIZE(Prom::kModeBits + kFpgaBypassBits);
+    xsvf.XSDRE(kProgrammingMode << kFpgaBypassBits);
+}
+
+// Only the bypass bit is compared: the PROM has nothing to say yet, but a chain that breaks on the way shows.
+void programPages(Assembler& xsvf, std::span<const uint8_t> prom) {
+    xsvf.XSDRSIZE(kPageBytes * 8 + kFpgaBypassBits);
+    xsvf.XTDOMASK(kFpgaBypassMask);
+    for (uint32_t page = 0; page < kPromPages; ++page) {
+        setAddress(xsvf, page);
+        select(xsvf, Prom::pageDataInstruction);
+        xsvf.XSDRSIZE(kPageBytes * 8 + kFpgaBypassBits);
+        xsvf.XSDRTDO(chainValue(pageOf(prom, page)), 0);
+        selectAndWait(xsvf, Prom::programInstruction, Prom::kProgramMicroseconds);
+    }
+}
+
+void comparePages(Assembler& xsvf, std::span<const uint8_t> prom) {
+    PageValue everyBit;
+    everyBit.fill(0xFF);
+    xsvf.XSDRSIZE(kPageBytes * 8 + kFpgaBypassBits);
+    xsvf.XTDOMASK(everyBit);
+    for (uint32_t page = 0; page < kPromPages; ++page) {
+        setAddress(xsvf, page);
+        select(xsvf, Prom::readPageInstruction);
+        xsvf.XSDRSIZE(kPageBytes * 8 + kFpgaBypassBits);
+        xsvf.XSDRTDO(0, chainValue(pageOf(prom, page)));
+    }
+}
+
+}  // namespace
+
+std::vector<uint8_t> makeFirmwareImage(std::span<const uint8_t, simulator::kPromBytes> prom) {
+    std::vector<uint8_t> image;
+    Assembler xsvf(image);
+    xsvf.XREPEAT(kReadRetries);
+    xsvf.XSTATE(kTapTestLogicReset);
+    xsvf.XSTATE(kTapRunTestIdle);
+    checkIdentification(xsvf);
+    enterProgramming(xsvf);
+    selectAndWait(xsvf, Prom::eraseInstruction, Prom::kEraseMicroseconds);
+    programPages(xsvf, prom);
+    comparePages(xsvf, prom);
+    selectAndWait(xsvf, Prom::leaveProgrammingInstruction, Prom::kLeaveProgrammingMicroseconds);
+    select(xsvf, Prom::bypassInstruction);
+    xsvf.XCOMPLETE();
+    return image;
+}
+
+}  // namespace images

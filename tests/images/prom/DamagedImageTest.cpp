@@ -1,0 +1,146 @@
+// One byte of an image is wrong: player and tool take what they find, and as long as the tool finds nothing
+// wrong, they agree on every command's length and on what it takes on a card.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <optional>
+#include <random>
+
+#include "images/CommandReader.h"
+#include "images/Listing.h"
+#include "images/ListingReader.h"
+#include "images/prom/CommandRules.h"
+#include "images/prom/FirmwareImage.h"
+#include "tests/images/prom/AnsweringPort.h"
+#include "tests/images/prom/EveryCommand.h"
+#include "xsvf/JtagPort.h"
+#include "xsvf/Player.h"
+
+namespace {
+
+constexpr uint64_t manyClocks = 30'000;
+
+std::vector<uint8_t> assembled(std::string_view listing) {
+    return std::get<std::vector<uint8_t>>(images::imageOf(listing));
+}
+
+// Bits that no card can answer: they are expected, and beyond those that are shifted.
+bool expectsTooMuch(const tagSXsvfInfo& info) {
+    return info.lDrBits % 8 != 0 && info.lvExpected.aucValue[0] >> (info.lDrBits % 8) != 0;
+}
+
+// An image on its way through player, reader and rules together. A copy goes on by itself.
+struct Passage {
+    tagSXsvfInfo info;
+    images::CommandReader reader;
+    images::CommandRules rules;
+    bool isFaulty = false;  // to the tool; the player goes on until it notices, too
+
+    // Takes one command. False when it was the last.
+    bool step(AnsweringPort& port) {
+        const auto offset = static_cast<uint32_t>(reader.offset());
+        if (!isFaulty) {
+            const auto command = reader.next();
+            isFaulty = !command || rules.faultOf(*command);
+            EXPECT_TRUE(!command || !images::listingLine(offset, *command).empty());
+        }
+        try {
+            xsvfRun(&info);
+        } catch (const PortIsClosed&) {
+            EXPECT_TRUE(isFaulty) << offset;
+            return false;
+        }
+        if (!isFaulty) {
+            EXPECT_TRUE(info.iResult == kXsvfNoError || expectsTooMuch(info)) << offset;
+            isFaulty = info.iResult != kXsvfNoError;
+        }
+        if (!isFaulty) {
+            EXPECT_EQ(gulCurrentOffset, reader.offset());
+            EXPECT_EQ(port.accesses, rules.accesses()) << offset;
+        }
+        return info.iResult == kXsvfNoError && info.ucIsComplete == 0;
+    }
+};
+
+class DamagedImage : public testing::Test {
+  protected:
+    void open(std::vector<uint8_t>& image) {
+        passage.emplace(Passage{{}, images::CommandReader(image), {}});
+        port.open(image, 0, passage->info, manyClocks);
+        port.accesses = {.stores = 2};
+        xsvfInitialize(&passage->info);
+    }
+
+    // Takes some commands from where the passage stands, with a byte changed, and is then back.
+    void meet(std::vector<uint8_t>& image, std::size_t place, uint8_t change, int commands) {
+        Passage damaged = *passage;
+        const uint32_t offset = gulCurrentOffset;
+        const images::Accesses before = port.accesses;
+        image[place] ^= change;
+        port.open(image, offset, damaged.info, manyClocks);
+        while (commands > 0 && damaged.step(port)) {
+            --commands;
+        }
+        image[place] ^= change;
+        port.accesses = before;
+        port.open(image, offset, passage->info, manyClocks);
+    }
+
+    uint8_t anyChange() { return static_cast<uint8_t>(1 + random() % 255); }
+
+    AnsweringPort port;
+    std::optional<Passage> passage;
+    std::mt19937 random;
+};
+
+// What comes before a damaged byte is as it was, so each of the images goes on from there; what comes sixteen
+// commands later is the next page.
+TEST_F(DamagedImage, AtTenThousandPlacesOfARealOne) {
+    auto image = images::makeFirmwareImage(std::span<const uint8_t, simulator::kPromBytes>(
+        simulator::encodeConfiguration({0x21, 1, 'M', 12, 0x6311})));
+    std::vector<std::size_t> places(10'000);
+    std::ranges::generate(places, [&] { return random() % image.size(); });
+    std::ranges::sort(places);
+    open(image);
+    for (const std::size_t place : places) {
+        for (;;) {
+            images::CommandReader ahead = passage->reader;
+            ASSERT_TRUE(ahead.next());
+            if (ahead.offset() > place) {
+                break;
+            }
+            port.clocksLeft = manyClocks;
+            ASSERT_TRUE(passage->step(port));
+            ASSERT_FALSE(passage->isFaulty);
+        }
+        meet(image, place, anyChange(), 16);
+        ASSERT_FALSE(HasFailure()) << place;
+    }
+    for (std::size_t index = 0; index < places.size(); index += 500) {
+        image[places[index]] ^= 0x5A;
+        EXPECT_TRUE(assembled(images::listingOf(image)) == image) << places[index];
+        image[places[index]] ^= 0x5A;
+    }
+}
+
+TEST_F(DamagedImage, AtEveryPlaceOfOneWithEveryCommand) {
+    auto image = assembled(everyCommand);
+    open(image);
+    for (std::size_t place = 0; place < image.size(); ++place) {
+        for (int bit = 0; bit < 8; ++bit) {
+            meet(image, place, static_cast<uint8_t>(1 << bit), 1000);
+            ASSERT_FALSE(HasFailure()) << place;
+            image[place] ^= static_cast<uint8_t>(1 << bit);
+            EXPECT_TRUE(assembled(images::listingOf(image)) == image) << images::listingOf(image);
+            image[place] ^= static_cast<uint8_t>(1 << bit);
+        }
+    }
+    while (passage->step(port)) {
+    }
+    EXPECT_FALSE(passage->isFaulty);
+    EXPECT_EQ(gulCurrentOffset, image.size());
+    EXPECT_EQ(images::accessesOf(image), port.accesses);
+}
+
+}  // namespace

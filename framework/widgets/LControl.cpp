@@ -21,5 +21,7 @@ void LControl::FinishCreate() {
 }
 
 void LControl::BroadcastFromQt() noexcept {
-    KeepException([this] { BroadcastValueMessage(); });
+    if (IsUsable()) {
+        KeepException([this] { BroadcastValueMessage(); });
+    }
 }

@@ -5,7 +5,8 @@
 
 // A pane with a value that the user can act on. When that happens it broadcasts its value message, with the
 // value (int32_t*) as the parameter. The layout gives the message as the property "valueMessage", four
-// characters in a string; without one the control is silent.
+// characters in a string; without one the control is silent. So is one that is not usable, whatever has
+// reached its widget: an event that waited since the window looked different, a key, an assistive technology.
 class LControl : public LPane, public LBroadcaster {
   public:
     // Setting the value does not broadcast: only the user's own doing does.
@@ -19,7 +20,8 @@ class LControl : public LPane, public LBroadcaster {
   protected:
     explicit LControl(QWidget* self) : LPane(self) {}
 
-    // For connecting to Qt's signals: broadcasts, and keeps what a listener throws for the event loop.
+    // For connecting to Qt's signals: broadcasts if the control is usable, and keeps what a listener throws
+    // for the event loop.
     void BroadcastFromQt() noexcept;
 
   private:

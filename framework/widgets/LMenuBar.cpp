@@ -8,6 +8,7 @@
 #include "framework/core/PascalString.h"
 #include "framework/core/UKeptException.h"
 #include "framework/widgets/LWindow.h"
+#include "framework/widgets/ModalDialogs.h"
 #include "framework/widgets/UResources.h"
 
 namespace {
@@ -40,7 +41,10 @@ void ConnectMenu(LWindow& window, QMenu& menu) {
             continue;
         }
         QObject::connect(action, &QAction::triggered, &window, [&window, action] {
-            KeepException([&] { TargetFor(window).ObeyCommand(action->property(kCommandProperty).toInt()); });
+            if (!IsBehindDialog(window)) {
+                KeepException(
+                    [&] { TargetFor(window).ObeyCommand(action->property(kCommandProperty).toInt()); });
+            }
         });
         QObject::connect(&menu, &QMenu::aboutToShow, action,
                          [&window, action] { KeepException([&] { UpdateStatus(window, *action); }); });

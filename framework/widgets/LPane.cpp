@@ -2,6 +2,9 @@
 
 #include <QWidget>
 
+#include "framework/widgets/LApplication.h"
+#include "framework/widgets/ModalDialogs.h"
+
 PaneIDT LPane::GetPaneID() const {
     return CodeFromName(mWidget->objectName().toStdString());
 }
@@ -11,6 +14,9 @@ void LPane::Show() {
 }
 
 void LPane::Hide() {
+    // Qt moves the keyboard away from a hidden widget only in the active window. In any other, such as one
+    // that a dialog has just been in front of, the keys would go on to reach the widget that nobody sees.
+    mWidget->clearFocus();
     mWidget->hide();
 }
 
@@ -19,7 +25,18 @@ void LPane::Enable() {
 }
 
 void LPane::Disable() {
+    mWidget->clearFocus();
     mWidget->setEnabled(false);
+}
+
+bool LPane::IsUsable() const {
+    const LApplication* application = LApplication::Current();
+    const bool isQuitting = application != nullptr && application->IsQuitting();
+    return mWidget->isVisible() && mWidget->isEnabled() && !isQuitting && !IsBehindDialog(*mWidget);
+}
+
+void LPane::TakeKeyboard() {
+    mWidget->setFocus();
 }
 
 void LPane::Refresh() {

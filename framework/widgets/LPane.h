@@ -12,12 +12,20 @@ class LPane : public virtual LAttachable {
   public:
     PaneIDT GetPaneID() const;
 
-    // A hidden pane keeps its place in the layout, so that nothing moves when panes come and go.
+    // A hidden pane keeps its place in the layout, so that nothing moves when panes come and go. A pane that
+    // is hidden or disabled gives up the keyboard.
     virtual void Show();
     virtual void Hide();
 
     virtual void Enable();
     virtual void Disable();
+
+    // Whether the user can act on the pane now: it is shown and enabled, no dialog is in front of its window,
+    // and no quit has been accepted.
+    bool IsUsable() const;
+
+    // Gives the pane its window's keyboard.
+    void TakeKeyboard();
 
     // Has the event loop redraw the pane.
     void Refresh();

@@ -2,6 +2,7 @@
 
 #include <QAbstractItemView>
 #include <QCoreApplication>
+#include <QKeyEvent>
 #include <QStyleOptionComboBox>
 #include <QStyledItemDelegate>
 #include <QTextDocument>
@@ -57,6 +58,9 @@ void LPopupButton::AppendMenu(ConstStringPtr itemText, bool /*ignoreMetacharacte
 }
 
 void LPopupButton::showPopup() {
+    if (!IsUsable()) {
+        return;
+    }
     // Qt would make the list as wide as its longest item.
     view()->window()->setMaximumWidth(width());
     QComboBox::showPopup();
@@ -69,6 +73,15 @@ void LPopupButton::initStyleOption(QStyleOptionComboBox* option) const {
     // Styles draw the text within the field less one pixel on either side.
     option->currentText =
         option->fontMetrics.elidedText(option->currentText, Qt::ElideRight, field.width() - 2);
+}
+
+void LPopupButton::keyPressEvent(QKeyEvent* event) {
+    // Not even the shown item changes, or it would not be the one that the listener heard of.
+    if (IsUsable()) {
+        QComboBox::keyPressEvent(event);
+    } else {
+        event->ignore();
+    }
 }
 
 void LPopupButton::customEvent(QEvent* event) {

@@ -25,10 +25,12 @@ class LPopupButton : public QComboBox, public LControl {
     // ellipsis and is told in full by the tool tip.
     void AppendMenu(ConstStringPtr itemText, bool ignoreMetacharacters);
 
+    // Shows the list if the popup is usable.
     void showPopup() override;
 
   protected:
     void initStyleOption(QStyleOptionComboBox* option) const override;
+    void keyPressEvent(QKeyEvent* event) override;
     void customEvent(QEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
 };

@@ -1,12 +1,31 @@
 #include "framework/widgets/LPushButton.h"
 
 #include <QKeyEvent>
+#include <QShortcutEvent>
+
+#include "framework/widgets/AccessibleButton.h"
 
 LPushButton::LPushButton() : LControl(this) {
+    DescribeButtonsToAssistiveTechnology();
     connect(this, &QPushButton::clicked, this, [this] { BroadcastFromQt(); });
 }
 
+bool LPushButton::event(QEvent* event) {
+    if (event->type() != QEvent::Shortcut || static_cast<QShortcutEvent*>(event)->isAmbiguous()) {
+        return QPushButton::event(event);
+    }
+    if (IsUsable()) {
+        setFocus(Qt::ShortcutFocusReason);
+        click();
+    }
+    return true;
+}
+
 void LPushButton::keyPressEvent(QKeyEvent* event) {
+    if (!IsUsable()) {
+        event->ignore();
+        return;
+    }
     // Return presses the button that has the focus, not the window's default button. (Qt's own way to say so,
     // autoDefault, takes the default look away from a button that loses the focus.)
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {

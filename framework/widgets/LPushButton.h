@@ -4,7 +4,8 @@
 
 #include "framework/widgets/LControl.h"
 
-// A button; broadcasts when it is pressed. Its value is always 0.
+// A button; broadcasts when it is pressed. Its value is always 0. Its mnemonic and assistive technology press
+// it at once, where Qt would wait a tenth of a second, during which the window can change.
 class LPushButton : public QPushButton, public LControl {
   public:
     static constexpr const char* kClassName = "LPushButton";
@@ -15,5 +16,6 @@ class LPushButton : public QPushButton, public LControl {
     void SetValue(int32_t /*value*/) override {}
 
   protected:
+    bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 };

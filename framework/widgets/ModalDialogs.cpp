@@ -6,6 +6,7 @@
 #include <QPushButton>
 #include <QTimer>
 #include <QWindow>
+#include <vector>
 
 #include "framework/widgets/LApplication.h"
 #include "framework/widgets/LWindow.h"
@@ -43,6 +44,17 @@ class CentreOnceExposed : public QObject {
     QDialog& mDialog;
 };
 
+// The dialogs that have not returned their answers yet, the innermost last.
+std::vector<const QDialog*> gUnanswered;
+
+class Unanswered {
+  public:
+    explicit Unanswered(const QDialog& dialog) { gUnanswered.push_back(&dialog); }
+    ~Unanswered() { gUnanswered.pop_back(); }
+    Unanswered(const Unanswered&) = delete;
+    Unanswered& operator=(const Unanswered&) = delete;
+};
+
 }  // namespace
 
 int RunModal(QDialog& dialog) {
@@ -62,7 +74,17 @@ int RunModal(QDialog& dialog) {
     if (window != nullptr && !window->isExposed()) {
         new CentreOnceExposed(dialog, *window);
     }
+    while (QWidget* popup = QApplication::activePopupWidget()) {
+        popup->close();
+    }
+    const Unanswered unanswered(dialog);
     return dialog.exec();
+}
+
+bool IsBehindDialog(const QWidget& widget) {
+    const QWidget* const window = widget.window();
+    const QWidget* const shown = QApplication::activeModalWidget();
+    return (shown != nullptr && shown != window) || (!gUnanswered.empty() && gUnanswered.back() != window);
 }
 
 void RemoveButtonIcons(QDialog& dialog) {

@@ -8,8 +8,13 @@ class QWidget;
 QWidget* ModalParent();
 
 // Shows a dialog, waits until it is answered and returns its result code. After an accepted quit it is not
-// shown, and counts as rejected.
+// shown, and counts as rejected. Open menus and lists are closed first.
 int RunModal(QDialog& dialog);
+
+// Whether a dialog that RunModal or Qt shows is in front of a widget's window. One that has been answered
+// stays in front until its answer has reached whoever asked: what is handled in between was meant for the
+// dialog.
+bool IsBehindDialog(const QWidget& widget);
 
 // Takes the icons off a dialog's buttons, which some desktops put there, so that they look like all the
 // others.

@@ -1,4 +1,5 @@
 #include <QAbstractItemView>
+#include <QAccessible>
 #include <QStyledItemDelegate>
 #include <QTest>
 #include <QWheelEvent>
@@ -7,6 +8,7 @@
 #include "framework/core/PascalString.h"
 #include "framework/widgets/LPopupButton.h"
 #include "framework/widgets/LPushButton.h"
+#include "framework/widgets/UModalAlerts.h"
 #include "tests/framework/widgets/Fixture.h"
 
 namespace {
@@ -61,6 +63,31 @@ TEST_F(PopupButton, BroadcastsItsFirstItemOnceAndEveryPick) {
     EXPECT_EQ(mPopup->GetValue(), 1) << "scrolling is not picking";
 }
 
+TEST_F(PopupButton, KeepsItsItemWhileItCannotBeUsed) {
+    append("first");
+    append("second");
+    mApplication.ProcessNextEvent();
+    mApplication.heard.clear();
+    mPopup->setFocus();
+    const auto tryEverything = [&] {
+        QTest::keyClick(mPopup, Qt::Key_Down);
+        mPopup->showPopup();
+        EXPECT_FALSE(mPopup->view()->isVisible());
+    };
+    mPopup->showPopup();
+    inEventLoop([&] {
+        tryEverything();  // the list was open when the alert came
+        pressKey(*QApplication::activeModalWidget(), Qt::Key_Return);
+        tryEverything();
+    });
+    UModalAlerts::Alert(130);
+    mPopup->showPopup();
+    mPopup->Disable();
+    tryEverything();
+    EXPECT_EQ(mPopup->GetValue(), 1);
+    EXPECT_TRUE(mApplication.heard.empty());
+}
+
 TEST_F(PopupButton, ShowsTextsLiterallyAndElidesLongOnes) {
     const char* metacharacters = "A;B (C !D <E /F ^G -H &I &&J";
     append(metacharacters);
@@ -78,6 +105,53 @@ TEST_F(PopupButton, ShowsTextsLiterallyAndElidesLongOnes) {
     mPopup->hidePopup();
 }
 
+// Asks for a button to be pressed as a screen reader does.
+void pressByAssistiveTechnology(LPushButton& button) {
+    QAccessible::queryAccessibleInterface(&button)->actionInterface()->doAction(
+        QAccessibleActionInterface::pressAction());
+    QApplication::processEvents();
+}
+
+TEST(PushButton, IsPressedAtOnceOrNotAtAll) {
+    SampleApplication application;
+    LWindow& window = application.openWindow();
+    application.listenTo("UPDT");
+    auto& button = application.pane<LPushButton>("UPDT");
+    const auto tryEverything = [&] {
+        pressKey(window, Qt::Key_U, Qt::AltModifier);
+        button.click();
+        pressByAssistiveTechnology(button);
+    };
+    tryEverything();
+    EXPECT_EQ(application.heard.size(), 3U);
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(&button)->text(QAccessible::Name), "Update firmware");
+
+    button.setFocus();
+    inEventLoop([&] {
+        QApplication::setActiveWindow(&window);  // as when the keyboard has not reached the alert yet
+        tryEverything();
+        button.Hide();  // in a window that is not the active one
+        QWidget* const alert = QApplication::activeModalWidget();
+        pressKey(*alert, Qt::Key_Return);
+        button.Show();
+        tryEverything();  // answered, the alert is gone, but nobody has the answer yet
+        button.Hide();
+    });
+    EXPECT_EQ(UModalAlerts::Alert(130), UModalAlerts::kItemOK);
+    EXPECT_EQ(window.focusWidget(), nullptr);
+    button.setFocus();  // which assistive technology can do
+    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return}) {
+        pressKey(window, key);
+    }
+    tryEverything();
+    button.Show();
+    button.setFocus();
+    button.Disable();
+    EXPECT_EQ(window.focusWidget(), nullptr);
+    tryEverything();
+    EXPECT_EQ(application.heard.size(), 3U);
+}
+
 TEST(PushButton, ReturnPressesTheFocusedOrTheDefaultButton) {
     SampleApplication application;
     LWindow& window = application.openWindow();
@@ -89,4 +163,12 @@ TEST(PushButton, ReturnPressesTheFocusedOrTheDefaultButton) {
     application.pane<LPushButton>("CLOS").setFocus();
     pressKey(window, Qt::Key_Return);
     EXPECT_EQ(application.heard.back(), FourCharCode("CLOS")) << "but not when another button has the focus";
+
+    auto* const silent = new LPushButton;  // the layout gave it no message
+    silent->setParent(&window);
+    silent->FinishCreate();
+    silent->AddListener(&application);
+    silent->Show();
+    silent->click();
+    EXPECT_EQ(application.heard.size(), 2U);
 }

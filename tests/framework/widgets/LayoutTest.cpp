@@ -35,6 +35,21 @@ std::map<QWidget*, QRect> geometries(const LWindow& window) {
     return found;
 }
 
+// Counts how often a window is painted.
+class PaintCounter : public QObject {
+  public:
+    explicit PaintCounter(LWindow& window) { window.installEventFilter(this); }
+    int times() const { return mTimes; }
+
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        mTimes += event->type() == QEvent::Paint ? 1 : 0;
+        return false;
+    }
+
+  private:
+    int mTimes = 0;
+};
+
 bool isClipped(const QLabel& label) {
     return label.wordWrap()
                ? label.height() < label.heightForWidth(label.width())
@@ -61,7 +76,9 @@ TEST(Layout, NothingMovesBetweenTheStatesNorIsCutOff) {
         SampleApplication application;
         LWindow& window = application.openWindow();
         QApplication::processEvents();
+        PaintCounter painted(window);
         showState(application, 0);
+        EXPECT_GT(painted.times(), 0) << "the new state is drawn at once";
         const QSize size = window.size();
         const auto idle = geometries(window);
         for (const char* name : {"MODL", "PCBR", "FWVR", "FWDT", "SRNO", "MFDT", "NFWR"}) {

@@ -70,6 +70,17 @@ TEST_P(Quit, CanBeRefusedAndIsThenAccepted) {
     EXPECT_EQ(application.timesAsked, 2);
 }
 
+TEST(QuitSignals, IgnoredFromTheStartStayIgnored) {
+    const auto before = std::signal(SIGHUP, SIG_IGN);
+    {
+        SampleApplication application;
+        std::raise(SIGHUP);
+        application.ProcessNextEvent();
+        EXPECT_EQ(application.timesAsked, 0);
+    }
+    std::signal(SIGHUP, before);
+}
+
 INSTANTIATE_TEST_SUITE_P(Ways, Quit, testing::ValuesIn(kWays));
 
 TEST(Alerts, AreAnsweredByKeyboard) {

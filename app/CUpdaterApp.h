@@ -40,10 +40,13 @@ class CUpdaterApp : public LApplication, public LListener, public LBroadcaster {
     // builds the main window. Throws "nilP" when the window or one of its controls is missing.
     void StartUp() override;
 
-    // Reacts to the main window's four controls; the parameter is not used.
+    // Reacts to the main window's four controls, one at a time: while a card is being read or updated nothing
+    // else is begun, and once it has been updated only the power-down is left. The parameter is not used.
     void ListenToMessage(MessageT message, void* parameter) override;
 
   private:
+    bool Accepts(MessageT message) const;
+
     // Registers the classes that the layouts name.
     void RegisterClasses();
 
@@ -70,6 +73,9 @@ class CUpdaterApp : public LApplication, public LListener, public LBroadcaster {
     // Writes a loaded image into the card and takes the window through the run's states.
     void WriteFirmware(uint8_t* image, uint32_t bytes);
 
+    // Gives the keyboard to the button to go on with after a write.
+    void OfferNextStep();
+
     // Asks for the identity of a card that has none, keeps it in gSerialNumber and writes it into the card.
     // Returns false when the user cancelled.
     bool GetSerialNumberDialog();
@@ -89,6 +95,8 @@ class CUpdaterApp : public LApplication, public LListener, public LBroadcaster {
     uint32_t mCardConnection = 0;
     // The open card already carries the chosen firmware or a newer one.
     bool mFirmwareIsCurrent = false;
+    // A message is being acted on, dialogs and the firmware write included.
+    bool mIsBusy = false;
 };
 
 // The application object while there is one.

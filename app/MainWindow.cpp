@@ -2,6 +2,8 @@
 
 #include <Carbon/MacTypes.h>
 
+#include <QScopedValueRollback>
+
 #include "app/CUpdaterApp.h"
 #include "app/PaneIDs.h"
 #include "app/logic/FormatText.h"
@@ -49,7 +51,24 @@ void CUpdaterApp::PopulateCardsPopup(LWindow* window) {
     }
 }
 
+bool CUpdaterApp::Accepts(MessageT message) const {
+    // The window offers nothing else either, but what is at stake is a card: it is not left to the window
+    // alone.
+    switch (mWindowState) {
+        case kWindowUpdating:
+            return false;
+        case kWindowFinished:
+            return !mIsBusy && message == kPowerDownButtonPane;
+        default:
+            return !mIsBusy;
+    }
+}
+
 void CUpdaterApp::ListenToMessage(MessageT message, void* /*parameter*/) {
+    if (!Accepts(message)) {
+        return;
+    }
+    const QScopedValueRollback busy(mIsBusy, true);
     switch (message) {
         case kCardPopupPane:
             UpdateCardInfo();

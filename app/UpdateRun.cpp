@@ -9,6 +9,8 @@
 #include "app/logic/FirmwareFiles.h"
 #include "app/logic/FirmwareImage.h"
 #include "app/logic/FormatText.h"
+#include "framework/core/LException.h"
+#include "framework/core/UKeptException.h"
 #include "framework/widgets/LProgressBar.h"
 #include "framework/widgets/LWindow.h"
 #include "hw/PromOperations.h"
@@ -17,6 +19,8 @@ namespace {
 
 // Passes of the event loop before the write, so that the window has taken on the new look.
 constexpr int kPassesBeforeWriting = 50;
+
+constexpr uint16_t kWriteBrokenOff = 0xFFFF;
 
 bool confirmUpdate() {
     const std::string text = FormatText("About to program your %s with Firmware Version %d",
@@ -41,10 +45,29 @@ void CUpdaterApp::UpdateFirmware() {
         ShowAlert(error.title, error.message);
         return;
     }
-    if (confirmUpdate()) {
-        WriteFirmware(image->bytes.get(), image->size);
+    const bool isToWrite = confirmUpdate() && !IsQuitting();
+    if (isToWrite) {
+        try {
+            WriteFirmware(image->bytes.get(), image->size);
+        } catch (...) {
+            // The program can be quit again and another write tried.
+            mWindowState = kWindowIdle;
+            UpdateWindowState();
+            throw;
+        }
     }
     UpdateWindowState();
+    if (isToWrite) {
+        OfferNextStep();
+    }
+}
+
+void CUpdaterApp::OfferNextStep() {
+    // What was clicked and typed while the window was being redrawn was not meant for the buttons that
+    // appeared; while the run goes on they drop it.
+    ProcessNextEvent();
+    const PaneIDT next = mWindowState == kWindowFinished ? kPowerDownButtonPane : kUpdateButtonPane;
+    ThrowIfNil(mMainWindow->FindPaneByID(next))->TakeKeyboard();
 }
 
 void CUpdaterApp::WriteFirmware(uint8_t* image, uint32_t bytes) {
@@ -56,7 +79,9 @@ void CUpdaterApp::WriteFirmware(uint8_t* image, uint32_t bytes) {
     for (int pass = 0; pass < kPassesBeforeWriting; ++pass) {
         ProcessNextEvent();
     }
-    const uint16_t error = ProgramConfigProm(image, bytes);
+    // An exception out of the write is reported later; first of all it is a write that failed.
+    uint16_t error = kWriteBrokenOff;
+    KeepException([&] { error = ProgramConfigProm(image, bytes); });
     // What was clicked and typed since the last pass was meant for the window as it still is, not for the
     // buttons that are about to appear.
     ProcessNextEvent();

@@ -3,8 +3,12 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <QTimer>
+#include <QWidget>
 #include <fstream>
+#include <utility>
 
+#include "framework/widgets/LApplication.h"
 #include "hw/ApplicationHooks.h"
 #include "simulator/DefaultMachine.h"
 #include "tests/whole/FirstCardUpdate.h"
@@ -136,9 +140,22 @@ TEST_F(Alerting, ImageThatFails) {
             EXPECT_EQ(session.shownStatePanes(), "ITX0 ITX1 ITX2 CLOS UPDT");
             EXPECT_EQ(machine.card(0).identity(), 0x21307015u);
 
+            // What is clicked during a write does not reach the window as it is afterwards.
             bundle.addImage(imageName, emptyProgram);
+            bool isClicked = false;
+            session.host.falsifyLoad = [&](uint32_t, uint32_t word) {
+                if (!std::exchange(isClicked, true)) {
+                    QTimer::singleShot(0, session.window(), [&] {
+                        session.window()->close();
+                        QTimer::singleShot(0, session.window(), [&] { session.click("POWR"); });
+                    });
+                }
+                return word;
+            };
             session.click("UPDT");
+            EXPECT_FALSE(LApplication::Current()->IsQuitting());
             EXPECT_EQ(session.shownStatePanes(), "FTX0 FTX1 FTX2 POWR");
+            EXPECT_EQ(session.window()->focusWidget(), session.pane("POWR"));
         });
     }
 }

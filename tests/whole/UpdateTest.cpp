@@ -2,13 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <QCoreApplication>
-#include <QTest>
-#include <csignal>
+#include <QComboBox>
+#include <QTimer>
 #include <fstream>
 #include <iterator>
 
 #include "app/logic/CardTexts.h"
+#include "framework/widgets/LApplication.h"
 #include "simulator/DefaultMachine.h"
 #include "tests/whole/FirstCardUpdate.h"
 #include "tests/whole/IdentityAccesses.h"
@@ -42,15 +42,21 @@ TEST_F(Update, WritesTheFirmwareAndShowsItAfterThePowerCycle) {
     std::vector<int> progress;
     {
         UpdaterSession session(machine, bundle);
+        // Beats once in every pass of the event loop.
+        int beats = 0;
+        QTimer heart;
+        heart.callOnTimeout([&] { beats += session.isShown("PTX0") ? 1 : 0; });
         session.onProgress = [&](int value) {
+            if (progress.empty()) {
+                EXPECT_EQ(beats, 50 + 3) << "the window settles, and is kept alive every 1000 bytes";
+                heart.stop();
+            }
             // The window's look and its ways out, halfway through the write.
             if (value >= 500 && (progress.empty() || progress.back() < 500)) {
                 EXPECT_EQ(session.shownStatePanes(), "PTX0 PTX1 PGRS");
                 EXPECT_FALSE(session.isEnabled("CRDS"));
-                session.window()->close();
-                QTest::keyClick(session.window(), Qt::Key_Q, Qt::ControlModifier);
-                std::raise(SIGTERM);
-                QCoreApplication::processEvents();
+                session.meddle();
+                EXPECT_EQ(dynamic_cast<QComboBox&>(*session.pane("CRDS")).currentIndex(), 0);
             }
             progress.push_back(value);
         };
@@ -59,6 +65,7 @@ TEST_F(Update, WritesTheFirmwareAndShowsItAfterThePowerCycle) {
             EXPECT_EQ(session.text("FWVR"), "M10");
             EXPECT_EQ(session.text("NFWR"), "M12");
             const Accesses before = {session.host.stores, session.host.loads};
+            heart.start();
             session.click("UPDT");
             made = {session.host.stores - before.stores, session.host.loads - before.loads};
             EXPECT_EQ(session.shownStatePanes(), "FTX0 FTX1 FTX2 POWR");
@@ -103,15 +110,19 @@ TEST_F(Update, FailedWriteKeepsTheIdentityAndCanBeTriedAgain) {
     bundle.addImage("VMBM12A.xsv", truncated);
 
     UpdaterSession session(machine, bundle);
+    std::vector<int> progress;
+    session.onProgress = [&](int value) { progress.push_back(value); };
     session.run([&] {
         session.click("UPDT");
         EXPECT_EQ(session.shownStatePanes(), "ITX0 ITX1 ITX2 CLOS UPDT");
         EXPECT_TRUE(session.isEnabled("CRDS"));
+        progress.clear();
         EXPECT_EQ(card().identity(), identity);
         EXPECT_FALSE(card().acceptableConfiguration());
 
         bundle.addImage("VMBM12A.xsv", image);
         session.click("UPDT");
+        EXPECT_EQ(progress.at(0), 0) << "another attempt begins at the beginning";
         EXPECT_EQ(session.shownStatePanes(), "FTX0 FTX1 FTX2 POWR");
     });
     EXPECT_EQ(
@@ -124,6 +135,25 @@ TEST_F(Update, FailedWriteKeepsTheIdentityAndCanBeTriedAgain) {
     EXPECT_EQ(card().acceptableConfiguration()->version, 12);
     EXPECT_EQ(card().identity(), identity);
     EXPECT_TRUE(machine.ledger().empty());
+}
+
+// Whatever goes wrong in a write, the card is warned of, and the program can be used and quit again.
+TEST_F(Update, WriteThatIsBrokenOffByAnExceptionCanBeTriedAgain) {
+    UpdaterSession session(machine, bundle);
+    session.run([&] {
+        const uint64_t from = session.host.loads + 1000000;
+        session.host.falsifyLoad = [&, from](uint32_t, uint32_t word) {
+            return session.host.loads > from ? throw std::bad_alloc() : word;
+        };
+        session.click("UPDT");
+        session.host.falsifyLoad = nullptr;
+        EXPECT_EQ(session.alerts, (Alerts{confirmation, failure}));
+        EXPECT_EQ(session.shownStatePanes(), idlePanes);
+        EXPECT_TRUE(LApplication::Current()->AttemptQuit(kSaveOptionAsk));
+        session.click("UPDT");
+        EXPECT_EQ(session.shownStatePanes(), finishedPanes);
+    });
+    EXPECT_EQ(card().identity(), identity);
 }
 
 }  // namespace

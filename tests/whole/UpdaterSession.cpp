@@ -1,6 +1,8 @@
 #include "tests/whole/UpdaterSession.h"
 
 #include <QAbstractItemView>
+#include <QAccessible>
+#include <QAction>
 #include <QApplication>
 #include <QComboBox>
 #include <QDialog>
@@ -14,6 +16,7 @@
 #include <QTest>
 #include <QTimer>
 #include <algorithm>
+#include <csignal>
 #include <fstream>
 #include <utility>
 
@@ -66,6 +69,7 @@ void UpdaterSession::run(const std::function<void()>& script) {
         // Posted when the window comes up, this is delivered before the popup's first broadcast, which comes
         // now.
         QCoreApplication::sendPostedEvents();
+        EXPECT_NE(window()->focusWidget(), nullptr);
         if (auto* const bar = qobject_cast<QProgressBar*>(pane("PGRS"))) {
             connect(bar, &QProgressBar::valueChanged, this, [this](int value) {
                 if (onProgress) {
@@ -143,6 +147,36 @@ std::string UpdaterSession::shownStatePanes() const {
 
 void UpdaterSession::click(const char* paneID) {
     QTest::mouseClick(pane(paneID), Qt::LeftButton);
+}
+
+void UpdaterSession::press(Qt::Key key, Qt::KeyboardModifiers modifiers) {
+    QApplication::setActiveWindow(window());  // which shortcuts and mnemonics ask for
+    QTest::keyClick(window()->windowHandle(), key, modifiers);
+}
+
+void UpdaterSession::meddle() {
+    int quitShortcuts = 0;
+    auto* const quit = window()->findChild<QAction*>("quitAction");
+    const auto counting = connect(quit, &QAction::triggered, this, [&] { ++quitShortcuts; });
+    press(Qt::Key_Q, Qt::ControlModifier);
+    disconnect(counting);
+    EXPECT_EQ(quitShortcuts, 1) << "the shortcut must arrive to be refused";
+    for (const Qt::Key mnemonic : {Qt::Key_U, Qt::Key_L, Qt::Key_S}) {
+        press(mnemonic, Qt::AltModifier);
+    }
+    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Down}) {
+        press(key);
+    }
+    for (const char* const paneID : {"UPDT", "CLOS", "POWR", "CRDS"}) {
+        auto* const actions = QAccessible::queryAccessibleInterface(pane(paneID))->actionInterface();
+        actions->doAction(QAccessibleActionInterface::pressAction());
+        actions->doAction(QAccessibleActionInterface::setFocusAction());
+        press(Qt::Key_Return);
+        press(Qt::Key_Space);
+    }
+    window()->close();
+    std::raise(SIGTERM);
+    QCoreApplication::processEvents();
 }
 
 void UpdaterSession::pickCard(int item) {
@@ -231,6 +265,10 @@ void UpdaterSession::answer(QWidget* dialog) {
         }
     }
     alerts.push_back(alert);
+    // Nobody quits while a half-written card is being warned of.
+    if (alert.title == "EEPROM Programming Failure") {
+        EXPECT_FALSE(LApplication::Current()->AttemptQuit(kSaveOptionAsk));
+    }
     const bool cancels = std::any_of(cancelled.begin(), cancelled.end(), [&alert](const std::string& text) {
         return text == alert.title || text == alert.message;
     });

@@ -81,6 +81,11 @@ class UpdaterSession : public QObject {
     std::string shownStatePanes() const;
 
     void click(const char* paneID);
+    // Presses a key in the window, which then is the active one.
+    void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+    // Tries everything that begins an update, chooses a card or ends the program, while nothing of it may
+    // work.
+    void meddle();
     // Picks an item (1-based) of the card popup with the keyboard.
     void pickCard(int item);
     void pickOpenCardAgain();

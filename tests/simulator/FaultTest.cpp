@@ -3,19 +3,13 @@
 #include <gtest/gtest.h>
 
 #include "platform/CardDriver.h"
-#include "simulator/MachineDirectory.h"
 #include "tests/simulator/Probe.h"
-#include "tests/support/TemporaryDirectory.h"
 
 namespace simulator {
 
 class FaultTest : public ProbedMachineTest {
   protected:
     static std::vector<uint8_t> content(uint8_t byte) { return std::vector<uint8_t>(kPageBytes, byte); }
-    std::vector<uint8_t> cellsOf(std::size_t page) {
-        const auto bytes = card().cells().bytesOf(PromCells::page(page));
-        return {bytes.begin(), bytes.end()};
-    }
     std::size_t services(Host& host) { return host.servicesOfClass(card_driver::kServiceClass).size(); }
 };
 
@@ -138,51 +132,6 @@ TEST_F(FaultTest, AVanishedCardKeepsItsPower) {
     card().clearFaults();
     EXPECT_EQ(services(next), 4U);
     EXPECT_EQ(probe_->read(0x10), 10U);
-}
-
-// Every kind, struck or waiting, and with one of a misread page's times used up.
-TEST(StoredFaultTest, SurviveTheProcess) {
-    const TemporaryDirectory folder;
-    std::vector<Fault> expected;
-    {
-        const auto directory = MachineDirectory::create(folder.path());
-        Machine& machine = directory->machine();
-        addDefaultCards(machine);
-        for (std::size_t kind = 0; kind < kFaultKinds; ++kind) {
-            if (static_cast<FaultKind>(kind) == FaultKind::powerLost)
-                continue;
-            Fault fault{.kind = static_cast<FaultKind>(kind),
-                        .when = kind % 2 == 0 ? Fault::When::atClock : Fault::When::atAccess,
-                        .count = 1U << 30};
-            const FaultKindDescription& has = describe(fault.kind);
-            fault.code = has.hasCode ? 0x80000001 : 0;
-            fault.page = has.hasPage ? 511 : 0;
-            fault.times = has.hasTimes ? 3 : 0;
-            fault.factor = has.hasFactor ? 1000 : 1;
-            machine.card(0).inject(fault);
-        }
-        machine.card(1).inject({.kind = FaultKind::pageMisread, .page = 0, .times = 2});
-        machine.powerOn();
-        SimulatedHost host(machine, {});
-        Probe probe(host, 1);
-        probe.reset();
-        probe.scanPage(Prom::readPageInstruction, std::vector<uint8_t>(kPageBytes));
-        machine.card(1).inject({.kind = FaultKind::tdoStuckLow});
-        expected = machine.card(0).faults().all();
-        directory->save();
-    }
-    const auto directory = MachineDirectory::open(folder.path(), MachineDirectory::OnOpening::powerUp);
-    EXPECT_EQ(directory->machine().card(0).faults().all(), expected);
-    const auto& second = directory->machine().card(1).faults().all();
-    ASSERT_EQ(second.size(), 2U);
-    EXPECT_EQ(second[0].times, 1U);
-    SimulatedHost host(directory->machine(), {});
-    Probe probe(host, 1);
-    EXPECT_FALSE(probe.tdo()) << "as it was, at once";
-    directory->machine().powerOff();
-    directory->removeCard(0);
-    directory->save();
-    EXPECT_FALSE(std::filesystem::exists(folder.path() / "card-1.prom"));
 }
 
 }  // namespace simulator

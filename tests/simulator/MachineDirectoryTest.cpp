@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "simulator/MachineError.h"
 #include "tests/simulator/Probe.h"
 #include "tests/support/TemporaryDirectory.h"
 
@@ -27,25 +26,35 @@ class MachineDirectoryTest : public testing::Test {
         addDefaultCards(directory->machine());
         directory->save();
     }
-    // What opening the machine complains of, after the name of the file that it has to name.
-    std::string complaint(const fs::path& about) {
-        try {
-            (void)MachineDirectory::open(folder_, OnOpening::powerUp);
-        } catch (const MachineError& error) {
-            const std::string text = error.what();
-            EXPECT_TRUE(text.starts_with(about.string() + ": ")) << text;
-            return text.substr(std::min(text.size(), about.string().size() + 2));
-        }
-        return "none";
+    // Opening the machine complains of a file, in words that begin so.
+    void expectComplaint(const fs::path& file, const std::string& words) {
+        const auto complaint =
+            complaintOf([this] { (void)MachineDirectory::open(folder_, OnOpening::powerUp); });
+        EXPECT_TRUE(complaint.starts_with(file.string() + ": " + words)) << words << ": " << complaint;
     }
 
     const TemporaryDirectory temporary_;
     const fs::path& folder_ = temporary_.path();
 };
 
-// Saved in the middle of everything: a row half programmed, a scan half shifted, and firmware that differs
-// from the PROM.
+// A fault of every kind, of which the first has struck and the others wait.
+static void injectEveryFault(Card& card) {
+    for (std::size_t kind = 0; kind < kFaultKinds; ++kind) {
+        const FaultKindDescription& has = faultKinds()[kind];
+        card.inject({.kind = static_cast<FaultKind>(kind),
+                     .code = has.hasCode ? 0x80000001 : 0,
+                     .page = has.hasPage ? 511U : 0,
+                     .times = has.hasTimes ? 3U : 0,
+                     .factor = has.hasFactor ? 1000U : 1,
+                     .when = kind % 2 == 0 ? Fault::When::atClock : Fault::When::atAccess,
+                     .count = kind == 0 ? 0 : 1U << 30});
+    }
+}
+
+// Saved in the middle of everything: a row half programmed, a scan half shifted, a page that has been misread
+// once, and firmware that differs from the PROM.
 TEST_F(MachineDirectoryTest, AMachineThatStaysOnCarriesOnWhereItWas) {
+    std::vector<Fault> faults;
     {
         const auto directory = MachineDirectory::open(folder_, OnOpening::powerUp);
         SimulatedHost host(directory->machine(), {});
@@ -57,11 +66,17 @@ TEST_F(MachineDirectoryTest, AMachineThatStaysOnCarriesOnWhereItWas) {
         first.userCode(0x21417003);
         first.instruction(Prom::programInstruction);
         first.wait(13000);
+        directory->machine().card(1).inject({.kind = FaultKind::pageMisread, .page = 0, .times = 2});
+        second.reset();
+        second.scanPage(Prom::readPageInstruction, std::vector<uint8_t>(kPageBytes));
         second.reset();
         second.enter(Probe::Scan::data);
         second.clocks({0, 0, 0, 0, 0, 0, 0, 0, 0});
         directory->machine().card(2).cells().erase();
         directory->machine().card(2).requestRecording(RecordingRequest{"/tmp/wave.vcd", 3, 4});
+        directory->machine().drivers().loaded["some"] = {"com_example_other", 1};
+        injectEveryFault(directory->machine().card(2));
+        faults = directory->machine().card(2).faults().all();
         host.loadWord(nullptr);
         directory->save();
     }
@@ -72,9 +87,13 @@ TEST_F(MachineDirectoryTest, AMachineThatStaysOnCarriesOnWhereItWas) {
     EXPECT_EQ(contentOf(folder_ / "machine.json"), saved) << "nothing lost on the way";
     EXPECT_EQ(machine.ledger().entries().size(), 1U);
     EXPECT_EQ(machine.card(2).running()->version, 7);
+    EXPECT_EQ(machine.card(2).faults().all(), faults);
+    EXPECT_EQ(machine.card(1).faults().all().at(0).times, 1U);
+    EXPECT_EQ(machine.drivers().loaded["some"].secondsToAttach, 1U);
 
     SimulatedHost host(machine, {});
     EXPECT_EQ(Probe(host, 1).shift(std::vector<bool>(24)), Probe::bitsOf(0xF5035093 >> 8, 24));
+    EXPECT_FALSE(Probe(host, 2).tdo()) << "stuck low, at once";
     Probe(host, 0).wait(1000);
     EXPECT_EQ(machine.card(0).identity(), 0x21417003U) << "the time before and after counts together";
 }
@@ -122,11 +141,11 @@ TEST_F(MachineDirectoryTest, MalformedDescriptionsAreExplained) {
         std::string bad = good;
         bad.replace(bad.find(each.part), std::string(each.part).size(), each.instead);
         put(folder_ / "machine.json", bad);
-        EXPECT_TRUE(complaint(folder_ / "machine.json").starts_with(each.complaint)) << each.instead;
+        expectComplaint(folder_ / "machine.json", each.complaint);
     }
     put(folder_ / "machine.json", good);
     fs::resize_file(folder_ / "card-2.prom", 262144);
-    EXPECT_EQ(complaint(folder_ / "card-2.prom"), "is 262144 bytes long instead of 262149.");
+    expectComplaint(folder_ / "card-2.prom", "is 262144 bytes long instead of 262149.");
 }
 
 }  // namespace simulator

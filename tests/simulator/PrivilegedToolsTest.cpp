@@ -7,7 +7,6 @@
 
 #include "platform/CardDriver.h"
 #include "simulator/DefaultMachine.h"
-#include "simulator/MachineDirectory.h"
 #include "simulator/SimulatedHost.h"
 #include "tests/support/TemporaryDirectory.h"
 
@@ -70,6 +69,10 @@ TEST_F(PrivilegedToolsTest, ADriverShowsTheCardsFromLoadingToUnloading) {
     EXPECT_EQ(cards(), 0U);
     EXPECT_EQ(host_.liveMappings(), 0U) << "what was opened through the driver goes with it";
     EXPECT_EQ(unload(), 1);
+    EXPECT_EQ(load(), 0);
+    machine_.powerOff();
+    machine_.powerOn();
+    EXPECT_EQ(cards(), 0U) << "a driver that was loaded goes with the power";
 }
 
 TEST_F(PrivilegedToolsTest, OnlyAWellFormedBundleOfRootIsLoaded) {
@@ -97,25 +100,6 @@ TEST_F(PrivilegedToolsTest, OnlyAWellFormedBundleOfRootIsLoaded) {
     EXPECT_EQ(load(), 0);
     EXPECT_EQ(cards(), 0U) << "a driver of another class";
     EXPECT_EQ(run("/sbin/reboot", {}), -1);
-}
-
-TEST_F(PrivilegedToolsTest, ALoadedDriverLastsFromRunToRunUntilThePowerIsOff) {
-    const fs::path folder = directory_.path() / "machine";
-    {
-        const auto directory = MachineDirectory::create(folder);
-        directory->machine().drivers().resident = false;
-        directory->machine().powerOn();
-        directory->machine().drivers().loaded["some"] = {std::string(card_driver::kServiceClass), 1};
-        directory->save();
-    }
-    const auto directory = MachineDirectory::open(folder, MachineDirectory::OnOpening::powerUp);
-    Drivers& drivers = directory->machine().drivers();
-    EXPECT_FALSE(drivers.publish(card_driver::kServiceClass));
-    drivers.letPass(1);
-    EXPECT_TRUE(drivers.publish(card_driver::kServiceClass));
-    directory->machine().powerOff();
-    directory->machine().powerOn();
-    EXPECT_FALSE(drivers.publish(card_driver::kServiceClass));
 }
 
 }  // namespace

@@ -6,13 +6,16 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <functional>
 #include <initializer_list>
 #include <iterator>
 #include <span>
+#include <string>
 #include <vector>
 
 #include "platform/CardDriver.h"
 #include "simulator/DefaultMachine.h"
+#include "simulator/MachineError.h"
 #include "simulator/Prom.h"
 #include "simulator/SimulatedHost.h"
 
@@ -148,6 +151,16 @@ class Probe {
     bool swap_;
 };
 
+// What an action complains of; empty when it succeeds.
+inline std::string complaintOf(const std::function<void()>& action) {
+    try {
+        action();
+    } catch (const MachineError& error) {
+        return error.what();
+    }
+    return "";
+}
+
 // The default machine, switched on, with a probe on its first card.
 class ProbedMachineTest : public testing::Test {
   protected:
@@ -160,6 +173,10 @@ class ProbedMachineTest : public testing::Test {
 
     Card& card() { return machine_.card(0); }
     JtagChain& chain() { return card().chain(); }
+    std::vector<uint8_t> cellsOf(std::size_t page) {
+        const auto bytes = card().cells().bytesOf(PromCells::page(page));
+        return {bytes.begin(), bytes.end()};
+    }
     std::vector<Misuse> misuses() {
         std::vector<Misuse> found;
         for (const auto& entry : machine_.ledger().entries())

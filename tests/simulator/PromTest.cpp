@@ -11,10 +11,6 @@ namespace simulator {
 
 class PromTest : public ProbedMachineTest {
   protected:
-    std::vector<uint8_t> cellsOf(std::size_t page) {
-        const auto bytes = card().cells().bytesOf(PromCells::page(page));
-        return {bytes.begin(), bytes.end()};
-    }
     // Lets the time go by without the accesses that it takes.
     void erase(uint64_t microseconds = 15'000'000) {
         probe_->instruction(Prom::eraseInstruction);

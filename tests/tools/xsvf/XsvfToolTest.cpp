@@ -4,125 +4,91 @@
 #include <sys/stat.h>
 
 #include <filesystem>
-#include <sstream>
 
 #include "simulator/Files.h"
 #include "simulator/FpgaConfiguration.h"
-#include "tests/support/TemporaryDirectory.h"
+#include "tests/support/CommandLineTest.h"
 #include "tools/command_line/CommandLine.h"
 
 namespace tools {
 
 namespace fs = std::filesystem;
+using simulator::readFile;
 
-class XsvfTool : public testing::Test {
+class XsvfTool : public CommandLineTest {
   protected:
-    int runWith(const std::vector<std::string>& arguments) {
-        out_.str("");
-        err_.str("");
-        return runXsvf(arguments, out_, err_);
-    }
-    void makeImage(const std::vector<std::string>& content) {
-        std::vector<std::string> arguments{
-            "make", "--model", "K40", "--flavour",          "W",    "--version",
-            "7",    "--board", "B",   "--output-directory", folder_};
-        arguments.insert(arguments.end(), content.begin(), content.end());
-        ASSERT_EQ(runWith(arguments), kDone) << err_.str();
-        ASSERT_EQ(out_.str(), image_ + "\n");
-    }
-    void write(const fs::path& path, std::string_view text) {
+    XsvfTool() : CommandLineTest(runXsvf) {}
+
+    static void write(const fs::path& path, std::string_view text) {
         simulator::replaceFile(path, {reinterpret_cast<const uint8_t*>(text.data()), text.size()});
     }
 
-    const TemporaryDirectory directory_;
-    const fs::path& folder_ = directory_.path();
-    const std::string image_ = folder_ / "K40W07B.xsv";
-    const std::string other_ = folder_ / "K40W08B.xsv";
-    const std::string listing_ = folder_ / "listing";
-    std::ostringstream out_, err_;
+    const std::string make_ = "make --model K40 --flavour W --board B --version ";
 };
 
 TEST_F(XsvfTool, ListsAssemblesAndChecksAnImage) {
-    makeImage({"--date", "2005-11-02"});
-    ASSERT_EQ(runWith({"list", image_, "--output", listing_}), kDone) << err_.str();
-    ASSERT_EQ(runWith({"list", image_}), kDone);
-    const auto listing = simulator::readFile(listing_);
-    EXPECT_EQ(out_.str(), std::string(listing.begin(), listing.end()));
-    ASSERT_EQ(runWith({"assemble", listing_, "--output", other_}), kDone) << err_.str();
-    auto image = simulator::readFile(image_);
-    EXPECT_TRUE(simulator::readFile(other_) == image);
-
-    EXPECT_EQ(runWith({"check", other_, image_}), kFailed);
-    EXPECT_EQ(err_.str(),
-              "xsvf: " + other_ + ": The name does not fit, the content is that of K40W07B.xsv.\n");
-    EXPECT_EQ(out_.str(), image_ +
-                              ": 7702 commands, 1082458 bytes, 275756419 register accesses, about 92 s "
-                              "on a card.\n");
+    follow({{make_ + "7 --date 2005-11-02", kDone, {"K40W07B.xsv\n"}},
+            {"list K40W07B.xsv --output listing"},
+            {"assemble listing --output K40W08B.xsv"},
+            {"check K40W08B.xsv K40W07B.xsv",
+             kFailed,
+             {"xsvf: K40W08B.xsv: The name does not fit, the content is that of K40W07B.xsv.\n",
+              "K40W07B.xsv: 7702 commands, 1082458 bytes, 275756419 register accesses, about 92 s on a "
+              "card.\n"}}});
+    auto image = readFile("K40W07B.xsv");
+    EXPECT_TRUE(readFile("K40W08B.xsv") == image);
+    const auto listing = readFile("listing");
     image[image.size() - 300] ^= 1;  // in the last page, where the image compares it
-    simulator::replaceFile(image_, image);
-    EXPECT_EQ(runWith({"check", image_}), kFailed);
-    EXPECT_EQ(err_.str(),
-              "xsvf: " + image_ + ": offset 0x108044: The comparison fails on a simulated card.\n");
+    simulator::replaceFile("damaged.xsv", image);
+    follow({{"check damaged.xsv",
+             kFailed,
+             {"xsvf: damaged.xsv: offset 0x108044: The comparison fails on a simulated card.\n"}},
+            {"list K40W07B.xsv", kDone, {std::string(listing.begin(), listing.end())}}});
 }
 
-TEST_F(XsvfTool, DoesNotJudgeTheNameOfAForeignContent) {
-    write(folder_ / "payload", std::string(simulator::kPromBytes, 'x'));
-    makeImage({"--payload", folder_ / "payload"});
-    EXPECT_EQ(runWith({"check", image_}), kDone) << err_.str();
-    EXPECT_NE(out_.str().find("; the content is no configuration that tells whether the name fits.\n"),
-              std::string::npos);
+TEST_F(XsvfTool, KeepsAPayloadNamedLikeAnImage) {
+    write("K40W07B.xsv", std::string(simulator::kPromBytes, '\0'));
+    write("too-long", std::string(simulator::kPromBytes + 1, '\0'));
+    follow(
+        {{make_ + "08 --payload K40W07B.xsv", kDone, {"K40W08B.xsv\n"}},
+         {"check K40W08B.xsv",
+          kDone,
+          {"; the content is no configuration that tells whether the name fits.\n"}},
+         {make_ + "7 --payload ./K40W07B.xsv", kFailed, {": would be replaced by what is made from it.\n"}},
+         {make_ + "7 --payload \"\"", kWrongUsage},
+         {make_ + "7 --payload too-long", kFailed, {"262145 bytes"}}});
+    EXPECT_EQ(readFile("K40W07B.xsv").size(), simulator::kPromBytes);
 }
 
-TEST_F(XsvfTool, TakesAPayloadThatIsLikeAnUsedPromAndKeepsIt) {
-    write(image_, std::string(simulator::kPromBytes, '\0'));
-    const std::vector<std::string> arguments{
-        "make", "--model",   "K40",  "--flavour",          "W",    "--version", "08", "--board",
-        "B",    "--payload", image_, "--output-directory", folder_};
-    ASSERT_EQ(runWith(arguments), kDone) << err_.str();
-    EXPECT_EQ(out_.str(), other_ + "\n");
-    EXPECT_EQ(runWith({"check", other_}), kDone) << err_.str();
-    auto over = arguments;
-    over[6] = "7";
-    EXPECT_EQ(runWith(over), kFailed);
-    EXPECT_EQ(err_.str(), "xsvf: " + image_ + ": would be replaced by what is made from it.\n");
-    EXPECT_EQ(simulator::readFile(image_).size(), simulator::kPromBytes);
-    over[10] = "";
-    EXPECT_EQ(runWith(over), kWrongUsage) << "no payload is not a made-up one";
-}
-
-TEST_F(XsvfTool, MakesWhatALinkLeadsTo) {
-    write(listing_, "XCOMPLETE\n");
-    fs::create_symlink("K40W08B.xsv", image_);
-    ASSERT_EQ(runWith({"assemble", listing_, "--output", image_}), kDone) << err_.str();
-    EXPECT_TRUE(fs::is_symlink(image_));
-    EXPECT_EQ(simulator::readFile(other_).size(), 1U);
-    fs::create_symlink("loop", folder_ / "loop");
-    EXPECT_EQ(runWith({"assemble", listing_, "--output", folder_ / "loop"}), kFailed);
-    EXPECT_NE(err_.str().find("/loop: is a link that leads nowhere.\n"), std::string::npos) << err_.str();
+TEST_F(XsvfTool, WritesWhereALinkLeads) {
+    write("listing", "XCOMPLETE\n");
+    fs::create_symlink("image.xsv", "link.xsv");
+    fs::create_symlink("loop", "loop");
+    follow({{"assemble listing --output link.xsv"},
+            {"assemble listing --output loop", kFailed, {"loop: is a link that leads nowhere.\n"}}});
+    EXPECT_TRUE(fs::is_symlink("link.xsv"));
+    EXPECT_EQ(readFile("image.xsv").size(), 1U);
 }
 
 TEST_F(XsvfTool, LeavesFilesAloneWhenItFails) {
-    write(listing_, "XREPEAT 3\nXSDR 0x12\n");
-    write(image_, "old");
-    EXPECT_EQ(runWith({"assemble", listing_, "--output", image_}), kFailed);
-    EXPECT_EQ(err_.str(), "xsvf: " + listing_ +
-                              ", line 2: The value \"0x12\" needs 1 byte; the size in force here is 0.\n");
-    EXPECT_EQ(simulator::readFile(image_).size(), 3U);
-    write(listing_, "XCOMPLETE\n");
-    const std::string pipe = folder_ / "pipe";
-    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
-    for (const std::string& wrong : {std::string(folder_), pipe, other_ + "/none"}) {
-        EXPECT_EQ(runWith({"assemble", listing_, "--output", wrong}), kFailed) << wrong;
-        EXPECT_EQ(err_.str().find("xsvf: " + wrong), 0U) << err_.str();
-    }
-    EXPECT_TRUE(fs::is_fifo(pipe));
-    for (const char* command : {"list", "check"}) {
-        for (const std::string& wrong : {std::string(folder_), other_ + "/none"}) {
-            EXPECT_EQ(runWith({command, wrong}), kFailed) << wrong;
-            EXPECT_EQ(err_.str().find("xsvf: " + wrong + ": could not be "), 0U) << err_.str();
-        }
-        EXPECT_EQ(runWith({command}), kWrongUsage);
-    }
+    write("bad", "XREPEAT 3\nXSDR 0x12\n");
+    write("good", "XCOMPLETE\n");
+    write("image.xsv", "old");
+    ASSERT_EQ(mkfifo("pipe", 0600), 0);
+    follow({{"assemble bad --output image.xsv",
+             kFailed,
+             {"xsvf: bad, line 2: The value \"0x12\" needs 1 byte; the size in force here is 0.\n"}},
+            {"assemble good --output .", kFailed, {"xsvf: ."}},
+            {"assemble good --output pipe", kFailed, {"xsvf: pipe"}},
+            {"assemble good --output none/none", kFailed, {"xsvf: none/none"}},
+            {"list .", kFailed, {"xsvf: .: could not be "}},
+            {"list none", kFailed, {"xsvf: none: could not be "}},
+            {"list", kWrongUsage},
+            {"check .", kFailed, {"xsvf: .: could not be "}},
+            {"check none", kFailed, {"xsvf: none: could not be "}},
+            {"check", kWrongUsage}});
+    EXPECT_EQ(readFile("image.xsv").size(), 3U);
+    EXPECT_TRUE(fs::is_fifo("pipe"));
 }
 
 }  // namespace tools

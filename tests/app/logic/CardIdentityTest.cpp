@@ -2,15 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "hw/ApplicationHooks.h"
 #include "hw/PromOperations.h"
-
-// The hardware layer's hooks; nothing here plays an image.
-void AllowNextEvent() {}
-void UpdateProgressBar(uint32_t /*bytes*/) {}
-bool ShowAlert(const char* /*title*/, const char* /*message*/) {
-    return true;
-}
 
 namespace {
 

@@ -57,17 +57,18 @@ TEST(FirmwareFiles, CurrentMeansSameLetterAndNotOlder) {
     EXPECT_TRUE(IsFirmwareCurrent('W', 12, FirmwareByteOrderLetter("VMB?10A"), 10));
 }
 
-TEST(FirmwareFiles, CatalogueHoldsSixteenAndCutsLongNames) {
+TEST(FirmwareFiles, CatalogueHoldsSixteenCutsLongNamesAndLeavesOutLongPaths) {
     const TemporaryDirectory directory;
     FakeHost host;
-    host.bundle = directory.path();
+    host.bundle = directory.path() / std::string(200 - directory.path().string().size(), 'x');
 
-    const auto resources = directory.path() / "Contents/Resources";
+    const auto resources = host.bundle / "Contents/Resources";
     std::filesystem::create_directories(resources);
     for (int i = 0; i < 18; ++i) {
         std::ofstream(resources / ("VMAM" + std::to_string(10 + i) + "NC.xsv")) << "x";
     }
     std::ofstream(resources / "K40W07B-a-long-name.xsv") << "x";
+    std::ofstream(resources / ("A-path-that-is-too-long" + std::string(40, 'x') + ".xsv")) << "x";
     CatalogueFirmwareFiles();
     EXPECT_EQ(gNumXSVFiles, 16);
     EXPECT_STREQ(gszResourceNames[0], "K40W07B-a-lon");

@@ -21,6 +21,7 @@ class Recorder : public LCommander {
 
     bool AttemptQuitSelf(int32_t /*saveOption*/) override {
         ++mAsked;
+        mDestroyed.reset();
         return mAgrees;
     }
 
@@ -28,6 +29,7 @@ class Recorder : public LCommander {
     int mObeyed = 0;
     int mAsked = 0;
     bool mAgrees = true;
+    std::unique_ptr<Recorder> mDestroyed;  // once this one is asked to quit
 };
 
 }  // namespace
@@ -59,6 +61,10 @@ TEST(Commander, EveryoneBelowMayRefuseToQuit) {
     top.mAgrees = false;
     EXPECT_FALSE(top.AttemptQuit(kSaveOptionAsk));
     EXPECT_EQ(first.mAsked, 2) << "nor below one";
+    top.mAgrees = true;
+    first.mDestroyed = std::make_unique<Recorder>(&middle);
+    first.mDestroyed->mAgrees = false;
+    EXPECT_TRUE(top.AttemptQuit(kSaveOptionAsk)) << "who is gone has no say";
 }
 
 TEST(Commander, ChainSurvivesDestructionInEitherOrder) {
@@ -67,7 +73,14 @@ TEST(Commander, ChainSurvivesDestructionInEitherOrder) {
     auto other = std::make_unique<LCommander>(top.get());
     other.reset();
     EXPECT_TRUE(top->AttemptQuit(kSaveOptionAsk));
+    LCommander::SwitchTarget(top.get());
+    {
+        LCommander target(top.get());
+        LCommander::SwitchTarget(&target);
+    }
+    EXPECT_EQ(LCommander::GetTarget(), top.get());
     top.reset();
+    EXPECT_EQ(LCommander::GetTarget(), nullptr);
     EXPECT_EQ(bottom->GetSuperCommander(), nullptr);
     EXPECT_FALSE(bottom->ObeyCommand(20));
 }

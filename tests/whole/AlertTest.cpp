@@ -10,9 +10,9 @@
 
 #include "framework/widgets/LApplication.h"
 #include "hw/ApplicationHooks.h"
-#include "simulator/DefaultMachine.h"
+#include "images/ListingReader.h"
 #include "tests/whole/FirstCardUpdate.h"
-#include "xsvf/Assembler.h"
+#include "tests/whole/UpdaterTest.h"
 
 namespace {
 
@@ -21,24 +21,10 @@ using Alert = UpdaterSession::Alert;
 using Alerts = std::vector<Alert>;
 
 const Alert upToDate = {"Error", "The firmware on your card is already up to date!"};
-Alert playerFailure(const char* title) {
-    return {title, "EEPROM Programming Failure!"};
-}
 
 const std::vector<uint8_t> emptyProgram = {0x00};
 
-class Alerting : public testing::Test {
-  protected:
-    Alerting() {
-        simulator::addDefaultCards(machine);
-        machine.powerOn();
-    }
-
-    void TearDown() override { EXPECT_TRUE(machine.ledger().empty()); }
-
-    simulator::Machine machine;
-    TestBundle bundle;
-};
+using Alerting = UpdaterTest;
 
 TEST_F(Alerting, UpToDateCardIsWrittenOnlyAfterCancelAndConfirmation) {
     bundle.addImage("VMBM10A.xsv", emptyProgram);
@@ -105,38 +91,21 @@ TEST_F(Alerting, ImageThatCannotBeLoaded) {
 // Each image is refused by the player in its own way; the identity is in the card afterwards and a good image
 // works.
 TEST_F(Alerting, ImageThatFails) {
-    using Assembler = XsvfAssembler<std::vector<uint8_t>>;
-    struct Case {
-        const char* title;
-        std::function<void(Assembler&)> program;
-    };
-    const auto checkIdentification = [](Assembler& xsvf, uint64_t expected) {
-        xsvf.XSTATE(kTapRunTestIdle);
-        xsvf.XSIR(13, 0x1FDF);
-        xsvf.XSDRSIZE(33);
-        xsvf.XTDOMASK(0x01FFFFFFFF);
-        xsvf.XSDRTDO(0, expected);
-        xsvf.XCOMPLETE();
-    };
-    const Case cases[] = {
-        {"TDO Mismatch Error", [&](Assembler& xsvf) { checkIdentification(xsvf, 0x01EA06A128); }},
-        {"TDO Mismatch Error after max retries",
-         [&](Assembler& xsvf) {
-             xsvf.XREPEAT(3);
-             checkIdentification(xsvf, 0);
-         }},
-        {"Illegal Command Error", [](Assembler& xsvf) { xsvf.XREPEAT(0); }},
-        {"Illegal State Error", [](Assembler& xsvf) { xsvf.XSTATE(kTapPauseDR); }},
-        {"Data Overflow Error", [](Assembler& xsvf) { xsvf.XSDRSIZE(8001); }}};
-    for (const Case& c : cases) {
-        std::vector<uint8_t> image;
-        Assembler assembler(image);
-        c.program(assembler);
-        bundle.addImage(imageName, image);
+    const std::string compareIdentification =
+        "XSTATE Run-Test/Idle\nXSIR 13 0x1FDF\nXSDRSIZE 33\nXTDOMASK 0x01FFFFFFFF\nXSDRTDO 0x0 ";
+    const std::pair<const char*, std::string> cases[] = {
+        {"TDO Mismatch Error", compareIdentification + "0x01EA06A128\nXCOMPLETE"},
+        {"TDO Mismatch Error after max retries", "XREPEAT 3\n" + compareIdentification + "0x0\nXCOMPLETE"},
+        {"Illegal Command Error", "XREPEAT 0"},
+        {"Illegal State Error", "XSTATE Pause-DR"},
+        {"Data Overflow Error", "XSDRSIZE 8001"}};
+    for (const auto& [title, listing] : cases) {
+        bundle.addImage(imageName, std::get<std::vector<uint8_t>>(images::imageOf(listing)));
         UpdaterSession session(machine, bundle);
-        session.run([&] {
+        session.run([&, title = title] {
             session.click("UPDT");
-            EXPECT_EQ(session.alerts, (Alerts{confirmation, playerFailure(c.title), failure}));
+            const Alert refusal = {title, "EEPROM Programming Failure!"};
+            EXPECT_EQ(session.alerts, (Alerts{confirmation, refusal, failure}));
             EXPECT_EQ(session.shownStatePanes(), "ITX0 ITX1 ITX2 CLOS UPDT");
             EXPECT_EQ(machine.card(0).identity(), 0x21307015u);
 
@@ -173,47 +142,6 @@ TEST_F(Alerting, IdentityThatWasLost) {
         EXPECT_EQ(session.alerts, (Alerts{confirmation, {"Error", "Serial Number is blank!"}}));
         EXPECT_EQ(machine.card(0).identity(), lost);
         machine.card(0).cells().setUserCode(identity);
-    }
-}
-
-// TDO falsified from some way before the end of an update: the writing, the reading or the comparing of the
-// identity fails, depending on how far the update has come.
-TEST_F(Alerting, IdentityThatCannotBeWrittenBack) {
-    bundle.addImage(imageName, emptyProgram);
-    constexpr uint32_t jtagInput = 0x108;
-    uint64_t loadsOfUpdate = 0;
-    {
-        UpdaterSession session(machine, bundle);
-        session.run([&] {
-            const uint64_t before = session.host.loads;
-            session.click("UPDT");
-            loadsOfUpdate = session.host.loads - before;
-        });
-    }
-    struct Case {
-        uint64_t lastTrueLoad;
-        uint32_t tdo;
-        Alert alert;
-    };
-    constexpr uint64_t loadsOfLastScan = 2000;
-    constexpr uint64_t loadsOfReadProgram = 30000;
-    const Case cases[] = {
-        {0, 0x00, {"Error", "Error writing Serial Number!"}},
-        {loadsOfUpdate - loadsOfReadProgram,
-         0x00,
-         {"Error 2", "Unable to read Serial Number from VornMX/K40!"}},
-        {loadsOfUpdate - loadsOfLastScan / 2, 0x80, {"Error", "Serial Number readback does not match!"}}};
-    for (const Case& c : cases) {
-        UpdaterSession session(machine, bundle);
-        session.run([&] {
-            const uint64_t from = session.host.loads + c.lastTrueLoad;
-            session.host.falsifyLoad = [&, from](uint32_t offset, uint32_t word) {
-                return offset == jtagInput && session.host.loads > from ? c.tdo : word;
-            };
-            session.click("UPDT");
-            EXPECT_EQ(session.shownStatePanes(), "ITX0 ITX1 ITX2 CLOS UPDT");
-        });
-        EXPECT_EQ(session.alerts, (Alerts{confirmation, c.alert, failure}));
     }
 }
 

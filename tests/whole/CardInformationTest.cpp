@@ -3,28 +3,20 @@
 #include <gtest/gtest.h>
 
 #include "framework/widgets/LApplication.h"
-#include "simulator/DefaultMachine.h"
-#include "tests/whole/UpdaterSession.h"
+#include "tests/whole/UpdaterTest.h"
 
 namespace {
 
 using Alert = UpdaterSession::Alert;
 using Alerts = std::vector<Alert>;
 
-class CardInformation : public testing::Test {
+class CardInformation : public UpdaterTest {
   protected:
     CardInformation() {
-        simulator::addDefaultCards(machine);
-        machine.powerOn();
         for (const char* image : {"VMBM12A.xsv", "K40W07B.xsv", "DX8M05NC.xsv"}) {
             bundle.addShippedResource(image);
         }
     }
-
-    void TearDown() override { EXPECT_TRUE(machine.ledger().empty()); }
-
-    simulator::Machine machine;
-    TestBundle bundle;
 };
 
 std::vector<std::string> informationOf(const UpdaterSession& session) {

@@ -6,9 +6,9 @@
 #include <algorithm>
 
 #include "framework/widgets/LApplication.h"
-#include "simulator/DefaultMachine.h"
 #include "tests/whole/FirstCardUpdate.h"
 #include "tests/whole/TwoPageImage.h"
+#include "tests/whole/UpdaterTest.h"
 
 namespace {
 
@@ -21,24 +21,14 @@ using When = Fault::When;
 
 constexpr uint32_t blank = 0xFFFFFFFF;
 
-class Faults : public testing::Test {
+class Faults : public UpdaterTest {
   protected:
-    Faults() {
-        simulator::addDefaultCards(machine);
-        machine.powerOn();
-        bundle.addImage(imageName, twoPageImage());
-    }
+    Faults() { bundle.addImage(imageName, twoPageImage()); }
 
-    void TearDown() override { EXPECT_TRUE(machine.ledger().empty()); }
-
-    simulator::Card& card() { return machine.card(0); }
     bool holds(uint32_t page) {
         const auto bytes = card().cells().bytesOf(PromCells::page(page));
         return std::ranges::equal(bytes, wantedPage(page));
     }
-
-    simulator::Machine machine;
-    TestBundle bundle;
 };
 
 // One fault that strikes when Update is clicked, or so many JTAG clocks or accesses later.

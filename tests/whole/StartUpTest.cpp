@@ -8,23 +8,16 @@
 #include <iterator>
 
 #include "framework/widgets/LApplication.h"
-#include "simulator/DefaultMachine.h"
 #include "tests/whole/FirstCardUpdate.h"
+#include "tests/whole/UpdaterTest.h"
 
 namespace {
 
 using simulator::FaultKind;
 using Alerts = std::vector<UpdaterSession::Alert>;
 
-class StartUp : public testing::Test {
+class StartUp : public UpdaterTest {
   protected:
-    StartUp() {
-        simulator::addDefaultCards(machine);
-        machine.powerOn();
-    }
-
-    void TearDown() override { EXPECT_TRUE(machine.ledger().empty()); }
-
     // Replaces text in the main window's layout, as it ships.
     void editLayout(const std::string& from, const std::string& to) {
         const TestBundle fresh;
@@ -44,9 +37,6 @@ class StartUp : public testing::Test {
         EXPECT_NE((session.alerts[0].title + session.alerts[0].message).find("nilP"), std::string::npos);
         EXPECT_EQ(machine.accesses(), 0u);
     }
-
-    simulator::Machine machine;
-    TestBundle bundle;
 };
 
 TEST_F(StartUp, AboutTellsTheVersionAndStopsNothing) {

@@ -4,11 +4,14 @@ The window is found and read through the desktop's accessibility interface, as a
 knows where anything is on the screen.
 """
 
+import atexit
 import os
 import pathlib
+import shutil
 import signal
 import subprocess
 import sys
+import tempfile
 import time
 
 import gi
@@ -45,11 +48,17 @@ def wait_until(condition, what, patience=PATIENCE_SECONDS):
     return result
 
 
-def take_own_session_bus():
-    """Starts the script again on a session bus of its own, so that the accessibility service ends with it too."""
-    if os.environ.get("VUPDATER_OWN_BUS") != "1":
-        os.environ["VUPDATER_OWN_BUS"] = "1"
-        os.execvp("dbus-run-session", ["dbus-run-session", "--", sys.executable, *sys.argv])
+def take_own_session():
+    """Starts the script again in a session of its own, so that the accessibility service there ends with it.
+
+    The session has its own folder for sockets too: services of two sessions would take each other's away.
+    """
+    if (folder := os.environ.get("VUPDATER_SESSION")) is not None:
+        atexit.register(shutil.rmtree, folder, ignore_errors=True)
+        return
+    folder = tempfile.mkdtemp(prefix="vupdater-session-")
+    os.environ.update(VUPDATER_SESSION=folder, XDG_RUNTIME_DIR=folder)
+    os.execvp("dbus-run-session", ["dbus-run-session", "--", sys.executable, *sys.argv])
 
 
 def run_cardsim(build, *arguments):
@@ -164,12 +173,13 @@ class Updater:
         if application is not None:
             yield from walk(application)
 
-    def find(self, role, name):
-        """The first showing element of a role whose name contains the text, or None."""
+    def find(self, role, name, focused=False):
+        """The first element showing, or having the focus, of a role and with the text in its name; or None."""
+        state = Atspi.StateType.FOCUSED if focused else Atspi.StateType.SHOWING
         Atspi.get_desktop(0).clear_cache()
         try:
             return next((node for node in self.elements()
-                         if node.get_state_set().contains(Atspi.StateType.SHOWING)
+                         if node.get_state_set().contains(state)
                          and node.get_role_name() == role and name in (node.get_name() or "")), None)
         except GLib.Error:  # the window changed while it was being read; the caller looks again
             return None
@@ -181,11 +191,12 @@ class Updater:
                 return relation.get_target(0).get_name()
         raise Failure(f"Nothing in the window is labelled: {caption}")
 
-    def wait_for(self, role, name):
+    def wait_for(self, role, name, focused=False):
+        """As find, but waits for it. A key reaches a dialog only when something in it has the focus."""
         def look():
             if self.process.poll() is not None:
                 raise Failure(f"The updater ended (code {self.process.returncode}) before it showed: {name}")
-            return self.find(role, name)
+            return self.find(role, name, focused)
 
         return wait_until(look, f"The updater did not show: {name}")
 

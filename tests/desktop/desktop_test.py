@@ -18,7 +18,7 @@ import tempfile
 import traceback
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "scripts"))
-from virtual_desktop import Display, Failure, run_cardsim, say, take_own_session_bus  # noqa: E402
+from virtual_desktop import Display, Failure, run_cardsim, say, take_own_session  # noqa: E402
 
 IMAGE = "VMBM12A.xsv"
 IDENTITY = "2103070021"
@@ -33,7 +33,7 @@ def run_test(test, **options):
     for name, default in options.items():
         parser.add_argument(f"--{name}", type=type(default), default=default)
     arguments = parser.parse_args()
-    take_own_session_bus()
+    take_own_session()
     folder = pathlib.Path(tempfile.mkdtemp(prefix="vupdater-desktop-"))
     try:
         test(arguments.programs.resolve(), folder, arguments)
@@ -51,12 +51,18 @@ def check(holds, what):
 
 
 class Machine:
-    """A simulated machine, read from outside; only while the updater does not run, unless said otherwise."""
+    """The machine in a folder, made if there is none. A simulated machine, read from outside; only while the updater does not run, unless said otherwise."""
 
     def __init__(self, programs, folder, *options):
         self.programs = programs
         self.folder = folder
-        run_cardsim(programs, "make", *options, folder)
+        if not folder.exists():
+            run_cardsim(programs, "make", *options, folder)
+
+    def copy(self, folder):
+        """The same machine once more, in another folder."""
+        shutil.copytree(self.folder, folder)
+        return Machine(self.programs, folder)
 
     def state(self):
         """What machine.json says; it is only stored when a run begins and ends."""

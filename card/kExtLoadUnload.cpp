@@ -3,15 +3,17 @@
 #include <CoreFoundation/CoreFoundation.h>
 #include <Security/AuthorizationTags.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <cstdio>
-#include <cstdlib>
+#include <filesystem>
 #include <initializer_list>
-#include <string>
-#include <string_view>
+#include <system_error>
 #include <vector>
 
+#include "card/SharedFolder.h"
+#include "card/ShellCommand.h"
 #include "platform/Host.h"
 
 namespace {
@@ -51,24 +53,6 @@ void deleteBundle(AuthorizationRef authorization) {
     runPrivileged(authorization, "/bin/rm", {"-rf", kDriverBundle});
 }
 
-// A text as it stands between a shell command's double quotes, where nothing in it may be taken for a
-// command.
-std::string quoted(std::string_view text) {
-    std::string safe = "\"";
-    for (const char character : text) {
-        if (std::string_view("\"$`\\").find(character) != std::string_view::npos) {
-            safe += '\\';
-        }
-        safe += character;
-    }
-    return safe + '"';
-}
-
-// Runs a command by the shell, with the user's own rights; its status.
-int shell(const std::string& command) {
-    return std::system(command.c_str());
-}
-
 void say(const char* message) {
     std::fputs(message, stderr);
 }
@@ -87,22 +71,49 @@ CFURLRef copyArchiveURL() {
     return url;
 }
 
+bool copyArchive(const char* path) {
+    if (!TakeFile(kArchiveCopy)) {
+        return false;
+    }
+    const bool copied =
+        RunByShell("cp -f " + Quoted(path) + " " + Quoted(kArchiveCopy)) == 0 && IsOurFile(kArchiveCopy);
+    if (!copied) {
+        ::unlink(kArchiveCopy);
+    }
+    return copied;
+}
+
+// The tool would write through a link in the bundle's place, and into a stranger's folder.
+bool unpackArchive() {
+    if (!TakeFolder(kDriverBundle)) {
+        return false;
+    }
+    const bool unpacked =
+        RunByShell("cd " + Quoted(kUnpackFolder) + ";pax -rf " + Quoted(kArchiveCopy)) == 0 &&
+        IsOurFolder(kDriverBundle);
+    if (!unpacked) {
+        std::error_code stays;
+        std::filesystem::remove_all(kDriverBundle, stays);
+    }
+    return unpacked;
+}
+
 // Puts a fresh driver bundle into /tmp, in place of whatever an earlier run left there.
-bool unpack(AuthorizationRef authorization, CFURLRef archive) {
+bool putIntoTmp(AuthorizationRef authorization, CFURLRef archive) {
     char path[kArchivePathBytes];
     if (CFURLGetFileSystemRepresentation(archive, 1, reinterpret_cast<uint8_t*>(path), sizeof path) == 0) {
         return false;
     }
-    if (shell("cp -f " + quoted(path) + " " + quoted(kArchiveCopy)) != 0) {
+    if (!copyArchive(path)) {
         say("Could not copy to tmp\n");
         return false;
     }
     deleteBundle(authorization);
-    const bool unpacked = shell("cd " + quoted(kUnpackFolder) + ";pax -rf " + quoted(kArchiveCopy)) == 0;
+    const bool unpacked = unpackArchive();
     if (!unpacked) {
         say("Could not unpax\n");
     }
-    shell("rm -rf " + quoted(kArchiveCopy));
+    RunByShell("rm -rf " + Quoted(kArchiveCopy));
     return unpacked;
 }
 
@@ -152,7 +163,7 @@ int32_t ExtractAndLoadKext(AuthorizationRef* ref) {
         say("Could not Authenticate\n");
     } else {
         archive = copyArchiveURL();
-        if (archive != nullptr && unpack(*ref, archive) && load(*ref)) {
+        if (archive != nullptr && putIntoTmp(*ref, archive) && load(*ref)) {
             result = 1;
         }
     }

@@ -12,9 +12,13 @@ int32_t Authenticate(AuthorizationRef* ref);
 
 // Asks for the administrator's right, unpacks the driver that ships in the bundle into /tmp, and loads it.
 // Returns 1, with the authorization to be handed to UnloadAndDeleteKext, when the tool that loads it could be
-// run, which does not say that the driver was taken. Otherwise returns 0 with a null reference, having
-// said on standard error what failed. The archive's copy is gone then, and what was unpacked too, unless
-// unpacking itself failed: then the part that was unpacked stays, until the next run replaces it.
+// run, which does not say that the driver was taken. Otherwise returns 0 with a null reference, having said
+// on standard error what failed, except when the archive's path is too long. What was copied and unpacked is
+// gone then.
+//
+// Whatever another user puts in the way of the two names in /tmp is neither written to nor followed nor
+// waited for; if it cannot be removed, copying or unpacking fails. That rests on /tmp being sticky. A process
+// of the same user can still change what was unpacked until it belongs to root.
 int32_t ExtractAndLoadKext(AuthorizationRef* ref);
 
 // Unloads the driver, deletes what was unpacked and frees the authorization, leaving the reference null.

@@ -3,11 +3,13 @@
 #include "card/kExtLoadUnload.h"
 
 #include <gtest/gtest.h>
+#include <pty.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
 
 #include <cstdlib>
 #include <fstream>
 
-#include "platform/LiveObjects.h"
 #include "tests/support/FakeHost.h"
 #include "tests/support/SystemTmp.h"
 #include "tests/support/TemporaryDirectory.h"
@@ -16,39 +18,151 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const fs::path unpacked = fs::path(SystemTmp::driver) / "Info.plist";
+constexpr uid_t victim = 2000;
+constexpr uid_t stranger = 1000;
+constexpr unsigned longestSeconds = 20;  // that an installation takes; whoever waits longer waits for ever
+const std::string notCopied = "Could not copy to tmp\n";
+const std::string notUnpacked = "Could not unpax\n";
 
 class ExtractedDriver : public testing::Test {
   protected:
-    ExtractedDriver() { useBundle(directory.path() / "Some.app"); }
+    ExtractedDriver() {
+        fs::permissions(mine, fs::perms(0755));
+        fs::create_directories(mine / "VUpdater.kext/Contents");
+        std::ofstream(mine / "VUpdater.kext/Contents/Info.plist") << "driver";
+        pack(mine / "Some.app");
+    }
 
-    void useBundle(const fs::path& bundle) {
+    // Makes a bundle with the folder's VUpdater.kext as the driver.
+    void pack(const fs::path& bundle) {
         host.bundle = bundle;
         archive = bundle / "Contents/Resources/vupdaterkext.pax";
         fs::create_directories(archive.parent_path());
-        fs::create_directories(directory.path() / "VUpdater.kext");
-        std::ofstream(directory.path() / "VUpdater.kext/Info.plist") << "driver";
-        const std::string pack = "cd " + directory.path().string() + " && pax -w -f packed VUpdater.kext";
-        ASSERT_EQ(std::system(pack.c_str()), 0);
-        fs::copy_file(directory.path() / "packed", archive);
+        const std::string command = "cd " + mine.string() + " && pax -w -f packed VUpdater.kext";
+        ASSERT_EQ(std::system(command.c_str()), 0);
+        fs::copy_file(mine / "packed", archive, fs::copy_options::overwrite_existing);
+    }
+
+    // Installs the driver in a process of its own, which belongs to a user and has a terminal that nobody
+    // sits at; what it says.
+    std::string installed(uid_t user) {
+        int terminal = -1;
+        testing::internal::CaptureStderr();
+        const int output = ::dup(STDERR_FILENO);
+        const pid_t child = ::forkpty(&terminal, nullptr, nullptr, nullptr);
+        if (child == 0) {
+            ::dup2(output, STDERR_FILENO);
+            ::alarm(longestSeconds);
+            AuthorizationRef ref = nullptr;
+            ::_exit(::setreuid(user, user) == 0 ? ExtractAndLoadKext(&ref) : EXIT_FAILURE + 1);
+        }
+        int status = -1;
+        EXPECT_EQ(::waitpid(child, &status, 0), child);
+        ::close(terminal);
+        ::close(output);
+        const std::string said = testing::internal::GetCapturedStderr();
+        EXPECT_TRUE(WIFEXITED(status)) << "it hangs";
+        EXPECT_EQ(WEXITSTATUS(status), said.ends_with(notCopied) || said.ends_with(notUnpacked) ? 0 : 1);
+        EXPECT_EQ(fs::exists(unpacked / "Contents/Info.plist"), WEXITSTATUS(status) == 1);
+        if (WEXITSTATUS(status) == 1) {
+            EXPECT_EQ(fs::status(unpacked).permissions() & fs::perms(0077), fs::perms::none);
+        }
+        return said;
     }
 
     SystemTmp tmp;
     TemporaryDirectory directory;
+    const fs::path& mine = directory.path();
+    const fs::path unpacked = SystemTmp::driver;
     FakeHost host;
     fs::path archive;
-    AuthorizationRef ref = nullptr;
 };
 
 TEST_F(ExtractedDriver, BundlePathIsNeverACommand) {
-    useBundle(directory.path() / R"(a"b$(touch pwned)`touch pwned`\"'; touch pwned;')" / "Some.app");
+    pack(mine / R"(a"b$(touch pwned)`touch pwned`\"'; touch pwned;')" / "Some.app");
     const fs::path before = fs::current_path();
-    fs::current_path(directory.path());
-    EXPECT_EQ(ExtractAndLoadKext(&ref), 1);
+    fs::current_path(mine);
+    EXPECT_EQ(installed(::geteuid()), "");
     fs::current_path(before);
-    EXPECT_TRUE(fs::exists(unpacked));
-    EXPECT_FALSE(fs::exists(directory.path() / "pwned"));
-    UnloadAndDeleteKext(&ref);
+    EXPECT_FALSE(fs::exists(mine / "pwned"));
 }
+
+TEST_F(ExtractedDriver, ArchiveThatHoldsNoneIsNeitherAskedAboutNorKept) {
+    fs::resize_file(archive, 1500);
+    EXPECT_TRUE(installed(::geteuid()).ends_with(notUnpacked));
+    EXPECT_TRUE(SystemTmp::isClean());
+    fs::rename(mine / "VUpdater.kext", mine / "elsewhere");
+    fs::create_directory_symlink(mine / "elsewhere", mine / "VUpdater.kext");
+    pack(mine / "Some.app");
+    EXPECT_EQ(installed(::geteuid()), notUnpacked);
+    EXPECT_TRUE(SystemTmp::isClean());
+}
+
+// What may lie under one of the two names when the driver is installed. It would do something to a diary or
+// to a folder, which both belong to the user, or keep the updater waiting, or let others write to what is
+// loaded.
+const struct {
+    const char* what;
+    void (*plant)(const fs::path& name, const fs::path& mine);
+} things[] = {
+    {"FIFO", [](const fs::path& name, const fs::path&) { ASSERT_EQ(::mkfifo(name.c_str(), 0666), 0); }},
+    {"file",
+     [](const fs::path& name, const fs::path&) {
+         std::ofstream(name) << "planted";
+         fs::permissions(name, fs::perms(0666));
+     }},
+    {"hard link",
+     [](const fs::path& name, const fs::path& mine) { fs::create_hard_link(mine / "diary", name); }},
+    {"link to a file",
+     [](const fs::path& name, const fs::path& mine) { fs::create_symlink(mine / "diary", name); }},
+    {"link to a folder",
+     [](const fs::path& name, const fs::path& mine) { fs::create_symlink(mine / "folder", name); }},
+    {"folder", [](const fs::path& name, const fs::path& mine) {
+         fs::create_directory(name);
+         fs::permissions(name, fs::perms(0777));
+         fs::create_symlink(mine / "folder", name / "Contents");
+     }}};
+
+// Whether the planter is the user or root, and else somebody else.
+class PlantedThings : public ExtractedDriver, public testing::WithParamInterface<bool> {
+  protected:
+    void expectHarmless(const fs::path& name, bool isStrange, uid_t user) {
+        const bool isCopy = name == SystemTmp::archive;
+        const bool stays =
+            isStrange || (isCopy && fs::symlink_status(name).type() == fs::file_type::directory);
+        EXPECT_EQ(installed(user), !stays ? "" : isCopy ? notCopied : notUnpacked);
+        EXPECT_EQ(fs::exists(fs::symlink_status(SystemTmp::archive)), stays && isCopy);
+        EXPECT_EQ(fs::file_size(mine / "diary"), 4U);
+        EXPECT_TRUE(fs::is_empty(mine / "folder"));
+    }
+};
+
+TEST_P(PlantedThings, AreNeitherFollowedNorWaitedForNorLoaded) {
+    const bool byStranger = GetParam();
+    if (byStranger && ::geteuid() != 0) {
+        GTEST_SKIP() << "only root can be two users";
+    }
+    const uid_t user = byStranger ? victim : ::geteuid();
+    std::ofstream(mine / "diary") << "mine";
+    fs::create_directory(mine / "folder");
+    for (const char* const own : {"diary", "folder"}) {
+        ASSERT_EQ(::chown((mine / own).c_str(), user, gid_t(-1)), 0);
+    }
+    for (const auto& thing : things) {
+        for (const char* const name : {SystemTmp::archive, SystemTmp::driver}) {
+            SCOPED_TRACE(std::string(thing.what) + " as " + name);
+            thing.plant(name, mine);
+            // A hard link to the user's file is the user's, whoever made it.
+            const bool isStrange = byStranger && thing.what != std::string("hard link");
+            ASSERT_EQ(::lchown(name, isStrange ? stranger : user, gid_t(-1)), 0);
+            expectHarmless(name, isStrange, user);
+            fs::remove_all(SystemTmp::archive);
+            fs::remove_all(SystemTmp::driver);
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(, PlantedThings, testing::Bool(),
+                         [](const auto& by) { return by.param ? "ByAStranger" : "ByTheUser"; });
 
 }  // namespace

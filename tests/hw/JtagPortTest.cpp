@@ -54,6 +54,7 @@ TEST_F(JtagPort, samplesWithOneReadAndWaitsWithThreePerMicrosecond) {
 TEST_F(JtagPort, letsTheApplicationWorkBetweenBytes) {
     const std::tuple<uint32_t, const char*, uint32_t> cases[] = {
         {999, "", 0x08},
+        {1000, "event ", 0x08},
         {3000, "event event event 3000 ", 0},
         {6000, "event event event 3000 event event event 6000 ", 0x08}};
     for (const auto& [bytes, asked, shadow] : cases) {

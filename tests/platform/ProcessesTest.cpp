@@ -30,6 +30,20 @@ TEST(Processes, WalkEndsAtNoProcessAndStartsAgain) {
 
     information.processInfoLength = 59;
     EXPECT_EQ(GetProcessInformation(&process, &information), paramErr);
+
+    // To a process, nothing but the shut-down event is sent: 'aevt' 'shut', and not 'quit', nor another
+    // class.
+    AEDesc target, reply;
+    ASSERT_EQ(AECreateDesc(typeProcessSerialNumber, &process, sizeof process, &target), noErr);
+    for (const auto& [eventClass, eventID, result] : {std::tuple{0x61657674U, 0x73687574U, noErr},
+                                                      {0x61657674U, 0x71756974U, paramErr},
+                                                      {0x78787878U, 0x73687574U, paramErr}}) {
+        AppleEvent event;
+        ASSERT_EQ(AECreateAppleEvent(eventClass, eventID, &target, 0, 0, &event), noErr);
+        EXPECT_EQ(AESend(&event, &reply, 0, 0, 0, nullptr, nullptr), result) << eventID;
+        AEDisposeDesc(&event);
+    }
+    AEDisposeDesc(&target);
 }
 
 }  // namespace

@@ -1,7 +1,8 @@
 #pragma once
 
 // /tmp as one program's own, for tests of what puts files there under fixed names. Whoever else does the
-// same, from this build or another, waits; the two files are gone before and after.
+// same, from this build or another, waits; the two files are gone before and after. A test that hangs
+// meanwhile is ended in time for those who wait to finish within their own limit.
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -16,10 +17,12 @@ class SystemTmp {
 
     SystemTmp() : folder_(::open("/tmp", O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
         ::flock(folder_, LOCK_EX);
+        ::alarm(kLongestSeconds);
         clear();
     }
     ~SystemTmp() {
         clear();
+        ::alarm(0);
         ::close(folder_);
     }
     SystemTmp(const SystemTmp&) = delete;
@@ -28,6 +31,8 @@ class SystemTmp {
     static bool isClean() { return !std::filesystem::exists(archive) && !std::filesystem::exists(driver); }
 
   private:
+    static constexpr unsigned kLongestSeconds = 100;
+
     static void clear() {
         std::filesystem::remove_all(archive);
         std::filesystem::remove_all(driver);

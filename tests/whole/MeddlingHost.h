@@ -25,6 +25,8 @@ class MeddlingHost final : public ForwardingHost {
     // as they came. And those that do not even start.
     std::vector<std::string> privileged;
     std::set<std::string> toolsThatDoNotStart;
+    // Called before each tool.
+    std::function<void()> beforeTool;
 
     // What runs, in place of the other host's processes, and who received the shut-down event.
     std::optional<std::vector<Process>> processList;
@@ -68,6 +70,9 @@ class MeddlingHost final : public ForwardingHost {
         privileged.push_back(tool);
         for (const std::string& argument : arguments) {
             privileged.back() += " " + argument;
+        }
+        if (beforeTool) {
+            beforeTool();
         }
         return !toolsThatDoNotStart.contains(tool) && ForwardingHost::runPrivilegedTool(tool, arguments);
     }

@@ -61,6 +61,11 @@ TEST(Player, drivesTheChainUpToTheEndOrTheFirstError) {
          2,
          5,
          {0, 0, 1}},
+        // New data of more than a byte begins with its least significant one.
+        {"08 00 00 00 10 0A 00 00 FF FF 0B 00 00 01 01 80 00",
+         "11111 0100 s0s0s0s0s0s0s0s0 s0s0s0s0s0s0s0s110 100 s0s0s0s0s0s0s0so sos0s0s0s0s0s0s110", 0, 4},
+        // A negative wait goes to Run-Test/Idle too.
+        {"04 80 00 00 00 13 01 02 01 01 00", "11111 01100 io iio w-2147483648", 0, 4},
         // The end state goes back to Run-Test/Idle.
         {"12 01 14 01 14 00 08 00 00 00 01 0E 01 00", "11111 0 100 i io", 0, 6},
         // A negative bit count shifts nothing.
@@ -84,6 +89,7 @@ TEST(Player, leavesWhatItReadAndCapturedInTheRecord) {
         played(bytesOf("07 08 13 01 04 00 00 00 03 08 00 00 00 0A 01 FF FF 09 02 A5 03 0D 14 09"));
     EXPECT_EQ(value(&info.lvCaptured), 0x030DU);
     EXPECT_EQ(info.ucDrEndState, 9);
+    EXPECT_EQ(played(bytesOf("08 00 00 1F 41")).sDrBytes, MAX_LEN + 1);
     EXPECT_STREQ(xsvfErrorText(info.iResult), "ERROR:  Illegal state specification");
     EXPECT_STREQ(xsvfErrorText(kXsvfMaxRetries), "ERROR:  TDO mismatch and exceeded max retries");
 

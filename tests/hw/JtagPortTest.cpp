@@ -26,7 +26,7 @@ class JtagPort : public testing::Test {
     std::vector<uint8_t> image = std::vector<uint8_t>(6000, 0);
 };
 
-TEST_F(JtagPort, showsSignalsWithTheNextClockLevel) {
+TEST_F(JtagPort, ShowsSignalsWithTheNextClockLevel) {
     for (const auto& [port, level] : {std::pair{1, 1}, {2, -7}, {2, 0}, {3, 1}, {-1, 1}}) {
         setPort(static_cast<int16_t>(port), static_cast<int16_t>(level));
     }
@@ -39,7 +39,7 @@ TEST_F(JtagPort, showsSignalsWithTheNextClockLevel) {
     }
 }
 
-TEST_F(JtagPort, samplesWithOneReadAndWaitsWithThreePerMicrosecond) {
+TEST_F(JtagPort, SamplesWithOneReadAndWaitsWithThreePerMicrosecond) {
     for (const uint32_t word : {0x80U, 0xFFFFFF7FU}) {
         card.window[0x108 / 4] = word;
         EXPECT_EQ(readTDOBit(), word == 0x80 ? 1 : 0);
@@ -51,7 +51,7 @@ TEST_F(JtagPort, samplesWithOneReadAndWaitsWithThreePerMicrosecond) {
     expected.insert(expected.end(), 3 + 42000, {false, 0x100, 0x08});
 }
 
-TEST_F(JtagPort, letsTheApplicationWorkBetweenBytes) {
+TEST_F(JtagPort, LetsTheApplicationWorkBetweenBytes) {
     const std::tuple<uint32_t, const char*, uint32_t> cases[] = {
         {999, "", 0x08},
         {1000, "event ", 0x08},
@@ -66,7 +66,7 @@ TEST_F(JtagPort, letsTheApplicationWorkBetweenBytes) {
     }
 }
 
-TEST_F(JtagPort, runsFromIdleWordToIdleWord) {
+TEST_F(JtagPort, RunsFromIdleWordToIdleWord) {
     tagSXsvfInfo info;
     PlayOnCard(&info, image.data(), 1);
     expectWord(0x08, 0);

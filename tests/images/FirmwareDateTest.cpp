@@ -4,7 +4,7 @@
 
 namespace {
 
-TEST(FirmwareDate, isADateThatTheRegisterCanHold) {
+TEST(FirmwareDate, IsADateThatTheRegisterCanHold) {
     EXPECT_EQ(images::firmwareDate("2006-03-17"), 0x6311);
     EXPECT_EQ(images::firmwareDate("2004-02-29"), 0x421D);
     for (const char* text : {"", "2006-3-17", "2006/03/17", "1999-12-31", "2016-01-01", "2006-02-29",

@@ -6,7 +6,7 @@
 
 namespace {
 
-TEST(ImageName, saysWhatTheImageIsFor) {
+TEST(ImageName, SaysWhatTheImageIsFor) {
     const std::tuple<const char*, char, uint8_t, const char*, uint8_t, const char*> cases[] = {
         {"VornMX-A", 'M', 12, "NC", 0x20, "VMAM12NC.xsv"}, {"VornMX-B", 'W', 0, "A", 0x21, "VMBW00A.xsv"},
         {"VornMX-C", 'M', 99, "Z", 0x22, "VMCM99Z.xsv"},   {"Vorn K40", 'W', 7, "B", 0x23, "K40W07B.xsv"},

@@ -8,7 +8,7 @@
 
 namespace {
 
-TEST(Player, drivesTheChainUpToTheEndOrTheFirstError) {
+TEST(Player, DrivesTheChainUpToTheEndOrTheFirstError) {
     struct {
         const char* image;
         std::string log;
@@ -82,7 +82,7 @@ TEST(Player, drivesTheChainUpToTheEndOrTheFirstError) {
     }
 }
 
-TEST(Player, leavesWhatItReadAndCapturedInTheRecord) {
+TEST(Player, LeavesWhatItReadAndCapturedInTheRecord) {
     FakePort port;
     port.tdo = {1, 0, 1, 1, 0, 0, 0, 0, 1, 1};
     const auto info =
@@ -112,13 +112,13 @@ TEST(Player, leavesWhatItReadAndCapturedInTheRecord) {
     EXPECT_EQ(again.sDrBytes, 0);
 }
 
-TEST(Player, countsAttemptsInOneByte) {
+TEST(Player, CountsAttemptsInOneByte) {
     FakePort port;
     EXPECT_EQ(played(bytesOf("07 FF 08 00 00 00 01 01 01 09 00 01")).iResult, kXsvfTdoMismatch);
     EXPECT_EQ(std::count(port.log.begin(), port.log.end(), 's'), 256);
 }
 
-TEST(Player, refusesDataMasksItCannotIndex) {
+TEST(Player, RefusesDataMasksItCannotIndex) {
     const FakePort port;
     for (const std::size_t bytes : {255U, 256U}) {
         std::vector<uint8_t> image{0x08, 0, 0, 0x07, static_cast<uint8_t>(bytes == 255 ? 0xF8 : 0xFF), 0x0A};
@@ -129,7 +129,7 @@ TEST(Player, refusesDataMasksItCannotIndex) {
     }
 }
 
-TEST(Player, survivesSizesThatDoNotFit) {
+TEST(Player, SurvivesSizesThatDoNotFit) {
     FakePort port;
     // 65536 bytes count as 0: every bit is shifted as 0 and none is kept.
     EXPECT_EQ(played(bytesOf("08 00 08 00 00 0F 00")).lvCaptured.sByteCount, 0);

@@ -103,7 +103,7 @@ TEST(Layout, NothingMovesBetweenTheStatesNorIsCutOff) {
     QApplication::setFont(before);
 }
 
-TEST(Layout, UnusableLayoutsAreToldOfAndYieldNoWindow) {
+TEST(Layout, UnusableLayoutGivesAMessageAndNoWindow) {
     SampleApplication application;
     const QTemporaryDir folder;
     UResources::UseFolder(folder.path().toStdString());

@@ -13,7 +13,7 @@
 
 namespace {
 
-TEST(ImageCheck, findsTheFirstFault) {
+TEST(ImageCheck, FindsTheFirstFault) {
     const std::string compared = "XSDRSIZE 9\nXTDOMASK 0x1FF\n";                    // 8 bytes
     const std::string programming = "XSIR 13 0x1D1F\nXSDRSIZE 7\nXSDRE 0x68\n";     // 11 bytes
     const std::string erase = programming + "XRUNTEST 15000000\nXSIR 13 0x1D9F\n";  // 20 bytes
@@ -73,7 +73,7 @@ TEST(ImageCheck, findsTheFirstFault) {
 
 // What is programmed is compared with what is read back, so no single byte can put something else into the
 // PROM unnoticed: not in the commands before the first page, and not at places all over the image.
-TEST(ImageCheck, passesADamagedImageOnlyIfItWritesTheSame) {
+TEST(ImageCheck, PassesADamagedImageOnlyIfItWritesTheSame) {
     const simulator::FpgaConfiguration content{0x21, 1, 'M', 12, 0x6311};
     auto image = images::makeFirmwareImage(
         std::span<const uint8_t, simulator::kPromBytes>(simulator::encodeConfiguration(content)));

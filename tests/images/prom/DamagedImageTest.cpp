@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <fstream>
+#include <iterator>
 #include <optional>
 #include <random>
 
@@ -13,17 +15,12 @@
 #include "images/prom/CommandRules.h"
 #include "images/prom/FirmwareImage.h"
 #include "tests/images/prom/AnsweringPort.h"
-#include "tests/images/prom/EveryCommand.h"
 #include "xsvf/JtagPort.h"
 #include "xsvf/Player.h"
 
 namespace {
 
 constexpr uint64_t manyClocks = 30'000;
-
-std::vector<uint8_t> assembled(std::string_view listing) {
-    return std::get<std::vector<uint8_t>>(images::imageOf(listing));
-}
 
 // Bits that no card can answer: they are expected, and beyond those that are shifted.
 bool expectsTooMuch(const tagSXsvfInfo& info) {
@@ -117,23 +114,17 @@ TEST_F(DamagedImage, AtTenThousandPlacesOfARealOne) {
         meet(image, place, anyChange(), 16);
         ASSERT_FALSE(HasFailure()) << place;
     }
-    for (std::size_t index = 0; index < places.size(); index += 500) {
-        image[places[index]] ^= 0x5A;
-        EXPECT_TRUE(assembled(images::listingOf(image)) == image) << places[index];
-        image[places[index]] ^= 0x5A;
-    }
 }
 
 TEST_F(DamagedImage, AtEveryPlaceOfOneWithEveryCommand) {
-    auto image = assembled(everyCommand);
+    std::ifstream file(EVERY_COMMAND);
+    const std::string listing{std::istreambuf_iterator<char>(file), {}};
+    auto image = std::get<std::vector<uint8_t>>(images::imageOf(listing));
     open(image);
     for (std::size_t place = 0; place < image.size(); ++place) {
         for (int bit = 0; bit < 8; ++bit) {
             meet(image, place, static_cast<uint8_t>(1 << bit), 1000);
             ASSERT_FALSE(HasFailure()) << place;
-            image[place] ^= static_cast<uint8_t>(1 << bit);
-            EXPECT_TRUE(assembled(images::listingOf(image)) == image) << images::listingOf(image);
-            image[place] ^= static_cast<uint8_t>(1 << bit);
         }
     }
     while (passage->step(port)) {

@@ -4,8 +4,8 @@
 #include <string_view>
 #include <vector>
 
-#include "simulator/Files.h"
-#include "simulator/MachineError.h"
+#include "files/FileError.h"
+#include "files/Folder.h"
 
 namespace simulator {
 namespace {
@@ -50,7 +50,8 @@ DriverBundle read(const Element* properties) {
 
 std::optional<DriverBundle> readDriverBundle(const std::filesystem::path& folder) {
     try {
-        std::vector<uint8_t> text = readFile(folder / "Contents" / "Info.plist");
+        std::vector<uint8_t> text =
+            files::Folder(folder / "Contents").file("Info.plist", files::Folder::Purpose::reading).read();
         if (text.size() > kLongestPropertyList)
             return std::nullopt;
         text.push_back(0);
@@ -61,7 +62,7 @@ std::optional<DriverBundle> readDriverBundle(const std::filesystem::path& folder
         if (bundle.identifier.empty() || bundle.serviceClass.empty())
             return std::nullopt;
         return bundle;
-    } catch (const MachineError&) {
+    } catch (const files::FileError&) {
         return std::nullopt;
     } catch (const rapidxml::parse_error&) {
         return std::nullopt;

@@ -4,7 +4,7 @@
 #include <cassert>
 #include <utility>
 
-#include "simulator/Files.h"
+#include "files/OutputFile.h"
 #include "simulator/MachineError.h"
 
 namespace simulator {
@@ -62,13 +62,15 @@ void Machine::resume() {
 }
 
 void Machine::beginRecordings() {
-    std::vector<std::string> files;
+    std::vector<std::string> taken;
     for (const auto& card : cards_) {
         if (const auto& request = card->recordingRequest()) {
-            const auto isSame = [&](const std::string& file) { return isSameFile(file, request->file); };
-            if (std::ranges::any_of(files, isSame))
+            const auto isSame = [&](const std::string& file) {
+                return files::isSameFile(file, request->file);
+            };
+            if (std::ranges::any_of(taken, isSame))
                 throw MachineError(request->file + ": two cards are to be recorded there.");
-            files.push_back(request->file);
+            taken.push_back(request->file);
         }
     }
     for (const auto& card : cards_)

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <charconv>
+#include <functional>
 #include <limits>
 #include <nlohmann/json.hpp>
 #include <set>
@@ -220,7 +221,8 @@ StoredMachine::Card decodeCard(Object object, bool on) {
         .powered = std::nullopt,
         .faults = {},
         .recording = std::nullopt};
-    if (!card.promFile.ends_with(".prom") || card.promFile.find('/') != std::string::npos)
+    if (!card.promFile.ends_with(".prom") ||
+        card.promFile.find_first_of(std::string_view("/\0", 2)) != std::string::npos)
         object.complain("promFile", "is not a plain file name that ends in .prom.");
     if (on)
         card.powered = decodePowered(object);
@@ -266,9 +268,29 @@ Ledger::Entry decodeEntry(Object object) {
     return entry;
 }
 
+// Keeps what one of two equal keys holds from being dropped without a word.
+class KeyCheck {
+  public:
+    bool operator()(int /*depth*/, Json::parse_event_t event, const Json& parsed) {
+        if (event == Json::parse_event_t::object_start) {
+            keys_.emplace_back();
+        } else if (event == Json::parse_event_t::object_end) {
+            keys_.pop_back();
+        } else if (event == Json::parse_event_t::key &&
+                   !keys_.back().insert(parsed.get<std::string>()).second) {
+            throw MachineError("the key \"" + parsed.get<std::string>() + "\" is there twice in one object.");
+        }
+        return true;
+    }
+
+  private:
+    std::vector<std::set<std::string>> keys_;  // of the objects that are being read
+};
+
 Json parse(std::string_view text) {
     try {
-        return Json::parse(text);
+        KeyCheck check;
+        return Json::parse(text, std::ref(check));
     } catch (const Json::parse_error& error) {
         throw MachineError("not JSON at byte " + std::to_string(error.byte) + ".");
     } catch (const Json::out_of_range&) {

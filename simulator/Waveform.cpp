@@ -1,10 +1,7 @@
 #include "simulator/Waveform.h"
 
 #include <array>
-#include <filesystem>
-#include <fstream>
 #include <string_view>
-#include <system_error>
 
 #include "simulator/Clock.h"
 #include "simulator/MachineError.h"
@@ -45,6 +42,7 @@ constexpr std::array kTaps{
 };
 
 constexpr std::string_view kBeginning = "$comment Time 0 is the machine's access ";
+constexpr files::FileKind kRecording{"a recording", kBeginning};
 
 std::string header(uint64_t firstAccess) {
     std::string text = std::string(kBeginning) + std::to_string(firstAccess) +
@@ -96,29 +94,14 @@ std::string changes(const JtagLevels* before, const JtagLevels& now) {
     return text;
 }
 
-GrowingFile begun(const std::string& file) {
-    requireRecordable(file);
-    return GrowingFile(file);
-}
-
 }  // namespace
 
 void requireRecordable(const std::string& file) {
-    std::error_code error;
-    const auto present = std::filesystem::status(file, error);
-    if (!std::filesystem::exists(present))
-        return;
-    if (!std::filesystem::is_regular_file(present))
-        throw MachineError(file + ": is not an ordinary file.");
-    std::string beginning(kBeginning.size(), '\0');
-    std::ifstream(file, std::ios::binary)
-        .read(beginning.data(), static_cast<std::streamsize>(beginning.size()));
-    if (beginning != kBeginning)
-        throw MachineError(file + ": is there already and is no recording.");
+    files::requireReplaceable(file, kRecording);
 }
 
 Waveform::Waveform(const RecordingRequest& request, uint64_t accesses, const JtagLevels& levels)
-    : file_(begun(request.file)),
+    : file_(request.file, kRecording),
       runBegins_(accesses),
       begins_(accesses + request.fromMicroseconds * Clock::kAccessesPerMicrosecond),
       ends_(begins_ + request.microseconds * Clock::kAccessesPerMicrosecond),

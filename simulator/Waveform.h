@@ -19,7 +19,7 @@
 #include <optional>
 #include <string>
 
-#include "simulator/Files.h"
+#include "files/GrowingFile.h"
 #include "simulator/TapController.h"
 
 namespace simulator {
@@ -47,13 +47,13 @@ struct JtagLevels {
     TapState fpgaTap = TapState::testLogicReset;
 };
 
-// Throws MachineError unless a recording may go there: nothing is there yet, or an earlier recording.
+// Throws FileError unless a recording may go there: nothing is there yet, or an earlier recording.
 void requireRecordable(const std::string& file);
 
 class Waveform {
   public:
     // Begins a run at the machine's access count `accesses`, with the card's signals as they are then. Throws
-    // MachineError when the file cannot be made.
+    // FileError when the file cannot be made, or MachineError when it does not take its beginning.
     Waveform(const RecordingRequest& request, uint64_t accesses, const JtagLevels& levels);
 
     // The signals may have changed at an access, which is no earlier than the one before.
@@ -70,7 +70,7 @@ class Waveform {
 
     enum class Stage { before, within, after };  // the window
 
-    GrowingFile file_;
+    files::GrowingFile file_;
     // Access counts. The end is the first that is no longer in the window.
     uint64_t runBegins_;
     uint64_t begins_;

@@ -11,6 +11,7 @@
 
 #include "card/CardAccess.h"
 #include "card/Registers.h"
+#include "files/WholeFile.h"
 #include "hw/ApplicationHooks.h"
 #include "hw/PromOperations.h"
 #include "simulator/MachineDirectory.h"
@@ -78,7 +79,7 @@ void run(const std::string& folder, int cardToWrite, const std::string& imageFil
         gpRegisters = static_cast<uint32_t*>(base);
         lookAtOpenCard(connection);
         if (card == cardToWrite) {
-            auto image = simulator::readFile(imageFile);
+            auto image = files::readFile(imageFile);
             const uint16_t error = ProgramConfigProm(image.data(), static_cast<uint32_t>(image.size()));
             std::printf("  written with error %u\n", unsigned{error});
         }

@@ -1,7 +1,12 @@
 #include "simulator/MachineDirectory.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
+#include <map>
+
+#include "files/OutputFile.h"
+#include "files/WholeFile.h"
 #include "tests/simulator/Probe.h"
 #include "tests/support/TemporaryDirectory.h"
 
@@ -11,12 +16,20 @@ namespace fs = std::filesystem;
 using OnOpening = MachineDirectory::OnOpening;
 
 static std::string contentOf(const fs::path& path) {
-    const auto bytes = readFile(path);
+    const auto bytes = files::readFile(path);
     return {bytes.begin(), bytes.end()};
 }
 
 static void put(const fs::path& path, const std::string& content) {
-    replaceFile(path, std::vector<uint8_t>(content.begin(), content.end()));
+    files::writeOutputFile(path, std::vector<uint8_t>(content.begin(), content.end()));
+}
+
+static std::map<std::string, std::string> filesIn(const fs::path& folder) {
+    std::map<std::string, std::string> files;
+    for (const auto& entry : fs::directory_iterator(folder)) {
+        files[entry.path().filename()] = contentOf(entry.path());
+    }
+    return files;
 }
 
 class MachineDirectoryTest : public testing::Test {
@@ -26,10 +39,12 @@ class MachineDirectoryTest : public testing::Test {
         addDefaultCards(directory->machine());
         directory->save();
     }
+    std::unique_ptr<MachineDirectory> open(OnOpening onOpening = OnOpening::leaveAsItIs) {
+        return MachineDirectory::open(folder_, onOpening);
+    }
     // Opening the machine complains of a file, in words that begin so.
     void expectComplaint(const fs::path& file, const std::string& words) {
-        const auto complaint =
-            complaintOf([this] { (void)MachineDirectory::open(folder_, OnOpening::powerUp); });
+        const auto complaint = complaintOf([this] { (void)open(OnOpening::powerUp); });
         EXPECT_TRUE(complaint.starts_with(file.string() + ": " + words)) << words << ": " << complaint;
     }
 
@@ -130,6 +145,9 @@ TEST_F(MachineDirectoryTest, MalformedDescriptionsAreExplained) {
         {"\"accesses\": 0", "\"accesses\": -1", "accesses is not a whole number from 0 to"},
         {"\"accesses\": 0", "\"accesses\": 0, \"x\": 3", "x is a field that this program does not know."},
         {"\"modelCode\": 33", "\"modelCode\": 38", "cards[0].modelCode is not a whole number from 32 to 37."},
+        {"\"on\": true", "\"on\": true, \"on\": true", "the key \"on\" is there twice in one object."},
+        {"card-2.prom", "card-2.prom\\u0000a.prom", "cards[1].promFile is not a plain file name"},
+        {"card-2.prom", "../card-2.prom", "cards[1].promFile is not a plain file name"},
         {"card-2.prom", "card-1.prom", "cards[1].promFile belongs to another card already."},
         {"\"tap\": \"Test", "\"tap\": \"Rest", "cards[0].promJtag.tap is not a state"},
         {"\"pageData\": \"00", "\"pageData\": \"0x", "cards[0].prom.pageData is not 512 bytes"},
@@ -144,8 +162,104 @@ TEST_F(MachineDirectoryTest, MalformedDescriptionsAreExplained) {
         expectComplaint(folder_ / "machine.json", each.complaint);
     }
     put(folder_ / "machine.json", good);
-    fs::resize_file(folder_ / "card-2.prom", 262144);
-    expectComplaint(folder_ / "card-2.prom", "is 262144 bytes long instead of 262149.");
+    const fs::path prom = folder_ / "card-2.prom";
+    for (const std::size_t bytes : {262144U, 262150U}) {
+        fs::resize_file(prom, bytes);
+        expectComplaint(prom, "is " + std::to_string(bytes) + " bytes long instead of 262149.");
+    }
+    for (const fs::path& file : {prom, folder_ / "machine.json"}) {
+        fs::rename(file, folder_ / "elsewhere");
+        fs::create_symlink("elsewhere", file);
+        expectComplaint(file, "is not an ordinary file.");  // a link
+        fs::remove(file);
+        ASSERT_EQ(::mkfifo(file.c_str(), 0600), 0);
+        expectComplaint(file, "is not an ordinary file.");  // a pipe
+    }
+}
+
+TEST_F(MachineDirectoryTest, AChangeShowsOnceItIsSavedAndTakesKilledSavesAway) {
+    fs::permissions(folder_ / "machine.json", fs::perms::owner_all);
+    const auto before = filesIn(folder_);
+    const auto directory = open();
+    directory->machine().card(0).setBoard({"Renamed", "", 0x21, 1});
+    directory->machine().card(0).cells().erase();
+    EXPECT_TRUE(filesIn(folder_) == before);
+
+    fs::create_directory(folder_ / ".saving");
+    put(folder_ / ".saving" / "machine.json", "a save that was killed");
+    directory->save();
+    const auto after = filesIn(folder_);
+    EXPECT_EQ(after.size(), before.size());
+    EXPECT_TRUE(after.at("card-1.prom") != before.at("card-1.prom"));
+    EXPECT_EQ(fs::status(folder_ / "machine.json").permissions(), fs::perms::owner_all);
+}
+
+// Killed between the moment that decides and the last of the files that are to be in place then.
+TEST_F(MachineDirectoryTest, ASaveThatWasDecidedIsFinished) {
+    const fs::path saved = folder_ / ".saved";
+    const auto finished = filesIn(folder_);
+    for (const bool looks : {true, false}) {
+        fs::create_directory(saved);
+        fs::rename(folder_ / "card-2.prom", saved / "card-2.prom");
+        fs::rename(folder_ / "machine.json", saved / "machine.json");
+        put(folder_ / "card-2.prom", "the old one");
+        if (looks) {
+            EXPECT_EQ(MachineDirectory::view(folder_)->machine().card(1).identity(), 0x234130CCU);
+            EXPECT_TRUE(fs::exists(saved)) << "who only looks changes nothing";
+        }
+        (void)open();
+        EXPECT_TRUE(filesIn(folder_) == finished);
+    }
+}
+
+TEST_F(MachineDirectoryTest, OthersMayLookAtAMachineInUseButNotChangeIt) {
+    const auto run = open(OnOpening::powerUp);
+    run->machine().card(0).setBoard({"Not saved", "", 0x21, 1});
+    run->machine().card(0).cells().erase();
+    const auto view = MachineDirectory::view(folder_);
+    EXPECT_TRUE(view->isInUse());
+    EXPECT_FALSE(view->machine().isOn()) << "as it was saved last";
+    EXPECT_EQ(view->machine().card(0).board().name, "VornMX-B");
+    EXPECT_TRUE(view->machine().card(0).cells().isPageErased(0)) << "as the cells are";
+    expectComplaint(folder_, "the simulated machine is in use by another program.");
+    const TemporaryDirectory copy;
+    fs::copy(folder_, copy.path(), fs::copy_options::recursive);
+    const auto first = MachineDirectory::view(copy.path());
+    EXPECT_FALSE(first->isInUse());
+    EXPECT_NO_THROW((void)MachineDirectory::open(copy.path(), OnOpening::leaveAsItIs));
+}
+
+// The folder is moved and another one put in its place; some of the machine's files are no longer what they
+// were.
+TEST_F(MachineDirectoryTest, ARunKeepsToItsOwnFolderAndFiles) {
+    const auto run = open(OnOpening::powerUp);
+    const fs::path moved = folder_.string() + "-moved";
+    fs::copy(folder_, moved, fs::copy_options::recursive);
+    const auto untouched = filesIn(folder_);
+    fs::rename(folder_, moved.string() + "2");
+    fs::rename(moved, folder_);
+    fs::rename(moved.string() + "2", moved);
+    put(moved / "diary", std::string(300000, 'd'));
+    fs::remove(moved / "card-1.prom");
+    fs::create_symlink("diary", moved / "card-1.prom");
+    fs::remove(moved / "card-2.prom");
+    ASSERT_EQ(::mkfifo((moved / "card-2.prom").c_str(), 0600), 0);
+    fs::resize_file(moved / "card-3.prom", 10);
+    for (std::size_t index = 0; index < 4; ++index) {
+        run->machine().card(index).cells().setUserCode(0x21417007);
+    }
+    EXPECT_EQ(contentOf(moved / "card-4.prom").substr(262144, 4), "\x21\x41\x70\x07");
+    const std::string told = complaintOf([&] { run->save(); });
+    for (const std::string text :
+         {"card-1.prom: is not an ordinary file.", "card-2.prom: is not an ordinary file.",
+          "card-3.prom: is 10 bytes long instead of 262149. It was written anew."}) {
+        EXPECT_NE(told.find(text), std::string::npos) << told;
+    }
+    EXPECT_TRUE(filesIn(folder_) == untouched);
+    EXPECT_TRUE(contentOf(moved / "diary") == std::string(300000, 'd'));
+    EXPECT_EQ(MachineDirectory::view(moved)->machine().card(0).identity(), 0x21417007U);
+    EXPECT_EQ(complaintOf([&] { run->save(); }), "") << "told once";
+    fs::remove_all(moved);
 }
 
 }  // namespace simulator

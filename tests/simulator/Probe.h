@@ -10,12 +10,12 @@
 #include <initializer_list>
 #include <iterator>
 #include <span>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "platform/CardDriver.h"
 #include "simulator/DefaultMachine.h"
-#include "simulator/MachineError.h"
 #include "simulator/Prom.h"
 #include "simulator/SimulatedHost.h"
 
@@ -155,7 +155,7 @@ class Probe {
 inline std::string complaintOf(const std::function<void()>& action) {
     try {
         action();
-    } catch (const MachineError& error) {
+    } catch (const std::runtime_error& error) {
         return error.what();
     }
     return "";

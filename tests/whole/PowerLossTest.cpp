@@ -6,8 +6,8 @@
 
 #include <cstdlib>
 
+#include "files/WholeFile.h"
 #include "images/CommandReader.h"
-#include "simulator/Files.h"
 #include "simulator/MachineDirectory.h"
 #include "tests/support/SystemTmp.h"
 #include "tests/whole/FirstCardUpdate.h"
@@ -27,7 +27,7 @@ class PowerLoss {
     PowerLoss() {
         bundle.addShippedResource(imageName);
         bundle.addShippedResource("vupdaterkext.pax");
-        image = simulator::readFile(bundle.resource(imageName));
+        image = files::readFile(bundle.resource(imageName));
         const auto directory = MachineDirectory::create(folder.path());
         directory->machine().addCard(
             {"VornMX-B", "PCI slot 1", 0x21, 1},

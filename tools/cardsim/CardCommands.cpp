@@ -104,9 +104,9 @@ void addCard(const CardOptions& options, std::ostream& out) {
     if (options.firmware)
         changeFirmware(options, board, cells);
     changeSpecialRow(options, cells);
-    out << "Added card " << machine.cardCount() + 1 << ": "
-        << nameOf(machine.addCard(board, std::move(cells))) << ".\n";
+    const Card& card = machine.addCard(board, std::move(cells));
     directory->save();
+    out << "Added card " << machine.cardCount() << ": " << nameOf(card) << ".\n";
 }
 
 void removeCard(const CardOptions& options, std::ostream& out) {
@@ -139,10 +139,10 @@ void changeCard(const CardOptions& options, std::ostream& out) {
 
 void addDescription(CLI::App& command, CardOptions& options) {
     command.add_option("--name", options.name, "What the driver calls the card")
-        ->check(checkText)
+        ->check(checkDescription)
         ->type_name("TEXT");
     command.add_option("--location", options.location, "Where the card is")
-        ->check(checkText)
+        ->check(checkDescription)
         ->type_name("TEXT");
     command.add_option("--board", options.board, "Board revision letter, or NC for a board without one")
         ->check(tools::takenBy(images::boardRevisionNamed, images::kBoardRevisionForm))

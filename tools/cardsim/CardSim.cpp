@@ -29,7 +29,11 @@ void makeMachine(const std::string& folder, bool withoutDriver, std::ostream& ou
 }
 
 void show(const std::string& folder, std::ostream& out) {
-    showMachine(openMachine(folder)->machine(), out);
+    const auto directory = viewMachine(folder);
+    if (directory->isInUse()) {
+        out << "In use      by another program; this is what it saved last, and the PROMs as they are\n";
+    }
+    showMachine(directory->machine(), out);
 }
 
 void powerOff(const std::string& folder, std::ostream& out) {

@@ -3,6 +3,7 @@
 #include <map>
 #include <optional>
 
+#include "files/PrintableText.h"
 #include "simulator/MachineError.h"
 
 namespace cardsim {
@@ -60,7 +61,7 @@ void addChoice(CLI::App& command, const char* name, std::optional<Value>& into,
 std::string describe(const Drivers& drivers) {
     std::string text = drivers.resident ? "resident" : "";
     for (const auto& [identifier, driver] : drivers.loaded)
-        text += (text.empty() ? "" : ", ") + identifier + " loaded";
+        text += (text.empty() ? "" : ", ") + files::printable(identifier) + " loaded";
     if (text.empty())
         text = "none";
     if (drivers.refusesAdministrator)

@@ -2,8 +2,8 @@
 
 #include <vector>
 
+#include "files/WholeFile.h"
 #include "images/play/ImagePlay.h"
-#include "simulator/Files.h"
 #include "simulator/MachineError.h"
 
 namespace cardsim {
@@ -12,7 +12,7 @@ using simulator::MachineError;
 using simulator::PromCells;
 
 PromCells contentOfImage(const std::string& file) {
-    const std::vector<uint8_t> image = simulator::readFile(file);
+    const std::vector<uint8_t> image = files::readFile(file);
     images::ImagePlay play(image);
     while (!play.isComplete()) {
         if (const auto fault = play.playCommand()) {

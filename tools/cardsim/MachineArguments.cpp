@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
+#include "files/PrintableText.h"
 #include "simulator/MachineError.h"
 #include "tools/command_line/CommandLine.h"
 
@@ -13,6 +14,16 @@ std::unique_ptr<simulator::MachineDirectory> openMachine(const std::string& fold
     return MachineDirectory::open(folder, MachineDirectory::OnOpening::leaveAsItIs);
 }
 
+std::unique_ptr<const simulator::MachineDirectory> viewMachine(const std::string& folder) {
+    return simulator::MachineDirectory::view(folder);
+}
+
+void requireForeign(const simulator::MachineDirectory& directory, const std::string& file) {
+    if (directory.owns(file)) {
+        throw simulator::MachineError(file + ": is one of the machine's own files.");
+    }
+}
+
 std::size_t indexOfCard(const simulator::Machine& machine, std::size_t number) {
     if (number < 1 || number > machine.cardCount())
         throw simulator::MachineError("There is no card " + std::to_string(number) + "; the machine has " +
@@ -21,7 +32,7 @@ std::size_t indexOfCard(const simulator::Machine& machine, std::size_t number) {
 }
 
 std::string nameOf(const simulator::Card& card) {
-    return card.board().name + " in " + card.board().location;
+    return files::printable(card.board().name + " in " + card.board().location);
 }
 
 CLI::Option* addFolder(CLI::App& command, std::string& folder) {
@@ -45,6 +56,14 @@ std::string checkText(const std::string& text) {
     } catch (const nlohmann::json::exception&) {
         return "A text is UTF-8.";
     }
+}
+
+std::string checkDescription(const std::string& text) {
+    constexpr std::size_t kMostBytes = 255;
+    if (text.empty() || text.size() > kMostBytes) {
+        return "The text must be 1 to " + std::to_string(kMostBytes) + " bytes long.";
+    }
+    return checkText(text);
 }
 
 }  // namespace cardsim

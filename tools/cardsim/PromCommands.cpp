@@ -4,10 +4,11 @@
 #include <algorithm>
 #include <vector>
 
+#include "files/OutputFile.h"
+#include "files/WholeFile.h"
 #include "simulator/MachineError.h"
 #include "tools/cardsim/CardSim.h"
 #include "tools/cardsim/ImageContent.h"
-#include "tools/images/OutputFile.h"
 
 namespace cardsim {
 namespace {
@@ -25,9 +26,10 @@ struct PromOptions {
 };
 
 void dump(const PromOptions& options, std::ostream& out) {
-    const auto directory = openMachine(options.folder);
+    const auto directory = viewMachine(options.folder);
     const Card& card = directory->machine().card(indexOfCard(directory->machine(), options.number));
-    tools::writeOutputFile(options.file, card.cells().image());
+    requireForeign(*directory, options.file);
+    files::writeOutputFile(options.file, card.cells().image());
     out << "Wrote the PROM of " << nameOf(card) << " to " << options.file << ".\n";
 }
 
@@ -35,7 +37,7 @@ void dump(const PromOptions& options, std::ostream& out) {
 void load(const PromOptions& options, std::ostream& out) {
     const auto directory = openMachine(options.folder);
     Card& card = directory->machine().card(indexOfCard(directory->machine(), options.number));
-    const std::vector<uint8_t> content = simulator::readFile(options.file);
+    const std::vector<uint8_t> content = files::readFile(options.file);
     if (content.size() != kPromBytes && content.size() != PromCells::kImageBytes)
         throw MachineError(options.file + ": is " + std::to_string(content.size()) +
                            " bytes long; a PROM has " + std::to_string(kPromBytes) + ", or " +
@@ -61,7 +63,7 @@ std::string rangesOf(const std::vector<std::size_t>& pages) {
 }
 
 void compare(const PromOptions& options, std::ostream& out) {
-    const auto directory = openMachine(options.folder);
+    const auto directory = viewMachine(options.folder);
     const Card& card = directory->machine().card(indexOfCard(directory->machine(), options.number));
     const PromCells expected = contentOfImage(options.file);
     std::size_t written = 0;

@@ -2,10 +2,11 @@
 
 #include <filesystem>
 
+#include "files/OutputFile.h"
+#include "files/PrintableText.h"
 #include "simulator/MachineError.h"
 #include "simulator/Waveform.h"
 #include "tools/command_line/CommandLine.h"
-#include "tools/images/OutputFile.h"
 
 namespace cardsim {
 namespace {
@@ -24,7 +25,7 @@ struct RecordOptions {
 // seen to be the same.
 std::string placeOf(const std::string& file) {
     std::error_code error;
-    const auto place = tools::behindLinks(std::filesystem::absolute(file, error));
+    const auto place = files::behindLinks(std::filesystem::absolute(file, error));
     const auto canonical = std::filesystem::weakly_canonical(place, error);
     return (error ? place : canonical).string();
 }
@@ -36,7 +37,7 @@ void requireUsable(const std::string& file, const simulator::Machine& machine, c
     simulator::requireRecordable(file);
     for (std::size_t index = 0; index < machine.cardCount(); ++index) {
         const auto& other = machine.card(index).recordingRequest();
-        if (&machine.card(index) != &card && other && simulator::isSameFile(other->file, file))
+        if (&machine.card(index) != &card && other && files::isSameFile(other->file, file))
             throw MachineError(file + ": another card is to be recorded there.");
     }
 }
@@ -47,17 +48,19 @@ void record(RecordOptions options, std::ostream& out) {
     const auto directory = openMachine(options.folder);
     simulator::Card& card = directory->machine().card(indexOfCard(directory->machine(), options.number));
     if (options.cancel) {
-        if (!card.recordingRequest())
+        if (!card.recordingRequest()) {
             throw MachineError("Nothing of the card is to be recorded.");
+        }
         card.requestRecording(std::nullopt);
-        out << nameOf(card) << ": nothing is recorded.\n";
     } else {
         options.request.file = placeOf(options.request.file);
+        requireForeign(*directory, options.request.file);
         requireUsable(options.request.file, directory->machine(), card);
         card.requestRecording(options.request);
-        out << nameOf(card) << ": " << describe(options.request) << ".\n";
     }
     directory->save();
+    out << nameOf(card) << ": " << (options.cancel ? "nothing is recorded" : describe(options.request))
+        << ".\n";
 }
 
 }  // namespace
@@ -68,7 +71,7 @@ std::string describe(const RecordingRequest& request) {
             ? "its end"
             : std::to_string(request.fromMicroseconds + request.microseconds) + " microseconds";
     return "the next run, from " + std::to_string(request.fromMicroseconds) + " to " + until + ", into " +
-           request.file;
+           files::printable(request.file);
 }
 
 void addRecordCommand(CLI::App& program, std::ostream& out) {

@@ -2,6 +2,7 @@
 
 #include <ostream>
 
+#include "files/PrintableText.h"
 #include "images/BoardRevision.h"
 #include "images/ByteText.h"
 #include "images/CardModels.h"
@@ -9,6 +10,7 @@
 #include "tools/cardsim/DriverCommand.h"
 #include "tools/cardsim/FaultCommands.h"
 #include "tools/cardsim/IdentityText.h"
+#include "tools/cardsim/MachineArguments.h"
 #include "tools/cardsim/RecordCommand.h"
 
 namespace cardsim {
@@ -40,7 +42,7 @@ std::string contentOf(const simulator::PromCells& cells) {
 
 void showCard(std::size_t index, const Card& card, bool on, std::ostream& out) {
     const simulator::Board& board = card.board();
-    out << "\nCard " << index + 1 << ": " << board.name << " in " << board.location << '\n'
+    out << "\nCard " << index + 1 << ": " << nameOf(card) << '\n'
         << "  Board       " << modelName(board.modelCode) << ", " << boardName(board.revision) << '\n'
         << "  Identity    " << identityName(card.identity()) << '\n'
         << "  Running     " << (on ? describe(card.running()) : "nothing, the machine is off") << '\n'
@@ -76,8 +78,8 @@ void showMachine(const simulator::Machine& machine, std::ostream& out) {
     out << "\nLedger      " << (machine.ledger().empty() ? "empty" : "") << '\n';
     for (const auto& entry : machine.ledger().entries())
         out << "  " << entry.times << " x " << misuseName(entry.misuse) << ", first at access "
-            << entry.firstAccess << (entry.card.empty() ? "" : ", " + entry.card) << ": " << entry.detail
-            << '\n';
+            << entry.firstAccess
+            << files::printable((entry.card.empty() ? "" : ", " + entry.card) + ": " + entry.detail) << '\n';
 }
 
 }  // namespace cardsim

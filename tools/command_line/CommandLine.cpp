@@ -24,15 +24,12 @@ std::string complaintAbout(const CLI::App* program, const CLI::Error& error) {
     return name + ": " + what + "\nFor help: " + name + " --help\n";
 }
 
-}  // namespace
-
-int runCommandLine(CLI::App& program, const std::vector<std::string>& arguments, std::ostream& out,
-                   std::ostream& err) {
-    program.require_subcommand(1);
-    program.failure_message(complaintAbout);
+int exitCodeOf(CLI::App& program, const std::vector<std::string>& arguments, std::ostream& out,
+               std::ostream& err) {
     try {
         std::vector<std::string> reversed(arguments.rbegin(), arguments.rend());  // the order CLI11 takes
         program.parse(reversed);
+        return kDone;
     } catch (const CLI::RuntimeError& ending) {
         return ending.get_exit_code();
     } catch (const CLI::ParseError& error) {
@@ -44,12 +41,21 @@ int runCommandLine(CLI::App& program, const std::vector<std::string>& arguments,
         err << program.get_name() << ": " << error.what() << '\n';
         return kFailed;
     }
+}
+
+}  // namespace
+
+int runCommandLine(CLI::App& program, const std::vector<std::string>& arguments, std::ostream& out,
+                   std::ostream& err) {
+    program.require_subcommand(1);
+    program.failure_message(complaintAbout);
+    const int exitCode = exitCodeOf(program, arguments, out, err);
     out.flush();
     if (!out) {
         err << program.get_name() << ": The output could not be written completely.\n";
         return kFailed;
     }
-    return kDone;
+    return exitCode;
 }
 
 CLI::Validator wholeNumber(uint64_t least, uint64_t most) {

@@ -5,10 +5,10 @@
 #include <memory>
 #include <stdexcept>
 
+#include "files/OutputFile.h"
+#include "files/WholeFile.h"
 #include "images/ListingReader.h"
-#include "simulator/Files.h"
 #include "tools/command_line/CommandLine.h"
-#include "tools/images/OutputFile.h"
 
 namespace tools {
 
@@ -27,13 +27,13 @@ struct AssembleOptions {
 };
 
 void assemble(const AssembleOptions& options) {
-    const std::vector<uint8_t> text = simulator::readFile(options.listing);
+    const std::vector<uint8_t> text = files::readFile(options.listing);
     const auto result = images::imageOf({reinterpret_cast<const char*>(text.data()), text.size()});
     if (const auto* const error = std::get_if<images::ListingError>(&result)) {
         throw std::runtime_error(options.listing.string() + ", line " + std::to_string(error->line) + ": " +
                                  error->reason);
     }
-    writeOutputFile(options.output, std::get<std::vector<uint8_t>>(result), options.listing);
+    files::writeOutputFile(options.output, std::get<std::vector<uint8_t>>(result), options.listing);
 }
 
 }  // namespace

@@ -6,11 +6,11 @@
 #include <memory>
 #include <ostream>
 
+#include "files/WholeFile.h"
 #include "images/BoardRevision.h"
 #include "images/ByteText.h"
 #include "images/ImageName.h"
 #include "images/play/ImageCheck.h"
-#include "simulator/Files.h"
 #include "tools/command_line/CommandLine.h"
 
 namespace tools {
@@ -63,7 +63,7 @@ std::string summaryOf(const images::ImageReport& report, std::size_t bytes) {
 }
 
 void check(const fs::path& path, bool mustBeKnown, std::ostream& out) {
-    const std::vector<uint8_t> image = simulator::readFile(path);
+    const std::vector<uint8_t> image = files::readFile(path);
     const images::ImageReport report = images::checkImage(image);
     if (const auto fault = faultOf(report, path.filename().string(), mustBeKnown)) {
         throw std::runtime_error(path.string() + ": " + *fault);

@@ -5,10 +5,10 @@
 #include <memory>
 #include <ostream>
 
+#include "files/OutputFile.h"
+#include "files/WholeFile.h"
 #include "images/Listing.h"
-#include "simulator/Files.h"
 #include "tools/command_line/CommandLine.h"
-#include "tools/images/OutputFile.h"
 
 namespace tools {
 
@@ -20,12 +20,12 @@ struct ListOptions {
 };
 
 void list(const ListOptions& options, std::ostream& out) {
-    const std::string text = images::listingOf(simulator::readFile(options.image));
+    const std::string text = images::listingOf(files::readFile(options.image));
     if (options.output.empty()) {
         out << text;
     } else {
-        writeOutputFile(options.output, {reinterpret_cast<const uint8_t*>(text.data()), text.size()},
-                        options.image);
+        files::writeOutputFile(options.output, {reinterpret_cast<const uint8_t*>(text.data()), text.size()},
+                               options.image);
     }
 }
 

@@ -6,15 +6,15 @@
 #include <ostream>
 #include <stdexcept>
 
+#include "files/OutputFile.h"
+#include "files/WholeFile.h"
 #include "images/BoardRevision.h"
 #include "images/CardModels.h"
 #include "images/FirmwareDate.h"
 #include "images/ImageName.h"
 #include "images/prom/FirmwareImage.h"
-#include "simulator/Files.h"
 #include "simulator/FpgaConfiguration.h"
 #include "tools/command_line/CommandLine.h"
-#include "tools/images/OutputFile.h"
 
 namespace tools {
 
@@ -31,7 +31,7 @@ struct MakeOptions {
 };
 
 std::vector<uint8_t> readPayload(const std::filesystem::path& path) {
-    std::vector<uint8_t> bytes = simulator::readFile(path);
+    std::vector<uint8_t> bytes = files::readFile(path);
     if (bytes.size() != simulator::kPromBytes) {
         throw std::runtime_error("The payload " + path.string() + " is " + std::to_string(bytes.size()) +
                                  " bytes long; a PROM holds exactly " +
@@ -62,8 +62,9 @@ void make(const MakeOptions& options, std::ostream& out) {
         throw std::runtime_error(options.outputDirectory.string() + ": could not be made (" +
                                  error.message() + ").");
     }
-    writeOutputFile(path, images::makeFirmwareImage(std::span<const uint8_t, simulator::kPromBytes>(prom)),
-                    options.payload);
+    files::writeOutputFile(path,
+                           images::makeFirmwareImage(std::span<const uint8_t, simulator::kPromBytes>(prom)),
+                           options.payload);
     out << path.string() << '\n';
 }
 

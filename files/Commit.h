@@ -1,0 +1,50 @@
+#pragma once
+
+// New contents for several files of a folder that take effect together: all of them or, whatever fails and
+// whenever the program is killed, none.
+//
+//   .saving/   what is being put together; worth nothing if it is left behind
+//   .saved/    complete, and on its way into the folder; whoever comes across it goes on with it
+//
+// The name of the inner folder changes from the first to the second in one step. The caller holds the
+// folder's lock for writing.
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "files/Folder.h"
+
+namespace files {
+
+class Commit {
+  public:
+    // Finishes or takes away what was left behind. The folder must outlive the commit.
+    explicit Commit(const Folder& folder);
+    Commit(const Commit&) = delete;
+    Commit& operator=(const Commit&) = delete;
+    ~Commit();
+
+    // Complaints call the file by its name in the folder. A file that is there hands down mode and owner.
+    void put(const std::string& name, std::span<const uint8_t> content);
+    // The first file that was put is the first to get into its place.
+    void take();
+
+  private:
+    const Folder& folder_;
+    Folder inner_;
+    std::vector<std::string> names_;
+    bool isTaken_ = false;
+};
+
+// Has what an earlier commit completed in its place, and takes away what it did not complete.
+void recover(const Folder& folder);
+
+// An ordinary file as the last complete commit left it, also while another one is under way.
+[[nodiscard]] OpenFile committedFile(const Folder& folder, const std::string& name);
+
+// Whether a name is one of the two above.
+[[nodiscard]] bool belongsToCommits(const std::string& name);
+
+}  // namespace files

@@ -30,6 +30,7 @@ TEST_F(CardTest, RegistersLieInTheOrderOfTheFlavour) {
         EXPECT_EQ(host_.loadWord(little + each.offset / 4), each.onK40) << each.offset;
     }
     EXPECT_EQ(host_.loadWord(big) & 0xFFFF, 0x564FU);
+    EXPECT_NE(host_.loadWord(big) >> 16, 0U);
     EXPECT_EQ(host_.loadWord(little) >> 16, 0x4F56U);
     EXPECT_NE(host_.loadWord(little) & 0xFFFF, 0x564FU) << "the wrong order must not read right";
     host_.storeWord(little + 0x100 / 4, 0x40);  // not its TCK

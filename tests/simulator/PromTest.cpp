@@ -43,9 +43,9 @@ TEST_F(PromTest, RegistersCaptureWhatWasLoadedAndSurviveReset) {
     EXPECT_EQ(load(), (std::vector<uint32_t>{0, 0, 0}));
     probe_->scanPage(Prom::pageDataInstruction, page);
     probe_->reset();
+    EXPECT_TRUE(chain().prom().state().programmingMode);
     EXPECT_EQ(load(), (std::vector<uint32_t>{0x8000, 0x34, 6}));
     EXPECT_EQ(probe_->scanPage(Prom::pageDataInstruction, page), page);
-    EXPECT_TRUE(chain().prom().state().programmingMode);
 }
 
 TEST_F(PromTest, ProgrammingOnlyTurnsOnesIntoZeros) {
@@ -99,9 +99,11 @@ TEST_F(PromTest, TakesEffectInTimeAndLeaves) {
     EXPECT_EQ(card().identity(), 0xFFFFFFFFU);
     EXPECT_EQ(card().protection(), 7);
     probe_->address(0x8000);
-    probe_->controlData(3);
-    probe_->program();
-    EXPECT_EQ(card().protection(), 3);
+    for (const uint8_t protection : {uint8_t{3}, uint8_t{4}}) {
+        probe_->controlData(protection);
+        probe_->program();
+        EXPECT_EQ(card().protection(), protection) << "replaced, not only cleared";
+    }
     for (const uint64_t microseconds : {3990U, 4000U, 0U}) {  // at last there is nothing left to leave
         probe_->operate(Prom::leaveProgrammingInstruction, microseconds);
         EXPECT_EQ(chain().prom().state().programmingMode, microseconds == 3990);

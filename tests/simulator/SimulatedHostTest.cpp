@@ -1,6 +1,7 @@
 #include "simulator/SimulatedHost.h"
 
 #include <gtest/gtest.h>
+#include <sys/wait.h>
 
 #include <set>
 
@@ -47,6 +48,7 @@ TEST_F(SimulatedHostTest, NumbersAndAddressesAreNotUsedTwice) {
     for (int time = 0; time < 3; ++time) {
         const uint32_t connection = open(0);
         EXPECT_TRUE(connections.insert(connection).second);
+        EXPECT_GT(connection, 0xFFFFU) << "where no card's index is";
         for (const uint32_t memoryType : {0U, 1U})
             EXPECT_TRUE(bases.insert(host_.mapMemory(connection, memoryType).value().base).second);
         EXPECT_TRUE(host_.closeConnection(connection));
@@ -63,6 +65,7 @@ TEST_F(SimulatedHostTest, StrayAccessesReadOnesAndAreNoted) {
     auto* const unaligned = reinterpret_cast<uint32_t*>(static_cast<char*>(range.base) + 2);
     for (const uint32_t* stray : {static_cast<uint32_t*>(nullptr), base + range.bytes / 4, unaligned})
         EXPECT_EQ(host_.loadWord(stray), 0xFFFFFFFFU);
+    EXPECT_EQ(host_.loadWord(base + 2), 0x21U);
     host_.closeConnection(connection);
     EXPECT_EQ(host_.loadWord(base), 0xFFFFFFFFU);
     host_.storeWord(base + 0x100 / 4, 0x40);
@@ -70,7 +73,22 @@ TEST_F(SimulatedHostTest, StrayAccessesReadOnesAndAreNoted) {
     ASSERT_EQ(machine_.ledger().entries().size(), 2U);
     EXPECT_EQ(machine_.ledger().entries()[0].times, 3U);
     EXPECT_EQ(machine_.ledger().entries()[1].misuse, Misuse::strayAccess);
-    EXPECT_EQ(machine_.accesses(), 0U);
+    EXPECT_EQ(machine_.accesses(), 1U);
+}
+
+TEST_F(SimulatedHostTest, OnlyTheLoginProcessShutsDownAndChildrenLeftAreNoted) {
+    EXPECT_TRUE(host_.deliverShutDownEvent(0x140001));
+    EXPECT_TRUE(machine_.isOn()) << "the Finder cannot";
+    EXPECT_TRUE(host_.deliverShutDownEvent(0x80001));
+    EXPECT_FALSE(machine_.isOn());
+    host_.programEnded();
+    EXPECT_TRUE(machine_.ledger().empty());
+    ASSERT_TRUE(host_.runPrivilegedTool("/bin/rm", {"-f", "/nothing/here"}));
+    host_.programEnded();
+    int status = 0;
+    EXPECT_GT(::wait(&status), 0);
+    ASSERT_EQ(machine_.ledger().entries().size(), 1U);
+    EXPECT_EQ(machine_.ledger().entries()[0].misuse, Misuse::leftBehind);
 }
 
 }  // namespace simulator

@@ -2,6 +2,7 @@
 
 #include "app/PaneIDs.h"
 #include "app/ResourceIDs.h"
+#include "app/WindowText.h"
 #include "app/logic/FirmwareFiles.h"
 #include "app/logic/PowerDown.h"
 #include "card/CardAccess.h"
@@ -87,6 +88,11 @@ void CUpdaterApp::FindCommandStatus(CommandT command, uint8_t& outEnabled, uint8
 
 bool CUpdaterApp::AttemptQuitSelf(int32_t /*saveOption*/) {
     return mWindowState != kWindowUpdating;
+}
+
+void CUpdaterApp::QuitRefused() {
+    LApplication::QuitRefused();
+    EmphasiseWindowItemText(mMainWindow, kNoQuittingPane, true);
 }
 
 void CUpdaterApp::StartUp() {

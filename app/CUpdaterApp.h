@@ -44,6 +44,9 @@ class CUpdaterApp : public LApplication, public LListener, public LBroadcaster {
     // else is begun, and once it has been updated only the power-down is left. The parameter is not used.
     void ListenToMessage(MessageT message, void* parameter) override;
 
+  protected:
+    void QuitRefused() override;
+
   private:
     bool Accepts(MessageT message) const;
 
@@ -56,6 +59,9 @@ class CUpdaterApp : public LApplication, public LListener, public LBroadcaster {
     // Shows, hides, enables and disables panes for mWindowState and redraws at once. Throws "nilP" for a
     // missing pane.
     void UpdateWindowState();
+
+    // Says during a write that the program cannot be quit; a refused quit emphasises it.
+    void ShowWhetherToQuit();
 
     // Opens the card chosen in the popup, shows it, and chooses its firmware image; quits on any fatal
     // finding.

@@ -6,6 +6,7 @@
 
 #include "app/CUpdaterApp.h"
 #include "app/PaneIDs.h"
+#include "app/WindowText.h"
 #include "app/logic/FormatText.h"
 #include "card/CardAccess.h"
 #include "framework/core/LException.h"
@@ -88,6 +89,19 @@ void CUpdaterApp::ListenToMessage(MessageT message, void* /*parameter*/) {
     }
 }
 
+void CUpdaterApp::ShowWhetherToQuit() {
+    LPane* const pane = mMainWindow->FindPaneByID(kNoQuittingPane);
+    if (pane == nullptr) {
+        return;
+    }
+    if (mWindowState == kWindowUpdating) {
+        EmphasiseWindowItemText(mMainWindow, kNoQuittingPane, false);
+        pane->Show();
+    } else {
+        pane->Hide();
+    }
+}
+
 void CUpdaterApp::UpdateWindowState() {
     if (mWindowState >= kWindowIdle && mWindowState <= kWindowFinished) {
         for (const auto& [paneID, shownIn] : kStatePanes) {
@@ -104,6 +118,7 @@ void CUpdaterApp::UpdateWindowState() {
         } else {
             popup->Disable();
         }
+        ShowWhetherToQuit();
     }
     // Callers go straight into long work, so the window must not wait for the event loop.
     mMainWindow->Refresh();

@@ -18,6 +18,8 @@ constexpr PaneIDT kIdleText2Pane = FourCharCode("ITX2");
 constexpr PaneIDT kProgressText0Pane = FourCharCode("PTX0");
 constexpr PaneIDT kProgressText1Pane = FourCharCode("PTX1");
 constexpr PaneIDT kProgressBarPane = FourCharCode("PGRS");
+// That the program cannot be quit meanwhile.
+constexpr PaneIDT kNoQuittingPane = FourCharCode("NOQU");
 
 // Texts shown after a successful write.
 constexpr PaneIDT kFinishedText0Pane = FourCharCode("FTX0");

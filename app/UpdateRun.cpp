@@ -66,6 +66,7 @@ void CUpdaterApp::OfferNextStep() {
     // What was clicked and typed while the window was being redrawn was not meant for the buttons that
     // appeared; while the run goes on they drop it.
     ProcessNextEvent();
+    mMainWindow->CallForAttention();
     const PaneIDT next = mWindowState == kWindowFinished ? kPowerDownButtonPane : kUpdateButtonPane;
     ThrowIfNil(mMainWindow->FindPaneByID(next))->TakeKeyboard();
 }

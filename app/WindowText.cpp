@@ -10,3 +10,9 @@ void SetWindowItemText(LWindow* window, PaneIDT paneID, const char* text) {
         pane->SetText(text, static_cast<int32_t>(std::strlen(text)));
     }
 }
+
+void EmphasiseWindowItemText(LWindow* window, PaneIDT paneID, bool isEmphasised) {
+    if (auto* const pane = dynamic_cast<LStaticText*>(window->FindPaneByID(paneID))) {
+        pane->Emphasise(isEmphasised);
+    }
+}

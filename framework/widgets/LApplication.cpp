@@ -91,9 +91,14 @@ void LApplication::ProcessNextEvent() {
 }
 
 void LApplication::DoQuit(int32_t saveOption) {
-    if (!IsQuitting() && AttemptQuit(saveOption)) {
+    if (IsQuitting()) {
+        return;
+    }
+    if (AttemptQuit(saveOption)) {
         mState = State::kQuitting;
         DismissDialogs();
+    } else {
+        QuitRefused();
     }
 }
 
@@ -112,8 +117,10 @@ bool LApplication::ObeyCommand(CommandT command, void* parameter) {
 
 void LApplication::FindCommandStatus(CommandT command, uint8_t& outEnabled, uint8_t& outUsesMark,
                                      uint16_t& outMark, unsigned char* outName) {
-    if (command == kCommandAbout || command == kCommandQuit) {
+    if (command == kCommandAbout) {
         outEnabled = 1;
+    } else if (command == kCommandQuit) {
+        outEnabled = AttemptQuitSelf(kSaveOptionAsk) ? 1 : 0;
     } else {
         LCommander::FindCommandStatus(command, outEnabled, outUsesMark, outMark, outName);
     }
@@ -126,6 +133,10 @@ LWindow* LApplication::FrontWindow() const {
 }
 
 void LApplication::StartUp() {}
+
+void LApplication::QuitRefused() {
+    QApplication::beep();
+}
 
 void LApplication::ShowAboutBox() {
     static const QString kName = "about";

@@ -32,14 +32,15 @@ class LApplication : public LCommander {
     // of the outermost pass only, after everything below it has returned.
     void ProcessNextEvent();
 
-    // Ends the application if everybody in the chain of command agrees. A dialog that is up is then dismissed
-    // as cancelled, and one that is asked for later is cancelled without being shown.
+    // Ends the application if everybody in the chain of command agrees, and otherwise calls QuitRefused. A
+    // dialog that is up is dismissed as cancelled, and one that is asked for later is cancelled without being
+    // shown.
     void DoQuit(int32_t saveOption = kSaveOptionAsk);
 
     // Whether a quit has been accepted.
     bool IsQuitting() const { return mState == State::kQuitting; }
 
-    // Handles About and Quit.
+    // Handles About and Quit. Quit can be chosen while AttemptQuitSelf agrees.
     bool ObeyCommand(CommandT command, void* parameter = nullptr) override;
     void FindCommandStatus(CommandT command, uint8_t& outEnabled, uint8_t& outUsesMark, uint16_t& outMark,
                            unsigned char* outName) override;
@@ -50,6 +51,9 @@ class LApplication : public LCommander {
   protected:
     // Called once by Run, before the first event.
     virtual void StartUp();
+
+    // Tells the user that the program goes on although it was asked to quit: beeps.
+    virtual void QuitRefused();
 
     // Shows the dialog of dialog-128.ui, which does not stop the program from going on with its work. Its
     // pane "VERS" tells the version that QCoreApplication knows.

@@ -1,5 +1,6 @@
 #include "framework/widgets/LStaticText.h"
 
+#include <QMouseEvent>
 #include <QVariant>
 
 LStaticText::LStaticText() : LPane(this) {
@@ -8,6 +9,21 @@ LStaticText::LStaticText() : LPane(this) {
 
 void LStaticText::SetText(const char* text, int32_t length) {
     setText(text == nullptr || length < 1 ? QString() : QString::fromUtf8(text, length));
+}
+
+void LStaticText::Emphasise(bool isEmphasised) {
+    QFont changed = font();
+    changed.setBold(isEmphasised);
+    setFont(changed);
+}
+
+void LStaticText::mousePressEvent(QMouseEvent* event) {
+    // Selected text could be dragged, and Qt drags in an event loop of its own: whatever long work this event
+    // is handled in would wait for as long as the user holds the button.
+    if (event->button() == Qt::LeftButton) {
+        setSelection(0, 0);
+    }
+    QLabel::mousePressEvent(event);
 }
 
 QSize LStaticText::sizeHint() const {

@@ -16,8 +16,14 @@ class LStaticText : public QLabel, public LPane {
     // Shows so many bytes of UTF-8. A null pointer or a length below 1 empties the pane.
     void SetText(const char* text, int32_t length);
 
+    // Shows the text in bold, or as it was again.
+    void Emphasise(bool isEmphasised);
+
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
+
+  protected:
+    void mousePressEvent(QMouseEvent* event) override;
 
   private:
     QSize AtLeast(QSize hint) const;

@@ -1,5 +1,6 @@
 #include "framework/widgets/LWindow.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QLayout>
 #include <QPushButton>
@@ -72,6 +73,10 @@ void LWindow::UpdatePort() {
     }
     layout()->activate();
     repaint();
+}
+
+void LWindow::CallForAttention() {
+    QApplication::alert(this);
 }
 
 void LWindow::closeEvent(QCloseEvent* event) {

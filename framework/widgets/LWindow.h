@@ -25,6 +25,9 @@ class LWindow : public QMainWindow, public LPane, public LCommander {
     // Draws the window's present state now, without waiting for the event loop.
     void UpdatePort();
 
+    // Has the desktop point the user to the window, if it is not the active one.
+    void CallForAttention();
+
   protected:
     void closeEvent(QCloseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;

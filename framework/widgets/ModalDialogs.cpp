@@ -77,6 +77,9 @@ int RunModal(QDialog& dialog) {
     while (QWidget* popup = QApplication::activePopupWidget()) {
         popup->close();
     }
+    if (QWidget* parent = dialog.parentWidget()) {
+        QApplication::alert(parent);
+    }
     const Unanswered unanswered(dialog);
     return dialog.exec();
 }

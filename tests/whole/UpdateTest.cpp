@@ -47,7 +47,9 @@ TEST_F(Update, WritesTheFirmwareAndShowsItAfterThePowerCycle) {
             if (value >= 500 && (progress.empty() || progress.back() < 500)) {
                 EXPECT_EQ(session.shownStatePanes(), "PTX0 PTX1 PGRS");
                 EXPECT_FALSE(session.isEnabled("CRDS"));
+                EXPECT_FALSE(session.isEmphasised("NOQU"));
                 session.meddle();
+                EXPECT_TRUE(session.isEmphasised("NOQU")) << "a refused quit is told";
                 EXPECT_EQ(dynamic_cast<QComboBox&>(*session.pane("CRDS")).currentIndex(), 0);
             }
             progress.push_back(value);

@@ -10,6 +10,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMainWindow>
+#include <QMenu>
 #include <QMessageBox>
 #include <QProgressBar>
 #include <QPushButton>
@@ -134,6 +135,10 @@ bool UpdaterSession::isEnabled(const char* paneID) const {
     return pane(paneID)->isEnabled();
 }
 
+bool UpdaterSession::isEmphasised(const char* paneID) const {
+    return isShown(paneID) && pane(paneID)->font().bold();
+}
+
 std::string UpdaterSession::shownStatePanes() const {
     std::string shown;
     for (const char* paneID :
@@ -161,6 +166,10 @@ void UpdaterSession::meddle() {
     press(Qt::Key_Q, Qt::ControlModifier);
     disconnect(counting);
     EXPECT_EQ(quitShortcuts, 1) << "the shortcut must arrive to be refused";
+    auto* const menu = window()->findChild<QMenu*>("fileMenu");
+    emit menu->aboutToShow();
+    EXPECT_FALSE(quit->isEnabled());
+    emit menu->aboutToHide();
     for (const Qt::Key mnemonic : {Qt::Key_U, Qt::Key_L, Qt::Key_S}) {
         press(mnemonic, Qt::AltModifier);
     }

@@ -77,6 +77,7 @@ class UpdaterSession : public QObject {
     std::string text(const char* paneID) const;
     bool isShown(const char* paneID) const;
     bool isEnabled(const char* paneID) const;
+    bool isEmphasised(const char* paneID) const;
     // Which of the window's state panes are shown, in one string.
     std::string shownStatePanes() const;
 

@@ -13,31 +13,6 @@ class FaultTest : public ProbedMachineTest {
     std::size_t services(Host& host) { return host.servicesOfClass(card_driver::kServiceClass).size(); }
 };
 
-// What TDO shows, in either byte order, and whether TDI still reaches the PROM.
-TEST_F(FaultTest, ChainFaults) {
-    const struct {
-        FaultKind kind;
-        bool tdo;
-        uint32_t instruction;
-    } kCases[] = {{FaultKind::tdoStuckLow, false, Prom::userCodeInstruction},
-                  {FaultKind::tdoStuckHigh, true, Prom::userCodeInstruction},
-                  {FaultKind::chainBroken, true, Prom::bypassInstruction}};
-    for (const std::size_t index : {0U, 1U}) {
-        Probe probe(host_, index);
-        probe.reset();
-        Card& card = machine_.card(index);
-        for (const auto& each : kCases) {
-            card.inject({.kind = each.kind});
-            probe.instruction(Prom::userCodeInstruction);
-            EXPECT_EQ(card.chain().prom().instruction(), each.instruction);
-            EXPECT_EQ(probe.scan(Probe::Scan::data, Probe::Bits(33)), Probe::Bits(33, each.tdo));
-            EXPECT_EQ(card.clearFaults(each.kind), 1U);
-            EXPECT_EQ(probe.scanRegister(Prom::userCodeInstruction, 0, 32), card.identity());
-        }
-    }
-    EXPECT_TRUE(machine_.ledger().empty());
-}
-
 // The time that the data sheet asks for is enough for the ledger and not for the row.
 TEST_F(FaultTest, SlowProgrammingNeedsMoreThanTheDataSheetSays) {
     card().inject({.kind = FaultKind::slowProgramming, .factor = 3});
@@ -103,13 +78,6 @@ TEST_F(FaultTest, LostPowerDamagesWhatIsInFlightAndComesBackOnce) {
         EXPECT_TRUE(machine_.isOn());
     }
     EXPECT_EQ(services(host_), 3U) << "the first card's PROM holds no configuration";
-    // Given to a machine that is off, it waits for the power to come.
-    machine_.powerOff();
-    card().inject({.kind = FaultKind::powerLost});
-    for (const bool on : {false, true}) {
-        machine_.powerOn();
-        EXPECT_EQ(machine_.isOn(), on);
-    }
 }
 
 // The service of a card that has vanished stays for those who have it open.

@@ -38,7 +38,9 @@ QuitRequests::QuitRequests(LApplication& application) : mApplication(application
 }
 
 QuitRequests::~QuitRequests() {
-    if (mSignalPipe[0] < 0) {
+    // Whoever asked may well ask again while the program cleans up and saves, which must not cut that short.
+    // So once it is quitting the signals stay with their handler, and its pipe stays open, until it ends.
+    if (mSignalPipe[0] < 0 || mApplication.IsQuitting()) {
         return;
     }
     for (std::size_t index = 0; index < kSignals.size(); ++index) {

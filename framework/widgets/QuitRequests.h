@@ -10,6 +10,7 @@ class QSessionManager;
 // The ways in which the world outside the window asks the program to end: Qt's quit event, the end of the
 // desktop session, and the signals SIGTERM, SIGINT and SIGHUP. Each becomes a call of LApplication::DoQuit,
 // made in the event loop, while this object exists. A signal that was ignored from the start stays ignored.
+// After an accepted quit the signals do nothing any more.
 class QuitRequests : public QObject {
   public:
     explicit QuitRequests(LApplication& application);

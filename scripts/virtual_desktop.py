@@ -139,6 +139,7 @@ class Updater:
     """The running program, seen and read as a screen reader sees it."""
 
     def __init__(self, program, machine, folder, environment=None):
+        self.folder = folder
         self.log_file = folder / "updater.log"
         with open(self.log_file, "a") as log:
             self.process = subprocess.Popen([program, machine], stderr=log, env={
@@ -148,7 +149,9 @@ class Updater:
     def __enter__(self):
         return self
 
-    def __exit__(self, *exception):
+    def __exit__(self, kind, *_):
+        if kind is not None:  # what was on the screen tells most, if there still is one
+            subprocess.run(["import", "-window", "root", self.folder / "failure.png"], check=False)
         self.kill()
 
     def application(self):
@@ -174,12 +177,15 @@ class Updater:
             yield from walk(application)
 
     def find(self, role, name, focused=False):
-        """The first element showing, or having the focus, of a role and with the text in its name; or None."""
-        state = Atspi.StateType.FOCUSED if focused else Atspi.StateType.SHOWING
+        """The first element of a role and with the text in its name that is showing, or has the focus; or None.
+
+        A window has the focus when keys go to it.
+        """
+        states = (Atspi.StateType.FOCUSED, Atspi.StateType.ACTIVE) if focused else (Atspi.StateType.SHOWING,)
         Atspi.get_desktop(0).clear_cache()
         try:
             return next((node for node in self.elements()
-                         if node.get_state_set().contains(state)
+                         if any(node.get_state_set().contains(state) for state in states)
                          and node.get_role_name() == role and name in (node.get_name() or "")), None)
         except GLib.Error:  # the window changed while it was being read; the caller looks again
             return None
@@ -192,7 +198,7 @@ class Updater:
         raise Failure(f"Nothing in the window is labelled: {caption}")
 
     def wait_for(self, role, name, focused=False):
-        """As find, but waits for it. A key reaches a dialog only when something in it has the focus."""
+        """As find, but waits for it."""
         def look():
             if self.process.poll() is not None:
                 raise Failure(f"The updater ended (code {self.process.returncode}) before it showed: {name}")

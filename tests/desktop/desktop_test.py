@@ -38,9 +38,9 @@ def run_test(test, **options):
     try:
         test(arguments.programs.resolve(), folder, arguments)
     except Exception:
-        traceback.print_exc()
-        for log in folder.glob("*.log"):
+        for log in folder.rglob("*.log"):
             say(f"--- {log.name}\n{log.read_text()}")
+        traceback.print_exc()
         sys.exit(f"Failed. Machines and logs are in {folder}.")
     shutil.rmtree(folder)
 

@@ -1,6 +1,7 @@
 #include "images/prom/FirmwareImage.h"
 
 #include <array>
+#include <cassert>
 
 #include "simulator/Fpga.h"
 #include "simulator/Prom.h"
@@ -83,7 +84,7 @@ void enterProgramming(Assembler& xsvf) {
 void programPages(Assembler& xsvf, std::span<const uint8_t> prom) {
     xsvf.XSDRSIZE(kPageBytes * 8 + kFpgaBypassBits);
     xsvf.XTDOMASK(kFpgaBypassMask);
-    for (uint32_t page = 0; page < kPromPages; ++page) {
+    for (uint32_t page = 0; page < prom.size() / kPageBytes; ++page) {
         setAddress(xsvf, page);
         select(xsvf, Prom::pageDataInstruction);
         xsvf.XSDRSIZE(kPageBytes * 8 + kFpgaBypassBits);
@@ -97,7 +98,7 @@ void comparePages(Assembler& xsvf, std::span<const uint8_t> prom) {
     everyBit.fill(0xFF);
     xsvf.XSDRSIZE(kPageBytes * 8 + kFpgaBypassBits);
     xsvf.XTDOMASK(everyBit);
-    for (uint32_t page = 0; page < kPromPages; ++page) {
+    for (uint32_t page = 0; page < prom.size() / kPageBytes; ++page) {
         setAddress(xsvf, page);
         select(xsvf, Prom::readPageInstruction);
         xsvf.XSDRSIZE(kPageBytes * 8 + kFpgaBypassBits);
@@ -107,7 +108,8 @@ void comparePages(Assembler& xsvf, std::span<const uint8_t> prom) {
 
 }  // namespace
 
-std::vector<uint8_t> makeFirmwareImage(std::span<const uint8_t, simulator::kPromBytes> prom) {
+std::vector<uint8_t> makeFirmwareImage(std::span<const uint8_t> content) {
+    assert(content.size() % kPageBytes == 0 && content.size() / kPageBytes <= kPromPages);
     std::vector<uint8_t> image;
     Assembler xsvf(image);
     xsvf.XREPEAT(kReadRetries);
@@ -116,8 +118,8 @@ std::vector<uint8_t> makeFirmwareImage(std::span<const uint8_t, simulator::kProm
     checkIdentification(xsvf);
     enterProgramming(xsvf);
     selectAndWait(xsvf, Prom::eraseInstruction, Prom::kEraseMicroseconds);
-    programPages(xsvf, prom);
-    comparePages(xsvf, prom);
+    programPages(xsvf, content);
+    comparePages(xsvf, content);
     selectAndWait(xsvf, Prom::leaveProgrammingInstruction, Prom::kLeaveProgrammingMicroseconds);
     select(xsvf, Prom::bypassInstruction);
     xsvf.XCOMPLETE();

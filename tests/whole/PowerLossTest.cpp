@@ -22,7 +22,7 @@ using When = simulator::Fault::When;
 
 constexpr int powerWasLost = 7;
 
-class PowerLoss {
+class PowerLoss : public testing::Test {
   protected:
     PowerLoss() {
         bundle.addShippedResource(imageName);
@@ -36,7 +36,7 @@ class PowerLoss {
     }
 
     // A window's threads do not survive being forked.
-    static void needFreshProcess() {
+    void SetUp() override {
         if (UpdaterSession::hasRun) {
             GTEST_SKIP() << "a window has been up in this process; ctest gives each test one of its own";
         }
@@ -52,6 +52,7 @@ class PowerLoss {
             simulator::Machine& machine = directory->machine();
             machine.onPowerLost([&] {
                 directory->save();
+                testing::internal::GetCapturedStderr();  // which removes its file
                 std::_Exit(powerWasLost);
             });
             UpdaterSession session(machine, bundle);
@@ -102,9 +103,7 @@ class PowerLoss {
 };
 
 // Twentieths of the image's accesses.
-class PowerLossInImage : public PowerLoss, public testing::TestWithParam<uint64_t> {
-    void SetUp() override { needFreshProcess(); }
-};
+class PowerLossInImage : public PowerLoss, public testing::WithParamInterface<uint64_t> {};
 
 TEST_P(PowerLossInImage, LeavesTheOldFirmwareOrNoneOrTheNew) {
     constexpr uint64_t parts = 20;
@@ -142,9 +141,7 @@ struct Cut {
     }
 };
 
-class PowerLossInIdentity : public PowerLoss, public testing::TestWithParam<Cut> {
-    void SetUp() override { needFreshProcess(); }
-};
+class PowerLossInIdentity : public PowerLoss, public testing::WithParamInterface<Cut> {};
 
 TEST_P(PowerLossInIdentity, LeavesTheNewFirmware) {
     uint64_t from = images::accessesOf(image).value().count();

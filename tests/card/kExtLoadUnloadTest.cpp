@@ -33,13 +33,16 @@ class ExtractedDriver : public testing::Test {
         pack(mine / "Some.app");
     }
 
+    void inMine(const std::string& command) {
+        ASSERT_EQ(std::system(("cd " + mine.string() + " && " + command).c_str()), 0);
+    }
+
     // Makes a bundle with the folder's VUpdater.kext as the driver.
     void pack(const fs::path& bundle) {
         host.bundle = bundle;
         archive = bundle / "Contents/Resources/vupdaterkext.pax";
         fs::create_directories(archive.parent_path());
-        const std::string command = "cd " + mine.string() + " && pax -w -f packed VUpdater.kext";
-        ASSERT_EQ(std::system(command.c_str()), 0);
+        inMine("pax -w -f packed VUpdater.kext");
         fs::copy_file(mine / "packed", archive, fs::copy_options::overwrite_existing);
     }
 
@@ -98,32 +101,18 @@ TEST_F(ExtractedDriver, ArchiveThatHoldsNoneIsNeitherAskedAboutNorKept) {
     EXPECT_TRUE(SystemTmp::isClean());
 }
 
-// What may lie under one of the two names when the driver is installed. It would do something to a diary or
-// to a folder, which both belong to the user, or keep the updater waiting, or let others write to what is
-// loaded.
-const struct {
-    const char* what;
-    void (*plant)(const fs::path& name, const fs::path& mine);
-} things[] = {
-    {"FIFO", [](const fs::path& name, const fs::path&) { ASSERT_EQ(::mkfifo(name.c_str(), 0666), 0); }},
-    {"file",
-     [](const fs::path& name, const fs::path&) {
-         std::ofstream(name) << "planted";
-         fs::permissions(name, fs::perms(0666));
-     }},
-    {"hard link",
-     [](const fs::path& name, const fs::path& mine) { fs::create_hard_link(mine / "diary", name); }},
-    {"link to a file",
-     [](const fs::path& name, const fs::path& mine) { fs::create_symlink(mine / "diary", name); }},
-    {"link to a folder",
-     [](const fs::path& name, const fs::path& mine) { fs::create_symlink(mine / "folder", name); }},
-    {"folder", [](const fs::path& name, const fs::path& mine) {
-         fs::create_directory(name);
-         fs::permissions(name, fs::perms(0777));
-         fs::create_symlink(mine / "folder", name / "Contents");
-     }}};
+// What may lie under one of the two names when the driver is installed, and the command that puts it there.
+// It would do something to a diary or to a folder, which both belong to the user, or keep the updater
+// waiting, or let others write to what is loaded.
+const std::pair<std::string, std::string> things[] = {
+    {"FIFO", "mkfifo -m 666 $name"},
+    {"file", "echo planted >$name; chmod 666 $name"},
+    {"hard link", "ln diary $name"},
+    {"link to a file", "ln -s $PWD/diary $name"},
+    {"link to a folder", "ln -s $PWD/folder $name"},
+    {"folder", "mkdir -m 777 $name; ln -s $PWD/folder $name/Contents"}};
 
-// Whether the planter is the user or root, and else somebody else.
+// By the user, or by a stranger.
 class PlantedThings : public ExtractedDriver, public testing::WithParamInterface<bool> {
   protected:
     void expectHarmless(const fs::path& name, bool isStrange, uid_t user) {
@@ -148,12 +137,12 @@ TEST_P(PlantedThings, AreNeitherFollowedNorWaitedForNorLoaded) {
     for (const char* const own : {"diary", "folder"}) {
         ASSERT_EQ(::chown((mine / own).c_str(), user, gid_t(-1)), 0);
     }
-    for (const auto& thing : things) {
+    for (const auto& [what, command] : things) {
         for (const char* const name : {SystemTmp::archive, SystemTmp::driver}) {
-            SCOPED_TRACE(std::string(thing.what) + " as " + name);
-            thing.plant(name, mine);
+            SCOPED_TRACE(what + " as " + name);
+            inMine("name=" + std::string(name) + "; " + command);
             // A hard link to the user's file is the user's, whoever made it.
-            const bool isStrange = byStranger && thing.what != std::string("hard link");
+            const bool isStrange = byStranger && what != "hard link";
             ASSERT_EQ(::lchown(name, isStrange ? stranger : user, gid_t(-1)), 0);
             expectHarmless(name, isStrange, user);
             fs::remove_all(SystemTmp::archive);

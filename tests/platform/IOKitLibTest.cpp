@@ -27,14 +27,8 @@ TEST(IOKitLib, LeaksAreCountedAndHandlesAreNoSmallIntegers) {
     EXPECT_EQ(IOServiceOpen(service, mach_task_self(), 0, &connection), kIOReturnBadArgument);
     EXPECT_EQ(IOObjectRelease(iterator), kIOReturnSuccess);
     EXPECT_EQ(IOIteratorNext(iterator), 0u);
-    EXPECT_EQ(CountLiveObjects(), LiveObjects());
-}
-
-TEST(IOKitLib, MatchingConsumesTheDictionaryEvenWhenItFails) {
-    FakeHost host;
-    io_iterator_t iterator = 0;
-    constexpr mach_port_t wrongPort = 1;
-    EXPECT_EQ(IOServiceGetMatchingServices(wrongPort, IOServiceMatching("any"), &iterator),
+    // Matching consumes the dictionary even when it fails.
+    EXPECT_EQ(IOServiceGetMatchingServices(masterPort + 1, IOServiceMatching("any"), &iterator),
               kIOReturnBadArgument);
     EXPECT_EQ(CountLiveObjects(), LiveObjects());
 }

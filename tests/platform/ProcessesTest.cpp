@@ -8,7 +8,8 @@ namespace {
 
 TEST(Processes, WalkEndsAtNoProcessAndStartsAgain) {
     FakeHost host;
-    host.processList = {{0x100000007, "first"}, {9, "second"}};
+    const std::string uncut(254, 'x');
+    host.processList = {{0x100000007, uncut + "\u00e9, cut before this letter"}, {9, "second"}};
     ProcessSerialNumber process = {0, kNoProcess};
     Str255 name = {0};
     ProcessInfoRec information = {kProcessInfoRecordLength, name, {}, nullptr};
@@ -16,6 +17,8 @@ TEST(Processes, WalkEndsAtNoProcessAndStartsAgain) {
     EXPECT_EQ(GetNextProcess(&process), noErr);
     EXPECT_EQ(process.highLongOfPSN, 1u);
     EXPECT_EQ(process.lowLongOfPSN, 7u);
+    EXPECT_EQ(GetProcessInformation(&process, &information), noErr);
+    EXPECT_EQ(name[0], uncut.size());
     EXPECT_EQ(GetNextProcess(&process), noErr);
     EXPECT_EQ(GetProcessInformation(&process, &information), noErr);
     EXPECT_EQ(GetNextProcess(&process), procNotFound);

@@ -26,14 +26,11 @@ TEST(VarLenByte, ComparesUnderTheMaskAtTheExpectedLength) {
 }
 
 TEST(VarLenByte, AddsAtTheFirstAddendsLength) {
-    const var_len_byte sum = [] {
-        var_len_byte result = valueOf("00 FF");
-        const var_len_byte one = valueOf("00 00 01"), carry = valueOf("00 01");
-        addVal(&result, &result, &carry);
-        EXPECT_EQ(value(&result), 0x0100U);
-        addVal(&result, &result, &one);
-        return result;
-    }();
+    const var_len_byte one = valueOf("00 00 01"), carry = valueOf("00 01");
+    var_len_byte sum = valueOf("00 FF");
+    addVal(&sum, &sum, &carry);
+    EXPECT_EQ(value(&sum), 0x0100U);
+    addVal(&sum, &sum, &one);
     EXPECT_EQ(sum.sByteCount, 2);
 }
 

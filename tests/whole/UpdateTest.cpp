@@ -121,6 +121,9 @@ TEST_F(Update, FailedWriteKeepsTheIdentityAndCanBeTriedAgain) {
         gProgressMax = 8'000'000;
         UpdateProgressBar(4'294'968);
         EXPECT_EQ(progress.back(), 0) << "the bar counts in 32 bits";
+        gProgressMax = 1;
+        UpdateProgressBar(2);
+        EXPECT_EQ(progress.back(), 1000) << "it ends at its end";
     });
     EXPECT_EQ(
         session.alerts,

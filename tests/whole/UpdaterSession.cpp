@@ -39,10 +39,6 @@ TestBundle::TestBundle(const std::string& name) : name_(name) {
     }
 }
 
-fs::path TestBundle::resource(const std::string& name) const {
-    return path() / "Contents/Resources" / name;
-}
-
 void TestBundle::addShippedResource(const std::string& name) {
     fs::copy(fs::path(BUNDLE_RESOURCES) / name, resource(name), fs::copy_options::overwrite_existing);
 }
@@ -125,14 +121,6 @@ QWidget* UpdaterSession::pane(const char* paneID) const {
 
 std::string UpdaterSession::text(const char* paneID) const {
     return dynamic_cast<QLabel&>(*pane(paneID)).text().toStdString();
-}
-
-bool UpdaterSession::isShown(const char* paneID) const {
-    return pane(paneID)->isVisible();
-}
-
-bool UpdaterSession::isEnabled(const char* paneID) const {
-    return pane(paneID)->isEnabled();
 }
 
 bool UpdaterSession::isEmphasised(const char* paneID) const {

@@ -4,6 +4,7 @@
 
 #include <QEvent>
 #include <QObject>
+#include <QWidget>
 #include <deque>
 #include <filesystem>
 #include <functional>
@@ -16,7 +17,6 @@
 #include "tests/whole/MeddlingHost.h"
 
 class QLineEdit;
-class QWidget;
 
 // A bundle of its own: the real layouts, and whatever firmware images a test puts in.
 class TestBundle {
@@ -24,7 +24,9 @@ class TestBundle {
     explicit TestBundle(const std::string& name = "Some.app");
 
     std::filesystem::path path() const { return directory_.path() / name_; }
-    std::filesystem::path resource(const std::string& name) const;
+    std::filesystem::path resource(const std::string& name) const {
+        return path() / "Contents/Resources" / name;
+    }
 
     // Puts in one of the images that ship, or one made of the bytes given.
     void addShippedResource(const std::string& name);
@@ -75,8 +77,8 @@ class UpdaterSession : public QObject {
     QWidget* window() const;
     QWidget* pane(const char* paneID) const;
     std::string text(const char* paneID) const;
-    bool isShown(const char* paneID) const;
-    bool isEnabled(const char* paneID) const;
+    bool isShown(const char* paneID) const { return pane(paneID)->isVisible(); }
+    bool isEnabled(const char* paneID) const { return pane(paneID)->isEnabled(); }
     bool isEmphasised(const char* paneID) const;
     // Which of the window's state panes are shown, in one string.
     std::string shownStatePanes() const;

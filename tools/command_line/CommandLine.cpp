@@ -1,27 +1,54 @@
 #include "tools/command_line/CommandLine.h"
 
+#include <algorithm>
 #include <charconv>
 #include <exception>
+#include <memory>
 #include <new>
 #include <ostream>
+
+#include "tools/command_line/HelpFormatter.h"
 
 namespace tools {
 namespace {
 
-// The command line as far as it was understood: "cardsim fault inject".
+constexpr const char* kExitCodes =
+    "Exits with 0 if the command succeeds, 1 if it fails, and 2 if the command line is wrong. Every command "
+    "has a --help of its own.";
+
+std::string whatIsWrong(const CLI::App& command, const CLI::Error& error) {
+    const std::vector<std::string> rest = command.remaining();
+    const bool takesCommands = command.get_require_subcommand_min() > 0;
+    if (rest.empty()) {
+        const std::string what = error.what();
+        return takesCommands && command.get_subcommands().empty() ? "Name a command."
+                                                                  : what + (what.ends_with('.') ? "" : ".");
+    }
+    const auto option = std::ranges::find_if(
+        rest, [](const std::string& word) { return word.size() > 1 && word.front() == '-'; });
+    if (option != rest.end()) {
+        return "Unknown option " + option->substr(0, option->find('=')) + '.';
+    }
+    return takesCommands ? "Unknown command \"" + rest.front() + "\"."
+                         : "Unexpected argument \"" + rest.front() + "\".";
+}
+
+// Told about the command line as far as it was understood: "cardsim fault inject".
 std::string complaintAbout(const CLI::App* program, const CLI::Error& error) {
     const CLI::App* command = program;
     std::string name = program->get_name();
-    while (!command->get_subcommands().empty()) {
+    while (command->remaining_size() == 0 && !command->get_subcommands().empty()) {
         command = command->get_subcommands().back();
         name += ' ' + command->get_name();
     }
-    std::string what = error.what();
-    if (command->get_require_subcommand_min() > 0) {
-        const std::vector<std::string> rest = command->remaining();
-        what = rest.empty() ? "A command is missing." : '"' + rest.front() + "\" is no command.";
+    return name + ": " + whatIsWrong(*command, error) + "\nFor help: " + name + " --help\n";
+}
+
+void setFormatter(CLI::App& command, const std::shared_ptr<HelpFormatter>& formatter) {
+    command.formatter(formatter);
+    for (CLI::App* const subcommand : command.get_subcommands({})) {
+        setFormatter(*subcommand, formatter);
     }
-    return name + ": " + what + "\nFor help: " + name + " --help\n";
 }
 
 int exitCodeOf(CLI::App& program, const std::vector<std::string>& arguments, std::ostream& out,
@@ -49,6 +76,10 @@ int runCommandLine(CLI::App& program, const std::vector<std::string>& arguments,
                    std::ostream& err) {
     program.require_subcommand(1);
     program.failure_message(complaintAbout);
+    program.set_version_flag("--version", program.get_name() + " " VUPDATER_VERSION,
+                             "Print the version and exit");
+    program.footer(kExitCodes);
+    setFormatter(program, std::make_shared<HelpFormatter>());
     const int exitCode = exitCodeOf(program, arguments, out, err);
     out.flush();
     if (!out) {
@@ -56,6 +87,10 @@ int runCommandLine(CLI::App& program, const std::vector<std::string>& arguments,
         return kFailed;
     }
     return exitCode;
+}
+
+void refuseUsage(const std::string& what) {
+    throw CLI::ValidationError(what, CLI::ExitCodes::ValidationError);
 }
 
 CLI::Validator wholeNumber(uint64_t least, uint64_t most) {

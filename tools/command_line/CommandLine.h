@@ -21,6 +21,9 @@ enum ExitCode { kDone = 0, kFailed = 1, kWrongUsage = 2 };
 [[nodiscard]] int runCommandLine(CLI::App& program, const std::vector<std::string>& arguments,
                                  std::ostream& out, std::ostream& err);
 
+// For callbacks: the options, each good by itself, do not go together. `what` is a sentence.
+[[noreturn]] void refuseUsage(const std::string& what);
+
 // To transform the text of an option that takes a whole number within bounds, in decimal. CLI11 by itself
 // takes "010" for 8 and "-1" for the greatest number there is.
 [[nodiscard]] CLI::Validator wholeNumber(uint64_t least,
@@ -34,7 +37,7 @@ template <typename Parse>
 
 // A check of an option that names a file: it has to say something.
 [[nodiscard]] inline std::function<std::string(const std::string&)> fileName() {
-    return takenBy([](const std::string& text) { return !text.empty(); }, "A file has a name.");
+    return takenBy([](const std::string& text) { return !text.empty(); }, "The file name must not be empty.");
 }
 
 }  // namespace tools

@@ -1,0 +1,57 @@
+#include "tools/command_line/Streams.h"
+
+#include <array>
+#include <iostream>
+#include <stdexcept>
+
+#include "files/OpenFile.h"
+#include "files/OutputFile.h"
+#include "files/WholeFile.h"
+
+namespace tools {
+namespace {
+
+std::vector<uint8_t> readStandardInput() {
+    constexpr std::size_t kPieceBytes = 65536;
+    std::vector<uint8_t> bytes;
+    std::array<char, kPieceBytes> piece{};
+    do {
+        std::cin.read(piece.data(), kPieceBytes);
+        bytes.insert(bytes.end(), piece.begin(), piece.begin() + std::cin.gcount());
+        if (bytes.size() > files::kMostFileBytes) {
+            throw std::runtime_error("standard input: is longer than " +
+                                     std::to_string(files::kMostFileBytes) + " bytes.");
+        }
+    } while (std::cin);
+    if (std::cin.bad()) {
+        throw std::runtime_error("standard input: could not be read.");
+    }
+    return bytes;
+}
+
+}  // namespace
+
+bool isStandardStream(const std::string& name) {
+    return name == "-";
+}
+
+std::string inputName(const std::string& name) {
+    return isStandardStream(name) ? "standard input" : name;
+}
+
+std::vector<uint8_t> readInput(const std::string& name) {
+    return isStandardStream(name) ? readStandardInput() : files::readFile(name);
+}
+
+void writeOutput(const std::string& name, std::span<const uint8_t> content, std::ostream& out,
+                 const std::string& message, const std::string& madeFrom) {
+    if (isStandardStream(name)) {
+        out.write(reinterpret_cast<const char*>(content.data()),
+                  static_cast<std::streamsize>(content.size()));
+    } else {
+        files::writeOutputFile(name, content, isStandardStream(madeFrom) ? "" : madeFrom);
+        out << message;
+    }
+}
+
+}  // namespace tools

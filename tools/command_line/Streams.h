@@ -1,0 +1,27 @@
+#pragma once
+
+// Files that a command line names, where "-" is standard input or standard output.
+
+#include <cstdint>
+#include <iosfwd>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace tools {
+
+// Whether this names standard input or output.
+[[nodiscard]] bool isStandardStream(const std::string& name);
+
+// The name of a file to read, as complaints have it.
+[[nodiscard]] std::string inputName(const std::string& name);
+
+// A whole file, or all of standard input. Throws std::runtime_error, naming it, when it cannot be read.
+[[nodiscard]] std::vector<uint8_t> readInput(const std::string& name);
+
+// Puts the content into an ordinary file's place and then `message` on `out`; or, for "-", the content alone
+// on `out`. Throws std::runtime_error when the file cannot be written or is the one it was made from.
+void writeOutput(const std::string& name, std::span<const uint8_t> content, std::ostream& out,
+                 const std::string& message, const std::string& madeFrom = "");
+
+}  // namespace tools

@@ -45,13 +45,21 @@ inline constexpr std::array<CardModel, 6> kCardModels = {{
     return nullptr;
 }
 
-// Which names modelNamed takes, in a sentence.
-[[nodiscard]] inline std::string modelForm() {
-    std::string text = "A model is one of ";
+// The names that modelNamed takes: "VornMX-A, ..., Vorn K40 or K40, ...".
+[[nodiscard]] inline std::string modelNames() {
+    std::string text;
     for (const CardModel& model : kCardModels) {
-        text.append(model.name).append(&model == &kCardModels.back() ? "." : ", ");
+        text.append(text.empty() ? "" : ", ").append(model.name);
+        if (model.shortName != model.name) {
+            text.append(" or ").append(model.shortName);
+        }
     }
     return text;
+}
+
+// The same in a sentence.
+[[nodiscard]] inline std::string modelForm() {
+    return "A model is one of " + modelNames() + ".";
 }
 
 }  // namespace images

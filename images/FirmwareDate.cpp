@@ -1,6 +1,5 @@
 #include "images/FirmwareDate.h"
 
-#include <array>
 #include <charconv>
 #include <chrono>
 
@@ -10,8 +9,7 @@ namespace {
 
 constexpr unsigned kFirstYear = 2000;
 constexpr unsigned kLastYear = 2015;
-constexpr std::array kMonthNames{"Jan", "Feb", "Mar", "Apr", "May", "Jun",
-                                 "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+constexpr unsigned kMonths = 12;
 
 std::optional<unsigned> digits(std::string_view text) {
     unsigned number = 0;
@@ -23,9 +21,8 @@ std::optional<unsigned> digits(std::string_view text) {
     return number;
 }
 
-}  // namespace
-
-std::optional<uint16_t> firmwareDate(std::string_view text) {
+// The date that such a text means, be it in the calendar or not.
+std::optional<std::chrono::year_month_day> dateNamed(std::string_view text) {
     if (text.size() != 10 || text[4] != '-' || text[7] != '-') {
         return std::nullopt;
     }
@@ -35,21 +32,39 @@ std::optional<uint16_t> firmwareDate(std::string_view text) {
     if (!year || !month || !day || *year < kFirstYear || *year > kLastYear) {
         return std::nullopt;
     }
-    const std::chrono::year_month_day date{std::chrono::year(static_cast<int>(*year)),
-                                           std::chrono::month(*month), std::chrono::day(*day)};
-    if (!date.ok()) {
+    return std::chrono::year_month_day(std::chrono::year(static_cast<int>(*year)), std::chrono::month(*month),
+                                       std::chrono::day(*day));
+}
+
+}  // namespace
+
+std::optional<uint16_t> firmwareDate(std::string_view text) {
+    const auto date = dateNamed(text);
+    if (!date || !date->ok()) {
         return std::nullopt;
     }
-    return static_cast<uint16_t>((*year - kFirstYear) << 12 | *month << 8 | *day);
+    const auto year = static_cast<unsigned>(static_cast<int>(date->year()));
+    return static_cast<uint16_t>((year - kFirstYear) << 12 | static_cast<unsigned>(date->month()) << 8 |
+                                 static_cast<unsigned>(date->day()));
+}
+
+std::string firmwareDateFault(std::string_view text) {
+    const auto date = dateNamed(text);
+    if (!date) {
+        return "A date is written as YYYY-MM-DD, such as 2006-03-17, and lies in 2000 to 2015.";
+    }
+    return date->ok() ? "" : "There is no " + std::string(text) + " in the calendar.";
 }
 
 std::optional<std::string> firmwareDateText(uint16_t date) {
     const unsigned month = date >> 8 & 0xF;
-    if (month < 1 || month > kMonthNames.size()) {
+    if (month < 1 || month > kMonths) {
         return std::nullopt;
     }
-    return std::to_string(date & 0x1F) + ' ' + kMonthNames[month - 1] + ' ' +
-           std::to_string(kFirstYear + (date >> 12));
+    const auto twoDigits = [](unsigned number) {
+        return std::string{'-', static_cast<char>('0' + number / 10), static_cast<char>('0' + number % 10)};
+    };
+    return std::to_string(kFirstYear + (date >> 12)) + twoDigits(month) + twoDigits(date & 0x1F);
 }
 
 }  // namespace images

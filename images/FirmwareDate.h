@@ -12,9 +12,11 @@ namespace images {
 // "2006-03-17" as bits 0-4 day, bits 8-11 month, bits 12-15 year minus 2000. Nothing for a text that is not a
 // date in that form, or for a year outside 2000 to 2015, which the register cannot hold.
 [[nodiscard]] std::optional<uint16_t> firmwareDate(std::string_view text);
-constexpr const char* kFirmwareDateForm = "A date is written like 2006-03-17 and lies in 2000 to 2015.";
 
-// "17 Mar 2006"; nothing when the register holds no month.
+// What is wrong with such a text, in a sentence; empty for a good one.
+[[nodiscard]] std::string firmwareDateFault(std::string_view text);
+
+// "2006-03-17"; nothing when the register holds no month.
 [[nodiscard]] std::optional<std::string> firmwareDateText(uint16_t date);
 
 }  // namespace images

@@ -73,7 +73,7 @@ CommandRules::Fault CommandRules::ownFault(const Command& command) const {
         case XsvfOpcode::XRUNTEST:
             if (command.number > std::numeric_limits<int32_t>::max()) {
                 return "XRUNTEST " + std::to_string(command.number) +
-                       " is a negative wait to the player, and so none.";
+                       " is read as a negative wait, so the player would not wait at all.";
             }
             if (command.number > kLongestWaitMicroseconds) {
                 return "XRUNTEST waits " + std::to_string(command.number) +

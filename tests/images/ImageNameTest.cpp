@@ -17,8 +17,10 @@ TEST(ImageName, SaysWhatTheImageIsFor) {
         EXPECT_EQ(images::modelCoded(code), model);
         const uint8_t revision = images::boardRevisionNamed(board).value();
         EXPECT_EQ(images::imageFileName(*model, flavour, version, revision), fileName);
+        EXPECT_TRUE(images::isImageFileName(fileName));
     }
     EXPECT_EQ(images::modelNamed("K40"), images::modelNamed("Vorn K40"));
+    EXPECT_FALSE(images::isImageFileName("VMAM1xNC.xsv") || images::isImageFileName("VMAMx1NC.xsv"));
     EXPECT_FALSE(images::modelNamed("K4") || images::modelNamed("") || images::modelCoded(0x26));
     EXPECT_FALSE(images::boardRevisionNamed("") || images::boardRevisionNamed("a") ||
                  images::boardRevisionNamed("AB"));

@@ -41,8 +41,11 @@ std::optional<std::pair<char, uint8_t>> firmwareNamed(const std::string& text) {
 }
 
 void requireOff(const Machine& machine) {
-    if (machine.isOn())
-        throw MachineError("The machine is on, so its cards stay where they are; switch it off first.");
+    if (machine.isOn()) {
+        throw MachineError(
+            "The machine is on, so its cards stay where they are; switch it off first with \"cardsim "
+            "power-off\".");
+    }
 }
 
 // Puts the firmware that the options ask for into a PROM: one for the board, or the one that is there changed
@@ -89,11 +92,12 @@ std::string firstFreeSlot(const Machine& machine) {
 }
 
 void addCard(const CardOptions& options, std::ostream& out) {
+    if (options.firmware.has_value() != options.date.has_value()) {
+        tools::refuseUsage("Give both --firmware and --date, or neither for an empty PROM.");
+    }
     const auto directory = openMachine(options.folder);
     Machine& machine = directory->machine();
     requireOff(machine);
-    if (options.firmware.has_value() != options.date.has_value())
-        throw MachineError("Firmware has a version and a date: give both, or neither for an empty PROM.");
     const images::CardModel& model = *images::modelNamed(options.model);
     Board board{.name = std::string(model.name),
                 .location = firstFreeSlot(machine),
@@ -120,11 +124,12 @@ void removeCard(const CardOptions& options, std::ostream& out) {
 }
 
 void changeCard(const CardOptions& options, std::ostream& out) {
+    if (!options.name && !options.location && !options.board && !options.identity && !options.protection &&
+        !options.firmware && !options.date) {
+        tools::refuseUsage("Nothing to change: give at least one option.");
+    }
     const auto directory = openMachine(options.folder);
     Card& card = directory->machine().card(indexOfCard(directory->machine(), options.number));
-    if (!options.name && !options.location && !options.board && !options.identity && !options.protection &&
-        !options.firmware && !options.date)
-        throw MachineError("Nothing was named that could be changed.");
     if (options.date && !options.firmware && !simulator::decodeConfiguration(card.cells().pages()))
         throw MachineError("The card's PROM holds no firmware whose date could be changed.");
     Board board = card.board();
@@ -147,7 +152,9 @@ void addDescription(CLI::App& command, CardOptions& options) {
     command.add_option("--board", options.board, "Board revision letter, or NC for a board without one")
         ->check(tools::takenBy(images::boardRevisionNamed, images::kBoardRevisionForm))
         ->type_name("LETTER|NC");
-    command.add_option("--identity", options.identity, "Serial number, such as 2103070021, or blank")
+    command
+        .add_option("--identity", options.identity,
+                    "Serial number such as 2103070021, identity word such as 0x21307015, or blank")
         ->check(tools::takenBy(
             identityNamed,
             "An identity is a serial number of ten digits, 0x and eight hexadecimal digits, or "
@@ -158,11 +165,13 @@ void addDescription(CLI::App& command, CardOptions& options) {
         ->type_name("0-7");
     command
         .add_option("--firmware", options.firmware,
-                    "Put firmware into the PROM: flavour M or W, and version, such as M12")
-        ->check(tools::takenBy(firmwareNamed, "Firmware is M or W and a version from 0 to 99."))
-        ->type_name("M|W VERSION");
+                    "Firmware to put into the PROM, such as M12: flavour M or W, and version 0 to 99")
+        ->check(tools::takenBy(
+            firmwareNamed,
+            "Firmware is written as M or W and a version from 0 to 99 in one word, such as M12."))
+        ->type_name("FIRMWARE");
     command.add_option("--date", options.date, "Date of the firmware")
-        ->check(tools::takenBy(images::firmwareDate, images::kFirmwareDateForm))
+        ->check(images::firmwareDateFault)
         ->type_name("YYYY-MM-DD");
 }
 
@@ -177,7 +186,7 @@ void addCardCommands(CLI::App& program, std::ostream& out) {
         return subcommand;
     };
     CLI::App* const addition = add("add", "Plug a card into a machine that is off", addCard);
-    addition->add_option("--model", options->model, "Card model")
+    addition->add_option("--model", options->model, "Card model: " + images::modelNames())
         ->required()
         ->check(tools::takenBy(images::modelNamed, images::modelForm()))
         ->type_name("MODEL");

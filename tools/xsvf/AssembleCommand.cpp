@@ -1,14 +1,12 @@
 #include "tools/xsvf/AssembleCommand.h"
 
 #include <CLI/CLI.hpp>
-#include <filesystem>
 #include <memory>
 #include <stdexcept>
 
-#include "files/OutputFile.h"
-#include "files/WholeFile.h"
 #include "images/ListingReader.h"
 #include "tools/command_line/CommandLine.h"
+#include "tools/command_line/Streams.h"
 
 namespace tools {
 
@@ -22,35 +20,37 @@ constexpr const char* kListingForm =
     "command, and a comment after a semicolon, are for the reader alone.";
 
 struct AssembleOptions {
-    std::filesystem::path listing;
-    std::filesystem::path output;
+    std::string listing;
+    std::string output;
 };
 
-void assemble(const AssembleOptions& options) {
-    const std::vector<uint8_t> text = files::readFile(options.listing);
+void assemble(const AssembleOptions& options, std::ostream& out) {
+    const std::vector<uint8_t> text = readInput(options.listing);
     const auto result = images::imageOf({reinterpret_cast<const char*>(text.data()), text.size()});
     if (const auto* const error = std::get_if<images::ListingError>(&result)) {
-        throw std::runtime_error(options.listing.string() + ", line " + std::to_string(error->line) + ": " +
+        throw std::runtime_error(inputName(options.listing) + ", line " + std::to_string(error->line) + ": " +
                                  error->reason);
     }
-    files::writeOutputFile(options.output, std::get<std::vector<uint8_t>>(result), options.listing);
+    writeOutput(options.output, std::get<std::vector<uint8_t>>(result), out, options.output + '\n',
+                options.listing);
 }
 
 }  // namespace
 
-void addAssembleCommand(CLI::App& program) {
+void addAssembleCommand(CLI::App& program, std::ostream& out) {
     const auto options = std::make_shared<AssembleOptions>();
-    CLI::App* const command = program.add_subcommand("assemble", "Make an image from its listing");
-    command->add_option("listing", options->listing, "The listing")
+    CLI::App* const command =
+        program.add_subcommand("assemble", "Make an image from its listing and print its path");
+    command->add_option("listing", options->listing, "The listing, or - for standard input")
         ->required()
         ->check(fileName())
         ->type_name("LISTING");
-    command->add_option("--output", options->output, "Where the image goes")
+    command->add_option("--output", options->output, "Where the image goes, or - for standard output")
         ->required()
         ->check(fileName())
         ->type_name("IMAGE");
     command->footer(kListingForm);
-    command->callback([options] { assemble(*options); });
+    command->callback([options, &out] { assemble(*options, out); });
 }
 
 }  // namespace tools

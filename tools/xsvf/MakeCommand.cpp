@@ -6,8 +6,6 @@
 #include <ostream>
 #include <stdexcept>
 
-#include "files/OutputFile.h"
-#include "files/WholeFile.h"
 #include "images/BoardRevision.h"
 #include "images/CardModels.h"
 #include "images/FirmwareDate.h"
@@ -15,6 +13,7 @@
 #include "images/prom/FirmwareImage.h"
 #include "simulator/FpgaConfiguration.h"
 #include "tools/command_line/CommandLine.h"
+#include "tools/command_line/Streams.h"
 
 namespace tools {
 
@@ -26,16 +25,15 @@ struct MakeOptions {
     uint32_t version = 0;
     std::string board = "NC";
     std::string date;
-    std::filesystem::path payload;
+    std::string payload;
     std::filesystem::path outputDirectory = ".";
 };
 
-std::vector<uint8_t> readPayload(const std::filesystem::path& path) {
-    std::vector<uint8_t> bytes = files::readFile(path);
+std::vector<uint8_t> readPayload(const std::string& name) {
+    std::vector<uint8_t> bytes = readInput(name);
     if (bytes.size() != simulator::kPromBytes) {
-        throw std::runtime_error("The payload " + path.string() + " is " + std::to_string(bytes.size()) +
-                                 " bytes long; a PROM holds exactly " +
-                                 std::to_string(simulator::kPromBytes) + ".");
+        throw std::runtime_error(inputName(name) + ": is " + std::to_string(bytes.size()) +
+                                 " bytes long; a PROM has " + std::to_string(simulator::kPromBytes) + ".");
     }
     return bytes;
 }
@@ -59,13 +57,11 @@ void make(const MakeOptions& options, std::ostream& out) {
     std::error_code error;
     std::filesystem::create_directories(options.outputDirectory, error);
     if (error) {
-        throw std::runtime_error(options.outputDirectory.string() + ": could not be made (" +
+        throw std::runtime_error(options.outputDirectory.string() + ": could not be created (" +
                                  error.message() + ").");
     }
-    files::writeOutputFile(path,
-                           images::makeFirmwareImage(std::span<const uint8_t, simulator::kPromBytes>(prom)),
-                           options.payload);
-    out << path.string() << '\n';
+    writeOutput(path, images::makeFirmwareImage(std::span<const uint8_t, simulator::kPromBytes>(prom)), out,
+                path.string() + '\n', options.payload);
 }
 
 }  // namespace
@@ -73,7 +69,7 @@ void make(const MakeOptions& options, std::ostream& out) {
 void addMakeCommand(CLI::App& program, std::ostream& out) {
     auto options = std::make_shared<MakeOptions>();
     CLI::App* command = program.add_subcommand("make", "Make a firmware image and print its path");
-    command->add_option("--model", options->model, "Card model")
+    command->add_option("--model", options->model, "Card model: " + images::modelNames())
         ->required()
         ->check(takenBy(images::modelNamed, images::modelForm()))
         ->type_name("MODEL");
@@ -96,14 +92,18 @@ void addMakeCommand(CLI::App& program, std::ostream& out) {
     content
         ->add_option("--date", options->date,
                      "Date of the firmware, for a configuration made from these options")
-        ->check(takenBy(images::firmwareDate, images::kFirmwareDateForm))
+        ->check(images::firmwareDateFault)
         ->type_name("YYYY-MM-DD");
-    content->add_option("--payload", options->payload, "File with the PROM's 262144 bytes instead")
+    content
+        ->add_option("--payload", options->payload,
+                     "File with the PROM's 262144 bytes instead; - is standard input")
         ->check(fileName())
         ->type_name("FILE");
     content->require_option(1);
     command
-        ->add_option("--output-directory", options->outputDirectory, "Where the image goes; made if missing")
+        ->add_option("--output-directory", options->outputDirectory,
+                     "Where the image goes; created if missing")
+        ->check(fileName())
         ->type_name("DIR")
         ->capture_default_str();
     command->callback([options, &out] { make(*options, out); });

@@ -1,6 +1,6 @@
 #pragma once
 
-// xsvf: makes, lists, assembles and checks firmware images.
+// xsvf: makes, shows, lists, assembles and checks firmware images.
 
 #include <iosfwd>
 #include <string>

@@ -1,10 +1,12 @@
 #include "tools/cardsim/DriverCommand.h"
 
+#include <algorithm>
 #include <map>
 #include <optional>
 
 #include "files/PrintableText.h"
 #include "simulator/MachineError.h"
+#include "tools/command_line/CommandLine.h"
 
 namespace cardsim {
 namespace {
@@ -27,13 +29,21 @@ const std::map<std::string, PrivateDriverFault> kPrivateDriver{
     {"does-not-load", PrivateDriverFault::doesNotLoad},
     {"publishes-nothing", PrivateDriverFault::publishesNothing}};
 
+template <typename Value>
+std::string wordFor(Value value, const std::map<std::string, Value>& words) {
+    return std::ranges::find(words, value, [](const auto& word) { return word.second; })->first;
+}
+
 void changeDrivers(const DriverOptions& options, std::ostream& out) {
-    if (!options.isResident && !options.refusesAdministrator && !options.privateDriver)
-        throw MachineError("Nothing was named that could be changed.");
+    if (!options.isResident && !options.refusesAdministrator && !options.privateDriver) {
+        tools::refuseUsage("Nothing to change: give at least one option.");
+    }
     const auto directory = openMachine(options.folder);
     Drivers& drivers = directory->machine().drivers();
     if (options.isResident && *options.isResident != drivers.resident && directory->machine().isOn())
-        throw MachineError("The machine is on; switch it off before its resident driver comes or goes.");
+        throw MachineError(
+            "The machine is on; switch it off with \"cardsim power-off\" before its resident driver comes or "
+            "goes.");
     drivers.resident = options.isResident.value_or(drivers.resident);
     drivers.refusesAdministrator = options.refusesAdministrator.value_or(drivers.refusesAdministrator);
     drivers.privateDriverFault = options.privateDriver.value_or(drivers.privateDriverFault);
@@ -45,15 +55,17 @@ template <typename Value>
 void addChoice(CLI::App& command, const char* name, std::optional<Value>& into,
                const std::map<std::string, Value>& choices, const char* description) {
     std::string names;
-    for (const auto& choice : choices)
-        names += (names.empty() ? "" : "|") + choice.first;
+    for (const auto& choice : choices) {
+        names += (names.empty() ? "" : ", ") + choice.first;
+    }
     command
         .add_option_function<std::string>(
-            name, [&into, &choices](const std::string& word) { into = choices.at(word); }, description)
+            name, [&into, &choices](const std::string& word) { into = choices.at(word); },
+            description + std::string(": ") + names)
         ->check([&choices, names](const std::string& word) {
-            return choices.contains(word) ? "" : '"' + word + "\" is none of " + names + '.';
+            return choices.contains(word) ? "" : '"' + word + "\" is not one of: " + names + '.';
         })
-        ->type_name(names);
+        ->type_name("WORD");
 }
 
 }  // namespace
@@ -67,10 +79,21 @@ std::string describe(const Drivers& drivers) {
     if (drivers.refusesAdministrator)
         text += "; administrator refused";
     if (drivers.privateDriverFault == PrivateDriverFault::doesNotLoad)
-        text += "; a private one does not load";
+        text += "; private driver: does not load";
     if (drivers.privateDriverFault == PrivateDriverFault::publishesNothing)
-        text += "; a private one publishes nothing";
+        text += "; private driver: publishes nothing";
     return text;
+}
+
+nlohmann::ordered_json jsonOf(const Drivers& drivers) {
+    auto loaded = nlohmann::ordered_json::array();
+    for (const auto& [identifier, driver] : drivers.loaded) {
+        loaded.push_back(identifier);
+    }
+    return {{"resident", drivers.resident},
+            {"loaded", std::move(loaded)},
+            {"administrator", wordFor(drivers.refusesAdministrator, kAdministrator)},
+            {"privateDriver", wordFor(drivers.privateDriverFault, kPrivateDriver)}};
 }
 
 void addDriverCommand(CLI::App& program, std::ostream& out) {

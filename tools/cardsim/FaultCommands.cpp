@@ -43,8 +43,9 @@ void take(std::string_view kind, const char* option, bool has, const std::option
         into = given.value_or(into);
         return;
     }
-    throw CLI::ValidationError(option, has ? "The fault " + std::string(kind) + " needs it."
-                                           : "The fault " + std::string(kind) + " has nothing of the kind.");
+    throw CLI::ValidationError(option,
+                               has ? "The fault " + std::string(kind) + " needs it."
+                                   : "The fault " + std::string(kind) + " does not take this option.");
 }
 
 Fault faultFrom(const FaultOptions& options) {
@@ -101,8 +102,17 @@ void listKinds(std::ostream& out) {
             << (kind.hasTimes ? " (--times)" : "") << (kind.hasFactor ? " (--factor)" : "") << '\n';
 }
 
+// For the help: "Kinds: chain-broken, ..."
+std::string kindsOfFaults() {
+    std::string text;
+    for (const FaultKindDescription& kind : faultKinds()) {
+        text.append(text.empty() ? "Kinds: " : ", ").append(kind.name);
+    }
+    return text + ".\n";
+}
+
 std::string checkKind(const std::string& name) {
-    return kindsByName().contains(name) ? "" : name + " is no fault; \"cardsim fault kinds\" lists them.";
+    return kindsByName().contains(name) ? "" : "Unknown fault " + name + "; see \"cardsim fault kinds\".";
 }
 
 std::optional<uint32_t> codeNamed(const std::string& text) {
@@ -177,20 +187,25 @@ void addFaultCommands(CLI::App& program, std::ostream& out) {
     CLI::App* const injection = fault->add_subcommand("inject", "Put a fault into a card");
     addFolder(*injection, options->folder);
     addCardNumber(*injection, options->number);
-    injection->add_option("kind", options->kind, "The fault")
+    injection->add_option("kind", options->kind, "The fault, as \"cardsim fault kinds\" lists them")
         ->required()
         ->check(checkKind)
         ->type_name("KIND");
     addParameters(*injection, *options);
+    injection->footer(kindsOfFaults() +
+                      "Without --at-access or --at-clock, a fault strikes as soon as the card has power.");
     injection->callback([options, &out] { inject(*options, out); });
 
     CLI::App* const clearing = fault->add_subcommand("clear", "Take faults away");
     addFolder(*clearing, options->folder);
     addCardNumber(*clearing, options->number)->required(false)->description("Only this card's");
-    clearing->add_option("--kind", options->kind, "Only this fault")->check(checkKind)->type_name("KIND");
+    clearing->add_option("--kind", options->kind, "Only this kind of fault")
+        ->check(checkKind)
+        ->type_name("KIND");
     clearing->callback([options, &out] { clear(*options, out); });
 
-    fault->add_subcommand("kinds", "List the faults that there are")->callback([&out] { listKinds(out); });
+    fault->add_subcommand("kinds", "List the kinds of faults and the options that each takes")
+        ->callback([&out] { listKinds(out); });
 }
 
 }  // namespace cardsim

@@ -2,9 +2,9 @@
 
 #include <vector>
 
-#include "files/WholeFile.h"
 #include "images/play/ImagePlay.h"
 #include "simulator/MachineError.h"
+#include "tools/command_line/Streams.h"
 
 namespace cardsim {
 
@@ -12,11 +12,11 @@ using simulator::MachineError;
 using simulator::PromCells;
 
 PromCells contentOfImage(const std::string& file) {
-    const std::vector<uint8_t> image = files::readFile(file);
+    const std::vector<uint8_t> image = tools::readInput(file);
     images::ImagePlay play(image);
     while (!play.isComplete()) {
         if (const auto fault = play.playCommand()) {
-            throw MachineError(file + ": " + *fault);
+            throw MachineError(tools::inputName(file) + ": " + *fault);
         }
     }
     PromCells content;

@@ -8,8 +8,9 @@
 
 namespace cardsim {
 
-// Plays an image on a chain with an erased PROM, and returns what is in the PROM afterwards. Throws
-// MachineError, naming the file, when it cannot be read, fails, or ends before it is complete.
+// Plays an image (a file, or - for standard input) on a chain with an erased PROM, and returns what is in the
+// PROM afterwards. Throws MachineError, naming the file, when it cannot be read, fails, or ends before it is
+// complete.
 [[nodiscard]] simulator::PromCells contentOfImage(const std::string& file);
 
 }  // namespace cardsim

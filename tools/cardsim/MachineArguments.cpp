@@ -36,7 +36,11 @@ std::string nameOf(const simulator::Card& card) {
 }
 
 CLI::Option* addFolder(CLI::App& command, std::string& folder) {
-    return command.add_option("folder", folder, "The machine's folder")->required()->type_name("DIR");
+    return command.add_option("folder", folder, "The machine's folder")
+        ->required()
+        ->check(tools::takenBy([](const std::string& text) { return !text.empty(); },
+                               "The folder's name must not be empty."))
+        ->type_name("DIR");
 }
 
 CLI::Option* addCardNumber(CLI::App& command, std::size_t& number) {
@@ -49,12 +53,12 @@ CLI::Option* addCardNumber(CLI::App& command, std::size_t& number) {
 std::string checkText(const std::string& text) {
     const bool isOneLine = std::ranges::none_of(text, [](unsigned char c) { return c == 0x7F || c < ' '; });
     if (!isOneLine)
-        return "A text is one line without control characters.";
+        return "The text must be a single line without control characters.";
     try {
         static_cast<void>(nlohmann::json(text).dump());
         return "";
     } catch (const nlohmann::json::exception&) {
-        return "A text is UTF-8.";
+        return "The text must be valid UTF-8.";
     }
 }
 

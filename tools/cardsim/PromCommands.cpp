@@ -1,14 +1,13 @@
 #include "tools/cardsim/PromCommands.h"
-#include "tools/command_line/CommandLine.h"
 
 #include <algorithm>
 #include <vector>
 
-#include "files/OutputFile.h"
-#include "files/WholeFile.h"
 #include "simulator/MachineError.h"
 #include "tools/cardsim/CardSim.h"
 #include "tools/cardsim/ImageContent.h"
+#include "tools/command_line/CommandLine.h"
+#include "tools/command_line/Streams.h"
 
 namespace cardsim {
 namespace {
@@ -28,25 +27,27 @@ struct PromOptions {
 void dump(const PromOptions& options, std::ostream& out) {
     const auto directory = viewMachine(options.folder);
     const Card& card = directory->machine().card(indexOfCard(directory->machine(), options.number));
-    requireForeign(*directory, options.file);
-    files::writeOutputFile(options.file, card.cells().image());
-    out << "Wrote the PROM of " << nameOf(card) << " to " << options.file << ".\n";
+    if (!tools::isStandardStream(options.file)) {
+        requireForeign(*directory, options.file);
+    }
+    tools::writeOutput(options.file, card.cells().image(), out,
+                       "Wrote the PROM of " + nameOf(card) + " to " + options.file + ".\n");
 }
 
 // A file of the pages alone leaves identity and protection as they are.
 void load(const PromOptions& options, std::ostream& out) {
     const auto directory = openMachine(options.folder);
     Card& card = directory->machine().card(indexOfCard(directory->machine(), options.number));
-    const std::vector<uint8_t> content = files::readFile(options.file);
+    const std::vector<uint8_t> content = tools::readInput(options.file);
     if (content.size() != kPromBytes && content.size() != PromCells::kImageBytes)
-        throw MachineError(options.file + ": is " + std::to_string(content.size()) +
+        throw MachineError(tools::inputName(options.file) + ": is " + std::to_string(content.size()) +
                            " bytes long; a PROM has " + std::to_string(kPromBytes) + ", or " +
                            std::to_string(PromCells::kImageBytes) + " with identity and protection.");
     std::vector<uint8_t> image(card.cells().image().begin(), card.cells().image().end());
     std::ranges::copy(content, image.begin());
     card.cells().setImage(image);
     directory->save();
-    out << "Loaded the PROM of " << nameOf(card) << " from " << options.file << ".\n";
+    out << "Loaded the PROM of " << nameOf(card) << " from " << tools::inputName(options.file) << ".\n";
 }
 
 // "0 to 3, 7"
@@ -77,7 +78,7 @@ void compare(const PromOptions& options, std::ostream& out) {
             different.push_back(page);
     }
     if (written == 0)
-        throw MachineError(options.file + ": writes no page.");
+        throw MachineError(tools::inputName(options.file) + ": writes no page.");
     out << nameOf(card) << ": " << written - different.size() << " of the " << written
         << " pages that the image writes are in the PROM.\n";
     if (!different.empty()) {
@@ -102,10 +103,12 @@ void addPromCommands(CLI::App& program, std::ostream& out) {
             ->type_name("FILE");
         subcommand->callback([options, &out, command] { command(*options, out); });
     };
-    add("dump", "Write all that a card's PROM holds to a file", "The file", dump);
-    add("load", "Put a file into a card's PROM, as if it had come so", "The file", load);
-    add("compare", "Look whether a card's PROM holds what a firmware image writes; ends with 3 if not",
-        "The firmware image", compare);
+    add("dump", "Write all that a card's PROM holds to a file", "The file, or - for standard output", dump);
+    add("load", "Load a file into a card's PROM, as if the card had shipped with it",
+        "The file, or - for standard input", load);
+    add("compare",
+        "Check whether a card's PROM holds what a firmware image writes; exits with 3 if it does not",
+        "The firmware image, or - for standard input", compare);
 }
 
 }  // namespace cardsim

@@ -44,12 +44,12 @@ void requireUsable(const std::string& file, const simulator::Machine& machine, c
 
 void record(RecordOptions options, std::ostream& out) {
     if (options.cancel == !options.request.file.empty())
-        throw CLI::ValidationError("file", "Name a file to record into, or --cancel.");
+        tools::refuseUsage("Name a file to record into, or give --cancel.");
     const auto directory = openMachine(options.folder);
     simulator::Card& card = directory->machine().card(indexOfCard(directory->machine(), options.number));
     if (options.cancel) {
         if (!card.recordingRequest()) {
-            throw MachineError("Nothing of the card is to be recorded.");
+            throw MachineError("No recording is pending for this card.");
         }
         card.requestRecording(std::nullopt);
     } else {
@@ -77,10 +77,10 @@ std::string describe(const RecordingRequest& request) {
 void addRecordCommand(CLI::App& program, std::ostream& out) {
     const auto options = std::make_shared<RecordOptions>();
     CLI::App* const command = program.add_subcommand(
-        "record", "Have a card's JTAG signals in the updater's next run recorded, as a waveform for GTKWave");
+        "record", "Record a card's JTAG signals during the updater's next run, as a waveform for GTKWave");
     addFolder(*command, options->folder);
     addCardNumber(*command, options->number);
-    command->add_option("file", options->request.file, "The file to make, such as identity.vcd")
+    command->add_option("file", options->request.file, "The file to write, such as identity.vcd")
         ->check(checkText)
         ->type_name("FILE");
     const auto addTime = [&](const char* name, uint64_t least, uint64_t& microseconds,
@@ -89,9 +89,9 @@ void addRecordCommand(CLI::App& program, std::ostream& out) {
             ->transform(tools::wholeNumber(least, RecordingRequest::kMostMicroseconds))
             ->type_name("MICROSECONDS");
     };
-    addTime("--from", 0, options->request.fromMicroseconds, "Begin so long after the run has begun");
-    addTime("--for", 1, options->request.microseconds, "Record so long; without it, to the run's end");
-    command->add_flag("--cancel", options->cancel, "Record nothing after all");
+    addTime("--from", 0, options->request.fromMicroseconds, "Start this long after the run begins");
+    addTime("--for", 1, options->request.microseconds, "Stop after this long (default: end of the run)");
+    command->add_flag("--cancel", options->cancel, "Cancel a pending recording");
     command->callback([options, &out] { record(*options, out); });
 }
 

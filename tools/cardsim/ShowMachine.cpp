@@ -1,12 +1,13 @@
 #include "tools/cardsim/ShowMachine.h"
 
+#include <optional>
 #include <ostream>
+#include <utility>
 
 #include "files/PrintableText.h"
 #include "images/BoardRevision.h"
 #include "images/ByteText.h"
-#include "images/CardModels.h"
-#include "images/FirmwareDate.h"
+#include "images/prom/ContentText.h"
 #include "tools/cardsim/DriverCommand.h"
 #include "tools/cardsim/FaultCommands.h"
 #include "tools/cardsim/IdentityText.h"
@@ -16,56 +17,105 @@
 namespace cardsim {
 namespace {
 
+using Json = nlohmann::ordered_json;
 using simulator::Card;
-using simulator::FpgaConfiguration;
 
-std::string modelName(uint8_t code) {
-    const images::CardModel* const model = images::modelCoded(code);
-    return model != nullptr ? std::string(model->name) : "model " + images::hexadecimalText(code, 2);
-}
-
-std::string boardName(uint8_t revision) {
-    if (revision == 0)
-        return "board without revision";
-    const auto letter = images::boardRevisionName(revision);
-    return letter ? "board " + *letter : "board revision " + std::to_string(revision);
+std::size_t erasedPagesOf(const simulator::PromCells& cells) {
+    std::size_t erased = 0;
+    for (std::size_t page = 0; page < simulator::kPromPages; ++page) {
+        erased += cells.isPageErased(page) ? 1 : 0;
+    }
+    return erased;
 }
 
 std::string contentOf(const simulator::PromCells& cells) {
-    std::size_t erased = 0;
-    for (std::size_t page = 0; page < simulator::kPromPages; ++page)
-        erased += cells.isPageErased(page) ? 1 : 0;
-    return describe(simulator::decodeConfiguration(cells.pages())) + "; " +
+    const std::size_t erased = erasedPagesOf(cells);
+    return images::contentText(simulator::decodeConfiguration(cells.pages())) + "; " +
            std::to_string(simulator::kPromPages - erased) + " pages programmed, " + std::to_string(erased) +
            " erased";
+}
+
+bool isLampOn(const Card& card) {
+    return (card.jtagOutput() & simulator::registers::kActivityLamp) != 0;
 }
 
 void showCard(std::size_t index, const Card& card, bool on, std::ostream& out) {
     const simulator::Board& board = card.board();
     out << "\nCard " << index + 1 << ": " << nameOf(card) << '\n'
-        << "  Board       " << modelName(board.modelCode) << ", " << boardName(board.revision) << '\n'
+        << "  Board       " << images::modelText(board.modelCode) << ", " << images::boardText(board.revision)
+        << '\n'
         << "  Identity    " << identityName(card.identity()) << '\n'
-        << "  Running     " << (on ? describe(card.running()) : "nothing, the machine is off") << '\n'
+        << "  Running     " << (on ? images::contentText(card.running()) : "nothing, the machine is off")
+        << '\n'
         << "  PROM        " << contentOf(card.cells()) << '\n'
         << "  Protection  " << images::hexadecimalText(card.protection(), 1) << '\n';
-    if (on)
-        out << "  Lamp        "
-            << ((card.jtagOutput() & simulator::registers::kActivityLamp) != 0 ? "on" : "off") << '\n';
+    if (on) {
+        out << "  Lamp        " << (isLampOn(card) ? "on" : "off") << '\n';
+    }
     for (const simulator::Fault& fault : card.faults().all())
         out << "  Fault       " << describe(fault) << '\n';
     if (card.recordingRequest())
         out << "  Recording   " << describe(*card.recordingRequest()) << '\n';
 }
 
+Json jsonOf(const std::optional<simulator::RecordingRequest>& request) {
+    if (!request) {
+        return nullptr;
+    }
+    const bool toTheEnd = request->microseconds == simulator::RecordingRequest::kMostMicroseconds;
+    return {{"file", request->file},
+            {"fromMicroseconds", request->fromMicroseconds},
+            {"microseconds", toTheEnd ? Json() : Json(request->microseconds)}};
+}
+
+Json jsonOf(std::size_t index, const Card& card, bool on) {
+    const simulator::Board& board = card.board();
+    const std::size_t erased = erasedPagesOf(card.cells());
+    Json faults = Json::array();
+    for (const simulator::Fault& fault : card.faults().all()) {
+        faults.push_back({{"kind", simulator::describe(fault.kind).name},
+                          {"hasStruck", fault.struck},
+                          {"text", describe(fault)}});
+    }
+    const auto boardName = images::boardRevisionName(board.revision);
+    return {{"number", index + 1},
+            {"name", board.name},
+            {"location", board.location},
+            {"model", images::modelText(board.modelCode)},
+            {"board", boardName ? Json(*boardName) : Json()},
+            {"identity", identityName(card.identity())},
+            {"running", images::contentJson(on ? card.running() : std::nullopt)},
+            {"prom", images::contentJson(simulator::decodeConfiguration(card.cells().pages()))},
+            {"pagesProgrammed", simulator::kPromPages - erased},
+            {"pagesErased", erased},
+            {"protection", card.protection()},
+            {"lamp", on ? Json(isLampOn(card)) : Json()},
+            {"faults", std::move(faults)},
+            {"recording", jsonOf(card.recordingRequest())}};
+}
+
 }  // namespace
 
-std::string describe(const std::optional<FpgaConfiguration>& configuration) {
-    if (!configuration)
-        return "no configuration";
-    return modelName(configuration->modelCode) + ", " + boardName(configuration->boardRevision) +
-           ", firmware " + configuration->flavour + std::to_string(configuration->version) + " of " +
-           images::firmwareDateText(configuration->date)
-               .value_or("date " + images::hexadecimalText(configuration->date, 4));
+Json machineJson(const simulator::Machine& machine, bool isInUse) {
+    Json cards = Json::array();
+    for (std::size_t index = 0; index < machine.cardCount(); ++index) {
+        cards.push_back(jsonOf(index, machine.card(index), machine.isOn()));
+    }
+    Json ledger = Json::array();
+    for (const auto& entry : machine.ledger().entries()) {
+        ledger.push_back({{"times", entry.times},
+                          {"misuse", misuseName(entry.misuse)},
+                          {"firstAccess", entry.firstAccess},
+                          {"card", entry.card},
+                          {"detail", entry.detail}});
+    }
+    return {{"on", machine.isOn()},
+            {"inUse", isInUse},
+            {"accesses", machine.accesses()},
+            {"microseconds", machine.microseconds()},
+            {"driver", jsonOf(machine.drivers())},
+            {"cards", std::move(cards)},
+            {"ledger", std::move(ledger)}};
 }
 
 void showMachine(const simulator::Machine& machine, std::ostream& out) {

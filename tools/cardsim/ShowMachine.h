@@ -3,15 +3,15 @@
 // What cardsim says about a machine.
 
 #include <iosfwd>
-#include <optional>
-#include <string>
+#include <nlohmann/json.hpp>
 
 #include "simulator/Machine.h"
 
 namespace cardsim {
 
-// A configuration in one line, such as "VornMX-B, board A, firmware M 10 of 17 May 2004".
-[[nodiscard]] std::string describe(const std::optional<simulator::FpgaConfiguration>& configuration);
+// The same as an object, with whether another program has the machine. What a machine does not have or a card
+// does not tell is null.
+[[nodiscard]] nlohmann::ordered_json machineJson(const simulator::Machine& machine, bool isInUse);
 
 void showMachine(const simulator::Machine& machine, std::ostream& out);
 

@@ -9,19 +9,26 @@
 
 namespace {
 
-void (*const kWays[])(LWindow& window) = {
-    [](LWindow& window) { window.close(); },
-    [](LWindow& window) { pressKey(window, Qt::Key_Q, Qt::ControlModifier); },
-    [](LWindow& /*window*/) {
-        QEvent event(QEvent::Quit);
-        QApplication::sendEvent(qApp, &event);
-        EXPECT_EQ(event.isAccepted(), LApplication::Current()->IsQuitting());
-    },
-    [](LWindow& /*window*/) { std::raise(SIGTERM); },
-    [](LWindow& /*window*/) { std::raise(SIGHUP); },
+struct Way {
+    const char* name;
+    void (*quit)(LWindow& window);
+    friend std::ostream& operator<<(std::ostream& out, const Way& way) { return out << way.name; }
 };
 
-class Quit : public testing::TestWithParam<void (*)(LWindow& window)> {};
+const Way kWays[] = {
+    {"close box", [](LWindow& window) { window.close(); }},
+    {"shortcut", [](LWindow& window) { pressKey(window, Qt::Key_Q, Qt::ControlModifier); }},
+    {"quit event",
+     [](LWindow& /*window*/) {
+         QEvent event(QEvent::Quit);
+         QApplication::sendEvent(qApp, &event);
+         EXPECT_EQ(event.isAccepted(), LApplication::Current()->IsQuitting());
+     }},
+    {"SIGTERM", [](LWindow& /*window*/) { std::raise(SIGTERM); }},
+    {"SIGHUP", [](LWindow& /*window*/) { std::raise(SIGHUP); }},
+};
+
+class Quit : public testing::TestWithParam<Way> {};
 
 int16_t showStandardAlert() {
     AlertStdAlertParamRec parameters;
@@ -57,13 +64,13 @@ TEST_P(Quit, CanBeRefusedAndIsThenAccepted) {
     application.atStartUp = [&] {
         LWindow& window = application.openWindow();
         inEventLoop([&] {
-            GetParam()(window);
+            GetParam().quit(window);
             application.ProcessNextEvent();
             EXPECT_EQ(application.timesAsked, 1);
             EXPECT_FALSE(application.IsQuitting());
             EXPECT_TRUE(window.isVisible());
             application.agreesToQuit = true;
-            GetParam()(window);
+            GetParam().quit(window);
         });
     };
     application.Run();

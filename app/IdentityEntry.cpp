@@ -4,6 +4,7 @@
 #include "app/CUpdaterApp.h"
 #include "app/ResourceIDs.h"
 #include "app/logic/CardIdentity.h"
+#include "app/logic/CardModel.h"
 #include "app/logic/CardValues.h"
 #include "framework/core/PascalString.h"
 #include "framework/widgets/UModalDialogs.h"
@@ -12,7 +13,8 @@
 bool CUpdaterApp::GetSerialNumberDialog() {
     // Keeps what was typed, so that a rejected serial number can be corrected.
     Str255 text = {0};
-    while (UModalDialogs::AskForOneString(this, kIdentityDialog, kSerialNumberField, text)) {
+    const std::vector<std::string> card = {ModelName(gusDeviceID), SerialNumberPrefix(gusDeviceID)};
+    while (UModalDialogs::AskForOneString(this, kIdentityDialog, kSerialNumberField, text, card)) {
         if (const auto identity = ParseSerialNumber(TextOfPascal(text))) {
             gSerialNumber = *identity;
             // Tells of its failures itself; the identity counts as entered all the same.

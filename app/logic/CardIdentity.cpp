@@ -77,8 +77,12 @@ uint16_t IdentityModelCode(uint32_t identity) {
 }
 
 std::string SerialNumberText(uint32_t identity) {
-    return FormatText("%02x%02u%02u%04u", IdentityModelCode(identity), yearOf(identity), weekOf(identity),
-                      unitOf(identity));
+    return SerialNumberPrefix(IdentityModelCode(identity)) +
+           FormatText("%02u%02u%04u", yearOf(identity), weekOf(identity), unitOf(identity));
+}
+
+std::string SerialNumberPrefix(uint16_t modelCode) {
+    return FormatText("%02x", modelCode);
 }
 
 std::optional<uint32_t> ParseSerialNumber(std::string_view text) {

@@ -18,6 +18,9 @@ uint16_t IdentityModelCode(uint32_t identity);
 // 0x21307015 is "2103070021".
 std::string SerialNumberText(uint32_t identity);
 
+// The two characters with which the serial number of every card of a model begins.
+std::string SerialNumberPrefix(uint16_t modelCode);
+
 // The identity word of a serial number typed in that form (UTF-8), or nothing when it is not one: it must
 // have ten characters and each field must be in its range. A field is read up to its first foreign character,
 // so "1x" counts as 1.

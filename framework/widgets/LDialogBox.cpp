@@ -1,7 +1,9 @@
 #include "framework/widgets/LDialogBox.h"
 
+#include <QLabel>
 #include <cstdio>
 
+#include "framework/widgets/ButtonOrder.h"
 #include "framework/widgets/ModalDialogs.h"
 #include "framework/widgets/UResources.h"
 
@@ -18,6 +20,7 @@ std::unique_ptr<LDialogBox> LDialogBox::CreateDialog(const char* kind, int32_t l
     }
     static_cast<void>(root.release());
     RemoveButtonIcons(*dialog);
+    TakeDesktopsButtonOrder(*dialog);
     dialog->SetSuperCommander(super);
     dialog->setParent(ModalParent(), dialog->windowFlags());
     return std::unique_ptr<LDialogBox>(dialog);
@@ -25,6 +28,16 @@ std::unique_ptr<LDialogBox> LDialogBox::CreateDialog(const char* kind, int32_t l
 
 LPane* LDialogBox::FindPaneByID(PaneIDT paneID) const {
     return ::FindPaneByID(*this, paneID);
+}
+
+void LDialogBox::FillIn(const std::vector<std::string>& parameters) {
+    for (auto* label : findChildren<QLabel*>()) {
+        QString text = label->text();
+        for (std::size_t number = 0; number < parameters.size(); ++number) {
+            text.replace("^" + QString::number(number), QString::fromStdString(parameters[number]));
+        }
+        label->setText(text);
+    }
 }
 
 bool LDialogBox::DoDialog() {

@@ -2,6 +2,8 @@
 
 #include <QDialog>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "framework/core/LCommander.h"
 #include "framework/widgets/LPane.h"
@@ -19,6 +21,9 @@ class LDialogBox : public QDialog, public LPane, public LCommander {
     static std::unique_ptr<LDialogBox> CreateDialog(const char* kind, int32_t layoutID, LCommander* super);
 
     LPane* FindPaneByID(PaneIDT paneID) const;
+
+    // Puts the parameters into the dialog's static texts, in place of "^0", "^1" and so on.
+    void FillIn(const std::vector<std::string>& parameters);
 
     // Shows the dialog, waits for the answer and returns whether it was OK. After an accepted quit the dialog
     // is not shown: the answer is Cancel. A quit accepted meanwhile is answered the same way.

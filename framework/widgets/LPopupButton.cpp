@@ -6,9 +6,15 @@
 #include <QStyleOptionComboBox>
 #include <QStyledItemDelegate>
 #include <QTextDocument>
+#include <QToolTip>
 #include <QWheelEvent>
 
+#include "framework/widgets/SecondaryColour.h"
+
 namespace {
+
+// While a card is written its name stays the most important one in the window.
+constexpr float kDisabledStrength = 0.7F;
 
 constexpr QEvent::Type kFirstItemAppeared = QEvent::User;
 
@@ -21,6 +27,12 @@ class ItemDelegate : public QStyledItemDelegate {
     QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
         const QSize hint = QStyledItemDelegate::sizeHint(option, index);
         return {hint.width(), hint.height() + hint.height() / 2};
+    }
+
+    bool helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
+                   const QModelIndex& index) override {
+        const bool isCut = option.rect.width() < QStyledItemDelegate::sizeHint(option, index).width();
+        return isCut && QStyledItemDelegate::helpEvent(event, view, option, index);
     }
 };
 
@@ -35,11 +47,14 @@ LPopupButton::LPopupButton() : LControl(this) {
     // The popup is as wide as the layout makes it, however long its items are.
     setSizeAdjustPolicy(AdjustToMinimumContentsLengthWithIcon);
     setItemDelegate(new ItemDelegate(this));
-    view()->setTextElideMode(Qt::ElideRight);
+    view()->setTextElideMode(Qt::ElideMiddle);
     view()->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     connect(this, &QComboBox::activated, this, [this] { BroadcastFromQt(); });
-    connect(this, &QComboBox::currentTextChanged, this,
-            [this](const QString& text) { setToolTip(ToolTipOf(text)); });
+    connect(this, &QComboBox::currentTextChanged, this, [this](const QString& text) {
+        QToolTip::hideText();
+        setToolTip(ToolTipOf(text));
+    });
+    KeepLegibleWhenDisabled(*this, kDisabledStrength);
 }
 
 void LPopupButton::SetValue(int32_t value) {
@@ -66,13 +81,32 @@ void LPopupButton::showPopup() {
     QComboBox::showPopup();
 }
 
+bool LPopupButton::event(QEvent* event) {
+    if (event->type() == QEvent::ToolTip) {
+        QStyleOptionComboBox option;
+        initStyleOption(&option);
+        if (option.currentText == currentText()) {
+            event->ignore();
+            return true;  // nothing of it is cut off, so there is nothing to add
+        }
+    }
+    return QComboBox::event(event);
+}
+
+void LPopupButton::changeEvent(QEvent* event) {
+    QComboBox::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ParentChange) {
+        KeepLegibleWhenDisabled(*this, kDisabledStrength);
+    }
+}
+
 void LPopupButton::initStyleOption(QStyleOptionComboBox* option) const {
     QComboBox::initStyleOption(option);
     const QRect field =
         style()->subControlRect(QStyle::CC_ComboBox, option, QStyle::SC_ComboBoxEditField, this);
     // Styles draw the text within the field less one pixel on either side.
     option->currentText =
-        option->fontMetrics.elidedText(option->currentText, Qt::ElideRight, field.width() - 2);
+        option->fontMetrics.elidedText(option->currentText, Qt::ElideMiddle, field.width() - 2);
 }
 
 void LPopupButton::keyPressEvent(QKeyEvent* event) {

@@ -21,14 +21,16 @@ class LPopupButton : public QComboBox, public LControl {
     void SetValue(int32_t value) override;
 
     // Appends one item. No character has a meaning in a menu here, so the text is shown as it stands whether
-    // or not the caller asks to have metacharacters ignored. Text that is too long for the popup ends in an
-    // ellipsis and is told in full by the tool tip.
+    // or not the caller asks to have metacharacters ignored. Text that is too long for the popup loses its
+    // middle, since equal cards differ in their slots, at the end; the tool tip then tells it in full.
     void AppendMenu(ConstStringPtr itemText, bool ignoreMetacharacters);
 
     // Shows the list if the popup is usable.
     void showPopup() override;
 
   protected:
+    bool event(QEvent* event) override;
+    void changeEvent(QEvent* event) override;
     void initStyleOption(QStyleOptionComboBox* option) const override;
     void keyPressEvent(QKeyEvent* event) override;
     void customEvent(QEvent* event) override;

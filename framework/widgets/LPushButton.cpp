@@ -2,8 +2,19 @@
 
 #include <QKeyEvent>
 #include <QShortcutEvent>
+#include <QStyleOptionButton>
 
 #include "framework/widgets/AccessibleButton.h"
+
+namespace {
+
+void RedrawButtons(const QWidget& window) {
+    for (QPushButton* button : window.findChildren<QPushButton*>()) {
+        button->update();
+    }
+}
+
+}  // namespace
 
 LPushButton::LPushButton() : LControl(this) {
     DescribeButtonsToAssistiveTechnology();
@@ -19,6 +30,23 @@ bool LPushButton::event(QEvent* event) {
         click();
     }
     return true;
+}
+
+void LPushButton::initStyleOption(QStyleOptionButton* option) const {
+    QPushButton::initStyleOption(option);
+    const auto* focused = qobject_cast<QPushButton*>(window()->focusWidget());
+    option->features.setFlag(QStyleOptionButton::DefaultButton,
+                             focused != nullptr ? focused == this : isDefault());
+}
+
+void LPushButton::focusInEvent(QFocusEvent* event) {
+    QPushButton::focusInEvent(event);
+    RedrawButtons(*window());
+}
+
+void LPushButton::focusOutEvent(QFocusEvent* event) {
+    QPushButton::focusOutEvent(event);
+    RedrawButtons(*window());
 }
 
 void LPushButton::keyPressEvent(QKeyEvent* event) {

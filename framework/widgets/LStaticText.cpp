@@ -1,7 +1,16 @@
 #include "framework/widgets/LStaticText.h"
 
+#include <QFocusEvent>
 #include <QMouseEvent>
 #include <QVariant>
+
+namespace {
+
+bool IsByTab(const QFocusEvent& event) {
+    return event.reason() == Qt::TabFocusReason || event.reason() == Qt::BacktabFocusReason;
+}
+
+}  // namespace
 
 LStaticText::LStaticText() : LPane(this) {
     setTextFormat(Qt::PlainText);
@@ -32,6 +41,20 @@ QSize LStaticText::sizeHint() const {
 
 QSize LStaticText::minimumSizeHint() const {
     return AtLeast(QLabel::minimumSizeHint());
+}
+
+void LStaticText::focusInEvent(QFocusEvent* event) {
+    QLabel::focusInEvent(event);
+    if (IsByTab(*event)) {
+        setSelection(0, static_cast<int>(text().size()));
+    }
+}
+
+void LStaticText::focusOutEvent(QFocusEvent* event) {
+    QLabel::focusOutEvent(event);
+    if (IsByTab(*event)) {
+        setSelection(0, 0);
+    }
 }
 
 QSize LStaticText::AtLeast(QSize hint) const {

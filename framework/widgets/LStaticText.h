@@ -6,7 +6,7 @@
 
 // A text that the program may change. It is shown character for character, without markup. The layout's
 // property "leastCharacters" keeps room for so many digits, so that the window does not change its size with
-// the text.
+// the text. One that the keyboard reaches is selected, so that it can be copied.
 class LStaticText : public QLabel, public LPane {
   public:
     static constexpr const char* kClassName = "LStaticText";
@@ -24,6 +24,8 @@ class LStaticText : public QLabel, public LPane {
 
   protected:
     void mousePressEvent(QMouseEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
 
   private:
     QSize AtLeast(QSize hint) const;

@@ -3,15 +3,35 @@
 #include <QApplication>
 #include <QWidget>
 
-void TakeSecondaryColour(QWidget& widget, float strength) {
+namespace {
+
+QColor SurroundingColour(const QWidget& widget, float strength) {
     const QWidget* parent = widget.parentWidget();
     const QPalette surroundings = parent != nullptr ? parent->palette() : QApplication::palette();
     QColor colour = surroundings.color(QPalette::Active, QPalette::WindowText);
     colour.setAlphaF(strength);
+    return colour;
+}
+
+}  // namespace
+
+void TakeSecondaryColour(QWidget& widget, float strength) {
+    const QColor colour = SurroundingColour(widget, strength);
     // Setting the palette comes back here as a change of palette.
     if (widget.palette().color(QPalette::Active, QPalette::WindowText) != colour) {
         QPalette own = widget.palette();
         own.setColor(QPalette::WindowText, colour);
+        widget.setPalette(own);
+    }
+}
+
+void KeepLegibleWhenDisabled(QWidget& widget, float strength) {
+    const QColor colour = SurroundingColour(widget, strength);
+    if (widget.palette().color(QPalette::Disabled, QPalette::ButtonText) != colour) {
+        QPalette own = widget.palette();
+        for (const QPalette::ColorRole role : {QPalette::ButtonText, QPalette::Text, QPalette::WindowText}) {
+            own.setColor(QPalette::Disabled, role, colour);
+        }
         widget.setPalette(own);
     }
 }

@@ -6,6 +6,7 @@
 #include <array>
 
 #include "framework/widgets/ModalDialogs.h"
+#include "framework/widgets/RoomOnScreen.h"
 
 namespace {
 
@@ -45,10 +46,11 @@ void SetTexts(QMessageBox& box, const QString& title, const QString& explanation
     }
     if (QLabel* label = PlainLabel(box, "qt_msgbox_informativelabel")) {
         // The box alone would wrap an explanation at the width of its title.
-        constexpr int kComfortableCharacters = 48;
+        constexpr int kComfortableCharacters = 60;
         const QFontMetrics metrics = label->fontMetrics();
-        label->setMinimumWidth(
-            qMin(metrics.size(0, explanation).width(), kComfortableCharacters * metrics.averageCharWidth()));
+        const int comfortable =
+            qMin(kComfortableCharacters * metrics.averageCharWidth(), RoomOnScreen(box).width() * 3 / 4);
+        label->setMinimumWidth(qMin(metrics.size(0, explanation).width(), comfortable));
     }
 }
 

@@ -100,6 +100,7 @@ TEST_F(PopupButton, ShowsTextsLiterallyAndElidesLongOnes) {
     mPopup->SetValue(2);
     QApplication::processEvents();
     EXPECT_EQ(mPopup->width(), width);
+    EXPECT_EQ(mPopup->toolTip().toStdString(), longText);
     mPopup->showPopup();
     EXPECT_LE(mPopup->view()->window()->width(), width);
     mPopup->hidePopup();
@@ -163,6 +164,10 @@ TEST(PushButton, ReturnPressesTheFocusedOrTheDefaultButton) {
     application.pane<LPushButton>("CLOS").setFocus();
     pressKey(window, Qt::Key_Return);
     EXPECT_EQ(application.heard.back(), FourCharCode("CLOS")) << "but not when another button has the focus";
+    // And it looks so.
+    const QImage focused = application.pane<LPushButton>("UPDT").grab().toImage();
+    application.pane<LPopupButton>("CRDS").setFocus();
+    EXPECT_NE(application.pane<LPushButton>("UPDT").grab().toImage(), focused);
 
     auto* const silent = new LPushButton;  // the layout gave it no message
     silent->setParent(&window);

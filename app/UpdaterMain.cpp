@@ -5,6 +5,7 @@
 #include <QGuiApplication>
 
 #include "app/CUpdaterApp.h"
+#include "app/logic/FirmwareFiles.h"
 #include "framework/core/LGrowZone.h"
 #include "framework/core/UEnvironment.h"
 #include "framework/widgets/UQDGlobals.h"
@@ -45,6 +46,7 @@ int UpdaterMain() {
     {
         CUpdaterApp application;
         gpTheApp = &application;
+        application.SetAboutDetails(FirmwareOverview);
         application.Run();
     }
     gpTheApp = nullptr;

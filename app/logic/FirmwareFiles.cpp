@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "app/logic/CardModel.h"
+#include "app/logic/CardTexts.h"
 
 char gszResourcePaths[kMaxFirmwareFiles][kResourcePathBytes];
 char gszResourceNames[kMaxFirmwareFiles][kResourceNameBytes];
@@ -99,6 +100,19 @@ void ChooseFirmware(uint16_t modelCode, uint16_t boardRevision) {
             return;
         }
     }
+}
+
+std::string FirmwareOverview() {
+    std::string lines;
+    for (int32_t i = 0; i < gNumXSVFiles; ++i) {
+        const char* const name = gszResourceNames[i];
+        const std::string model = ModelName(static_cast<uint16_t>(FirmwareModelCode(name)));
+        const uint16_t board = boardRevisionOf(name);
+        const std::string boards = board == 0 ? "" : ", board " + BoardRevisionText(board);
+        lines += (i == 0 ? "" : "\n") + model + boards + ": " +
+                 FirmwareVersionText(FirmwareByteOrderLetter(name), versionOf(name)) + " (" + name + ")";
+    }
+    return lines;
 }
 
 char FirmwareByteOrderLetter(const char* name) {

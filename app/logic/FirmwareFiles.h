@@ -11,6 +11,7 @@
 // K40W07B.xsv is version 7 for a Vorn K40 of board revision B, in byte order W.
 
 #include <cstdint>
+#include <string>
 
 constexpr int kMaxFirmwareFiles = 16;
 constexpr int kResourcePathBytes = 256;
@@ -40,6 +41,9 @@ int FirmwareModelCode(const char* name);
 // Sets gNewFirmware and gusNewFirmwareRev to the first image in the tables for a model and board revision,
 // whatever its version and byte order; to kNoFirmware and kNoVersion when there is none.
 void ChooseFirmware(uint16_t modelCode, uint16_t boardRevision);
+
+// What the tables hold, a line per image: "VornMX-B, board A: M12 (VMBM12A.xsv)".
+std::string FirmwareOverview();
 
 // 'M' or 'W'.
 char FirmwareByteOrderLetter(const char* name);

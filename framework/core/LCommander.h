@@ -9,6 +9,8 @@
 // Commands that the framework itself knows; every other number belongs to the application.
 constexpr CommandT kCommandAbout = 1;
 constexpr CommandT kCommandQuit = 10;
+constexpr CommandT kCommandHelp = 1000;
+constexpr CommandT kCommandCopyDetails = 1001;
 
 // What to do about unsaved work on the way out: ask the user.
 constexpr int32_t kSaveOptionAsk = FourCharCode("ask ");

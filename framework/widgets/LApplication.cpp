@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QScopedValueRollback>
+#include <QShortcut>
 #include <algorithm>
 #include <cstdio>
 #include <string>
@@ -12,15 +13,26 @@
 #include "framework/widgets/LWindow.h"
 #include "framework/widgets/ModalDialogs.h"
 #include "framework/widgets/QuitRequests.h"
+#include "framework/widgets/RoomOnScreen.h"
 #include "framework/widgets/StandardAlert.h"
 #include "framework/widgets/UQDGlobals.h"
 
 namespace {
 
 constexpr int32_t kAboutLayout = 128;
+constexpr int32_t kHelpLayout = 130;
 constexpr PaneIDT kVersionPane = FourCharCode("VERS");
+constexpr PaneIDT kQtVersionPane = FourCharCode("QTVR");
+constexpr PaneIDT kDetailsPane = FourCharCode("DETL");
 
 LApplication* gCurrent = nullptr;
+
+void SetText(const LDialogBox& dialog, PaneIDT paneID, const QString& text) {
+    if (auto* pane = dynamic_cast<LStaticText*>(dialog.FindPaneByID(paneID))) {
+        const QByteArray bytes = text.toUtf8();
+        pane->SetText(bytes.constData(), static_cast<int32_t>(bytes.size()));
+    }
+}
 
 std::string Describe(const std::exception_ptr& exception) {
     try {
@@ -107,6 +119,9 @@ bool LApplication::ObeyCommand(CommandT command, void* parameter) {
         case kCommandAbout:
             ShowAboutBox();
             return true;
+        case kCommandHelp:
+            ShowHelp();
+            return true;
         case kCommandQuit:
             DoQuit();
             return true;
@@ -117,7 +132,7 @@ bool LApplication::ObeyCommand(CommandT command, void* parameter) {
 
 void LApplication::FindCommandStatus(CommandT command, uint8_t& outEnabled, uint8_t& outUsesMark,
                                      uint16_t& outMark, unsigned char* outName) {
-    if (command == kCommandAbout) {
+    if (command == kCommandAbout || command == kCommandHelp) {
         outEnabled = 1;
     } else if (command == kCommandQuit) {
         outEnabled = AttemptQuitSelf(kSaveOptionAsk) ? 1 : 0;
@@ -139,27 +154,39 @@ void LApplication::QuitRefused() {
 }
 
 void LApplication::ShowAboutBox() {
-    static const QString kName = "about";
+    ShowPage("about", kAboutLayout, [this](LDialogBox& about) {
+        SetText(about, kVersionPane, QCoreApplication::applicationVersion());
+        SetText(about, kQtVersionPane, qVersion());
+        SetText(about, kDetailsPane, mAboutDetails ? QString::fromStdString(mAboutDetails()) : QString());
+    });
+}
+
+void LApplication::ShowHelp() {
+    ShowPage("help", kHelpLayout, [](LDialogBox&) {});
+}
+
+void LApplication::ShowPage(const char* name, int32_t layoutID,
+                            const std::function<void(LDialogBox&)>& fill) {
     LWindow* window = FrontWindow();
     if (window == nullptr) {
         return;
     }
-    auto* about = window->findChild<QDialog*>(kName, Qt::FindDirectChildrenOnly);
-    if (about == nullptr) {
-        std::unique_ptr<LDialogBox> made = LDialogBox::CreateDialog("dialog", kAboutLayout, this);
+    auto* page = window->findChild<QDialog*>(name, Qt::FindDirectChildrenOnly);
+    if (page == nullptr) {
+        std::unique_ptr<LDialogBox> made = LDialogBox::CreateDialog("dialog", layoutID, this);
         if (made == nullptr) {
             return;
         }
-        if (auto* version = dynamic_cast<LStaticText*>(made->FindPaneByID(kVersionPane))) {
-            const QByteArray text = QCoreApplication::applicationVersion().toUtf8();
-            version->SetText(text.constData(), static_cast<int32_t>(text.size()));
-        }
-        about = made.release();  // the window it belongs to owns it from here
-        about->setObjectName(kName);
+        fill(*made);
+        page = made.release();  // the window it belongs to owns it from here
+        page->setObjectName(name);
+        QObject::connect(new QShortcut(QKeySequence::Close, page), &QShortcut::activated, page,
+                         &QDialog::reject);
+        page->resize(page->size().boundedTo(RoomOnScreen(*window)));
     }
-    about->show();
-    about->raise();
-    about->activateWindow();
+    page->show();
+    page->raise();
+    page->activateWindow();
 }
 
 void LApplication::AddWindow(LWindow* window) {

@@ -1,11 +1,14 @@
 #pragma once
 
 #include <exception>
+#include <functional>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "framework/core/LCommander.h"
 
+class LDialogBox;
 class LWindow;
 class QuitRequests;
 
@@ -40,7 +43,10 @@ class LApplication : public LCommander {
     // Whether a quit has been accepted.
     bool IsQuitting() const { return mState == State::kQuitting; }
 
-    // Handles About and Quit. Quit can be chosen while AttemptQuitSelf agrees.
+    // What the About box tells besides the versions, in lines; asked for when the box is made.
+    void SetAboutDetails(std::function<std::string()> details) { mAboutDetails = std::move(details); }
+
+    // Handles About, Help and Quit. Quit can be chosen while AttemptQuitSelf agrees.
     bool ObeyCommand(CommandT command, void* parameter = nullptr) override;
     void FindCommandStatus(CommandT command, uint8_t& outEnabled, uint8_t& outUsesMark, uint16_t& outMark,
                            unsigned char* outName) override;
@@ -56,8 +62,11 @@ class LApplication : public LCommander {
     virtual void QuitRefused();
 
     // Shows the dialog of dialog-128.ui, which does not stop the program from going on with its work. Its
-    // pane "VERS" tells the version that QCoreApplication knows.
+    // pane "VERS" tells the version that QCoreApplication knows, "QTVR" Qt's, and "DETL" the details.
     virtual void ShowAboutBox();
+
+    // Shows the page of dialog-130.ui in the same way.
+    virtual void ShowHelp();
 
   private:
     friend class LWindow;
@@ -66,9 +75,12 @@ class LApplication : public LCommander {
     void AddWindow(LWindow* window);
     void RemoveWindow(LWindow* window);
     void Report(const std::exception_ptr& exception);
+    // Shows what a layout describes beside the front window, which owns it from the first time on.
+    void ShowPage(const char* name, int32_t layoutID, const std::function<void(LDialogBox&)>& fill);
 
     State mState = State::kConstructed;
     int32_t mPassDepth = 0;
     std::vector<LWindow*> mWindows;
     std::unique_ptr<QuitRequests> mQuitRequests;
+    std::function<std::string()> mAboutDetails;
 };

@@ -1,15 +1,26 @@
 #include "framework/widgets/LWindow.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QCloseEvent>
+#include <QComboBox>
+#include <QGuiApplication>
+#include <QLabel>
 #include <QLayout>
+#include <QMenuBar>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QStyle>
+#include <algorithm>
 #include <cstdio>
 
 #include "framework/core/LException.h"
 #include "framework/core/UKeptException.h"
+#include "framework/widgets/ButtonOrder.h"
 #include "framework/widgets/LApplication.h"
 #include "framework/widgets/LMenuBar.h"
+#include "framework/widgets/RoomOnScreen.h"
 #include "framework/widgets/UResources.h"
 
 namespace {
@@ -40,6 +51,7 @@ LWindow* LWindow::CreateWindow(int32_t layoutID, LCommander* super) {
     static_cast<void>(root.release());
     application->AddWindow(window);
     window->SetSuperCommander(super);
+    TakeDesktopsButtonOrder(*window);
     AttachMenuBar(*window, kMenuBarLayout);
     return window;
 }
@@ -48,10 +60,50 @@ LPane* LWindow::FindPaneByID(PaneIDT paneID) const {
     return ::FindPaneByID(*this, paneID);
 }
 
+bool LWindow::ObeyCommand(CommandT command, void* parameter) {
+    if (command != kCommandCopyDetails) {
+        return LCommander::ObeyCommand(command, parameter);
+    }
+    if (const QString details = Details(); !details.isEmpty()) {
+        QGuiApplication::clipboard()->setText(details);
+    }
+    return true;
+}
+
+void LWindow::FindCommandStatus(CommandT command, uint8_t& outEnabled, uint8_t& outUsesMark,
+                                uint16_t& outMark, unsigned char* outName) {
+    if (command == kCommandCopyDetails) {
+        outEnabled = Details().isEmpty() ? 0 : 1;
+    } else {
+        LCommander::FindCommandStatus(command, outEnabled, outUsesMark, outMark, outName);
+    }
+}
+
+QString LWindow::Details() const {
+    QString details;
+    for (const QLabel* caption : findChildren<QLabel*>()) {
+        const QWidget* named = caption->window() == this ? caption->buddy() : nullptr;
+        QString value;
+        if (const auto* popup = qobject_cast<const QComboBox*>(named)) {
+            value = popup->currentText();
+        } else if (const auto* label = qobject_cast<const QLabel*>(named)) {
+            value = label->text();
+        }
+        if (!value.isEmpty()) {
+            details += caption->text().remove('&') + ": " + value + '\n';
+        }
+    }
+    return details;
+}
+
 void LWindow::Show() {
     if (isHidden()) {
+        FitOnScreen();
         KeepRoomForContents();
         adjustSize();
+        if (Contents() != centralWidget()) {
+            resize(RoomOnScreen(*this));
+        }
     }
     show();
     raise();
@@ -68,10 +120,14 @@ void LWindow::UpdatePort() {
     }
     // Panes that were just shown or hidden are laid out first; otherwise they would be drawn at their old
     // place.
-    if (centralWidget() != nullptr && centralWidget()->layout() != nullptr) {
-        centralWidget()->layout()->activate();
+    if (QWidget* contents = Contents(); contents != nullptr && contents->layout() != nullptr) {
+        contents->layout()->activate();
     }
     layout()->activate();
+    if (auto* scrolling = qobject_cast<QScrollArea*>(centralWidget())) {
+        // What changes is at the bottom.
+        scrolling->verticalScrollBar()->setValue(scrolling->verticalScrollBar()->maximum());
+    }
     repaint();
 }
 
@@ -107,10 +163,58 @@ bool LWindow::event(QEvent* event) {
     return handled;
 }
 
+bool LWindow::eventFilter(QObject* /*watched*/, QEvent* event) {
+    // Contents that scroll tell the scroll area, and not the window, that they have changed.
+    if (event->type() == QEvent::LayoutRequest) {
+        KeepRoomForContents();
+    }
+    return false;
+}
+
+QWidget* LWindow::Contents() const {
+    const auto* scrolling = qobject_cast<QScrollArea*>(centralWidget());
+    return scrolling != nullptr ? scrolling->widget() : centralWidget();
+}
+
+void LWindow::FitOnScreen() {
+    QWidget* contents = Contents();
+    if (contents == nullptr || contents->layout() == nullptr || centralWidget() != contents) {
+        return;
+    }
+    const QSize room = RoomOnScreen(*this) - QSize(0, menuBar()->sizeHint().height());
+    if (contents->layout()->totalSizeHint().width() > room.width()) {
+        for (QLabel* label : contents->findChildren<QLabel*>()) {
+            // What can be selected is a value, which is to stay in one piece.
+            label->setWordWrap(label->textInteractionFlags() == Qt::NoTextInteraction);
+        }
+    }
+    KeepRoomForContents();
+    if (contents->minimumHeight() > room.height() || contents->minimumWidth() > room.width()) {
+        auto* scrolling = new QScrollArea;
+        scrolling->setFrameShape(QFrame::NoFrame);
+        scrolling->setWidgetResizable(true);
+        scrolling->setWidget(takeCentralWidget());
+        setCentralWidget(scrolling);
+        contents->installEventFilter(this);
+    }
+}
+
 void LWindow::KeepRoomForContents() {
     // A main window does not ask its contents how high they are at a given width, so wrapped texts would be
     // cut off at the bottom; the contents get their full height as the least one instead.
-    if (QWidget* contents = centralWidget(); contents != nullptr && contents->layout() != nullptr) {
-        contents->setMinimumSize(contents->layout()->totalSizeHint());
+    QWidget* contents = Contents();
+    if (contents == nullptr || contents->layout() == nullptr) {
+        return;
     }
+    QLayout& layout = *contents->layout();
+    QSize needed = layout.totalSizeHint();
+    int width = RoomOnScreen(*this).width();
+    if (centralWidget() != contents) {
+        width -= style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, this);
+    }
+    if (needed.width() > width) {
+        needed.setWidth(std::max(width, layout.totalMinimumSize().width()));
+        needed.setHeight(layout.totalHeightForWidth(needed.width()));
+    }
+    contents->setMinimumSize(needed);
 }

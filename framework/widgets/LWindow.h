@@ -5,7 +5,9 @@
 #include "framework/core/LCommander.h"
 #include "framework/widgets/LPane.h"
 
-// A window. The application's window list owns it; its close box asks the chain of command to quit.
+// A window. The application's window list owns it; its close box asks the chain of command to quit. It copies
+// what its captions name, a line each, as text. On a screen that is too small for its contents they are
+// packed more closely, and scroll if that is not enough.
 class LWindow : public QMainWindow, public LPane, public LCommander {
   public:
     static constexpr const char* kClassName = "LWindow";
@@ -22,6 +24,11 @@ class LWindow : public QMainWindow, public LPane, public LCommander {
 
     void Show() override;
 
+    // Handles copying the details.
+    bool ObeyCommand(CommandT command, void* parameter = nullptr) override;
+    void FindCommandStatus(CommandT command, uint8_t& outEnabled, uint8_t& outUsesMark, uint16_t& outMark,
+                           unsigned char* outName) override;
+
     // Draws the window's present state now, without waiting for the event loop.
     void UpdatePort();
 
@@ -32,7 +39,11 @@ class LWindow : public QMainWindow, public LPane, public LCommander {
     void closeEvent(QCloseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     bool event(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
+    QWidget* Contents() const;
+    void FitOnScreen();
     void KeepRoomForContents();
+    QString Details() const;
 };

@@ -7,6 +7,8 @@
 #include <fstream>
 #include <iterator>
 
+#include "app/logic/FirmwareFiles.h"
+#include "card/Registers.h"
 #include "framework/widgets/LApplication.h"
 #include "tests/whole/FirstCardUpdate.h"
 #include "tests/whole/UpdaterTest.h"
@@ -39,7 +41,8 @@ class StartUp : public UpdaterTest {
     }
 };
 
-TEST_F(StartUp, AboutTellsTheVersionAndStopsNothing) {
+TEST_F(StartUp, AboutTellsTheVersionsAndStopsNothing) {
+    bundle.addImage(imageName, {0x00});
     UpdaterSession session(machine, bundle);
     session.run([&] {
         LApplication::Current()->ObeyCommand(kCommandAbout);
@@ -48,6 +51,16 @@ TEST_F(StartUp, AboutTellsTheVersionAndStopsNothing) {
         EXPECT_TRUE(about->isVisible());
         EXPECT_FALSE(about->isModal());
         EXPECT_FALSE(about->findChild<QLabel*>("VERS")->text().isEmpty());
+        EXPECT_EQ(about->findChild<QLabel*>("DETL")->text(), "VornMX-B, board A: M12 (VMBM12A.xsv)");
+
+        // Command 2 is everybody's to use, and does nothing.
+        uint8_t enabled = 0;
+        uint8_t marked = 0;
+        uint16_t mark = 0;
+        unsigned char name[256] = {0};
+        LApplication::Current()->FindCommandStatus(2, enabled, marked, mark, name);
+        EXPECT_EQ(enabled, 1);
+        EXPECT_TRUE(LApplication::Current()->ObeyCommand(2));
     });
 }
 
@@ -138,18 +151,18 @@ TEST_F(StartUp, CardsThatFailMoveThePopupUp) {
         int picked;
         bool ends;
         const char* model;  // that is shown in the end
-    } cases[] = {{FaultKind::serviceNotOpened, 0, 0, {k40}, 1, true, ""},
+    } cases[] = {{FaultKind::serviceNotOpened, 0, 0, {k40}, 1, true, "–"},
                  {FaultKind::serviceNotOpened, 1, 0, {mx}, 1, false, "VornMX-B"},
                  {FaultKind::serviceNotOpened, 2, 0, {mx, k40}, 2, false, "Vorn K40"},
-                 {FaultKind::serviceNotOpened, 0, counted, {k40, dx8}, 1, true, ""},
-                 {FaultKind::serviceNotOpened, 1, counted, {mx, dx8}, 2, true, "VornMX-B"},
+                 {FaultKind::serviceNotOpened, 0, counted, {k40, dx8}, 1, true, "–"},
+                 {FaultKind::serviceNotOpened, 1, counted, {mx, dx8}, 2, true, "–"},
                  {FaultKind::serviceNotOpened, 2, counted, {mx, k40}, 2, false, "Vorn K40"},
                  {FaultKind::serviceSilent, 0, 0, {k40, dx8}, 1, false, "VornMX-B"},
                  {FaultKind::serviceSilent, 1, 0, {mx, dx8}, 2, false, "Vorn K40"},
                  {FaultKind::serviceSilent, 2, 0, {mx, k40}, 2, false, "Vorn K40"},
-                 {FaultKind::serviceNotMapped, 0, 0, {mx, k40, dx8}, 1, true, ""},
-                 {FaultKind::serviceNotMapped, 1, 0, {mx, k40, dx8}, 2, true, "VornMX-B"},
-                 {FaultKind::serviceNotMapped, 2, 0, {mx, k40, dx8}, 3, true, "Vorn K40"}};
+                 {FaultKind::serviceNotMapped, 0, 0, {mx, k40, dx8}, 1, true, "–"},
+                 {FaultKind::serviceNotMapped, 1, 0, {mx, k40, dx8}, 2, true, "–"},
+                 {FaultKind::serviceNotMapped, 2, 0, {mx, k40, dx8}, 3, true, "–"}};
     machine.powerOff();
     machine.removeCard(3);
     machine.powerOn();
@@ -171,6 +184,7 @@ TEST_F(StartUp, CardsThatFailMoveThePopupUp) {
             }
             EXPECT_EQ(LApplication::Current()->IsQuitting(), each.ends);
             EXPECT_EQ(session.text("MODL"), each.model);
+            EXPECT_EQ(gpRegisters == nullptr, each.ends);
         });
         ASSERT_EQ(session.alerts.size(), each.ends ? 1u : 0u);
         if (each.ends) {
@@ -201,6 +215,7 @@ TEST_F(StartUp, ImagesThatAreNotCatalogued) {
         session.host.bundleFinds = bundleFinds;
         session.run([&] { session.click("UPDT"); });
         EXPECT_EQ(session.alerts, none);
+        EXPECT_EQ(gusNewFirmwareRev, 0);
         EXPECT_EQ(session.standardError, standardError);
     };
     expectNone(bundle, 100, "");

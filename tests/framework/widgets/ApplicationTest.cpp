@@ -1,10 +1,13 @@
+#include <QClipboard>
 #include <QDialog>
 #include <QMenu>
 #include <QMenuBar>
 
 #include "framework/core/LException.h"
+#include "framework/core/PascalString.h"
 #include "framework/core/UKeptException.h"
 #include "framework/widgets/LPushButton.h"
+#include "framework/widgets/LStaticText.h"
 #include "tests/framework/widgets/Fixture.h"
 
 TEST(Application, ExceptionComesOutOfTheOutermostPassOnly) {
@@ -69,21 +72,42 @@ TEST(Application, QuitInStartUpEndsTheRunBeforeTheFirstEvent) {
     application.ProcessNextEvent();
 }
 
-TEST(Application, AboutDoesNotStopTheProgram) {
+TEST(Application, AboutAndHelpDoNotStopTheProgram) {
     SampleApplication application;
     LWindow& window = application.openWindow();
-    ASSERT_TRUE(window.ObeyCommand(kCommandAbout));
-    ASSERT_TRUE(window.ObeyCommand(kCommandAbout));
+    for (const CommandT command : {kCommandAbout, kCommandHelp, kCommandAbout}) {
+        ASSERT_TRUE(window.ObeyCommand(command));
+    }
     const auto dialogs = window.findChildren<QDialog*>();
-    ASSERT_EQ(dialogs.size(), 1) << "asked for twice, shown once";
-    EXPECT_FALSE(dialogs.first()->isModal());
+    ASSERT_EQ(dialogs.size(), 2) << "asked for twice, shown once";
+    EXPECT_FALSE(dialogs[0]->isModal() || dialogs[1]->isModal());
     application.DoQuit();
-    EXPECT_FALSE(dialogs.first()->isVisible());
+    EXPECT_FALSE(dialogs[0]->isVisible() || dialogs[1]->isVisible());
 }
+
+namespace {
+
+// Knows one command, which nobody else does, and has a name for it.
+struct Namer : LCommander {
+    using LCommander::LCommander;
+    void FindCommandStatus(CommandT command, uint8_t& outEnabled, uint8_t& outUsesMark, uint16_t& outMark,
+                           unsigned char* outName) override {
+        if (command == 4712) {
+            PascalFromText("A&B", outName);
+        } else {
+            LCommander::FindCommandStatus(command, outEnabled, outUsesMark, outMark, outName);
+        }
+    }
+};
+
+}  // namespace
 
 TEST(Application, MenuItemsFollowTheChainOfCommand) {
     SampleApplication application;
     LWindow& window = application.openWindow();
+    application.pane<LStaticText>("SRNO").SetText("2103070021", 10);
+    Namer namer(&window);
+    LCommander::SwitchTarget(&namer);
     for (QMenu* menu : window.menuBar()->findChildren<QMenu*>()) {
         QAction* action = menu->actions().first();
         emit menu->aboutToShow();
@@ -91,7 +115,25 @@ TEST(Application, MenuItemsFollowTheChainOfCommand) {
         action->setProperty("command", 4711);  // a command that nobody knows
         emit menu->aboutToShow();
         EXPECT_FALSE(action->isEnabled());
+        action->setProperty("command", 4712);
+        emit menu->aboutToShow();
+        EXPECT_EQ(action->text(), "A&&B");
         emit menu->aboutToHide();
         EXPECT_TRUE(action->isEnabled()) << "or its shortcut would stay dead";
     }
+}
+
+TEST(Application, CopiesWhatItsCaptionsName) {
+    SampleApplication application;
+    LWindow& window = application.openWindow();
+    uint8_t enabled = 0;
+    uint8_t marked = 0;
+    uint16_t mark = 0;
+    Str255 name;
+    window.FindCommandStatus(kCommandCopyDetails, enabled, marked, mark, name);
+    EXPECT_EQ(enabled, 0) << "there is nothing yet";
+    application.pane<LStaticText>("SRNO").SetText("2103070021", 10);
+    application.pane<LStaticText>("FWVR").SetText("M10", 3);
+    pressKey(window, Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(QApplication::clipboard()->text(), "Serial number: 2103070021\nFirmware on the card: M10\n");
 }

@@ -1,6 +1,8 @@
 #include <QAbstractButton>
+#include <QComboBox>
 #include <QFile>
 #include <QLabel>
+#include <QScreen>
 #include <QTemporaryDir>
 #include <map>
 
@@ -69,7 +71,8 @@ TEST(Layout, PanesAreFoundByTheirIDsOnly) {
 
 TEST(Layout, NothingMovesBetweenTheStatesNorIsCutOff) {
     const QFont before = QApplication::font();
-    for (const int factor : {1, 2}) {
+    for (const double factor : {1.0, 1.5}) {
+        QApplication::setLayoutDirection(factor > 1 ? Qt::RightToLeft : Qt::LeftToRight);
         QFont font = before;
         font.setPointSizeF(before.pointSizeF() * factor);
         QApplication::setFont(font);
@@ -95,12 +98,51 @@ TEST(Layout, NothingMovesBetweenTheStatesNorIsCutOff) {
         EXPECT_EQ(window.size(), size) << "the window cannot be made too small for its texts";
         for (const QLabel* label : window.findChildren<QLabel*>()) {
             EXPECT_FALSE(isClipped(*label)) << label->objectName().toStdString();
+            EXPECT_EQ(label->textFormat(), Qt::PlainText) << label->objectName().toStdString();
         }
         for (const QAbstractButton* button : window.findChildren<QAbstractButton*>()) {
             EXPECT_GE(button->width(), button->sizeHint().width()) << button->text().toStdString();
         }
     }
     QApplication::setFont(before);
+    QApplication::setLayoutDirection(Qt::LeftToRight);
+}
+
+TEST(Layout, NothingReachesBeyondASmallScreen) {
+    const QFont before = QApplication::font();
+    for (const double factor : {2.0, 4.0}) {
+        QFont font = before;
+        font.setPointSizeF(before.pointSizeF() * factor);
+        QApplication::setFont(font);
+        SampleApplication application;
+        LWindow& window = application.openWindow();
+        ASSERT_TRUE(window.ObeyCommand(kCommandHelp));
+        QApplication::processEvents();
+        const QRect screen = window.screen()->availableGeometry();
+        for (const QWidget* shown : {static_cast<QWidget*>(&window), QApplication::activeWindow()}) {
+            EXPECT_TRUE(screen.contains(QRect(screen.topLeft(), shown->frameSize()))) << factor;
+        }
+        // Whatever does not fit can be scrolled to.
+        for (const QLabel* label : window.findChildren<QLabel*>()) {
+            EXPECT_FALSE(isClipped(*label)) << label->objectName().toStdString();
+        }
+    }
+    QApplication::setFont(before);
+}
+
+TEST(Layout, SecondaryTextFollowsTheThemeAndStaysLegible) {
+    SampleApplication application;
+    LWindow& window = application.openWindow();
+    for (const QColor& button : {QColor(40, 40, 40), QColor(230, 230, 230)}) {
+        window.setPalette(QPalette(button));
+        QColor faded = window.palette().color(QPalette::Active, QPalette::WindowText);
+        faded.setAlphaF(0.7F);
+        const QPalette caption = window.findChild<QLabel*>("modelCaption")->palette();
+        EXPECT_EQ(caption.color(QPalette::Active, QPalette::WindowText), faded);
+        const QPalette popup = window.findChild<QComboBox*>("CRDS")->palette();
+        EXPECT_EQ(popup.color(QPalette::Disabled, QPalette::ButtonText), faded)
+            << "names the card being written";
+    }
 }
 
 TEST(Layout, UnusableLayoutGivesAMessageAndNoWindow) {

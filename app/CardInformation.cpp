@@ -12,6 +12,7 @@
 #include "app/logic/CardTexts.h"
 #include "app/logic/CardValues.h"
 #include "app/logic/FirmwareFiles.h"
+#include "app/logic/WriteTime.h"
 #include "card/CardAccess.h"
 #include "card/Registers.h"
 #include "framework/core/LException.h"
@@ -21,6 +22,9 @@
 #include "hw/PromOperations.h"
 
 namespace {
+
+// What stands in a pane while the card has not told it, so that nothing of the previous card is taken for it.
+constexpr const char* kNotKnownYet = "–";
 
 uint16_t readLowHalf(uint32_t offsetBytes) {
     return static_cast<uint16_t>(MacReadULONG(RegisterAt(offsetBytes)));
@@ -61,6 +65,12 @@ bool CUpdaterApp::OpenChosenCard(int32_t item) {
         gpRegisters = nullptr;
     }
     mCurrentCardItem = item;
+    for (const PaneIDT pane : {kModelPane, kBoardRevisionPane, kFirmwareVersionPane, kFirmwareDatePane,
+                               kSerialNumberPane, kManufactureDatePane}) {
+        SetWindowItemText(mMainWindow, pane, kNotKnownYet);
+    }
+    SetWindowItemText(mMainWindow, kFirmwareStatePane, "");
+    SetWindowItemText(mMainWindow, kWriteTimePane, "");
     void* base = nullptr;
     uint32_t bytes = 0;
     mCardConnection = OpenCard(item - 1, &base, &bytes, nullptr, nullptr);
@@ -130,6 +140,7 @@ void CUpdaterApp::ChooseFirmwareForCard(uint8_t firmwareVersion) {
     if (gNewFirmware == kNoFirmware) {
         ShowAlert("Error", "Unable to determine New Firmware Version!");
         gusNewFirmwareRev = 0;
+        SetWindowItemText(mMainWindow, kFirmwareStatePane, "No firmware here fits this card");
         return;
     }
     std::fprintf(stderr, "Will use %s for firmware\n", gszResourcePaths[gNewFirmware]);
@@ -137,4 +148,10 @@ void CUpdaterApp::ChooseFirmwareForCard(uint8_t firmwareVersion) {
     SetWindowItemText(mMainWindow, kNewFirmwarePane, FirmwareVersionText(letter, gusNewFirmwareRev).c_str());
     mFirmwareIsCurrent =
         IsFirmwareCurrent(ByteOrderLetter(gbSwap), firmwareVersion, letter, gusNewFirmwareRev);
+    // Of two versions in different byte orders neither is the newer one.
+    const char* const offer =
+        letter == ByteOrderLetter(gbSwap) ? "Newer firmware is available" : "Other firmware is available";
+    SetWindowItemText(mMainWindow, kFirmwareStatePane,
+                      mFirmwareIsCurrent ? "This card has the newest firmware" : offer);
+    SetWindowItemText(mMainWindow, kWriteTimePane, WriteTimeText(gszResourcePaths[gNewFirmware]).c_str());
 }

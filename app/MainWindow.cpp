@@ -119,6 +119,11 @@ void CUpdaterApp::UpdateWindowState() {
             popup->Disable();
         }
         ShowWhetherToQuit();
+        for (const PaneIDT paneID : {kFirmwareStatePane, kWriteTimePane}) {
+            if (LPane* const pane = mMainWindow->FindPaneByID(paneID)) {
+                mWindowState == kWindowIdle ? pane->Show() : pane->Hide();
+            }
+        }
     }
     // Callers go straight into long work, so the window must not wait for the event loop.
     mMainWindow->Refresh();

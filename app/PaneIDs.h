@@ -34,3 +34,7 @@ constexpr PaneIDT kFirmwareDatePane = FourCharCode("FWDT");
 constexpr PaneIDT kSerialNumberPane = FourCharCode("SRNO");
 constexpr PaneIDT kManufactureDatePane = FourCharCode("MFDT");
 constexpr PaneIDT kNewFirmwarePane = FourCharCode("NFWR");
+
+// What that means for the card, and how long a write takes; shown while idle.
+constexpr PaneIDT kFirmwareStatePane = FourCharCode("FWST");
+constexpr PaneIDT kWriteTimePane = FourCharCode("TIME");

@@ -9,6 +9,7 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QMainWindow>
+#include <QMenu>
 #include <QMenuBar>
 #include <QPushButton>
 #include <memory>
@@ -41,7 +42,8 @@ QGridLayout* information() {
                  {"Manufactured", "Feb 12, 2003"},
                  {"Firmware on the card", "M10"},
                  {"Firmware date", "May 17, 2004"},
-                 {"Firmware in this updater", "M12"}};
+                 {"Firmware in this updater", "M12"},
+                 {"Newer firmware is available", ""}};
     auto* const grid = new QGridLayout;
     int row = 0;
     for (const auto& [caption, value] : kRows) {
@@ -55,7 +57,10 @@ QGridLayout* information() {
 std::unique_ptr<QWidget> windowWithControls() {
     auto window = std::make_unique<QMainWindow>();
     window->menuBar()->addMenu("&File")->addAction("&Quit");
-    window->menuBar()->addMenu("&Help")->addAction("&About");
+    window->menuBar()->addMenu("&Edit")->addAction("&Copy card details");
+    QMenu* const help = window->menuBar()->addMenu("&Help");
+    help->addAction("VUpdater &Help");
+    help->addAction("&About");
 
     auto* const contents = new QWidget;
     auto* const column = new QVBoxLayout(contents);
@@ -70,9 +75,8 @@ std::unique_ptr<QWidget> windowWithControls() {
     column->addWidget(separator());
     column->addWidget(paragraph("Update a card’s firmware", true));
     column->addWidget(
-        paragraph("Compare the firmware on the card with the firmware in this updater. To write "
-                  "the new firmware into the card, click Update firmware.",
-                  false));
+        paragraph("To write the firmware in this updater into the card, click Update firmware.", false));
+    column->addWidget(paragraph("Writing takes about a minute and a half.", false));
     column->addWidget(
         paragraph("Before you start, close every program that uses the card. The computer must "
                   "stay switched on until the firmware has been written.",

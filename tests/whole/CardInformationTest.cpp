@@ -21,7 +21,7 @@ class CardInformation : public UpdaterTest {
 
 std::vector<std::string> informationOf(const UpdaterSession& session) {
     std::vector<std::string> texts;
-    for (const char* pane : {"MODL", "PCBR", "FWVR", "FWDT", "SRNO", "MFDT", "NFWR"}) {
+    for (const char* pane : {"MODL", "PCBR", "FWVR", "FWDT", "SRNO", "MFDT", "NFWR", "FWST"}) {
         texts.push_back(session.text(pane));
     }
     return texts;
@@ -30,6 +30,14 @@ std::vector<std::string> informationOf(const UpdaterSession& session) {
 TEST_F(CardInformation, EachCardShowsWhatItIsAndCarries) {
     using Texts = std::vector<std::string>;
     UpdaterSession session(machine, bundle);
+    std::vector<uint32_t> registersRead;
+    // The version register's upper bytes, in either byte order, say nothing.
+    session.host.falsifyLoad = [&](uint32_t offset, uint32_t word) {
+        if (offset < 0x100) {
+            registersRead.push_back(offset);
+        }
+        return offset == 0x10 ? word | 0x00ABAB00 : word;
+    };
     session.run([&] {
         EXPECT_EQ(session.cardItems().size(), 4u);
         Texts first = informationOf(session);
@@ -39,18 +47,25 @@ TEST_F(CardInformation, EachCardShowsWhatItIsAndCarries) {
         EXPECT_EQ(first[4], "2103070021");
         EXPECT_EQ(first[5], "Feb 12, 2003");
         EXPECT_EQ(first[6], "M12");
+        EXPECT_EQ(first[7], "Newer firmware is available");
+        EXPECT_EQ(session.text("TIME"), "Writing takes about a minute and a half.");
 
+        registersRead.clear();
         session.pickCard(2);
+        EXPECT_EQ(registersRead, (std::vector<uint32_t>{0x00, 0x08, 0x0C, 0x10, 0x14, 0x18}));
         Texts second = informationOf(session);
         EXPECT_EQ(second[0], "Vorn K40");
         EXPECT_EQ(second[1], "B");
         EXPECT_EQ(second[2], "W7");
         EXPECT_EQ(second[6], "W7");
+        EXPECT_EQ(second[7], "This card has the newest firmware");
 
-        // Choosing the open card again reads nothing.
+        // Choosing the open card again reads nothing, and forgets that its firmware is the newest.
         const uint64_t accesses = machine.accesses();
         session.pickOpenCardAgain();
         EXPECT_EQ(machine.accesses(), accesses);
+        session.cancelled = {"Firmware Update Confirmation"};
+        session.click("UPDT");
 
         session.pickCard(3);
         Texts third = informationOf(session);
@@ -58,13 +73,21 @@ TEST_F(CardInformation, EachCardShowsWhatItIsAndCarries) {
         EXPECT_EQ(third[1], "NC");
         EXPECT_EQ(third[2], "W7");
         EXPECT_EQ(third[6], "M5");
+        EXPECT_EQ(third[7], "Other firmware is available");
         // The letters differ, so the older image is offered and not called up to date.
-        session.cancelled = {"Firmware Update Confirmation"};
         session.click("UPDT");
+
+        // Without an image for the card the text of the one before stays.
+        session.typed = {"2506110042"};
+        session.pickCard(4);
+        EXPECT_EQ(session.text("NFWR"), "M5");
+        EXPECT_EQ(session.text("FWST"), "No firmware here fits this card");
     });
     EXPECT_EQ(
         session.alerts,
-        (Alerts{{"Firmware Update Confirmation", "About to program your Vorn DX8 with Firmware Version 5"}}));
+        (Alerts{{"Firmware Update Confirmation", "About to program your Vorn K40 with Firmware Version 7"},
+                {"Firmware Update Confirmation", "About to program your Vorn DX8 with Firmware Version 5"},
+                {"Error", "Unable to determine New Firmware Version!"}}));
 }
 
 // Whatever is found wrong with a card ends the updater, after an alert or a line on standard error that says
@@ -140,12 +163,16 @@ TEST_F(CardInformation, BlankIdentityIsAskedForAndWritten) {
     EXPECT_EQ(machine.card(0).identity(), 0x21307015u);
 
     // A serial number of another model is accepted as such, and then found not to belong to this card.
-    machine.card(0).cells().setUserCode(0);
+    machine.card(2).cells().setUserCode(0);
     UpdaterSession session(machine, bundle);
     session.typed = {"2303070021"};
-    session.run();
+    session.run([&] { session.pickCard(3); });
     EXPECT_EQ(session.alerts, (Alerts{{"Error", "VornMX/K40/DX8 Serial Number does not match Device ID!"}}));
-    EXPECT_EQ(machine.card(0).identity(), 0x23307015u);
+    EXPECT_EQ(machine.card(2).identity(), 0x23307015u);
+    // Which is why the dialog tells how this model's begin, and nothing of another card stands behind it.
+    EXPECT_NE(session.identityQuestion.find("every Vorn DX8 begins with 24"), std::string::npos);
+    EXPECT_EQ(session.identityQuestion.find('^'), std::string::npos);
+    EXPECT_EQ(session.behindIdentityDialog, "Vorn DX8 – –");
 }
 
 }  // namespace

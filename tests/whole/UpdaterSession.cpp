@@ -26,9 +26,22 @@
 #include "app/UpdaterMain.h"
 #include "app/hosts/AdministratorPrompt.h"
 #include "app/logic/FirmwareFiles.h"
+#include "card/Registers.h"
 #include "framework/widgets/LApplication.h"
 
 namespace fs = std::filesystem;
+
+namespace {
+
+std::string textsOf(const QWidget& dialog) {
+    std::string texts;
+    for (const QLabel* const label : dialog.findChildren<QLabel*>()) {
+        texts += label->text().toStdString();
+    }
+    return texts;
+}
+
+}  // namespace
 
 TestBundle::TestBundle(const std::string& name) : name_(name) {
     fs::create_directories(path() / "Contents/Resources");
@@ -97,6 +110,7 @@ std::size_t UpdaterSession::countCardsOfPopup() const {
 
 void UpdaterSession::expectNothingLeft() {
     simulatedHost.programEnded();
+    EXPECT_EQ(gpRegisters, nullptr);
     for (const auto& entry : machine_.ledger().entries()) {
         EXPECT_NE(entry.misuse, simulator::Misuse::leftBehind) << entry.detail;
     }
@@ -216,6 +230,8 @@ bool UpdaterSession::eventFilter(QObject* watched, QEvent* event) {
 
 void UpdaterSession::answerIdentityDialog(QWidget* dialog, QLineEdit& field) {
     identityDialogs.push_back(field.selectedText().toStdString());
+    identityQuestion = textsOf(*dialog);
+    behindIdentityDialog = text("MODL") + " " + text("SRNO") + " " + text("MFDT");
     EXPECT_EQ(dialog->focusWidget(), &field);
     EXPECT_EQ(field.selectedText(), field.text());
     if (typed.empty()) {
@@ -255,11 +271,9 @@ void UpdaterSession::answer(QWidget* dialog) {
     Alert alert;
     if (const auto* const box = qobject_cast<QMessageBox*>(dialog)) {
         alert = {box->text().toStdString(), box->informativeText().toStdString()};
+        EXPECT_EQ(box->icon(), QMessageBox::Warning);
     } else {
-        alert.title = dialog->windowTitle().toStdString();
-        for (const QLabel* const label : dialog->findChildren<QLabel*>()) {
-            alert.message += label->text().toStdString();
-        }
+        alert = {dialog->windowTitle().toStdString(), textsOf(*dialog)};
     }
     alerts.push_back(alert);
     // Nobody quits while a half-written card is being warned of.

@@ -65,6 +65,9 @@ class UpdaterSession : public QObject {
     // each dialog's field held, selected, when it came up.
     std::deque<std::string> typed;
     std::vector<std::string> identityDialogs;
+    // What the last identity dialog said, and the window's MODL, SRNO and MFDT behind it.
+    std::string identityQuestion;
+    std::string behindIdentityDialog;
 
     // What has been shown so far, and what came out on standard error during run.
     std::vector<Alert> alerts;

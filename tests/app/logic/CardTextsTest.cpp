@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "app/logic/CardModel.h"
+#include "app/logic/WriteTime.h"
 
 namespace {
 
@@ -27,6 +28,16 @@ TEST(CardTexts, RegistersReadAsTexts) {
     // A month that there is not, 0 included, shows as December; the day is not checked.
     EXPECT_EQ(FirmwareDateText(0x500F), "Dec 15, 2005");
     EXPECT_EQ(FirmwareDateText(0xFD00), "Dec 00, 2015");
+}
+
+TEST(WriteTime, IsRoundedAsAPersonWouldSayIt) {
+    const std::pair<double, const char*> durations[] = {
+        {1, "less than a minute"},         {44, "less than a minute"}, {46, "about a minute"},
+        {92, "about a minute and a half"}, {106, "about two minutes"}, {149, "about two minutes"},
+        {151, "about 3 minutes"},          {3600, "about 60 minutes"}};
+    for (const auto& [seconds, text] : durations) {
+        EXPECT_EQ(RoundedDuration(seconds), text) << seconds;
+    }
 }
 
 }  // namespace

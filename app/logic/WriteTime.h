@@ -1,0 +1,12 @@
+#pragma once
+
+// How long it takes to write a firmware image into a card.
+
+#include <string>
+
+// A sentence for people, such as "Writing takes about a minute and a half."; empty for a file that is no
+// image which comes to its end. Worked out from the image itself, whatever the card's machine makes of it.
+std::string WriteTimeText(const char* imagePath);
+
+// "about a minute and a half": seconds, rounded as a person would say it.
+std::string RoundedDuration(double seconds);

@@ -68,12 +68,12 @@ def run_cardsim(build, *arguments):
 class Display:
     """A virtual screen with a window manager, and the mouse and keyboard in front of it."""
 
-    def __init__(self, folder, manager="openbox"):
+    def __init__(self, folder, manager="openbox", screen="1024x768"):
         self.folder = folder
         self.log = open(folder / "display.log", "a")
         reader, writer = os.pipe()
         self.server = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(writer), "-screen", "0", "1024x768x24", "-nolisten", "tcp", "-noreset"],
+            ["Xvfb", "-displayfd", str(writer), "-screen", "0", f"{screen}x24", "-nolisten", "tcp", "-noreset"],
             pass_fds=[writer], stdout=self.log, stderr=self.log)
         os.close(writer)
         with os.fdopen(reader) as answer:

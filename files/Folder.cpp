@@ -84,11 +84,16 @@ std::vector<std::string> Folder::names() const {
         throw FileError(opened_.name(), "could not be read", reason);
     }
     std::vector<std::string> names;
+    errno = 0;  // the end of the folder leaves it so
     while (const dirent* const entry = ::readdir(listing.get())) {
         std::string name = entry->d_name;
         if (name != "." && name != "..") {
             names.push_back(std::move(name));
         }
+        errno = 0;
+    }
+    if (errno != 0) {
+        throw FileError(opened_.name(), "could not be read", errno);
     }
     return names;
 }

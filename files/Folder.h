@@ -61,8 +61,7 @@ class Folder {
     void removeInner(const std::string& name) const;
 
     // Programs that write exclude each other and those that read; a writer waits for readers, who are quick.
-    // False when another program is writing (or reading for longer than that). The lock goes with the folder,
-    // or when the last Folder that moved from it does.
+    // False when another program is writing, or reads for longer than that. The lock ends with the Folder.
     [[nodiscard]] bool lock(Purpose purpose) const;
     void unlock() const;
 

@@ -146,6 +146,9 @@ bool MachineDirectory::owns(const fs::path& path) const {
         own.push_back(file->name);
     }
     const bool isHere = folder_.isAt(goal.parent_path());
+    if (isHere && files::belongsToCommits(goal.filename())) {
+        return true;
+    }
     return std::ranges::any_of(own, [&](const std::string& name) {
         return (isHere && goal.filename() == name) || folder_.isFileAt(name, goal);
     });

@@ -12,6 +12,9 @@ void TakeDesktopsButtonOrder(QWidget& window) {
         return;  // the action comes last there too
     }
     for (QHBoxLayout* row : window.findChildren<QHBoxLayout*>()) {
+        if (qobject_cast<QDialogButtonBox*>(row->parentWidget()) != nullptr) {
+            continue;  // has ordered its buttons itself
+        }
         std::vector<QPushButton*> buttons;
         for (int i = row->count() - 1; i >= 0; --i) {
             if (auto* button = qobject_cast<QPushButton*>(row->itemAt(i)->widget())) {

@@ -11,7 +11,6 @@
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
-#include <QStyle>
 #include <algorithm>
 #include <cstdio>
 
@@ -184,8 +183,11 @@ void LWindow::FitOnScreen() {
     const QSize room = RoomOnScreen(*this) - QSize(0, menuBar()->sizeHint().height());
     if (contents->layout()->totalSizeHint().width() > room.width()) {
         for (QLabel* label : contents->findChildren<QLabel*>()) {
-            // What can be selected is a value, which is to stay in one piece.
-            label->setWordWrap(label->textInteractionFlags() == Qt::NoTextInteraction);
+            // What can be selected is a value, which is to stay in one piece; none takes more than this.
+            constexpr int kLongestValue = 11;
+            label->setProperty("leastCharacters",
+                               std::min(label->property("leastCharacters").toInt(), kLongestValue));
+            label->setWordWrap(!label->textInteractionFlags().testFlag(Qt::TextSelectableByMouse));
         }
     }
     KeepRoomForContents();
@@ -209,8 +211,8 @@ void LWindow::KeepRoomForContents() {
     QLayout& layout = *contents->layout();
     QSize needed = layout.totalSizeHint();
     int width = RoomOnScreen(*this).width();
-    if (centralWidget() != contents) {
-        width -= style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, this);
+    if (const auto* scrolling = qobject_cast<QScrollArea*>(centralWidget())) {
+        width -= scrolling->verticalScrollBar()->sizeHint().width();
     }
     if (needed.width() > width) {
         needed.setWidth(std::max(width, layout.totalMinimumSize().width()));

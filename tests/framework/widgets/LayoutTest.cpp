@@ -1,14 +1,21 @@
 #include <QAbstractButton>
 #include <QComboBox>
+#include <QDialogButtonBox>
 #include <QFile>
 #include <QLabel>
+#include <QPushButton>
 #include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QTemporaryDir>
 #include <map>
 
 #include "framework/core/LException.h"
+#include "framework/widgets/LDialogBox.h"
+#include "framework/widgets/LPushButton.h"
 #include "framework/widgets/LStaticText.h"
 #include "framework/widgets/UModalDialogs.h"
+#include "framework/widgets/UQDGlobals.h"
 #include "framework/widgets/UResources.h"
 #include "tests/framework/widgets/Fixture.h"
 
@@ -70,6 +77,7 @@ TEST(Layout, PanesAreFoundByTheirIDsOnly) {
 }
 
 TEST(Layout, NothingMovesBetweenTheStatesNorIsCutOff) {
+    UQDGlobals::InitializeToolbox();  // before which there is no font to enlarge
     const QFont before = QApplication::font();
     for (const double factor : {1.0, 1.5}) {
         QApplication::setLayoutDirection(factor > 1 ? Qt::RightToLeft : Qt::LeftToRight);
@@ -109,6 +117,7 @@ TEST(Layout, NothingMovesBetweenTheStatesNorIsCutOff) {
 }
 
 TEST(Layout, NothingReachesBeyondASmallScreen) {
+    UQDGlobals::InitializeToolbox();  // before which there is no font to enlarge
     const QFont before = QApplication::font();
     for (const double factor : {2.0, 4.0}) {
         QFont font = before;
@@ -122,12 +131,26 @@ TEST(Layout, NothingReachesBeyondASmallScreen) {
         for (const QWidget* shown : {static_cast<QWidget*>(&window), QApplication::activeWindow()}) {
             EXPECT_TRUE(screen.contains(QRect(screen.topLeft(), shown->frameSize()))) << factor;
         }
+        if (const auto* scrolling = qobject_cast<QScrollArea*>(window.centralWidget()); factor < 3) {
+            EXPECT_TRUE(scrolling == nullptr || scrolling->horizontalScrollBar()->maximum() == 0);
+        }
         // Whatever does not fit can be scrolled to.
         for (const QLabel* label : window.findChildren<QLabel*>()) {
             EXPECT_FALSE(isClipped(*label)) << label->objectName().toStdString();
         }
     }
     QApplication::setFont(before);
+}
+
+TEST(Layout, EveryRowOfButtonsHasTheDesktopsOrder) {
+    SampleApplication application;
+    application.openWindow();
+    const auto dialog = LDialogBox::CreateDialog("dialog", 129, &application);
+    dialog->show();
+    QApplication::processEvents();
+    const auto& box = *dialog->findChild<QDialogButtonBox*>();
+    EXPECT_EQ(box.button(QDialogButtonBox::Ok)->x() < box.button(QDialogButtonBox::Cancel)->x(),
+              application.pane<LPushButton>("UPDT").x() < application.pane<LPushButton>("CLOS").x());
 }
 
 TEST(Layout, SecondaryTextFollowsTheThemeAndStaysLegible) {

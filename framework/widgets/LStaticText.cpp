@@ -44,6 +44,9 @@ QSize LStaticText::minimumSizeHint() const {
 }
 
 void LStaticText::focusInEvent(QFocusEvent* event) {
+    if (event->reason() == Qt::ActiveWindowFocusReason) {
+        return;  // nobody asked for it, so no insertion mark appears
+    }
     QLabel::focusInEvent(event);
     if (IsByTab(*event)) {
         setSelection(0, static_cast<int>(text().size()));

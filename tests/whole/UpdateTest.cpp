@@ -4,6 +4,7 @@
 
 #include <QComboBox>
 #include <QTimer>
+#include <QWidget>
 #include <fstream>
 #include <iterator>
 
@@ -63,6 +64,7 @@ TEST_F(Update, WritesTheFirmwareAndShowsItAfterThePowerCycle) {
             session.click("UPDT");
             made = {session.host.stores - before.stores, session.host.loads - before.loads};
             EXPECT_EQ(session.shownStatePanes(), "FTX0 FTX1 FTX2 POWR");
+            EXPECT_EQ(session.window()->focusWidget(), session.pane("POWR"));
             EXPECT_FALSE(session.isEnabled("CRDS"));
             // The card runs what it loaded at power-up until the power has been off.
             EXPECT_EQ(card().running()->version, 10);

@@ -6,19 +6,21 @@
 
 namespace simulator {
 
-bool startChild(const std::string& program, std::vector<std::string> arguments) {
+std::optional<pid_t> startChild(const std::string& program, std::vector<std::string> arguments) {
     std::string name = program;
     std::vector<char*> list{name.data()};
     for (std::string& argument : arguments)
         list.push_back(argument.data());
     list.push_back(nullptr);
     pid_t child = 0;
-    return ::posix_spawn(&child, program.c_str(), nullptr, nullptr, list.data(), environ) == 0;
+    if (::posix_spawn(&child, program.c_str(), nullptr, nullptr, list.data(), environ) != 0)
+        return std::nullopt;
+    return child;
 }
 
-bool hasChild() {
-    siginfo_t child;
-    return ::waitid(P_ALL, 0, &child, WEXITED | WNOHANG | WNOWAIT) == 0;
+bool isUnwaitedFor(pid_t child) {
+    siginfo_t state;
+    return ::waitid(P_PID, static_cast<id_t>(child), &state, WEXITED | WNOHANG | WNOWAIT) == 0;
 }
 
 }  // namespace simulator

@@ -2,16 +2,19 @@
 
 // Starting programs as children of this process.
 
+#include <sys/types.h>
+
+#include <optional>
 #include <string>
 #include <vector>
 
 namespace simulator {
 
-// Starts a program, named by its absolute path; the arguments do not name it. The caller waits for the child.
-// False, with no child, when the program cannot be started.
-[[nodiscard]] bool startChild(const std::string& program, std::vector<std::string> arguments);
+// Starts a program, named by its absolute path; the arguments do not name it. Returns the child, which the
+// caller waits for, or nothing when the program cannot be started.
+[[nodiscard]] std::optional<pid_t> startChild(const std::string& program, std::vector<std::string> arguments);
 
-// Whether this process has a child, running or ended, that nobody has waited for yet.
-[[nodiscard]] bool hasChild();
+// Whether a child of this process, running or ended, has not been waited for yet.
+[[nodiscard]] bool isUnwaitedFor(pid_t child);
 
 }  // namespace simulator

@@ -36,7 +36,7 @@ bool PrivilegedTools::run(const std::string& tool, const Arguments& arguments) {
     if (tool == "/bin/rm") {
         for (const std::string& argument : arguments)
             forgetOwners(argument);
-        return startChild(tool, arguments);
+        return start(tool, arguments);
     }
     std::string complaint;
     if (tool == "/usr/sbin/chown")
@@ -48,9 +48,20 @@ bool PrivilegedTools::run(const std::string& tool, const Arguments& arguments) {
     else
         return false;
     if (complaint.empty())
-        return startChild("/bin/sh", {"-c", "exit 0"});
+        return start("/bin/sh", {"-c", "exit 0"});
     complaint.insert(0, fs::path(tool).filename().string() + ": ");
-    return startChild("/bin/sh", {"-c", R"(printf '%s\n' "$0" >&2; exit 1)", complaint});
+    return start("/bin/sh", {"-c", R"(printf '%s\n' "$0" >&2; exit 1)", complaint});
+}
+
+bool PrivilegedTools::start(const std::string& program, const Arguments& arguments) {
+    const std::optional<pid_t> child = startChild(program, arguments);
+    if (child)
+        children_.push_back(*child);
+    return child.has_value();
+}
+
+std::size_t PrivilegedTools::unwaitedFor() const {
+    return static_cast<std::size_t>(std::ranges::count_if(children_, isUnwaitedFor));
 }
 
 std::string PrivilegedTools::changeOwner(const Arguments& arguments) {

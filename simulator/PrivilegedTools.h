@@ -7,6 +7,9 @@
 // owners are remembered here instead of being changed, and drivers come and go in its Drivers. They have
 // acted by the time that the child runs, which then says what the tool has to say and ends as it would.
 
+#include <sys/types.h>
+
+#include <cstddef>
 #include <filesystem>
 #include <set>
 #include <string>
@@ -24,8 +27,13 @@ class PrivilegedTools {
     // Starts a tool. False when the machine has no such tool or no child could be started.
     [[nodiscard]] bool run(const std::string& tool, const std::vector<std::string>& arguments);
 
+    // How many of the tools that were started nobody has waited for yet.
+    [[nodiscard]] std::size_t unwaitedFor() const;
+
   private:
     using Arguments = std::vector<std::string>;
+
+    bool start(const std::string& program, const Arguments& arguments);
 
     // What a tool complains of; empty when it succeeded.
     std::string changeOwner(const Arguments& arguments);
@@ -37,6 +45,7 @@ class PrivilegedTools {
 
     Drivers& drivers_;
     std::set<std::filesystem::path> ownedByRoot_;  // as user and group root:wheel
+    std::vector<pid_t> children_;
 };
 
 }  // namespace simulator

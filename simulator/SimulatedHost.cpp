@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "platform/CardDriver.h"
-#include "simulator/ChildProcess.h"
 
 namespace simulator {
 namespace {
@@ -193,7 +192,7 @@ void SimulatedHost::programEnded() {
     note(live.appleEventDescriptors - liveBefore_.appleEventDescriptors, "event descriptors");
     if (machine_.isOn() && machine_.drivers().loaded.empty())
         note(live.authorizations - liveBefore_.authorizations, "authorizations");
-    note(hasChild() ? 1 : 0, "child processes");
+    note(tools_.unwaitedFor(), "child processes");
 }
 
 std::size_t SimulatedHost::liveMappings() const {

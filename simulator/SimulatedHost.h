@@ -49,8 +49,9 @@ class SimulatedHost final : public Host {
 
     // To be called when the program is through. Whatever it was given since this host was made and has not
     // given back goes into the ledger: windows, services, iterators, authorizations, descriptors, objects of
-    // its bundle, child processes. Connections without a window are not looked at; openConnections counts
-    // them. An authorization may stay for as long as a driver that was loaded does, and goes with the power.
+    // its bundle, privileged tools not waited for. Connections without a window are not looked at;
+    // openConnections counts them. An authorization may stay for as long as a driver that was loaded does,
+    // and goes with the power.
     void programEnded();
 
     // What has been opened and not closed, and mapped and not taken away.

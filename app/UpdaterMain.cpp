@@ -43,12 +43,14 @@ int UpdaterMain() {
     static const LGrowZone* const reserve = new LGrowZone(kMemoryReserveBytes);
     static_cast<void>(reserve);
     useBundleResources();
+    bool hasLostDisplay = false;
     {
         CUpdaterApp application;
         gpTheApp = &application;
         application.SetAboutDetails(FirmwareOverview);
         application.Run();
+        hasLostDisplay = application.HasLostDisplay();
     }
     gpTheApp = nullptr;
-    return 0;
+    return hasLostDisplay ? kDisplayLost : 0;
 }

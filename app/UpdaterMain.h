@@ -2,5 +2,8 @@
 
 // The process entry, the same on every host: a host's main installs its Host and calls this.
 
-// Runs the updater until it has quit, and returns the process's exit code.
+// The exit code after the display or the session has ended under the updater.
+constexpr int kDisplayLost = 5;
+
+// Runs the updater until it has quit, and returns the process's exit code: 0, or kDisplayLost.
 int UpdaterMain();

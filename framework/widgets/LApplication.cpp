@@ -15,6 +15,7 @@
 #include "framework/widgets/QuitRequests.h"
 #include "framework/widgets/RoomOnScreen.h"
 #include "framework/widgets/StandardAlert.h"
+#include "framework/widgets/UDisplay.h"
 #include "framework/widgets/UQDGlobals.h"
 
 namespace {
@@ -54,9 +55,12 @@ LApplication::LApplication() {
 }
 
 LApplication::~LApplication() {
-    while (!mWindows.empty()) {
-        delete mWindows.back();
-    }
+    // Windows on a display that is gone are left to the end of the process.
+    UDisplay::Use([this] {
+        while (!mWindows.empty()) {
+            delete mWindows.back();
+        }
+    });
     gCurrent = nullptr;
 }
 
@@ -83,19 +87,28 @@ void LApplication::Run() {
         } catch (...) {
             Report(std::current_exception());
         }
+        if (UDisplay::IsGone()) {
+            EndWithoutDisplay();
+        }
     }
     // What the destructors still have to do may take its time; nobody should click into a window meanwhile.
-    for (LWindow* window : mWindows) {
-        window->hide();
-    }
+    UDisplay::Use([this] {
+        for (LWindow* window : mWindows) {
+            window->hide();
+        }
+    });
 }
 
 void LApplication::ProcessNextEvent() {
     const bool isOutermost = mPassDepth == 0;
+    if (!isOutermost && !UDisplay::Answers()) {
+        return;
+    }
     {
         const QScopedValueRollback<int32_t> depth(mPassDepth, mPassDepth + 1);
         const bool maySleep = isOutermost && mState == State::kRunning;
-        QCoreApplication::processEvents(maySleep ? QEventLoop::WaitForMoreEvents : QEventLoop::AllEvents);
+        const auto flags = maySleep ? QEventLoop::WaitForMoreEvents : QEventLoop::AllEvents;
+        UDisplay::Use([flags] { QCoreApplication::processEvents(flags); });
     }
     if (isOutermost) {
         UKeptException::RethrowKept();
@@ -112,6 +125,12 @@ void LApplication::DoQuit(int32_t saveOption) {
     } else {
         QuitRefused();
     }
+}
+
+void LApplication::EndWithoutDisplay() {
+    std::fputs("The display or the session has ended, and the program with it.\n", stderr);
+    mHasLostDisplay = true;
+    mState = State::kQuitting;
 }
 
 bool LApplication::ObeyCommand(CommandT command, void* parameter) {

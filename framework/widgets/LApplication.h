@@ -16,7 +16,9 @@ class QuitRequests;
 // At most one exists at a time, on the main thread. Making one makes the QApplication if there is none yet.
 //
 // Every way out is a call of DoQuit: the menu, a window's close box, the end of the desktop session, the
-// signals SIGTERM, SIGINT and SIGHUP (while this object exists), and the application's own wish.
+// signals SIGTERM, SIGINT and SIGHUP (while this object exists), and the application's own wish. Only when
+// the display or the session manager breaks off nobody is asked: once the work that is under way has come to
+// its end, without a display, Run says so on standard error and returns.
 class LApplication : public LCommander {
   public:
     LApplication();
@@ -31,8 +33,9 @@ class LApplication : public LCommander {
     void Run();
 
     // One pass of the event loop. Called by Run it sleeps until something happens; called from inside long
-    // work it handles what is pending and returns at once. An exception that an event handler threw comes out
-    // of the outermost pass only, after everything below it has returned.
+    // work it handles what is pending and returns at once, and does nothing while the display does not
+    // answer. An exception that an event handler threw comes out of the outermost pass only, after everything
+    // below it has returned.
     void ProcessNextEvent();
 
     // Ends the application if everybody in the chain of command agrees, and otherwise calls QuitRefused. A
@@ -45,6 +48,9 @@ class LApplication : public LCommander {
 
     // What the About box tells besides the versions, in lines; asked for when the box is made.
     void SetAboutDetails(std::function<std::string()> details) { mAboutDetails = std::move(details); }
+
+    // Whether Run returned because the display or the session manager broke off.
+    bool HasLostDisplay() const { return mHasLostDisplay; }
 
     // Handles About, Help and Quit. Quit can be chosen while AttemptQuitSelf agrees.
     bool ObeyCommand(CommandT command, void* parameter = nullptr) override;
@@ -77,8 +83,10 @@ class LApplication : public LCommander {
     void Report(const std::exception_ptr& exception);
     // Shows what a layout describes beside the front window, which owns it from the first time on.
     void ShowPage(const char* name, int32_t layoutID, const std::function<void(LDialogBox&)>& fill);
+    void EndWithoutDisplay();
 
     State mState = State::kConstructed;
+    bool mHasLostDisplay = false;
     int32_t mPassDepth = 0;
     std::vector<LWindow*> mWindows;
     std::unique_ptr<QuitRequests> mQuitRequests;

@@ -4,6 +4,7 @@
 #include <QWidget>
 
 #include "framework/core/UKeptException.h"
+#include "framework/widgets/UDisplay.h"
 
 void LControl::BroadcastValueMessage() {
     if (mValueMessage != 0) {
@@ -23,5 +24,6 @@ void LControl::FinishCreate() {
 void LControl::BroadcastFromQt() noexcept {
     if (IsUsable()) {
         KeepException([this] { BroadcastValueMessage(); });
+        UDisplay::LeaveBrokenPass();
     }
 }

@@ -2,8 +2,13 @@
 
 #include <algorithm>
 
+#include "framework/widgets/UDisplay.h"
+
 LProgressBar::LProgressBar() : LControl(this) {}
 
 void LProgressBar::SetValue(int32_t value) {
-    setValue(std::clamp(value, minimum(), maximum()));
+    // A bar draws itself at once.
+    if (UDisplay::Answers()) {
+        UDisplay::Use([this, value] { setValue(std::clamp(value, minimum(), maximum())); });
+    }
 }

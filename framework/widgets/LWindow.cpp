@@ -20,6 +20,7 @@
 #include "framework/widgets/LApplication.h"
 #include "framework/widgets/LMenuBar.h"
 #include "framework/widgets/RoomOnScreen.h"
+#include "framework/widgets/UDisplay.h"
 #include "framework/widgets/UResources.h"
 
 namespace {
@@ -127,11 +128,13 @@ void LWindow::UpdatePort() {
         // What changes is at the bottom.
         scrolling->verticalScrollBar()->setValue(scrolling->verticalScrollBar()->maximum());
     }
-    repaint();
+    if (UDisplay::Answers()) {
+        UDisplay::Use([this] { repaint(); });
+    }
 }
 
 void LWindow::CallForAttention() {
-    QApplication::alert(this);
+    UDisplay::Use([this] { QApplication::alert(this); });
 }
 
 void LWindow::closeEvent(QCloseEvent* event) {

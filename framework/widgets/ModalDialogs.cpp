@@ -10,6 +10,7 @@
 
 #include "framework/widgets/LApplication.h"
 #include "framework/widgets/LWindow.h"
+#include "framework/widgets/UDisplay.h"
 
 QWidget* ModalParent() {
     if (QWidget* dialog = QApplication::activeModalWidget()) {
@@ -59,7 +60,7 @@ class Unanswered {
 
 int RunModal(QDialog& dialog) {
     const LApplication* application = LApplication::Current();
-    if (application != nullptr && application->IsQuitting()) {
+    if (UDisplay::IsGone() || (application != nullptr && application->IsQuitting())) {
         return QDialog::Rejected;
     }
     // A dialog without a field to type in starts at its OK button, where a screen reader finds it.
@@ -81,7 +82,14 @@ int RunModal(QDialog& dialog) {
         QApplication::alert(parent);
     }
     const Unanswered unanswered(dialog);
-    return dialog.exec();
+    // The dialog's own loop would keep its address on a stack that may be given up half-way.
+    dialog.setModal(true);
+    dialog.setResult(QDialog::Rejected);
+    UDisplay::Use([&dialog] { dialog.show(); });
+    while (!UDisplay::IsGone() && dialog.isVisible()) {
+        UDisplay::Use([] { QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents); });
+    }
+    return UDisplay::IsGone() ? static_cast<int>(QDialog::Rejected) : dialog.result();
 }
 
 bool IsBehindDialog(const QWidget& widget) {

@@ -1,7 +1,6 @@
 // The updater on a simulated machine, which lives in the folder that the command line names.
 
 #include <CLI/CLI.hpp>
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
@@ -9,6 +8,8 @@
 
 #include "app/UpdaterMain.h"
 #include "app/hosts/AdministratorPrompt.h"
+#include "app/hosts/ProcessSetUp.h"
+#include "framework/widgets/UDisplay.h"
 #include "platform/ExecutableBundle.h"
 #include "platform/Host.h"
 #include "simulator/MachineDirectory.h"
@@ -16,7 +17,37 @@
 
 namespace {
 
-constexpr int kPowerWasLost = 3;
+enum ExitCode {
+    kFailed = 1,
+    kWrongUsage = 2,
+    kPowerWasLost = 3,
+    kNoDisplay = 4,
+};
+
+void say(const char* what) {
+    std::fprintf(stderr, "vupdater-simulated: %s\n", what);
+}
+
+// Ends the process as the machine's power ends its programs, whatever is under way.
+[[noreturn]] void losePower(simulator::MachineDirectory& directory) {
+    say("The machine has lost its power.");
+    try {
+        directory.save();
+    } catch (const std::exception& error) {
+        say(error.what());
+    }
+    std::_Exit(kPowerWasLost);
+}
+
+// An error is said here, because the machine is saved all the same.
+int runUpdater() {
+    try {
+        return UpdaterMain();
+    } catch (const std::exception& error) {
+        say(error.what());
+        return kFailed;
+    }
+}
 
 int runOn(const std::string& folder) {
     const auto directory =
@@ -24,16 +55,12 @@ int runOn(const std::string& folder) {
     directory->machine().beginRecordings();
     // From here on the machine is on, also for whoever looks after this process has been killed.
     directory->save();
-    directory->machine().onPowerLost([&directory] {
-        std::fputs("vupdater-simulated: The machine has lost its power.\n", stderr);
-        directory->save();
-        std::_Exit(kPowerWasLost);
-    });
+    directory->machine().onPowerLost([&directory] { losePower(*directory); });
     int exitCode = 0;
     {
         simulator::SimulatedHost host(directory->machine(), BundleBesideExecutable(), AskAdministrator);
         InstallHost(&host);
-        exitCode = UpdaterMain();
+        exitCode = runUpdater();
         host.programEnded();
         InstallHost(nullptr);
     }
@@ -45,15 +72,17 @@ int runOn(const std::string& folder) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    // A write beyond a limit on files is to fail, and not to end the program in its midst.
-    std::signal(SIGXFSZ, SIG_IGN);
+    SetUpProcess();
     try {
         CLI::App arguments("Updates the firmware of the cards in a simulated machine.");
         std::string folder;
         arguments.add_option("machine", folder, "The machine's folder, as cardsim makes it")->required();
+        arguments.set_version_flag("--version", "vupdater-simulated " VUPDATER_VERSION,
+                                   "Print the version and exit");
         arguments.footer(
-            "Ends with 1 when the machine cannot be opened or saved, with 2 when the command line is "
-            "wrong, with 3 when the machine loses its power, and with 0 otherwise.");
+            "Exits with 1 if the machine cannot be opened or saved, with 2 if the command line is wrong, "
+            "with 3 if the machine loses its power, with 4 if there is no display, with 5 if the display or "
+            "the session ends under it, and with 0 otherwise.");
         arguments.failure_message([](const CLI::App*, const CLI::Error& error) {
             return std::string("vupdater-simulated: ") + error.what() +
                    "\nFor help: vupdater-simulated --help\n";
@@ -61,11 +90,12 @@ int main(int argc, char** argv) {
         try {
             arguments.parse(argc, argv);
         } catch (const CLI::ParseError& error) {
-            return arguments.exit(error) == 0 ? 0 : 2;
+            return arguments.exit(error) == 0 ? 0 : kWrongUsage;
         }
+        UDisplay::Open("vupdater-simulated", kNoDisplay);
         return runOn(folder);
     } catch (const std::exception& error) {
-        std::fprintf(stderr, "vupdater-simulated: %s\n", error.what());
-        return 1;
+        say(error.what());
+        return kFailed;
     }
 }

@@ -1,0 +1,39 @@
+#include "app/hosts/ProcessSetUp.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <initializer_list>
+
+namespace {
+
+// A file or connection that took one of these numbers would receive what is meant for people.
+void openStandardDescriptors() {
+    for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(descriptor, F_GETFD) == -1 && errno == EBADF) {
+            // The lowest free number is this one.
+            [[maybe_unused]] const int opened = open("/dev/null", O_RDWR);
+        }
+    }
+}
+
+void setHandler(int signalNumber, void (*handler)(int)) {
+    struct sigaction action = {};
+    action.sa_handler = handler;
+    action.sa_flags = SA_RESTART;
+    sigaction(signalNumber, &action, nullptr);
+}
+
+void carryOn(int /*signalNumber*/) {}
+
+}  // namespace
+
+void SetUpProcess() {
+    openStandardDescriptors();
+    // A handler, because children would inherit an ignored signal.
+    setHandler(SIGPIPE, carryOn);
+    setHandler(SIGXFSZ, carryOn);
+    setHandler(SIGCHLD, SIG_DFL);
+}

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <QApplication>
+#include <QDialog>
 #include <QTimer>
 #include <QWidget>
 #include <fstream>
@@ -47,6 +49,23 @@ TEST_F(Alerting, UpToDateCardIsWrittenOnlyAfterCancelAndConfirmation) {
         EXPECT_GT(machine.accesses(), accesses);
         EXPECT_EQ(session.shownStatePanes(), "FTX0 FTX1 FTX2 POWR");
     });
+}
+
+// The event loop's pass in which the confirmation is answered can bring a quit as well.
+TEST_F(Alerting, NothingIsWrittenOnceAQuitHasBeenAccepted) {
+    bundle.addImage(imageName, emptyProgram);
+    UpdaterSession session(machine, bundle);
+    session.run([&] {
+        QTimer::singleShot(0, session.window(), [] {
+            auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+            QObject::connect(dialog, &QDialog::accepted, [] { LApplication::Current()->DoQuit(); });
+        });
+        const uint64_t accesses = machine.accesses();
+        session.click("UPDT");
+        EXPECT_TRUE(LApplication::Current()->IsQuitting());
+        EXPECT_EQ(machine.accesses(), accesses);
+    });
+    EXPECT_EQ(session.alerts, Alerts{confirmation});
 }
 
 // Each case puts something else in the image's place while the updater runs.

@@ -75,9 +75,6 @@ int RunModal(QDialog& dialog) {
     if (window != nullptr && !window->isExposed()) {
         new CentreOnceExposed(dialog, *window);
     }
-    while (QWidget* popup = QApplication::activePopupWidget()) {
-        popup->close();
-    }
     if (QWidget* parent = dialog.parentWidget()) {
         QApplication::alert(parent);
     }

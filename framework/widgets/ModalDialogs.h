@@ -8,8 +8,8 @@ class QWidget;
 QWidget* ModalParent();
 
 // Shows a dialog, waits until it is answered and returns its result code. After an accepted quit it is not
-// shown, and counts as rejected. Open menus and lists are closed first, and the desktop points the user to a
-// window that is not the active one.
+// shown, and counts as rejected. The desktop points the user to a window that is not
+// the active one.
 int RunModal(QDialog& dialog);
 
 // Whether a dialog that RunModal or Qt shows is in front of a widget's window. One that has been answered

@@ -133,8 +133,9 @@ TEST(PushButton, IsPressedAtOnceOrNotAtAll) {
         QApplication::setActiveWindow(&window);  // as when the keyboard has not reached the alert yet
         tryEverything();
         window.findChild<QAction*>("quitAction")->trigger();  // as assistive technology does
-        button.Hide();  // in a window that is not the active one
+        button.Hide();                                        // in a window that is not the active one
         QWidget* const alert = QApplication::activeModalWidget();
+        ASSERT_NE(alert, nullptr);
         pressKey(*alert, Qt::Key_Return);
         button.Show();
         tryEverything();  // answered, the alert is gone, but nobody has the answer yet

@@ -1,11 +1,30 @@
 #include "framework/widgets/LDialogBox.h"
 
 #include <QLabel>
+#include <QLayout>
 #include <cstdio>
 
 #include "framework/widgets/ButtonOrder.h"
 #include "framework/widgets/ModalDialogs.h"
+#include "framework/widgets/RoomOnScreen.h"
 #include "framework/widgets/UResources.h"
+
+namespace {
+
+// A dialog that cannot be resized is as wide as its texts, and Qt would give these 20 to 80 characters a
+// line, whatever the screen.
+void WrapTexts(const LDialogBox& dialog) {
+    if (dialog.layout() == nullptr || dialog.layout()->sizeConstraint() != QLayout::SetFixedSize) {
+        return;
+    }
+    for (auto* label : dialog.findChildren<QLabel*>()) {
+        if (label->wordWrap()) {
+            label->setFixedWidth(ComfortableTextWidth(*label));
+        }
+    }
+}
+
+}  // namespace
 
 LDialogBox::LDialogBox() : LPane(this) {}
 
@@ -23,6 +42,7 @@ std::unique_ptr<LDialogBox> LDialogBox::CreateDialog(const char* kind, int32_t l
     TakeDesktopsButtonOrder(*dialog);
     dialog->SetSuperCommander(super);
     dialog->setParent(ModalParent(), dialog->windowFlags());
+    WrapTexts(*dialog);
     return std::unique_ptr<LDialogBox>(dialog);
 }
 
@@ -38,6 +58,7 @@ void LDialogBox::FillIn(const std::vector<std::string>& parameters) {
         }
         label->setText(text);
     }
+    WrapTexts(*this);
 }
 
 bool LDialogBox::DoDialog() {

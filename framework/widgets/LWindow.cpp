@@ -201,6 +201,12 @@ void LWindow::FitOnScreen() {
         scrolling->setWidget(takeCentralWidget());
         setCentralWidget(scrolling);
         contents->installEventFilter(this);
+        // A scroll area follows the Tab key by itself, but not a mnemonic.
+        connect(qApp, &QApplication::focusChanged, scrolling, [scrolling](QWidget* /*old*/, QWidget* now) {
+            if (now != nullptr && scrolling->widget()->isAncestorOf(now)) {
+                scrolling->ensureWidgetVisible(now);
+            }
+        });
     }
 }
 

@@ -46,11 +46,7 @@ void SetTexts(QMessageBox& box, const QString& title, const QString& explanation
     }
     if (QLabel* label = PlainLabel(box, "qt_msgbox_informativelabel")) {
         // The box alone would wrap an explanation at the width of its title.
-        constexpr int kComfortableCharacters = 60;
-        const QFontMetrics metrics = label->fontMetrics();
-        const int comfortable =
-            qMin(kComfortableCharacters * metrics.averageCharWidth(), RoomOnScreen(box).width() * 3 / 4);
-        label->setMinimumWidth(qMin(metrics.size(0, explanation).width(), comfortable));
+        label->setMinimumWidth(ComfortableTextWidth(*label));
     }
 }
 

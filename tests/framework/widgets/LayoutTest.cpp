@@ -128,13 +128,26 @@ TEST(Layout, NothingReachesBeyondASmallScreen) {
         ASSERT_TRUE(window.ObeyCommand(kCommandHelp));
         QApplication::processEvents();
         const QRect screen = window.screen()->availableGeometry();
-        for (const QWidget* shown : {static_cast<QWidget*>(&window), QApplication::activeWindow()}) {
-            EXPECT_TRUE(screen.contains(QRect(screen.topLeft(), shown->frameSize()))) << factor;
+        std::vector<const QWidget*> shown = {&window, QApplication::activeWindow()};
+        std::unique_ptr<LDialogBox> administrator;
+        if (factor < 3) {
+            administrator = LDialogBox::CreateDialog("dialog", 200, &application);
+            administrator->adjustSize();
+            shown.push_back(administrator.get());
+        }
+        for (const QWidget* widget : shown) {
+            EXPECT_TRUE(screen.contains(QRect(screen.topLeft(), widget->frameSize()))) << factor;
         }
         if (const auto* scrolling = qobject_cast<QScrollArea*>(window.centralWidget()); factor < 3) {
             EXPECT_TRUE(scrolling == nullptr || scrolling->horizontalScrollBar()->maximum() == 0);
         }
-        // Whatever does not fit can be scrolled to.
+        // Whatever does not fit can be scrolled to, and is when it gets the focus.
+        QApplication::setActiveWindow(&window);
+        for (const char* name : {"POWR", "CRDS"}) {
+            auto* const pane = window.findChild<QWidget*>(name);
+            pane->setFocus(Qt::ShortcutFocusReason);
+            EXPECT_FALSE(pane->visibleRegion().isEmpty()) << name;
+        }
         for (const QLabel* label : window.findChildren<QLabel*>()) {
             EXPECT_FALSE(isClipped(*label)) << label->objectName().toStdString();
         }

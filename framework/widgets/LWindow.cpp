@@ -28,6 +28,15 @@ namespace {
 // The program's one menu bar.
 constexpr int32_t kMenuBarLayout = 128;
 
+// What stands in the widget that a caption is for; empty for any other label.
+QString ValueNamedBy(const QLabel& caption) {
+    if (const auto* popup = qobject_cast<const QComboBox*>(caption.buddy())) {
+        return popup->currentText();
+    }
+    const auto* label = qobject_cast<const QLabel*>(caption.buddy());
+    return label != nullptr ? label->text() : QString();
+}
+
 }  // namespace
 
 LWindow::LWindow() : LPane(this) {}
@@ -81,16 +90,16 @@ void LWindow::FindCommandStatus(CommandT command, uint8_t& outEnabled, uint8_t& 
 
 QString LWindow::Details() const {
     QString details;
-    for (const QLabel* caption : findChildren<QLabel*>()) {
-        const QWidget* named = caption->window() == this ? caption->buddy() : nullptr;
-        QString value;
-        if (const auto* popup = qobject_cast<const QComboBox*>(named)) {
-            value = popup->currentText();
-        } else if (const auto* label = qobject_cast<const QLabel*>(named)) {
-            value = label->text();
+    for (const QLabel* label : findChildren<QLabel*>()) {
+        if (label->window() != this) {
+            continue;  // and not a child dialog's
         }
-        if (!value.isEmpty()) {
-            details += caption->text().remove('&') + ": " + value + '\n';
+        QString line = label->property("isDetail").toBool() && label->isVisible() ? label->text() : QString();
+        if (const QString value = ValueNamedBy(*label); !value.isEmpty()) {
+            line = label->text().remove('&') + ": " + value;
+        }
+        if (!line.isEmpty()) {
+            details += line + '\n';
         }
     }
     return details;

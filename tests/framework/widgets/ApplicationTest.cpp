@@ -134,6 +134,8 @@ TEST(Application, CopiesWhatItsCaptionsName) {
     EXPECT_EQ(enabled, 0) << "there is nothing yet";
     application.pane<LStaticText>("SRNO").SetText("2103070021", 10);
     application.pane<LStaticText>("FWVR").SetText("M10", 3);
+    application.pane<LStaticText>("FWST").SetText("Outdated", 8);
     pressKey(window, Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
-    EXPECT_EQ(QApplication::clipboard()->text(), "Serial number: 2103070021\nFirmware on the card: M10\n");
+    EXPECT_EQ(QApplication::clipboard()->text(),
+              "Serial number: 2103070021\nFirmware on the card: M10\nOutdated\n");
 }

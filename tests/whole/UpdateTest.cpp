@@ -112,6 +112,7 @@ TEST_F(Update, FailedWriteKeepsTheIdentityAndCanBeTriedAgain) {
         session.click("UPDT");
         EXPECT_EQ(session.shownStatePanes(), "ITX0 ITX1 ITX2 CLOS UPDT");
         EXPECT_TRUE(session.isEnabled("CRDS"));
+        EXPECT_EQ(session.text("FWST"), "The last update failed");
         progress.clear();
         EXPECT_EQ(card().identity(), identity);
         EXPECT_FALSE(card().acceptableConfiguration());

@@ -140,7 +140,7 @@ void CUpdaterApp::ChooseFirmwareForCard(uint8_t firmwareVersion) {
     if (gNewFirmware == kNoFirmware) {
         ShowAlert("Error", "Unable to determine New Firmware Version!");
         gusNewFirmwareRev = 0;
-        SetWindowItemText(mMainWindow, kFirmwareStatePane, "No firmware here fits this card");
+        SetWindowItemText(mMainWindow, kFirmwareStatePane, "No firmware for this card");
         return;
     }
     std::fprintf(stderr, "Will use %s for firmware\n", gszResourcePaths[gNewFirmware]);

@@ -81,7 +81,7 @@ TEST_F(CardInformation, EachCardShowsWhatItIsAndCarries) {
         session.typed = {"2506110042"};
         session.pickCard(4);
         EXPECT_EQ(session.text("NFWR"), "M5");
-        EXPECT_EQ(session.text("FWST"), "No firmware here fits this card");
+        EXPECT_EQ(session.text("FWST"), "No firmware for this card");
     });
     EXPECT_EQ(
         session.alerts,

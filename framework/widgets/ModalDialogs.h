@@ -7,9 +7,8 @@ class QWidget;
 // front window, or null.
 QWidget* ModalParent();
 
-// Shows a dialog, waits until it is answered and returns its result code. After an accepted quit it is not
-// shown, and counts as rejected. The desktop points the user to a window that is not
-// the active one.
+// Shows a dialog, waits until it is answered and returns its result code. If its window is not the active
+// one, the desktop points the user to it. After an accepted quit it is not shown, and counts as rejected.
 int RunModal(QDialog& dialog);
 
 // Whether a dialog that RunModal or Qt shows is in front of a widget's window. One that has been answered

@@ -1,25 +1,49 @@
 #pragma once
 
-// Counts what this program asks operator new for. One file of a test program includes it.
+// Counts what this program asks the heap for, through malloc, calloc, realloc or operator new, which asks
+// malloc. One file of a test program includes it.
 
 #include <cstddef>
-#include <cstdlib>
-#include <new>
+
+#if defined(__has_feature)
+#define IS_SANITIZED __has_feature(address_sanitizer)
+#else
+#define IS_SANITIZED 0
+#endif
 
 inline std::size_t allocations = 0;
 
-void* operator new(std::size_t bytes) {
+// NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming)
+extern "C" {
+#if IS_SANITIZED
+
+// The sanitizer answers malloc and its relatives itself, and tells this of each.
+void __sanitizer_malloc_hook(const volatile void* /*memory*/, std::size_t /*bytes*/) {
     ++allocations;
-    if (void* const memory = std::malloc(bytes)) {
-        return memory;
-    }
-    throw std::bad_alloc();
 }
 
-void operator delete(void* memory) noexcept {
-    std::free(memory);
+#else
+
+// The C library's own, under the names that it keeps for those who replace them.
+void* __libc_malloc(std::size_t bytes);
+void* __libc_calloc(std::size_t count, std::size_t bytes);
+void* __libc_realloc(void* memory, std::size_t bytes);
+
+void* malloc(std::size_t bytes) noexcept {
+    ++allocations;
+    return __libc_malloc(bytes);
 }
 
-void operator delete(void* memory, std::size_t /*bytes*/) noexcept {
-    std::free(memory);
+void* calloc(std::size_t count, std::size_t bytes) noexcept {
+    ++allocations;
+    return __libc_calloc(count, bytes);
 }
+
+void* realloc(void* memory, std::size_t bytes) noexcept {
+    ++allocations;
+    return __libc_realloc(memory, bytes);
+}
+
+#endif
+}
+// NOLINTEND(bugprone-reserved-identifier,readability-identifier-naming)

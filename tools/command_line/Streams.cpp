@@ -1,6 +1,7 @@
 #include "tools/command_line/Streams.h"
 
 #include <array>
+#include <cstdio>
 #include <iostream>
 #include <stdexcept>
 
@@ -23,7 +24,8 @@ std::vector<uint8_t> readStandardInput() {
                                      std::to_string(files::kMostFileBytes) + " bytes.");
         }
     } while (std::cin);
-    if (std::cin.bad()) {
+    // The stream takes a failure of the file below it for an end.
+    if (std::cin.bad() || std::ferror(stdin) != 0) {
         throw std::runtime_error("standard input: could not be read.");
     }
     return bytes;

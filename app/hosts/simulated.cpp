@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <iostream>
 #include <string>
 
 #include "app/UpdaterMain.h"
@@ -90,7 +91,12 @@ int main(int argc, char** argv) {
         try {
             arguments.parse(argc, argv);
         } catch (const CLI::ParseError& error) {
-            return arguments.exit(error) == 0 ? 0 : kWrongUsage;
+            const int exitCode = arguments.exit(error) == 0 ? 0 : kWrongUsage;
+            if (!std::cout.flush()) {
+                say("The output could not be written completely.");
+                return kFailed;
+            }
+            return exitCode;
         }
         UDisplay::Open("vupdater-simulated", kNoDisplay);
         return runOn(folder);

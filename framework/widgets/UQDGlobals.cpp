@@ -3,7 +3,25 @@
 #include <QApplication>
 #include <cerrno>
 
+#include "framework/core/UKeptException.h"
 #include "framework/widgets/HeldKeyFilter.h"
+
+namespace {
+
+// Delivers every event there is. What a handler throws stops here: it would unwind the event loop's frames,
+// which are not made for that, and a firmware write that may be running below them.
+class EventLoopApplication : public QApplication {
+  public:
+    using QApplication::QApplication;
+
+    bool notify(QObject* receiver, QEvent* event) override {
+        bool isHandled = false;
+        KeepException([&] { isHandled = QApplication::notify(receiver, event); });
+        return isHandled;
+    }
+};
+
+}  // namespace
 
 void UQDGlobals::InitializeToolbox() {
     if (QCoreApplication::instance() != nullptr) {
@@ -14,7 +32,7 @@ void UQDGlobals::InitializeToolbox() {
     static int argumentCount = 1;
     static char* arguments[] = {program_invocation_name, nullptr};
     // Qt's own globals go away in an order of their own when the process ends, so this object outlives them.
-    static QApplication* application = new QApplication(argumentCount, arguments);
+    static QApplication* application = new EventLoopApplication(argumentCount, arguments);
     // Whether closing a window ends the program is for the chain of command to say.
     application->setQuitOnLastWindowClosed(false);
     application->installEventFilter(new HeldKeyFilter(application));

@@ -81,15 +81,16 @@ void LApplication::Run() {
     if (!IsQuitting()) {
         mState = State::kRunning;
     }
-    while (!IsQuitting()) {
+    while (!IsQuitting() && !UDisplay::IsGone()) {
         try {
             ProcessNextEvent();
         } catch (...) {
             Report(std::current_exception());
         }
-        if (UDisplay::IsGone()) {
-            EndWithoutDisplay();
-        }
+    }
+    // Without it a start-up, too, or a quit has come to its end in a way that nobody chose.
+    if (UDisplay::IsGone()) {
+        EndWithoutDisplay();
     }
     // What the destructors still have to do may take its time; nobody should click into a window meanwhile.
     UDisplay::Use([this] {

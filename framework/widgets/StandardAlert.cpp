@@ -4,9 +4,11 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <array>
+#include <cstdio>
 
 #include "framework/widgets/ModalDialogs.h"
 #include "framework/widgets/RoomOnScreen.h"
+#include "framework/widgets/UDisplay.h"
 
 namespace {
 
@@ -77,11 +79,9 @@ QAbstractButton* ButtonAt(const Buttons& buttons, int16_t number) {
                : nullptr;
 }
 
-}  // namespace
-
-int16_t StandardAlert(AlertType type, ConstStringPtr title, ConstStringPtr explanation,
-                      const AlertStdAlertParamRec* parameters, int16_t* outItemHit) {
-    const AlertStdAlertParamRec record = parameters != nullptr ? *parameters : AlertStdAlertParamRec();
+// Shows the alert and returns the number of the button that answered it.
+int16_t Ask(AlertType type, ConstStringPtr title, ConstStringPtr explanation,
+            const AlertStdAlertParamRec& record) {
     QWidget* parent = ModalParent();
     QMessageBox box(parent);
     box.setIcon(IconOf(type));
@@ -100,6 +100,20 @@ int16_t StandardAlert(AlertType type, ConstStringPtr title, ConstStringPtr expla
         if (buttons[number] != nullptr && box.clickedButton() == buttons[number]) {
             hit = static_cast<int16_t>(number);
         }
+    }
+    return hit;
+}
+
+}  // namespace
+
+int16_t StandardAlert(AlertType type, ConstStringPtr title, ConstStringPtr explanation,
+                      const AlertStdAlertParamRec* parameters, int16_t* outItemHit) {
+    const AlertStdAlertParamRec record = parameters != nullptr ? *parameters : AlertStdAlertParamRec();
+    const int16_t hit = UDisplay::IsGone() ? record.cancelButton : Ask(type, title, explanation, record);
+    if (UDisplay::IsGone()) {
+        // A write that failed without a display must not look like one that did not.
+        std::fprintf(stderr, "Unanswered alert: %s: %s\n", TextOfPascal(title).c_str(),
+                     TextOfPascal(explanation).c_str());
     }
     if (outItemHit != nullptr) {
         *outItemHit = hit;

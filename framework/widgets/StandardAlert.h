@@ -37,7 +37,8 @@ struct AlertStdAlertParamRec {
 };
 
 // Shows the alert, waits for the answer and stores the number of the button. Texts are shown character for
-// character. After an accepted quit the alert is not shown: the answer is the record's cancelButton. Returns
-// 0 (there is no failure to report).
+// character. After an accepted quit the alert is not shown: the answer is the record's cancelButton. So it is
+// when the display is gone or goes meanwhile; the texts then go to standard error. Returns 0 (there is no
+// failure to report).
 int16_t StandardAlert(AlertType type, ConstStringPtr title, ConstStringPtr explanation,
                       const AlertStdAlertParamRec* parameters, int16_t* outItemHit);

@@ -86,7 +86,9 @@ int RunModal(QDialog& dialog) {
     while (!UDisplay::IsGone() && dialog.isVisible()) {
         UDisplay::Use([] { QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents); });
     }
-    return UDisplay::IsGone() ? static_cast<int>(QDialog::Rejected) : dialog.result();
+    // The answer and the end of the program may have come in one pass.
+    const bool isToEnd = UDisplay::IsGone() || (application != nullptr && application->IsQuitting());
+    return isToEnd ? static_cast<int>(QDialog::Rejected) : dialog.result();
 }
 
 bool IsBehindDialog(const QWidget& widget) {

@@ -1,3 +1,4 @@
+#include <QDialog>
 #include <QLabel>
 #include <QMessageBox>
 #include <csignal>
@@ -113,7 +114,10 @@ TEST(Alerts, AcceptedQuitCancelsWhatIsUpAndWhatComesLater) {
     SampleApplication application;
     application.openWindow();
     whenDialogIsUp([&](QWidget& /*dialog*/) {
-        whenDialogIsUp([&](QWidget& /*dialog*/) { application.DoQuit(); });
+        whenDialogIsUp([&](QWidget& dialog) {
+            dynamic_cast<QDialog&>(dialog).accept();  // in the same pass
+            application.DoQuit();
+        });
         EXPECT_EQ(UModalAlerts::Alert(129), UModalAlerts::kItemCancel);
     });
     EXPECT_EQ(showStandardAlert(), kAlertStdAlertCancelButton);

@@ -15,7 +15,7 @@ import tempfile
 import time
 
 import gi
-from Xlib import X, Xatom
+from Xlib import Xatom
 from Xlib.display import Display as XConnection
 
 gi.require_version("Atspi", "2.0")

@@ -18,10 +18,14 @@ import tempfile
 import traceback
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "scripts"))
-from virtual_desktop import Display, Failure, run_cardsim, say, take_own_session  # noqa: E402
+from virtual_desktop import Failure, run_cardsim, say, take_own_session  # noqa: E402
 
 IMAGE = "VMBM12A.xsv"
 IDENTITY = "2103070021"
+
+# In an image's listing, once for each page.
+PROGRAMMING_WAIT = "XRUNTEST 14000\n"
+READING = "XSIR 13 0x1DFF\n"
 
 
 def run_test(test, **options):
@@ -51,7 +55,10 @@ def check(holds, what):
 
 
 class Machine:
-    """The machine in a folder, made if there is none. A simulated machine, read from outside; only while the updater does not run, unless said otherwise."""
+    """The simulated machine in a folder, which is made if there is none.
+
+    While the updater runs on it, only cells and holds tell what is going on.
+    """
 
     def __init__(self, programs, folder, *options):
         self.programs = programs
@@ -103,10 +110,11 @@ def image_of(programs):
     return programs / "VUpdater.app/Contents/Resources" / IMAGE
 
 
-def slow_programs(programs, folder, microseconds=1_000_000):
-    """A copy of the updater in the folder, whose image waits that long after each of its 512 pages.
+def slow_programs(programs, folder, programming=1_000_000, reading=0):
+    """A copy of the updater in the folder, whose image waits so many microseconds for each of its 512 pages.
 
-    With the value given a write takes some five seconds of real time on an idle computer.
+    First it programs them all, then it reads them all back. A million microseconds a page make some five seconds of
+    real time on an idle computer; without a wait, reading back takes less than one.
     """
     slow = folder / "slow"
     shutil.copytree(programs / "VUpdater.app", slow / "VUpdater.app")
@@ -114,8 +122,10 @@ def slow_programs(programs, folder, microseconds=1_000_000):
         shutil.copy2(programs / program, slow)
     listing = subprocess.run([programs / "xsvf", "list", image_of(programs)], check=True, capture_output=True,
                              text=True).stdout
-    check("XRUNTEST 14000\n" in listing, "The image has no wait that could be made longer.")
-    (folder / "slow.txt").write_text(listing.replace("XRUNTEST 14000\n", f"XRUNTEST {microseconds}\n"))
+    check(listing.count(PROGRAMMING_WAIT) == listing.count(READING) == 512, "The image does not have the usual pages.")
+    listing = listing.replace(PROGRAMMING_WAIT, f"XRUNTEST {programming}\n")
+    listing = listing.replace(READING, f"XRUNTEST {reading}\n{READING}XRUNTEST 0\n")
+    (folder / "slow.txt").write_text(listing)
     image_of(slow).unlink()
     subprocess.run([programs / "xsvf", "assemble", folder / "slow.txt", "--output", image_of(slow)], check=True)
     return slow

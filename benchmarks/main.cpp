@@ -1,4 +1,4 @@
-// Measures the updater against the least that could be, and prints a table of ratios. Ends with 0 when every
+// Measures the updater against the least that could be, and prints a table of ratios. Exits with 0 if every
 // ratio is within its goal.
 
 #include <benchmark/benchmark.h>

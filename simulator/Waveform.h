@@ -53,7 +53,7 @@ void requireRecordable(const std::string& file);
 class Waveform {
   public:
     // Begins a run at the machine's access count `accesses`, with the card's signals as they are then. Throws
-    // FileError when the file cannot be made, or MachineError when it does not take its beginning.
+    // FileError when the file cannot be created, or MachineError when it does not take its beginning.
     Waveform(const RecordingRequest& request, uint64_t accesses, const JtagLevels& levels);
 
     // The signals may have changed at an access, which is no earlier than the one before.

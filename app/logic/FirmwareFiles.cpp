@@ -7,6 +7,7 @@
 
 #include "app/logic/CardModel.h"
 #include "app/logic/CardTexts.h"
+#include "app/logic/FormatText.h"
 
 char gszResourcePaths[kMaxFirmwareFiles][kResourcePathBytes];
 char gszResourceNames[kMaxFirmwareFiles][kResourceNameBytes];
@@ -102,15 +103,29 @@ void ChooseFirmware(uint16_t modelCode, uint16_t boardRevision) {
     }
 }
 
+namespace {
+
+std::string overviewOf(const char* name) {
+    constexpr uint16_t kLetters = 26;
+    const int model = FirmwareModelCode(name);
+    const uint16_t board = boardRevisionOf(name);
+    if (model < 0 || !IsModelCode(static_cast<uint32_t>(model)) || board > kLetters) {
+        return name;
+    }
+    const std::string boards =
+        board == 0 ? std::string() : FormatText(", board %s", BoardRevisionText(board).c_str());
+    const std::string version = FirmwareVersionText(FirmwareByteOrderLetter(name), versionOf(name));
+    return FormatText("%s%s: %s (%s)", ModelName(static_cast<uint16_t>(model)).c_str(), boards.c_str(),
+                      version.c_str(), name);
+}
+
+}  // namespace
+
 std::string FirmwareOverview() {
     std::string lines;
     for (int32_t i = 0; i < gNumXSVFiles; ++i) {
-        const char* const name = gszResourceNames[i];
-        const std::string model = ModelName(static_cast<uint16_t>(FirmwareModelCode(name)));
-        const uint16_t board = boardRevisionOf(name);
-        const std::string boards = board == 0 ? "" : ", board " + BoardRevisionText(board);
-        lines += (i == 0 ? "" : "\n") + model + boards + ": " +
-                 FirmwareVersionText(FirmwareByteOrderLetter(name), versionOf(name)) + " (" + name + ")";
+        lines += i == 0 ? "" : "\n";
+        lines += overviewOf(gszResourceNames[i]);
     }
     return lines;
 }

@@ -42,7 +42,8 @@ int FirmwareModelCode(const char* name);
 // whatever its version and byte order; to kNoFirmware and kNoVersion when there is none.
 void ChooseFirmware(uint16_t modelCode, uint16_t boardRevision);
 
-// What the tables hold, a line per image: "VornMX-B, board A: M12 (VMBM12A.xsv)".
+// What the tables hold, a line per image: "VornMX-B, board A: M12 (VMBM12A.xsv)"; the name alone when it
+// stands for no model or board.
 std::string FirmwareOverview();
 
 // 'M' or 'W'.

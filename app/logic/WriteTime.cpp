@@ -27,6 +27,5 @@ std::string RoundedDuration(double seconds) {
     if (halfMinutes < static_cast<long>(std::size(kByHalfMinutes))) {
         return kByHalfMinutes[halfMinutes];
     }
-    const long minutes = std::lround(seconds / kSecondsPerMinute);
-    return minutes == 2 ? "about two minutes" : FormatText("about %ld minutes", minutes);
+    return FormatText("about %ld minutes", std::lround(seconds / kSecondsPerMinute));
 }

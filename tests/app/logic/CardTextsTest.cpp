@@ -33,7 +33,7 @@ TEST(CardTexts, RegistersReadAsTexts) {
 TEST(WriteTime, IsRoundedAsAPersonWouldSayIt) {
     const std::pair<double, const char*> durations[] = {
         {1, "less than a minute"},         {44, "less than a minute"}, {46, "about a minute"},
-        {92, "about a minute and a half"}, {106, "about two minutes"}, {149, "about two minutes"},
+        {92, "about a minute and a half"}, {106, "about 2 minutes"},   {149, "about 2 minutes"},
         {151, "about 3 minutes"},          {3600, "about 60 minutes"}};
     for (const auto& [seconds, text] : durations) {
         EXPECT_EQ(RoundedDuration(seconds), text) << seconds;

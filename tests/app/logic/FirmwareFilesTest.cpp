@@ -50,6 +50,12 @@ TEST(FirmwareFiles, FirstFileThatFitsWins) {
     }
 }
 
+TEST(FirmwareFiles, OverviewTellsWhatEachNameStandsFor) {
+    setNames({"VMBM12A.xsv", "K40W07NC.xsv", "notes.xsv", "DX.xsv"});
+    EXPECT_EQ(FirmwareOverview(),
+              "VornMX-B, board A: M12 (VMBM12A.xsv)\nVorn K40: W7 (K40W07NC.xsv)\nnotes.xsv\nDX.xsv");
+}
+
 TEST(FirmwareFiles, CurrentMeansSameLetterAndNotOlder) {
     EXPECT_TRUE(IsFirmwareCurrent('M', 12, FirmwareByteOrderLetter("VMBM12A"), 12));
     EXPECT_FALSE(IsFirmwareCurrent('M', 11, 'M', 12));

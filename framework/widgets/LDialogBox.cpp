@@ -2,6 +2,7 @@
 
 #include <QLabel>
 #include <QLayout>
+#include <algorithm>
 #include <cstdio>
 
 #include "framework/widgets/ButtonOrder.h"
@@ -17,10 +18,14 @@ void WrapTexts(const LDialogBox& dialog) {
     if (dialog.layout() == nullptr || dialog.layout()->sizeConstraint() != QLayout::SetFixedSize) {
         return;
     }
-    for (auto* label : dialog.findChildren<QLabel*>()) {
-        if (label->wordWrap()) {
-            label->setFixedWidth(ComfortableTextWidth(*label));
-        }
+    QList<QLabel*> wrapped = dialog.findChildren<QLabel*>();
+    wrapped.removeIf([](const QLabel* label) { return !label->wordWrap(); });
+    int width = 0;
+    for (const QLabel* label : wrapped) {
+        width = std::max(width, ComfortableTextWidth(*label));
+    }
+    for (QLabel* label : wrapped) {
+        label->setFixedWidth(width);
     }
 }
 

@@ -1,4 +1,5 @@
 #include <QAbstractButton>
+#include <QAccessible>
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFile>
@@ -104,9 +105,12 @@ TEST(Layout, NothingMovesBetweenTheStatesNorIsCutOff) {
         window.resize(1, 1);
         QApplication::processEvents();
         EXPECT_EQ(window.size(), size) << "the window cannot be made too small for its texts";
-        for (const QLabel* label : window.findChildren<QLabel*>()) {
+        for (QLabel* label : window.findChildren<QLabel*>()) {
             EXPECT_FALSE(isClipped(*label)) << label->objectName().toStdString();
             EXPECT_EQ(label->textFormat(), Qt::PlainText) << label->objectName().toStdString();
+            const QString described =
+                QAccessible::queryAccessibleInterface(label)->text(QAccessible::Description);
+            EXPECT_FALSE(described.contains('<')) << described.toStdString() << " would be read aloud";
         }
         for (const QAbstractButton* button : window.findChildren<QAbstractButton*>()) {
             EXPECT_GE(button->width(), button->sizeHint().width()) << button->text().toStdString();

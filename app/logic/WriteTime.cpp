@@ -2,14 +2,33 @@
 
 #include <cmath>
 #include <cstdint>
+#include <filesystem>
 #include <iterator>
 #include <span>
+#include <system_error>
 
 #include "app/logic/FirmwareImage.h"
 #include "app/logic/FormatText.h"
 #include "images/AccessCount.h"
 
+namespace {
+
+// Fifteen times as much as the images that ship have, and loaded before anybody notices.
+constexpr std::uintmax_t kLargestImageBytes = 16 * 1024 * 1024;
+
+// A pipe would keep us waiting, and a huge file would fill the memory, only because a card is looked at.
+bool canBeAnImage(const char* path) {
+    std::error_code error;
+    return std::filesystem::is_regular_file(path, error) &&
+           std::filesystem::file_size(path, error) <= kLargestImageBytes;
+}
+
+}  // namespace
+
 std::string WriteTimeText(const char* imagePath) {
+    if (!canBeAnImage(imagePath)) {
+        return {};
+    }
     FirmwareImageError ignored{};
     const auto image = LoadFirmwareImage(imagePath, ignored);
     if (!image) {

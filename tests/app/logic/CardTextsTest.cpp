@@ -1,9 +1,14 @@
 #include "app/logic/CardTexts.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <fstream>
 
 #include "app/logic/CardModel.h"
 #include "app/logic/WriteTime.h"
+#include "tests/support/TemporaryDirectory.h"
 
 namespace {
 
@@ -38,6 +43,22 @@ TEST(WriteTime, IsRoundedAsAPersonWouldSayIt) {
     for (const auto& [seconds, text] : durations) {
         EXPECT_EQ(RoundedDuration(seconds), text) << seconds;
     }
+}
+
+TEST(WriteTime, IsToldForAFileOfAnImagesSizeAlone) {
+    constexpr uintmax_t largest = 16 * 1024 * 1024;
+    const TemporaryDirectory directory;
+    const std::string image = directory.path() / "VMBM12A.xsv";
+    std::ofstream(image).put(0);
+    for (const uintmax_t size : {uintmax_t{1}, largest, largest + 1}) {
+        std::filesystem::resize_file(image, size);
+        EXPECT_EQ(WriteTimeText(image.c_str()), size > largest ? "" : "Writing takes less than a minute.");
+    }
+    std::filesystem::remove(image);
+    ASSERT_EQ(::mkfifo(image.c_str(), 0600), 0);
+    ::alarm(20);  // Opening a pipe waits for whoever writes.
+    EXPECT_EQ(WriteTimeText(image.c_str()), "");
+    ::alarm(0);
 }
 
 }  // namespace

@@ -2,9 +2,11 @@
 
 // /tmp as one program's own, for tests of what puts files there under fixed names. Whoever else does the
 // same, from this build or another, waits; the two files are gone before and after. A test that hangs
-// meanwhile is ended in time for those who wait to finish within their own limit.
+// meanwhile is ended in time for those who wait to finish within their own limit, and what it started does
+// not hold on to /tmp.
 
 #include <fcntl.h>
+#include <pthread.h>
 #include <sys/file.h>
 #include <unistd.h>
 
@@ -15,7 +17,11 @@ class SystemTmp {
     static constexpr const char* archive = "/tmp/vupdaterkext.pax";
     static constexpr const char* driver = "/tmp/VUpdater.kext";
 
-    SystemTmp() : folder_(::open("/tmp", O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
+    SystemTmp() {
+        // A forked child shares the lock for as long as it lives.
+        [[maybe_unused]] static const int registered =
+            ::pthread_atfork(nullptr, nullptr, [] { ::close(folder_); });
+        folder_ = ::open("/tmp", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
         ::flock(folder_, LOCK_EX);
         ::alarm(kLongestSeconds);
         clear();
@@ -24,6 +30,7 @@ class SystemTmp {
         clear();
         ::alarm(0);
         ::close(folder_);
+        folder_ = -1;
     }
     SystemTmp(const SystemTmp&) = delete;
     SystemTmp& operator=(const SystemTmp&) = delete;
@@ -38,5 +45,5 @@ class SystemTmp {
         std::filesystem::remove_all(driver);
     }
 
-    int folder_;
+    static inline int folder_ = -1;
 };

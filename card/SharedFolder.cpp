@@ -4,15 +4,34 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <filesystem>
 #include <system_error>
+#include <thread>
 
 namespace {
 
 constexpr mode_t kForUsAlone = S_IRWXU;
 
-bool isOurs(const struct stat& entry) {
-    return entry.st_uid == ::geteuid() && (entry.st_mode & (S_IWGRP | S_IWOTH)) == 0;
+// While somebody else removes entries too: how often a folder is cleared, and the pause in between.
+constexpr int kClearings = 100;
+constexpr std::chrono::milliseconds kBetweenClearings(50);
+
+bool isSomebodyElses(const char* path) {
+    struct stat entry;
+    return ::lstat(path, &entry) == 0 && entry.st_uid != ::geteuid();
+}
+
+// Clearing stops at an entry that somebody else has removed first.
+void clear(const char* path) {
+    std::error_code error;
+    for (int i = 0; i < kClearings; ++i) {
+        std::filesystem::remove_all(path, error);
+        if (error != std::errc::no_such_file_or_directory) {
+            return;
+        }
+        std::this_thread::sleep_for(kBetweenClearings);
+    }
 }
 
 }  // namespace
@@ -24,17 +43,9 @@ bool TakeFile(const char* path) {
 }
 
 bool TakeFolder(const char* path) {
-    std::error_code stays;
-    std::filesystem::remove_all(path, stays);
+    if (isSomebodyElses(path)) {
+        return false;
+    }
+    clear(path);
     return ::mkdir(path, kForUsAlone) == 0;
-}
-
-bool IsOurFile(const char* path) {
-    struct stat entry;
-    return ::lstat(path, &entry) == 0 && S_ISREG(entry.st_mode) && entry.st_nlink == 1 && isOurs(entry);
-}
-
-bool IsOurFolder(const char* path) {
-    struct stat entry;
-    return ::lstat(path, &entry) == 0 && S_ISDIR(entry.st_mode) && isOurs(entry);
 }

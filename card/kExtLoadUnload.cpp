@@ -31,6 +31,12 @@ constexpr CFIndex kArchivePathBytes = 256;
 constexpr uint32_t kAttachSeconds = 4;
 constexpr uint32_t kDetachSeconds = 2;
 
+// A child that has already ended, as a program can inherit it, would be taken for the tool.
+void reapEndedChildren() {
+    while (::waitpid(-1, nullptr, WNOHANG) > 0) {
+    }
+}
+
 // Runs a tool with the administrator's rights and reaps it. The status is that of starting it; how the tool
 // itself ended is not looked at.
 OSStatus runPrivileged(AuthorizationRef authorization, const char* tool,
@@ -40,6 +46,7 @@ OSStatus runPrivileged(AuthorizationRef authorization, const char* tool,
         list.push_back(const_cast<char*>(argument));
     }
     list.push_back(nullptr);
+    reapEndedChildren();
     const OSStatus status = AuthorizationExecuteWithPrivileges(
         authorization, tool, kAuthorizationFlagDefaults, list.data(), nullptr);
     if (status == errAuthorizationSuccess) {
@@ -75,25 +82,25 @@ bool copyArchive(const char* path) {
     if (!TakeFile(kArchiveCopy)) {
         return false;
     }
-    const bool copied =
-        RunByShell("cp -f " + Quoted(path) + " " + Quoted(kArchiveCopy)) == 0 && IsOurFile(kArchiveCopy);
+    const bool copied = RunByShell("cp -f " + Quoted(path) + " " + Quoted(kArchiveCopy)) == 0;
     if (!copied) {
         ::unlink(kArchiveCopy);
     }
     return copied;
 }
 
-// The tool would write through a link in the bundle's place, and into a stranger's folder.
+// The tool would write through a link in the bundle's place, and into a stranger's folder. An archive can
+// hold a link instead of the bundle.
 bool unpackArchive() {
     if (!TakeFolder(kDriverBundle)) {
         return false;
     }
+    std::error_code error;
     const bool unpacked =
         RunByShell("cd " + Quoted(kUnpackFolder) + ";pax -rf " + Quoted(kArchiveCopy)) == 0 &&
-        IsOurFolder(kDriverBundle);
+        std::filesystem::symlink_status(kDriverBundle, error).type() == std::filesystem::file_type::directory;
     if (!unpacked) {
-        std::error_code stays;
-        std::filesystem::remove_all(kDriverBundle, stays);
+        std::filesystem::remove_all(kDriverBundle, error);
     }
     return unpacked;
 }

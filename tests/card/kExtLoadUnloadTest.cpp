@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <fstream>
 
+#include "card/ShellCommand.h"
 #include "tests/support/FakeHost.h"
 #include "tests/support/SystemTmp.h"
 #include "tests/support/TemporaryDirectory.h"
@@ -23,6 +24,28 @@ constexpr uid_t stranger = 1000;
 constexpr unsigned longestSeconds = 20;  // that an installation takes; whoever waits longer waits for ever
 const std::string notCopied = "Could not copy to tmp\n";
 const std::string notUnpacked = "Could not unpax\n";
+
+// Starts a command for /bin/rm, and nothing for the other tools.
+class RemovingHost : public FakeHost {
+  public:
+    std::string removal = ":";
+
+    bool runPrivilegedTool(const std::string& tool, const std::vector<std::string>& arguments) override {
+        if (tool == "/bin/rm" && ::fork() == 0) {
+            ::execl("/bin/sh", "sh", "-c", removal.c_str(), nullptr);
+        }
+        return FakeHost::runPrivilegedTool(tool, arguments);
+    }
+};
+
+// Leaves a child that has ended and was not waited for, as a program may inherit one.
+void leaveEndedChild() {
+    if (::fork() == 0) {
+        ::_exit(EXIT_SUCCESS);
+    }
+    siginfo_t ended;
+    ASSERT_EQ(::waitid(P_ALL, 0, &ended, WEXITED | WNOWAIT), 0);
+}
 
 class ExtractedDriver : public testing::Test {
   protected:
@@ -56,6 +79,8 @@ class ExtractedDriver : public testing::Test {
         if (child == 0) {
             ::dup2(output, STDERR_FILENO);
             ::alarm(longestSeconds);
+            ::umask(0);
+            leaveEndedChild();
             AuthorizationRef ref = nullptr;
             ::_exit(::setreuid(user, user) == 0 ? ExtractAndLoadKext(&ref) : EXIT_FAILURE + 1);
         }
@@ -77,9 +102,39 @@ class ExtractedDriver : public testing::Test {
     TemporaryDirectory directory;
     const fs::path& mine = directory.path();
     const fs::path unpacked = SystemTmp::driver;
-    FakeHost host;
+    RemovingHost host;
     fs::path archive;
 };
+
+TEST_F(ExtractedDriver, IsUnpackedOnceTheOldOneIsGone) {
+    const std::string old = "mkdir -p $driver; cd $driver; touch $(seq 2000)";
+    const std::string prefix = "driver=" + std::string(SystemTmp::driver) + "; ";
+    for (const char* const removal : {"sleep 1; rm -rf $driver", "rm -rf $driver &"}) {
+        SCOPED_TRACE(removal);
+        inMine(prefix + old);
+        host.removal = prefix + removal;
+        EXPECT_EQ(installed(::geteuid()), "");
+    }
+}
+
+TEST_F(ExtractedDriver, ToolsThatFailAreCleanedUpAfter) {
+    const std::string path = std::getenv("PATH");
+    ::setenv("PATH", (mine.string() + ":" + path).c_str(), 1);
+    inMine("echo 'echo part >\"$3\"; exit 1' >cp; chmod +x cp");
+    EXPECT_EQ(installed(::geteuid()), notCopied);
+    EXPECT_TRUE(SystemTmp::isClean());
+    inMine("rm cp; echo 'test $(stat -c %a VUpdater.kext) = 700 && exec '$(command -v pax)' \"$@\"' >pax");
+    inMine("chmod +x pax");
+    EXPECT_EQ(installed(::geteuid()), "") << "others could enter the folder while it was empty";
+    ::setenv("PATH", path.c_str(), 1);
+}
+
+TEST(ShellCommand, IsNotTakenForAnotherChild) {
+    leaveEndedChild();
+    EXPECT_NE(RunByShell("exit 3"), 0);
+    while (::wait(nullptr) > 0) {
+    }
+}
 
 TEST_F(ExtractedDriver, BundlePathIsNeverACommand) {
     pack(mine / R"(a"b$(touch pwned)`touch pwned`\"'; touch pwned;')" / "Some.app");
@@ -117,10 +172,11 @@ class PlantedThings : public ExtractedDriver, public testing::WithParamInterface
   protected:
     void expectHarmless(const fs::path& name, bool isStrange, uid_t user) {
         const bool isCopy = name == SystemTmp::archive;
-        const bool stays =
-            isStrange || (isCopy && fs::symlink_status(name).type() == fs::file_type::directory);
+        const bool isFolder = fs::symlink_status(name).type() == fs::file_type::directory;
+        const bool stays = isStrange || (isCopy && isFolder);
         EXPECT_EQ(installed(user), !stays ? "" : isCopy ? notCopied : notUnpacked);
         EXPECT_EQ(fs::exists(fs::symlink_status(SystemTmp::archive)), stays && isCopy);
+        EXPECT_EQ(fs::is_symlink(name / "Contents"), stays && isFolder) << "what stays is left as it is";
         EXPECT_EQ(fs::file_size(mine / "diary"), 4U);
         EXPECT_TRUE(fs::is_empty(mine / "folder"));
     }

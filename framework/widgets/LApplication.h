@@ -16,9 +16,9 @@ class QuitRequests;
 // At most one exists at a time, on the main thread. Making one makes the QApplication if there is none yet.
 //
 // Every way out is a call of DoQuit: the menu, a window's close box, the end of the desktop session, the
-// signals SIGTERM, SIGINT and SIGHUP (while this object exists), and the application's own wish. If the
-// display or the session manager breaks off, nobody is asked: the work that is under way is completed without
-// a display, and then Run says so on standard error and returns.
+// signals SIGTERM, SIGINT, SIGHUP and SIGQUIT (while this object exists), and the application's own wish. If
+// the display or the session manager breaks off, nobody is asked: the work that is under way is completed
+// without a display, and then Run says so on standard error and returns.
 class LApplication : public LCommander {
   public:
     LApplication();

@@ -8,9 +8,9 @@ class LApplication;
 class QSessionManager;
 
 // The ways in which the world outside the window asks the program to end: Qt's quit event, the end of the
-// desktop session, and the signals SIGTERM, SIGINT and SIGHUP. Each becomes a call of LApplication::DoQuit,
-// made in the event loop, while this object exists. A signal that was ignored from the start stays ignored.
-// After an accepted quit the signals do nothing any more.
+// desktop session, and the signals SIGTERM, SIGINT, SIGHUP and SIGQUIT. Each becomes a call of
+// LApplication::DoQuit, made in the event loop, while this object exists. A signal that was ignored from the
+// start stays ignored. After an accepted quit the signals do nothing any more.
 class QuitRequests : public QObject {
   public:
     explicit QuitRequests(LApplication& application);
@@ -19,7 +19,7 @@ class QuitRequests : public QObject {
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
-    static constexpr std::array<int, 3> kSignals = {SIGTERM, SIGINT, SIGHUP};
+    static constexpr std::array<int, 4> kSignals = {SIGTERM, SIGINT, SIGHUP, SIGQUIT};
 
     bool AskToQuit() noexcept;
     void EndSession(QSessionManager& manager);

@@ -25,7 +25,7 @@ KEYS = [(key,) for key in (
     ("Shift_L", "Tab"), (CONTROL, "q"), (CONTROL, "w"), (CONTROL, "c"), (ALT, "F4"), (ALT, "space"), (ALT, "Tab"),
     *[(ALT, letter) for letter in "uclsofhaqn"]]
 QUIT_KEYS = ((CONTROL, "q"), (ALT, "F4"))
-SIGNALS = (signal.SIGTERM, signal.SIGINT, signal.SIGHUP)
+SIGNALS = (signal.SIGTERM, signal.SIGINT, signal.SIGHUP, signal.SIGQUIT)
 WHEEL_UP, WHEEL_DOWN = 4, 5
 HARMLESS_WORDS = ("About", "Help")  # in the titles of windows that may come up at any time
 

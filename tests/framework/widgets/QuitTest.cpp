@@ -27,6 +27,7 @@ const Way kWays[] = {
      }},
     {"SIGTERM", [](LWindow& /*window*/) { std::raise(SIGTERM); }},
     {"SIGHUP", [](LWindow& /*window*/) { std::raise(SIGHUP); }},
+    {"SIGQUIT", [](LWindow& /*window*/) { std::raise(SIGQUIT); }},
 };
 
 class Quit : public testing::TestWithParam<Way> {};

@@ -6,6 +6,7 @@
 #include <Security/Authorization.h>
 
 #include <cstdint>
+#include <set>
 
 #include "framework/core/LBroadcaster.h"
 #include "framework/core/LListener.h"
@@ -72,6 +73,8 @@ class CUpdaterApp : public LApplication, public LListener, public LBroadcaster {
     bool ReadCardRegisters(uint16_t& outFirmwareVersion);
     bool ReadCardIdentity();
     void ChooseFirmwareForCard(uint8_t firmwareVersion);
+    // Says below the card's values what they and the choice mean.
+    void ShowFirmwareState();
 
     // Loads the chosen image, asks for confirmation and writes it into the card.
     void UpdateFirmware();
@@ -101,6 +104,8 @@ class CUpdaterApp : public LApplication, public LListener, public LBroadcaster {
     uint32_t mCardConnection = 0;
     // The open card already carries the chosen firmware or a newer one.
     bool mFirmwareIsCurrent = false;
+    // Popup items of the cards whose update has failed: what they still run tells nothing about their PROMs.
+    std::set<int32_t> mFailedCardItems;
     // A message is being acted on, dialogs and the firmware write included.
     bool mIsBusy = false;
 };

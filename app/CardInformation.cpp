@@ -140,7 +140,7 @@ void CUpdaterApp::ChooseFirmwareForCard(uint8_t firmwareVersion) {
     if (gNewFirmware == kNoFirmware) {
         ShowAlert("Error", "Unable to determine New Firmware Version!");
         gusNewFirmwareRev = 0;
-        SetWindowItemText(mMainWindow, kFirmwareStatePane, "No firmware for this card");
+        ShowFirmwareState();
         return;
     }
     std::fprintf(stderr, "Will use %s for firmware\n", gszResourcePaths[gNewFirmware]);
@@ -148,10 +148,21 @@ void CUpdaterApp::ChooseFirmwareForCard(uint8_t firmwareVersion) {
     SetWindowItemText(mMainWindow, kNewFirmwarePane, FirmwareVersionText(letter, gusNewFirmwareRev).c_str());
     mFirmwareIsCurrent =
         IsFirmwareCurrent(ByteOrderLetter(gbSwap), firmwareVersion, letter, gusNewFirmwareRev);
-    // Of two versions in different byte orders neither is the newer one.
-    const char* const offer =
-        letter == ByteOrderLetter(gbSwap) ? "Newer firmware is available" : "Other firmware is available";
-    SetWindowItemText(mMainWindow, kFirmwareStatePane,
-                      mFirmwareIsCurrent ? "This card has the newest firmware" : offer);
+    ShowFirmwareState();
     SetWindowItemText(mMainWindow, kWriteTimePane, WriteTimeText(gszResourcePaths[gNewFirmware]).c_str());
+}
+
+void CUpdaterApp::ShowFirmwareState() {
+    const char* text = "Newer firmware is available";
+    if (gNewFirmware == kNoFirmware) {
+        text = "No firmware for this card";
+    } else if (mFailedCardItems.contains(mCurrentCardItem)) {
+        text = "The last update failed";
+    } else if (mFirmwareIsCurrent) {
+        text = "This card has the newest firmware";
+    } else if (FirmwareByteOrderLetter(gszResourceNames[gNewFirmware]) != ByteOrderLetter(gbSwap)) {
+        // Of two versions in different byte orders neither is the newer one.
+        text = "Other firmware is available";
+    }
+    SetWindowItemText(mMainWindow, kFirmwareStatePane, text);
 }

@@ -4,7 +4,6 @@
 #include "app/CUpdaterApp.h"
 #include "app/PaneIDs.h"
 #include "app/Progress.h"
-#include "app/WindowText.h"
 #include "app/logic/CardModel.h"
 #include "app/logic/CardValues.h"
 #include "app/logic/FirmwareFiles.h"
@@ -93,8 +92,8 @@ void CUpdaterApp::WriteFirmware(uint8_t* image, uint32_t bytes) {
             "Updating the Firmware on the VornMX/K40/DX8 FAILED!\n"
             "Do NOT turn off the power to your computer before successfully updating the VornMX/K40/DX8 "
             "Firmware!");
-        // Until another write succeeds, nothing that was found out about its firmware holds.
-        SetWindowItemText(mMainWindow, kFirmwareStatePane, "The last update failed");
+        mFailedCardItems.insert(mCurrentCardItem);
+        ShowFirmwareState();
         mWindowState = kWindowIdle;
     } else {
         mWindowState = kWindowFinished;

@@ -112,6 +112,9 @@ TEST_F(Update, FailedWriteKeepsTheIdentityAndCanBeTriedAgain) {
         session.click("UPDT");
         EXPECT_EQ(session.shownStatePanes(), "ITX0 ITX1 ITX2 CLOS UPDT");
         EXPECT_TRUE(session.isEnabled("CRDS"));
+        // What the card still runs is not what it would load.
+        session.pickCard(2);
+        session.pickCard(1);
         EXPECT_EQ(session.text("FWST"), "The last update failed");
         progress.clear();
         EXPECT_EQ(card().identity(), identity);
@@ -128,10 +131,11 @@ TEST_F(Update, FailedWriteKeepsTheIdentityAndCanBeTriedAgain) {
         UpdateProgressBar(2);
         EXPECT_EQ(progress.back(), 1000) << "it ends at its end";
     });
-    EXPECT_EQ(
-        session.alerts,
-        (Alerts{
-            confirmation, {"Illegal Command Error", "EEPROM Programming Failure!"}, failure, confirmation}));
+    EXPECT_EQ(session.alerts, (Alerts{confirmation,
+                                      {"Illegal Command Error", "EEPROM Programming Failure!"},
+                                      failure,
+                                      {"Error", "Unable to determine New Firmware Version!"},
+                                      confirmation}));
     // Quitting without the power-down leaves the machine on.
     EXPECT_TRUE(machine.isOn());
     ASSERT_TRUE(card().acceptableConfiguration());

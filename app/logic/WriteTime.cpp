@@ -18,9 +18,9 @@ constexpr std::uintmax_t kLargestImageBytes = 16 * 1024 * 1024;
 
 // A pipe would keep us waiting, and a huge file would fill the memory, only because a card is looked at.
 bool canBeAnImage(const char* path) {
-    std::error_code error;
-    return std::filesystem::is_regular_file(path, error) &&
-           std::filesystem::file_size(path, error) <= kLargestImageBytes;
+    std::error_code notARegularFile;
+    const std::uintmax_t bytes = std::filesystem::file_size(path, notARegularFile);
+    return !notARegularFile && bytes <= kLargestImageBytes;
 }
 
 }  // namespace

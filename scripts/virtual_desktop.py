@@ -51,12 +51,16 @@ def wait_until(condition, what, patience=PATIENCE_SECONDS):
 def take_own_session():
     """Starts the script again in a session of its own, so that the accessibility service there ends with it.
 
-    The session has its own folder for sockets too: services of two sessions would take each other's away.
+    The session has its own folder for sockets too: services of two sessions would take each other's away. Of the
+    desktop that the script was started on, nothing reaches the updater.
     """
     if (folder := os.environ.get("VUPDATER_SESSION")) is not None:
         atexit.register(shutil.rmtree, folder, ignore_errors=True)
         return
     folder = tempfile.mkdtemp(prefix="vupdater-session-")
+    for name in list(os.environ):
+        if name.startswith("QT_") or name in ("DISPLAY", "WAYLAND_DISPLAY", "SESSION_MANAGER", "XDG_SESSION_TYPE"):
+            del os.environ[name]
     os.environ.update(VUPDATER_SESSION=folder, XDG_RUNTIME_DIR=folder)
     os.execvp("dbus-run-session", ["dbus-run-session", "--", sys.executable, *sys.argv])
 

@@ -7,7 +7,7 @@
 //   .saved/    complete, and on its way into the folder; whoever comes across it goes on with it
 //
 // The name of the inner folder changes from the first to the second in one step. The caller holds the
-// folder's lock for writing.
+// folder's lock for writing. Failures are FileError.
 
 #include <cstdint>
 #include <span>
@@ -28,7 +28,7 @@ class Commit {
 
     // Complaints call the file by its name in the folder. A file that is there hands down mode and owner.
     void put(const std::string& name, std::span<const uint8_t> content);
-    // The first file that was put is the first to get into its place.
+    // Has everything take effect. The first file that was put is the first to get into its place.
     void take();
 
   private:

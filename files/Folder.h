@@ -3,7 +3,8 @@
 // A folder that is opened once, by name, and from then on reached by its descriptor: whatever its name comes
 // to mean, these are the files of the folder that was opened.
 //
-// Its files are ordinary ones. A link is not followed and a pipe is not waited for: either is a FileError.
+// Its files are ordinary ones: a link is not followed and a pipe is not waited for, both are failures.
+// Failures are FileError.
 
 #include <cstdint>
 #include <filesystem>
@@ -52,9 +53,10 @@ class Folder {
                 const std::optional<struct stat>& like, const std::filesystem::path& knownAs) const;
     void createInner(const std::string& name) const;
 
-    // Into the place of whatever is there in the other folder but a folder, whole.
+    // Moves a file whole into another folder, in place of whatever has its name there, unless that is a
+    // folder.
     void move(const std::string& name, const Folder& into) const;
-    // The same within the folder, under another name.
+    // The same within the folder, to another name. Complaints call the file `knownAs`.
     void rename(const std::string& from, const std::string& to, const std::filesystem::path& knownAs) const;
     void remove(const std::string& name) const;
     // An empty one.

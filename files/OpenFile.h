@@ -1,6 +1,7 @@
 #pragma once
 
 // A file or folder while it is open. It is reached by its descriptor alone, whatever happens to its name.
+// Failures are FileError.
 
 #include <sys/stat.h>
 
@@ -33,7 +34,7 @@ class OpenFile {
     [[nodiscard]] const std::filesystem::path& name() const { return name_; }
     [[nodiscard]] struct stat status() const;
 
-    // From the beginning to the end. A file of more than kMostFileBytes is a failure, too.
+    // From the beginning to the end. A file of more than kMostFileBytes is a failure.
     [[nodiscard]] std::vector<uint8_t> read() const;
     // A failure may leave the first of the bytes written.
     void write(std::size_t offset, std::span<const uint8_t> bytes) const;

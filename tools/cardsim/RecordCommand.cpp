@@ -7,6 +7,7 @@
 #include "simulator/MachineError.h"
 #include "simulator/Waveform.h"
 #include "tools/command_line/CommandLine.h"
+#include "tools/command_line/Streams.h"
 
 namespace cardsim {
 namespace {
@@ -55,6 +56,7 @@ void record(RecordOptions options, std::ostream& out) {
     } else {
         options.request.file = placeOf(options.request.file);
         requireForeign(*directory, options.request.file);
+        tools::requireOutsideMachines(options.request.file);
         requireUsable(options.request.file, directory->machine(), card);
         card.requestRecording(options.request);
     }

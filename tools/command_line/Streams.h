@@ -19,8 +19,13 @@ namespace tools {
 // A whole file, or all of standard input. Throws std::runtime_error, naming it, when it cannot be read.
 [[nodiscard]] std::vector<uint8_t> readInput(const std::string& name);
 
+// Throws std::runtime_error if writing there would harm a simulated machine: in a machine's folder, its
+// machine.json, what is there with the ending .prom, and what a save under way goes by.
+void requireOutsideMachines(const std::string& name);
+
 // Puts the content into an ordinary file's place and then `message` on `out`; or, for "-", the content alone
-// on `out`. Throws std::runtime_error when the file cannot be written or is the one it was made from.
+// on `out`. Throws std::runtime_error when the file cannot be written, belongs to a simulated machine or
+// is the one it was made from.
 void writeOutput(const std::string& name, std::span<const uint8_t> content, std::ostream& out,
                  const std::string& message, const std::string& madeFrom = "");
 

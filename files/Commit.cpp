@@ -1,6 +1,9 @@
 #include "files/Commit.h"
 
+#include <algorithm>
 #include <cerrno>
+#include <utility>
+#include <vector>
 
 #include "files/FileError.h"
 
@@ -19,24 +22,26 @@ void discard(const Folder& folder) {
     }
 }
 
-void bringIn(const Folder& folder, const Folder& complete, const std::vector<std::string>& names) {
+void bringIn(const Folder& folder, const Folder& complete, const std::string& first) {
+    std::vector<std::string> names = complete.names();
+    std::ranges::partition(names, [&](const std::string& name) { return name == first; });
     for (const std::string& name : names) {
         complete.move(name, folder);
     }
     folder.removeInner(kComplete);
 }
 
-Folder begin(const Folder& folder) {
-    recover(folder);
+Folder begin(const Folder& folder, const std::string& first) {
+    recover(folder, first);
     folder.createInner(kIncomplete);
     return folder.inner(kIncomplete).value();
 }
 
 }  // namespace
 
-void recover(const Folder& folder) {
+void recover(const Folder& folder, const std::string& first) {
     if (const auto complete = folder.inner(kComplete)) {
-        bringIn(folder, *complete, complete->names());
+        bringIn(folder, *complete, first);
     }
     discard(folder);
 }
@@ -59,7 +64,8 @@ OpenFile committedFile(const Folder& folder, const std::string& name) {
     return folder.file(name, Folder::Purpose::reading);
 }
 
-Commit::Commit(const Folder& folder) : folder_(folder), inner_(begin(folder)) {}
+Commit::Commit(const Folder& folder, std::string first)
+    : folder_(folder), first_(std::move(first)), inner_(begin(folder, first_)) {}
 
 Commit::~Commit() {
     if (isTaken_) {
@@ -74,13 +80,12 @@ Commit::~Commit() {
 
 void Commit::put(const std::string& name, std::span<const uint8_t> content) {
     inner_.create(name, content, folder_.status(name), folder_.pathOf(name));
-    names_.push_back(name);
 }
 
 void Commit::take() {
     folder_.rename(kIncomplete, kComplete, folder_.path());
     isTaken_ = true;
-    bringIn(folder_, inner_, names_);
+    bringIn(folder_, inner_, first_);
 }
 
 }  // namespace files

@@ -12,7 +12,6 @@
 #include <cstdint>
 #include <span>
 #include <string>
-#include <vector>
 
 #include "files/Folder.h"
 
@@ -20,26 +19,28 @@ namespace files {
 
 class Commit {
   public:
-    // Finishes or takes away what was left behind. The folder must outlive the commit.
-    explicit Commit(const Folder& folder);
+    // Finishes or takes away what was left behind. The file of the name `first` is the first to get into its
+    // place. The folder must outlive the commit.
+    Commit(const Folder& folder, std::string first);
     Commit(const Commit&) = delete;
     Commit& operator=(const Commit&) = delete;
     ~Commit();
 
     // Complaints call the file by its name in the folder. A file that is there hands down mode and owner.
     void put(const std::string& name, std::span<const uint8_t> content);
-    // Has everything take effect. The first file that was put is the first to get into its place.
+    // Has everything take effect.
     void take();
 
   private:
     const Folder& folder_;
+    std::string first_;
     Folder inner_;
-    std::vector<std::string> names_;
     bool isTaken_ = false;
 };
 
-// Has what an earlier commit completed in its place, and takes away what it did not complete.
-void recover(const Folder& folder);
+// Has what an earlier commit completed in its place, and takes away what it did not complete. In the order of
+// a commit, since this can be killed as well.
+void recover(const Folder& folder, const std::string& first);
 
 // An ordinary file as the last complete commit left it, also while another one is under way.
 [[nodiscard]] OpenFile committedFile(const Folder& folder, const std::string& name);

@@ -100,7 +100,7 @@ std::unique_ptr<MachineDirectory> MachineDirectory::open(const fs::path& folder,
     directory->lock();
     directory->writesThrough_ = onOpening == OnOpening::powerUp;
     directory->load();
-    files::recover(directory->folder_);
+    files::recover(directory->folder_, kMachineFile);
     if (onOpening == OnOpening::powerUp) {
         directory->machine_.powerOn();
     }
@@ -216,8 +216,8 @@ void MachineDirectory::save() {
             writeIfIntact(*file, 0, {});
         }
     }
-    files::Commit commit(folder_);
     // First, so that a folder in which a machine begins to appear is one.
+    files::Commit commit(folder_, kMachineFile);
     commit.put(kMachineFile, {reinterpret_cast<const uint8_t*>(text.data()), text.size()});
     for (std::size_t index = 0; index < machine_.cardCount(); ++index) {
         if (promFiles_[index]->behind) {

@@ -6,6 +6,7 @@
 #include <exception>
 #include <iostream>
 #include <string>
+#include <vector>
 
 #include "app/UpdaterMain.h"
 #include "app/hosts/AdministratorPrompt.h"
@@ -70,6 +71,16 @@ int runOn(const std::string& folder) {
     return exitCode;
 }
 
+// A word that nothing takes is told before what is missing, which it may have been meant for.
+std::string whatIsWrong(const std::vector<std::string>& rest, const CLI::Error& error) {
+    for (const std::string& word : rest) {
+        if (word.size() > 1 && word.front() == '-') {
+            return "Unknown option " + word.substr(0, word.find('=')) + '.';
+        }
+    }
+    return rest.empty() ? error.what() : "Unexpected argument \"" + rest.front() + "\".";
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -77,15 +88,20 @@ int main(int argc, char** argv) {
     try {
         CLI::App arguments("Updates the firmware of the cards in a simulated machine.");
         std::string folder;
-        arguments.add_option("machine", folder, "The machine's folder, as cardsim makes it")->required();
+        arguments.add_option("machine", folder, "The machine's folder, as cardsim makes it")
+            ->required()
+            ->check([](const std::string& name) {
+                return name.empty() ? "The folder name must not be empty." : "";
+            });
         arguments.set_version_flag("--version", "vupdater-simulated " VUPDATER_VERSION,
                                    "Print the version and exit");
         arguments.footer(
-            "Exits with 1 if the machine cannot be opened or saved, with 2 if the command line is wrong, "
-            "with 3 if the machine loses its power, with 4 if there is no display, with 5 if the display or "
-            "the session ends under it, and with 0 otherwise.");
-        arguments.failure_message([](const CLI::App*, const CLI::Error& error) {
-            return std::string("vupdater-simulated: ") + error.what() +
+            "Exits with 1 if the machine cannot be opened or saved, with 2 if the command\n"
+            "line is wrong, with 3 if the machine loses its power, with 4 if there is no\n"
+            "display, with 5 if the display or the session ends under it, and with 0\n"
+            "otherwise.");
+        arguments.failure_message([](const CLI::App* program, const CLI::Error& error) {
+            return "vupdater-simulated: " + whatIsWrong(program->remaining(), error) +
                    "\nFor help: vupdater-simulated --help\n";
         });
         try {

@@ -170,7 +170,7 @@ void addDescription(CLI::App& command, CardOptions& options) {
             firmwareNamed,
             "Firmware is written as M or W and a version from 0 to 99 in one word, such as M12."))
         ->type_name("FIRMWARE");
-    command.add_option("--date", options.date, "Date of the firmware")
+    command.add_option("--date", options.date, "Date of the firmware, in the years 2000 to 2015")
         ->check(images::firmwareDateFault)
         ->type_name("YYYY-MM-DD");
 }

@@ -139,14 +139,15 @@ void addParameters(CLI::App& command, FaultOptions& options) {
             "The foreign identification code, decimal or hexadecimal with 0x")
         ->check(checkCode)
         ->type_name("NUMBER");
-    command.add_option("--page", options.page, "The page")
-        ->transform(tools::wholeNumber(0, simulator::kPromPages - 1))
-        ->type_name("PAGE");
-    command.add_option("--times", options.times, "How often it happens")
-        ->transform(tools::wholeNumber(1, Fault::kMostTimes))
-        ->type_name("NUMBER");
-    command.add_option("--factor", options.factor, "How many times as long it takes")
-        ->transform(tools::wholeNumber(Fault::kLeastFactor, Fault::kMostFactor))
+    const auto addNumber = [&command](const char* name, std::optional<uint32_t>& number,
+                                      const std::string& what, uint32_t least, uint32_t most) {
+        const std::string range = ", " + std::to_string(least) + " to " + std::to_string(most);
+        return command.add_option(name, number, what + range)->transform(tools::wholeNumber(least, most));
+    };
+    addNumber("--page", options.page, "The page", 0, simulator::kPromPages - 1)->type_name("PAGE");
+    addNumber("--times", options.times, "How often it happens", 1, Fault::kMostTimes)->type_name("NUMBER");
+    addNumber("--factor", options.factor, "How many times as long it takes", Fault::kLeastFactor,
+              Fault::kMostFactor)
         ->type_name("NUMBER");
     auto* const access =
         command.add_option("--at-access", options.atAccess, "Strike before this access of the machine")

@@ -91,7 +91,8 @@ void addMakeCommand(CLI::App& program, std::ostream& out) {
     auto* content = command->add_option_group("content", "What the PROM is to hold");
     content
         ->add_option("--date", options->date,
-                     "Date of the firmware, for a configuration made from these options")
+                     "Date of the firmware, in the years 2000 to 2015, for a configuration made from these "
+                     "options")
         ->check(images::firmwareDateFault)
         ->type_name("YYYY-MM-DD");
     content

@@ -1,5 +1,6 @@
 #include "tools/command_line/Streams.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <filesystem>
@@ -11,6 +12,7 @@
 #include "files/OpenFile.h"
 #include "files/OutputFile.h"
 #include "files/WholeFile.h"
+#include "tools/command_line/CommandLine.h"
 
 namespace tools {
 namespace {
@@ -49,6 +51,12 @@ bool isMachine(const fs::path& folder) {
 
 bool isStandardStream(const std::string& name) {
     return name == "-";
+}
+
+void refuseStandardInputTwice(const std::vector<std::string>& names) {
+    if (std::ranges::count_if(names, isStandardStream) > 1) {
+        refuseUsage("Standard input can be named only once.");
+    }
 }
 
 std::string inputName(const std::string& name) {

@@ -13,6 +13,9 @@ namespace tools {
 // Whether this names standard input or output.
 [[nodiscard]] bool isStandardStream(const std::string& name);
 
+// A check of the names of files to read, after which standard input is read once at most. For callbacks.
+void refuseStandardInputTwice(const std::vector<std::string>& names);
+
 // The name of a file to read, as complaints have it.
 [[nodiscard]] std::string inputName(const std::string& name);
 

@@ -117,6 +117,7 @@ struct CheckOptions {
 };
 
 void checkAll(const CheckOptions& options, std::ostream& out, std::ostream& err) {
+    refuseStandardInputTwice(options.images);
     bool isAnyBad = false;
     auto list = nlohmann::ordered_json::array();
     for (const std::string& image : options.images) {

@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <memory>
 #include <ostream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -29,9 +30,25 @@ void show(const std::string& name, std::ostream& out) {
         << "  Content  " << playText(report) << (report.fault ? ", up to the fault" : "") << '\n';
 }
 
+void showAll(const std::vector<std::string>& names, std::ostream& out, std::ostream& err) {
+    refuseStandardInputTwice(names);
+    bool isAnyUnread = false;
+    for (const std::string& name : names) {
+        try {
+            show(name, out);
+        } catch (const std::runtime_error& unreadable) {
+            err << "xsvf: " << unreadable.what() << '\n';
+            isAnyUnread = true;
+        }
+    }
+    if (isAnyUnread) {
+        throw CLI::RuntimeError(kFailed);
+    }
+}
+
 }  // namespace
 
-void addShowCommand(CLI::App& program, std::ostream& out) {
+void addShowCommand(CLI::App& program, std::ostream& out, std::ostream& err) {
     const auto names = std::make_shared<std::vector<std::string>>();
     CLI::App* const command = program.add_subcommand(
         "show", "Show what images are: card model, board, firmware, date, size and the time on a card");
@@ -39,11 +56,8 @@ void addShowCommand(CLI::App& program, std::ostream& out) {
         ->required()
         ->check(fileName())
         ->type_name("IMAGE");
-    command->callback([names, &out] {
-        for (const std::string& name : *names) {
-            show(name, out);
-        }
-    });
+    command->footer("Exits with 0 if every image can be read, and 1 if any cannot.");
+    command->callback([names, &out, &err] { showAll(*names, out, err); });
 }
 
 }  // namespace tools

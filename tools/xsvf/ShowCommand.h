@@ -10,8 +10,8 @@ class App;
 
 namespace tools {
 
-// Adds the subcommand to the program; it writes to `out`. It throws std::runtime_error, naming the file, when
-// one cannot be read. An image with a fault is shown with it.
-void addShowCommand(CLI::App& program, std::ostream& out);
+// Adds the subcommand to the program; it shows images on `out`, one with a fault with it, and tells on `err`
+// which cannot be read.
+void addShowCommand(CLI::App& program, std::ostream& out, std::ostream& err);
 
 }  // namespace tools

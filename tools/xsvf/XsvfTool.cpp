@@ -16,7 +16,7 @@ int runXsvf(const std::vector<std::string>& arguments, std::ostream& out, std::o
     addMakeCommand(program, out);
     addListCommand(program, out);
     addAssembleCommand(program, out);
-    addShowCommand(program, out);
+    addShowCommand(program, out, err);
     addCheckCommand(program, out, err);
     return runCommandLine(program, arguments, out, err);
 }

@@ -24,7 +24,7 @@ void discard(const Folder& folder) {
 
 void bringIn(const Folder& folder, const Folder& complete, const std::string& first) {
     std::vector<std::string> names = complete.names();
-    std::ranges::partition(names, [&](const std::string& name) { return name == first; });
+    std::partition(names.begin(), names.end(), [&](const std::string& name) { return name == first; });
     for (const std::string& name : names) {
         complete.move(name, folder);
     }

@@ -94,6 +94,9 @@ void LApplication::Run() {
     }
     // What the destructors still have to do may take its time; nobody should click into a window meanwhile.
     UDisplay::Use([this] {
+        while (QWidget* popup = QApplication::activePopupWidget()) {
+            popup->close();
+        }
         for (LWindow* window : mWindows) {
             window->hide();
         }

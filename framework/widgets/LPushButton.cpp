@@ -6,16 +6,6 @@
 
 #include "framework/widgets/AccessibleButton.h"
 
-namespace {
-
-void RedrawButtons(const QWidget& window) {
-    for (QPushButton* button : window.findChildren<QPushButton*>()) {
-        button->update();
-    }
-}
-
-}  // namespace
-
 LPushButton::LPushButton() : LControl(this) {
     DescribeButtonsToAssistiveTechnology();
     connect(this, &QPushButton::clicked, this, [this] { BroadcastFromQt(); });
@@ -41,12 +31,13 @@ void LPushButton::initStyleOption(QStyleOptionButton* option) const {
 
 void LPushButton::focusInEvent(QFocusEvent* event) {
     QPushButton::focusInEvent(event);
-    RedrawButtons(*window());
+    // Another button loses the default look, and gets it back below.
+    window()->update();
 }
 
 void LPushButton::focusOutEvent(QFocusEvent* event) {
     QPushButton::focusOutEvent(event);
-    RedrawButtons(*window());
+    window()->update();
 }
 
 void LPushButton::keyPressEvent(QKeyEvent* event) {

@@ -57,12 +57,10 @@ void changeFirmware(const CardOptions& options, const Board& board, PromCells& c
                                                                       .flavour = 'M',
                                                                       .version = 0,
                                                                       .date = 0});
-    if (options.firmware) {
+    if (options.firmware)
         std::tie(configuration.flavour, configuration.version) = *firmwareNamed(*options.firmware);
-    }
-    if (options.date) {
+    if (options.date)
         configuration.date = *images::firmwareDate(*options.date);
-    }
     cells.setImage(
         PromCells(simulator::encodeConfiguration(configuration), cells.userCode(), cells.protection())
             .image());
@@ -71,30 +69,25 @@ void changeFirmware(const CardOptions& options, const Board& board, PromCells& c
 void changeBoard(const CardOptions& options, Board& board) {
     board.name = options.name.value_or(board.name);
     board.location = options.location.value_or(board.location);
-    if (options.board) {
+    if (options.board)
         board.revision = *images::boardRevisionNamed(*options.board);
-    }
 }
 
 void changeSpecialRow(const CardOptions& options, PromCells& cells) {
-    if (options.identity) {
+    if (options.identity)
         cells.setUserCode(*identityNamed(*options.identity));
-    }
-    if (options.protection) {
+    if (options.protection)
         cells.setProtection(static_cast<uint8_t>(*options.protection));
-    }
 }
 
 std::string firstFreeSlot(const Machine& machine) {
     for (std::size_t slot = 1;; ++slot) {
         std::string location = "PCI slot " + std::to_string(slot);
         bool isFree = true;
-        for (std::size_t index = 0; index < machine.cardCount(); ++index) {
+        for (std::size_t index = 0; index < machine.cardCount(); ++index)
             isFree = isFree && machine.card(index).board().location != location;
-        }
-        if (isFree) {
+        if (isFree)
             return location;
-        }
     }
 }
 
@@ -112,9 +105,8 @@ void addCard(const CardOptions& options, std::ostream& out) {
                 .revision = 0};
     changeBoard(options, board);
     PromCells cells;
-    if (options.firmware) {
+    if (options.firmware)
         changeFirmware(options, board, cells);
-    }
     changeSpecialRow(options, cells);
     const Card& card = machine.addCard(board, std::move(cells));
     directory->save();
@@ -138,15 +130,13 @@ void changeCard(const CardOptions& options, std::ostream& out) {
     }
     const auto directory = openMachine(options.folder);
     Card& card = directory->machine().card(indexOfCard(directory->machine(), options.number));
-    if (options.date && !options.firmware && !simulator::decodeConfiguration(card.cells().pages())) {
+    if (options.date && !options.firmware && !simulator::decodeConfiguration(card.cells().pages()))
         throw MachineError("The card's PROM holds no firmware whose date could be changed.");
-    }
     Board board = card.board();
     changeBoard(options, board);
     card.setBoard(board);
-    if (options.firmware || options.date) {
+    if (options.firmware || options.date)
         changeFirmware(options, board, card.cells());
-    }
     changeSpecialRow(options, card.cells());
     directory->save();
     out << "Changed " << nameOf(card) << ".\n";

@@ -40,11 +40,10 @@ void changeDrivers(const DriverOptions& options, std::ostream& out) {
     }
     const auto directory = openMachine(options.folder);
     Drivers& drivers = directory->machine().drivers();
-    if (options.isResident && *options.isResident != drivers.resident && directory->machine().isOn()) {
+    if (options.isResident && *options.isResident != drivers.resident && directory->machine().isOn())
         throw MachineError(
             "The machine is on; switch it off with \"cardsim power-off\" before its resident driver comes or "
             "goes.");
-    }
     drivers.resident = options.isResident.value_or(drivers.resident);
     drivers.refusesAdministrator = options.refusesAdministrator.value_or(drivers.refusesAdministrator);
     drivers.privateDriverFault = options.privateDriver.value_or(drivers.privateDriverFault);
@@ -73,21 +72,16 @@ void addChoice(CLI::App& command, const char* name, std::optional<Value>& into,
 
 std::string describe(const Drivers& drivers) {
     std::string text = drivers.resident ? "resident" : "";
-    for (const auto& [identifier, driver] : drivers.loaded) {
+    for (const auto& [identifier, driver] : drivers.loaded)
         text += (text.empty() ? "" : ", ") + files::printable(identifier) + " loaded";
-    }
-    if (text.empty()) {
+    if (text.empty())
         text = "none";
-    }
-    if (drivers.refusesAdministrator) {
+    if (drivers.refusesAdministrator)
         text += "; administrator refused";
-    }
-    if (drivers.privateDriverFault == PrivateDriverFault::doesNotLoad) {
+    if (drivers.privateDriverFault == PrivateDriverFault::doesNotLoad)
         text += "; private driver: does not load";
-    }
-    if (drivers.privateDriverFault == PrivateDriverFault::publishesNothing) {
+    if (drivers.privateDriverFault == PrivateDriverFault::publishesNothing)
         text += "; private driver: publishes nothing";
-    }
     return text;
 }
 

@@ -31,9 +31,8 @@ struct FaultOptions {
 
 std::map<std::string, FaultKind> kindsByName() {
     std::map<std::string, FaultKind> kinds;
-    for (std::size_t index = 0; index < faultKinds().size(); ++index) {
+    for (std::size_t index = 0; index < faultKinds().size(); ++index)
         kinds.emplace(faultKinds()[index].name, static_cast<FaultKind>(index));
-    }
     return kinds;
 }
 
@@ -56,11 +55,10 @@ Fault faultFrom(const FaultOptions& options) {
     take(kind.name, "--page", kind.hasPage, options.page, fault.page);
     take(kind.name, "--times", kind.hasTimes, options.times, fault.times);
     take(kind.name, "--factor", kind.hasFactor, options.factor, fault.factor);
-    if (options.atAccess) {
+    if (options.atAccess)
         fault.when = Fault::When::atAccess;
-    } else if (options.atClock) {
+    else if (options.atClock)
         fault.when = Fault::When::atClock;
-    }
     fault.count = options.atAccess.value_or(options.atClock.value_or(0));
     return fault;
 }
@@ -85,27 +83,23 @@ void clear(const FaultOptions& options, std::ostream& out) {
     const std::size_t first = all ? 0 : indexOfCard(machine, options.number);
     const std::size_t last = all ? machine.cardCount() : first + 1;
     std::optional<FaultKind> kind;
-    if (!options.kind.empty()) {
+    if (!options.kind.empty())
         kind = kindsByName().at(options.kind);
-    }
     std::size_t cleared = 0;
-    for (std::size_t index = first; index < last; ++index) {
+    for (std::size_t index = first; index < last; ++index)
         cleared += machine.card(index).clearFaults(kind);
-    }
-    if (cleared == 0 && (!all || kind)) {
+    if (cleared == 0 && (!all || kind))
         throw MachineError("There is no such fault to clear.");
-    }
     directory->save();
     out << "Cleared " << cleared << (cleared == 1 ? " fault.\n" : " faults.\n");
 }
 
 void listKinds(std::ostream& out) {
     constexpr int kNameWidth = 24;
-    for (const FaultKindDescription& kind : faultKinds()) {
+    for (const FaultKindDescription& kind : faultKinds())
         out << std::left << std::setw(kNameWidth) << kind.name << kind.meaning
             << (kind.hasCode ? " (--code)" : "") << (kind.hasPage ? " (--page)" : "")
             << (kind.hasTimes ? " (--times)" : "") << (kind.hasFactor ? " (--factor)" : "") << '\n';
-    }
 }
 
 // For the help: "Kinds: chain-broken, ..."
@@ -131,9 +125,8 @@ std::optional<uint32_t> codeNamed(const std::string& text) {
 
 std::string checkCode(const std::string& text) {
     const auto code = codeNamed(text);
-    if (!code) {
+    if (!code)
         return '"' + text + "\" is not a code of 32 bits.";
-    }
     return *code == simulator::Prom::kIdentificationCode
                ? text + " is the PROM's own code, not a foreign one."
                : "";
@@ -172,24 +165,18 @@ void addParameters(CLI::App& command, FaultOptions& options) {
 std::string describe(const Fault& fault) {
     const FaultKindDescription& kind = simulator::describe(fault.kind);
     std::string text(kind.name);
-    if (kind.hasCode) {
+    if (kind.hasCode)
         text += ", code " + images::hexadecimalText(fault.code, 8);
-    }
-    if (kind.hasPage) {
+    if (kind.hasPage)
         text += ", page " + std::to_string(fault.page);
-    }
-    if (kind.hasTimes) {
+    if (kind.hasTimes)
         text += ", " + std::to_string(fault.times) + " times";
-    }
-    if (kind.hasFactor) {
+    if (kind.hasFactor)
         text += ", factor " + std::to_string(fault.factor);
-    }
-    if (fault.when == Fault::When::atAccess) {
+    if (fault.when == Fault::When::atAccess)
         text += ", at access " + std::to_string(fault.count);
-    }
-    if (fault.when == Fault::When::atClock) {
+    if (fault.when == Fault::When::atClock)
         text += ", at clock " + std::to_string(fault.count);
-    }
     return text + (fault.struck ? " (has struck)" : " (waiting)");
 }
 

@@ -25,10 +25,9 @@ void requireForeign(const simulator::MachineDirectory& directory, const std::str
 }
 
 std::size_t indexOfCard(const simulator::Machine& machine, std::size_t number) {
-    if (number < 1 || number > machine.cardCount()) {
+    if (number < 1 || number > machine.cardCount())
         throw simulator::MachineError("There is no card " + std::to_string(number) + "; the machine has " +
                                       std::to_string(machine.cardCount()) + ".");
-    }
     return number - 1;
 }
 
@@ -53,9 +52,8 @@ CLI::Option* addCardNumber(CLI::App& command, std::size_t& number) {
 
 std::string checkText(const std::string& text) {
     const bool isOneLine = std::ranges::none_of(text, [](unsigned char c) { return c == 0x7F || c < ' '; });
-    if (!isOneLine) {
+    if (!isOneLine)
         return "The text must be a single line without control characters.";
-    }
     try {
         static_cast<void>(nlohmann::json(text).dump());
         return "";

@@ -39,11 +39,10 @@ void load(const PromOptions& options, std::ostream& out) {
     const auto directory = openMachine(options.folder);
     Card& card = directory->machine().card(indexOfCard(directory->machine(), options.number));
     const std::vector<uint8_t> content = tools::readInput(options.file);
-    if (content.size() != kPromBytes && content.size() != PromCells::kImageBytes) {
+    if (content.size() != kPromBytes && content.size() != PromCells::kImageBytes)
         throw MachineError(tools::inputName(options.file) + ": is " + std::to_string(content.size()) +
                            " bytes long; a PROM has " + std::to_string(kPromBytes) + ", or " +
                            std::to_string(PromCells::kImageBytes) + " with identity and protection.");
-    }
     std::vector<uint8_t> image(card.cells().image().begin(), card.cells().image().end());
     std::ranges::copy(content, image.begin());
     card.cells().setImage(image);
@@ -55,13 +54,11 @@ void load(const PromOptions& options, std::ostream& out) {
 std::string rangesOf(const std::vector<std::size_t>& pages) {
     std::string text;
     for (std::size_t first = 0, next = 0; first < pages.size(); first = next) {
-        for (next = first + 1; next < pages.size() && pages[next] == pages[next - 1] + 1;) {
+        for (next = first + 1; next < pages.size() && pages[next] == pages[next - 1] + 1;)
             ++next;
-        }
         text += (first == 0 ? "" : ", ") + std::to_string(pages[first]);
-        if (next > first + 1) {
+        if (next > first + 1)
             text += " to " + std::to_string(pages[next - 1]);
-        }
     }
     return text;
 }
@@ -73,18 +70,15 @@ void compare(const PromOptions& options, std::ostream& out) {
     std::size_t written = 0;
     std::vector<std::size_t> different;
     for (std::size_t page = 0; page < kPromPages; ++page) {
-        if (expected.isPageErased(page)) {
+        if (expected.isPageErased(page))
             continue;
-        }
         ++written;
         if (!std::ranges::equal(expected.bytesOf(PromCells::page(page)),
-                                card.cells().bytesOf(PromCells::page(page)))) {
+                                card.cells().bytesOf(PromCells::page(page))))
             different.push_back(page);
-        }
     }
-    if (written == 0) {
+    if (written == 0)
         throw MachineError(tools::inputName(options.file) + ": writes no page.");
-    }
     out << nameOf(card) << ": " << written - different.size() << " of the " << written
         << " pages that the image writes are in the PROM.\n";
     if (!different.empty()) {

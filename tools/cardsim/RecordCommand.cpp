@@ -33,22 +33,19 @@ std::string placeOf(const std::string& file) {
 
 // A recording needs a folder, and a place that nothing and nobody else has.
 void requireUsable(const std::string& file, const simulator::Machine& machine, const simulator::Card& card) {
-    if (!std::filesystem::is_directory(std::filesystem::path(file).parent_path())) {
+    if (!std::filesystem::is_directory(std::filesystem::path(file).parent_path()))
         throw MachineError(file + ": there is no such folder.");
-    }
     simulator::requireRecordable(file);
     for (std::size_t index = 0; index < machine.cardCount(); ++index) {
         const auto& other = machine.card(index).recordingRequest();
-        if (&machine.card(index) != &card && other && files::isSameFile(other->file, file)) {
+        if (&machine.card(index) != &card && other && files::isSameFile(other->file, file))
             throw MachineError(file + ": another card is to be recorded there.");
-        }
     }
 }
 
 void record(RecordOptions options, std::ostream& out) {
-    if (options.cancel == !options.request.file.empty()) {
+    if (options.cancel == !options.request.file.empty())
         tools::refuseUsage("Name a file to record into, or give --cancel.");
-    }
     const auto directory = openMachine(options.folder);
     simulator::Card& card = directory->machine().card(indexOfCard(directory->machine(), options.number));
     if (options.cancel) {

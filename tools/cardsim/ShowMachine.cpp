@@ -52,12 +52,10 @@ void showCard(std::size_t index, const Card& card, bool on, std::ostream& out) {
     if (on) {
         out << "  Lamp        " << (isLampOn(card) ? "on" : "off") << '\n';
     }
-    for (const simulator::Fault& fault : card.faults().all()) {
+    for (const simulator::Fault& fault : card.faults().all())
         out << "  Fault       " << describe(fault) << '\n';
-    }
-    if (card.recordingRequest()) {
+    if (card.recordingRequest())
         out << "  Recording   " << describe(*card.recordingRequest()) << '\n';
-    }
 }
 
 Json jsonOf(const std::optional<simulator::RecordingRequest>& request) {
@@ -124,16 +122,14 @@ void showMachine(const simulator::Machine& machine, std::ostream& out) {
     out << "Power       " << (machine.isOn() ? "on" : "off") << '\n'
         << "Accesses    " << machine.accesses() << " (" << machine.microseconds() << " microseconds)\n"
         << "Driver      " << describe(machine.drivers()) << '\n';
-    for (std::size_t index = 0; index < machine.cardCount(); ++index) {
+    for (std::size_t index = 0; index < machine.cardCount(); ++index)
         showCard(index, machine.card(index), machine.isOn(), out);
-    }
 
     out << "\nLedger      " << (machine.ledger().empty() ? "empty" : "") << '\n';
-    for (const auto& entry : machine.ledger().entries()) {
+    for (const auto& entry : machine.ledger().entries())
         out << "  " << entry.times << " x " << misuseName(entry.misuse) << ", first at access "
             << entry.firstAccess
             << files::printable((entry.card.empty() ? "" : ", " + entry.card) + ": " + entry.detail) << '\n';
-    }
 }
 
 }  // namespace cardsim

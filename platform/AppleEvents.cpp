@@ -2,48 +2,31 @@
 #include <Carbon/Processes.h>
 
 #include <cstring>
-#include <vector>
+#include <utility>
 
 #include "platform/Host.h"
-#include "platform/LiveDescriptors.h"
+#include "platform/ServiceTables.h"
 
 namespace {
 
-// What a descriptor's data handle points at.
-struct DescriptorData {
-    std::vector<uint8_t> bytes;
-    AEEventClass eventClass = 0;
-    AEEventID eventID = 0;
-};
-
-std::size_t gLiveDescriptors = 0;
-
-void hold(AEDesc* descriptor, DescType type, DescriptorData data) {
-    *descriptor = {type, new DescriptorData(std::move(data))};
-    ++gLiveDescriptors;
+void fill(AEDesc* descriptor, DescType type, platform::DescriptorData data) {
+    *descriptor = {type, platform::Tables().descriptors.add(std::move(data))};
 }
 
-const DescriptorData* dataOf(const AEDesc* descriptor) {
-    return static_cast<const DescriptorData*>(descriptor->dataHandle);
+const platform::DescriptorData* dataOf(const AEDesc* descriptor) {
+    return platform::Tables().descriptors.find(descriptor->dataHandle);
 }
 
 }  // namespace
 
-std::size_t CountLiveDescriptors() {
-    return gLiveDescriptors;
-}
-
 OSErr AECreateDesc(DescType type, const void* data, uint32_t dataBytes, AEDesc* result) {
     const auto* const bytes = static_cast<const uint8_t*>(data);
-    hold(result, type, {.bytes = {bytes, bytes + dataBytes}});
+    fill(result, type, {.bytes = {bytes, bytes + dataBytes}});
     return noErr;
 }
 
 OSErr AEDisposeDesc(AEDesc* descriptor) {
-    if (descriptor->dataHandle != nullptr) {
-        delete static_cast<DescriptorData*>(descriptor->dataHandle);
-        --gLiveDescriptors;
-    }
+    platform::Tables().descriptors.release(descriptor->dataHandle);
     *descriptor = {typeNull, nullptr};
     return noErr;
 }
@@ -54,7 +37,7 @@ OSErr AECreateAppleEvent(AEEventClass eventClass, AEEventID eventID, const AEAdd
         *result = {typeNull, nullptr};
         return paramErr;
     }
-    hold(result, typeAppleEvent,
+    fill(result, typeAppleEvent,
          {.bytes = dataOf(target)->bytes, .eventClass = eventClass, .eventID = eventID});
     return noErr;
 }
@@ -62,7 +45,7 @@ OSErr AECreateAppleEvent(AEEventClass eventClass, AEEventID eventID, const AEAdd
 OSErr AESend(const AppleEvent* event, AppleEvent* reply, AESendMode /*mode*/, AESendPriority /*priority*/,
              int32_t /*timeoutTicks*/, void* /*idleProcedure*/, void* /*filterProcedure*/) {
     *reply = {typeNull, nullptr};
-    const DescriptorData* const data = dataOf(event);
+    const platform::DescriptorData* const data = dataOf(event);
     ProcessSerialNumber target;
     if (data == nullptr || data->eventClass != kCoreEventClass || data->eventID != kAEShutDown ||
         data->bytes.size() != sizeof target) {

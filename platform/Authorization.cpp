@@ -1,30 +1,18 @@
 #include <Security/Authorization.h>
 #include <Security/AuthorizationTags.h>
 
-#include <bit>
 #include <cstring>
 #include <string>
 #include <vector>
 
-#include "platform/HandleTable.h"
 #include "platform/Host.h"
-#include "platform/LiveAuthorizations.h"
+#include "platform/ServiceTables.h"
 
 namespace {
 
 constexpr AuthorizationFlags kMayAsk = kAuthorizationFlagInteractionAllowed | kAuthorizationFlagExtendRights;
 
-struct Authorization {
-    bool holdsAdministratorRight = false;
-};
-
-HandleTable<Authorization> gAuthorizations;
-
-uint32_t handleOf(AuthorizationRef authorization) {
-    return static_cast<uint32_t>(reinterpret_cast<uintptr_t>(authorization));
-}
-
-OSStatus acquireAdministratorRight(Authorization& authorization, AuthorizationFlags flags) {
+OSStatus acquireAdministratorRight(platform::Authorization& authorization, AuthorizationFlags flags) {
     if (authorization.holdsAdministratorRight) {
         return errAuthorizationSuccess;
     }
@@ -46,19 +34,14 @@ OSStatus acquireAdministratorRight(Authorization& authorization, AuthorizationFl
 
 }  // namespace
 
-std::size_t CountLiveAuthorizations() {
-    return gAuthorizations.size();
-}
-
 OSStatus AuthorizationCreate(const AuthorizationRights* rights, const AuthorizationEnvironment* environment,
                              AuthorizationFlags flags, AuthorizationRef* authorization) {
-    const uint32_t handle = gAuthorizations.add({});
-    const auto created = std::bit_cast<AuthorizationRef>(uintptr_t{handle});
+    const AuthorizationRef created = platform::Tables().authorizations.add({});
     const OSStatus status = rights == nullptr
                                 ? errAuthorizationSuccess
                                 : AuthorizationCopyRights(created, rights, environment, flags, nullptr);
     if (status != errAuthorizationSuccess) {
-        gAuthorizations.release(handle);
+        platform::Tables().authorizations.release(created);
         return status;
     }
     *authorization = created;
@@ -68,7 +51,7 @@ OSStatus AuthorizationCreate(const AuthorizationRights* rights, const Authorizat
 OSStatus AuthorizationCopyRights(AuthorizationRef authorization, const AuthorizationRights* rights,
                                  const AuthorizationEnvironment* /*environment*/, AuthorizationFlags flags,
                                  AuthorizationRights** authorizedRights) {
-    Authorization* const found = gAuthorizations.find(handleOf(authorization));
+    auto* const found = platform::Tables().authorizations.find(authorization);
     if (found == nullptr) {
         return errAuthorizationInvalidRef;
     }
@@ -90,7 +73,7 @@ OSStatus AuthorizationCopyRights(AuthorizationRef authorization, const Authoriza
 OSStatus AuthorizationExecuteWithPrivileges(AuthorizationRef authorization, const char* pathToTool,
                                             AuthorizationFlags /*options*/, char* const* arguments,
                                             std::FILE** communicationsPipe) {
-    const Authorization* const found = gAuthorizations.find(handleOf(authorization));
+    const auto* const found = platform::Tables().authorizations.find(authorization);
     if (found == nullptr) {
         return errAuthorizationInvalidRef;
     }
@@ -109,6 +92,6 @@ OSStatus AuthorizationExecuteWithPrivileges(AuthorizationRef authorization, cons
 }
 
 OSStatus AuthorizationFree(AuthorizationRef authorization, AuthorizationFlags /*flags*/) {
-    return gAuthorizations.release(handleOf(authorization)) ? errAuthorizationSuccess
-                                                            : errAuthorizationInvalidRef;
+    return platform::Tables().authorizations.release(authorization) ? errAuthorizationSuccess
+                                                                    : errAuthorizationInvalidRef;
 }

@@ -5,28 +5,18 @@
 #include <algorithm>
 #include <cstring>
 #include <filesystem>
-#include <map>
 #include <string>
 #include <vector>
 
 #include "platform/CFObjects.h"
 #include "platform/Host.h"
+#include "platform/ServiceTables.h"
 
 namespace {
 
-// Constant strings live as long as the process, like those of a compiler.
-std::map<std::string, std::string>& constantStrings() {
-    static std::map<std::string, std::string> strings;
-    return strings;
+const char* constantText(CFStringRef string) {
+    return reinterpret_cast<const char*>(string);
 }
-
-const std::string& constantText(CFStringRef string) {
-    return *reinterpret_cast<const std::string*>(string);
-}
-
-// The one bundle that can be asked for. It is not counted: a Get function hands it out and nobody releases
-// it.
-std::filesystem::path gMainBundle;
 
 std::filesystem::path resourceFolder(CFBundleRef bundle) {
     return *reinterpret_cast<const std::filesystem::path*>(bundle) / "Contents" / "Resources";
@@ -39,14 +29,10 @@ std::filesystem::path resourceFolder(CFBundleRef bundle, CFStringRef subdirector
 
 }  // namespace
 
-CFStringRef CFSTR(const char* text) {
-    const auto entry = constantStrings().try_emplace(text, text).first;
-    return reinterpret_cast<CFStringRef>(&entry->second);
-}
-
 CFBundleRef CFBundleGetMainBundle() {
-    gMainBundle = InstalledHost().bundleDirectory();
-    return gMainBundle.empty() ? nullptr : reinterpret_cast<CFBundleRef>(&gMainBundle);
+    std::filesystem::path& bundle = platform::Tables().mainBundle;
+    bundle = InstalledHost().bundleDirectory();
+    return bundle.empty() ? nullptr : reinterpret_cast<CFBundleRef>(&bundle);
 }
 
 CFURLRef CFBundleCopyResourcesDirectoryURL(CFBundleRef bundle) {
@@ -55,7 +41,7 @@ CFURLRef CFBundleCopyResourcesDirectoryURL(CFBundleRef bundle) {
 
 CFURLRef CFBundleCopyResourceURL(CFBundleRef bundle, CFStringRef name, CFStringRef type,
                                  CFStringRef subdirectory) {
-    const std::string extension = type == nullptr ? "" : "." + constantText(type);
+    const std::string extension = type == nullptr ? "" : std::string(".") + constantText(type);
     const auto path = resourceFolder(bundle, subdirectory) / (constantText(name) + extension);
     std::error_code error;
     return std::filesystem::exists(path, error) ? CFObjects::addURL(path) : nullptr;
@@ -67,7 +53,7 @@ CFArrayRef CFBundleCopyResourceURLsOfType(CFBundleRef bundle, CFStringRef type, 
     std::vector<std::filesystem::path> paths;
     for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
          entry.increment(error)) {
-        if (entry->path().extension() == "." + constantText(type)) {
+        if (entry->path().extension() == std::string(".") + constantText(type)) {
             paths.push_back(entry->path());
         }
     }

@@ -1,58 +1,38 @@
 #include "platform/CFObjects.h"
 
-#include <map>
-#include <memory>
+#include <bit>
 #include <utility>
+
+#include "platform/ServiceTables.h"
 
 namespace CFObjects {
 namespace {
 
-struct Object {
-    std::string text;
-    std::vector<CFTypeRef> elements;
-    CFIndex references = 1;
-};
-
-// An object's address is its identity: a stale or foreign pointer is looked up here and found missing, never
-// followed.
-std::map<CFTypeRef, std::unique_ptr<Object>>& liveObjects() {
-    static std::map<CFTypeRef, std::unique_ptr<Object>> objects;
-    return objects;
+platform::CFObject* find(CFTypeRef object) {
+    return platform::Tables().objects.find(object);
 }
 
-Object* find(CFTypeRef object) {
-    const auto entry = liveObjects().find(object);
-    return entry == liveObjects().end() ? nullptr : entry->second.get();
-}
-
-Object* add(std::string text, std::vector<CFTypeRef> elements = {}) {
-    auto object = std::make_unique<Object>(Object{std::move(text), std::move(elements)});
-    Object* const address = object.get();
-    liveObjects().emplace(address, std::move(object));
-    return address;
+CFTypeRef add(std::string text, std::vector<CFTypeRef> elements = {}) {
+    return platform::Tables().objects.add({std::move(text), std::move(elements)});
 }
 
 }  // namespace
 
 CFMutableDictionaryRef addDictionary(std::string text) {
-    return reinterpret_cast<CFMutableDictionaryRef>(add(std::move(text)));
+    return std::bit_cast<CFMutableDictionaryRef>(add(std::move(text)));
 }
 
 CFURLRef addURL(const std::filesystem::path& path) {
-    return reinterpret_cast<CFURLRef>(add(path.string()));
+    return static_cast<CFURLRef>(add(path.string()));
 }
 
 CFArrayRef addArray(std::vector<CFTypeRef> elements) {
-    return reinterpret_cast<CFArrayRef>(add({}, std::move(elements)));
+    return static_cast<CFArrayRef>(add({}, std::move(elements)));
 }
 
 std::optional<std::string> text(CFTypeRef object) {
-    const Object* const found = find(object);
+    const auto* const found = find(object);
     return found == nullptr ? std::nullopt : std::optional(found->text);
-}
-
-std::size_t countLive() {
-    return liveObjects().size();
 }
 
 }  // namespace CFObjects
@@ -72,7 +52,7 @@ void CFRelease(CFTypeRef object) {
         return;
     }
     const std::vector<CFTypeRef> elements = std::move(found->elements);
-    CFObjects::liveObjects().erase(object);
+    platform::Tables().objects.release(object);
     for (const CFTypeRef element : elements) {
         CFRelease(element);
     }

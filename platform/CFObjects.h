@@ -1,10 +1,9 @@
 #pragma once
 
-// The live Core Foundation objects, by the addresses under which they are known.
+// The Core Foundation objects that the services make and look into.
 
 #include <CoreFoundation/CoreFoundation.h>
 
-#include <cstddef>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -19,7 +18,5 @@ CFArrayRef addArray(std::vector<CFTypeRef> elements);
 
 // A string's characters, a URL's path or a dictionary's class name; nothing when the object is not alive.
 std::optional<std::string> text(CFTypeRef object);
-
-std::size_t countLive();
 
 }  // namespace CFObjects

@@ -1,39 +1,53 @@
 #pragma once
 
-// Objects behind the small numbers or opaque pointers that the Mac services hand out.
+// Objects behind the small numbers and opaque pointers that the Mac services hand out.
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <type_traits>
 #include <utility>
 
-// Objects by handle, each held by the one reference that its maker received. Handles start above 0xFFFF, so
-// that none is ever mistaken for an index, and are not used twice. An unknown handle is answered with null or
-// false, never with a crash: the updater closes a number that was never a handle, and must get away with it.
-template <typename Object>
+// Objects by handle, a number or a pointer that nobody follows. Handles start above 0xFFFF, so that none is
+// ever mistaken for an index, and are not used twice. An unknown handle is answered with null or false, never
+// with a crash: the updater closes a number that was never a handle, and must get away with it.
+template <typename Handle, typename Object>
 class HandleTable {
   public:
-    using Handle = uint32_t;
+    // Tables whose handles must not be confused begin at different places less than 4 apart.
+    explicit HandleTable(uint32_t first = 0x10003) : next_(first) {}
 
-    // Takes an object in with one reference, which the caller owns.
     Handle add(Object object) {
-        const Handle handle = next_;
+        const uintptr_t number = next_;
         next_ += 4;
-        entries_.emplace(handle, std::move(object));
-        return handle;
+        entries_.emplace(number, std::move(object));
+        if constexpr (std::is_pointer_v<Handle>) {
+            return std::bit_cast<Handle>(number);
+        } else {
+            return static_cast<Handle>(number);
+        }
     }
 
     Object* find(Handle handle) {
-        const auto entry = entries_.find(handle);
+        const auto entry = entries_.find(numberOf(handle));
         return entry == entries_.end() ? nullptr : &entry->second;
     }
 
-    // Gives the reference back, which destroys the object.
-    bool release(Handle handle) { return entries_.erase(handle) != 0; }
+    // Destroys the object; false when there is none.
+    bool release(Handle handle) { return entries_.erase(numberOf(handle)) != 0; }
 
     std::size_t size() const { return entries_.size(); }
 
   private:
-    std::map<Handle, Object> entries_;
-    Handle next_ = 0x10003;
+    static uintptr_t numberOf(Handle handle) {
+        if constexpr (std::is_pointer_v<Handle>) {
+            return reinterpret_cast<uintptr_t>(handle);
+        } else {
+            return handle;
+        }
+    }
+
+    std::map<uintptr_t, Object> entries_;
+    uintptr_t next_;
 };

@@ -95,8 +95,9 @@ namespace platform {
 extern Host* installedHost;
 }
 
-// Makes a host the one that answers from now on. The caller keeps ownership and takes it out again (null)
-// before destroying it. Everything runs on one thread.
+// Makes a host the one that answers from now on, with nothing handed out: what the services gave out on the
+// host before it is gone. The caller keeps ownership and takes the host out again (null) before destroying
+// it. Everything runs on one thread.
 void InstallHost(Host* host);
 
 // The installed host; calling a service without one is a bug. Inline, because every register access passes

@@ -1,13 +1,10 @@
 #include <IOKit/IOKitLib.h>
 
-#include <cstddef>
 #include <span>
-#include <vector>
 
 #include "platform/CFObjects.h"
-#include "platform/HandleTable.h"
 #include "platform/Host.h"
-#include "platform/LiveRegistryObjects.h"
+#include "platform/ServiceTables.h"
 
 namespace {
 
@@ -15,35 +12,7 @@ namespace {
 constexpr mach_port_t kMasterPort = 0x1103;
 constexpr task_port_t kThisTask = 0x1203;
 
-struct Iterator {
-    std::vector<uint64_t> services;
-    std::size_t next = 0;
-};
-
-// What an io_object_t stands for: a service, or an iterator over services.
-struct RegistryObject {
-    bool isIterator = false;
-    uint64_t service = 0;
-    Iterator iterator = {};
-};
-
-HandleTable<RegistryObject> gObjects;
-std::size_t gIterators = 0;
-
-RegistryObject* findObject(io_object_t object, bool isIterator) {
-    RegistryObject* const found = gObjects.find(object);
-    return found != nullptr && found->isIterator == isIterator ? found : nullptr;
-}
-
 }  // namespace
-
-std::size_t CountLiveServices() {
-    return gObjects.size() - gIterators;
-}
-
-std::size_t CountLiveIterators() {
-    return gIterators;
-}
 
 task_port_t mach_task_self() {
     return kThisTask;
@@ -67,37 +36,32 @@ kern_return_t IOServiceGetMatchingServices(mach_port_t masterPort, CFMutableDict
     if (masterPort != kMasterPort || !className) {
         return kIOReturnBadArgument;
     }
-    *existing = gObjects.add({.isIterator = true, .iterator = {InstalledHost().servicesOfClass(*className)}});
-    ++gIterators;
+    *existing = platform::Tables().iterators.add({InstalledHost().servicesOfClass(*className)});
     return kIOReturnSuccess;
 }
 
 io_object_t IOIteratorNext(io_iterator_t iterator) {
-    RegistryObject* const found = findObject(iterator, true);
-    if (found == nullptr || found->iterator.next == found->iterator.services.size()) {
+    platform::ServiceTables& tables = platform::Tables();
+    auto* const found = tables.iterators.find(iterator);
+    if (found == nullptr || found->next == found->services.size()) {
         return MACH_PORT_NULL;
     }
-    return gObjects.add({.service = found->iterator.services[found->iterator.next++]});
+    return tables.services.add(found->services[found->next++]);
 }
 
 kern_return_t IOObjectRelease(io_object_t object) {
-    const bool isIterator = findObject(object, true) != nullptr;
-    if (!gObjects.release(object)) {
-        return kIOReturnBadArgument;
-    }
-    if (isIterator) {
-        --gIterators;
-    }
-    return kIOReturnSuccess;
+    platform::ServiceTables& tables = platform::Tables();
+    const bool isKnown = tables.services.release(object) || tables.iterators.release(object);
+    return isKnown ? kIOReturnSuccess : kIOReturnBadArgument;
 }
 
 kern_return_t IOServiceOpen(io_service_t service, task_port_t owningTask, uint32_t /*type*/,
                             io_connect_t* connection) {
-    const RegistryObject* const found = findObject(service, false);
+    const uint64_t* const found = platform::Tables().services.find(service);
     if (found == nullptr || owningTask != kThisTask) {
         return kIOReturnBadArgument;
     }
-    const auto opened = InstalledHost().openService(found->service);
+    const auto opened = InstalledHost().openService(*found);
     if (!opened) {
         return kIOReturnNoDevice;
     }

@@ -1,7 +1,7 @@
 #pragma once
 
-// Counts what the Mac services have handed out and not been given back, so that a leak is something one can
-// see.
+// What the Mac services have handed out and not been given back since the host was installed, so that a leak
+// is something one can see.
 
 #include <cstddef>
 
@@ -15,5 +15,5 @@ struct LiveObjects {
     bool operator==(const LiveObjects&) const = default;
 };
 
-// Everything that is alive in this process at this moment.
+// All zero while no host is installed.
 LiveObjects CountLiveObjects();

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/CardDriver.h"
+#include "platform/LiveObjects.h"
 
 namespace simulator {
 namespace {
@@ -186,12 +187,12 @@ void SimulatedHost::programEnded() {
                 clock_.accesses());
     };
     note(liveMappings(), "mapped windows");
-    note(live.services - liveBefore_.services, "services");
-    note(live.iterators - liveBefore_.iterators, "iterators");
-    note(live.coreFoundationObjects - liveBefore_.coreFoundationObjects, "bundle's objects");
-    note(live.appleEventDescriptors - liveBefore_.appleEventDescriptors, "event descriptors");
+    note(live.services, "services");
+    note(live.iterators, "iterators");
+    note(live.coreFoundationObjects, "bundle's objects");
+    note(live.appleEventDescriptors, "event descriptors");
     if (machine_.isOn() && machine_.drivers().loaded.empty())
-        note(live.authorizations - liveBefore_.authorizations, "authorizations");
+        note(live.authorizations, "authorizations");
     note(tools_.unwaitedFor(), "child processes");
 }
 

@@ -11,7 +11,6 @@
 #include <map>
 
 #include "platform/Host.h"
-#include "platform/LiveObjects.h"
 #include "simulator/AddressSpace.h"
 #include "simulator/Machine.h"
 #include "simulator/PrivilegedTools.h"
@@ -47,11 +46,11 @@ class SimulatedHost final : public Host {
     // The drivers notice, and nobody has to wait: the machine's clock counts accesses.
     void sleepSeconds(uint32_t seconds) override { machine_.drivers().letPass(seconds); }
 
-    // To be called when the program is through. Whatever it was given since this host was made and has not
-    // given back goes into the ledger: windows, services, iterators, authorizations, descriptors, objects of
-    // its bundle, privileged tools not waited for. Connections without a window are not looked at;
-    // openConnections counts them. An authorization may stay for as long as a driver that was loaded does,
-    // and goes with the power.
+    // Call when the program has finished, while this host or one in front of it is still installed. Whatever
+    // the program was given and has not given back goes into the ledger: windows, services, iterators,
+    // authorizations, descriptors, objects of its bundle, privileged tools not waited for. Connections
+    // without a window are not looked at; openConnections counts them. An authorization may stay for as long
+    // as a driver that was loaded does, and goes with the power.
     void programEnded();
 
     // What has been opened and not closed, and mapped and not taken away.
@@ -97,7 +96,6 @@ class SimulatedHost final : public Host {
     View view_;
     std::filesystem::path bundleDirectory_;
     AdministratorPrompt prompt_;
-    LiveObjects liveBefore_ = CountLiveObjects();
     PrivilegedTools tools_;
     std::map<uint32_t, Card*> connections_;
     std::deque<Mapping> mappings_;

@@ -5,6 +5,7 @@
 // Names and reference rules are the Mac's: what a function with Copy or Create in its name returns belongs to
 // the caller, who gives it back with CFRelease; what a Get function returns does not.
 
+#include <cstddef>
 #include <cstdint>
 
 using Boolean = uint8_t;
@@ -17,8 +18,11 @@ using CFArrayRef = const struct OpaqueCFArray*;
 using CFBundleRef = struct OpaqueCFBundle*;
 using CFMutableDictionaryRef = struct OpaqueCFDictionary*;
 
-// A constant string, which nobody owns.
-CFStringRef CFSTR(const char* text);
+// A constant string, made of a literal and never released.
+template <std::size_t bytes>
+CFStringRef CFSTR(const char (&literal)[bytes]) {
+    return reinterpret_cast<CFStringRef>(literal);
+}
 
 CFTypeRef CFRetain(CFTypeRef object);
 void CFRelease(CFTypeRef object);

@@ -7,14 +7,16 @@
 #include "app/PaneIDs.h"
 #include "app/ResourceIDs.h"
 #include "app/WindowText.h"
-#include "app/logic/CardIdentity.h"
-#include "app/logic/CardModel.h"
-#include "app/logic/CardTexts.h"
 #include "app/logic/CardValues.h"
 #include "app/logic/FirmwareFiles.h"
 #include "app/logic/WriteTime.h"
 #include "card/CardAccess.h"
 #include "card/Registers.h"
+#include "catalogue/BoardRevision.h"
+#include "catalogue/CardIdentity.h"
+#include "catalogue/CardModels.h"
+#include "catalogue/FirmwareDate.h"
+#include "catalogue/FirmwareVersion.h"
 #include "framework/core/LException.h"
 #include "framework/widgets/LPopupButton.h"
 #include "framework/widgets/LWindow.h"
@@ -88,7 +90,7 @@ bool CUpdaterApp::ReadCardRegisters(uint16_t& outFirmwareVersion) {
         return false;
     }
     gusDeviceID = readLowHalf(kDeviceIDRegister);
-    if (!IsModelCode(gusDeviceID)) {
+    if (!catalogue::isModelCode(gusDeviceID)) {
         ShowAlert("Error", "Unable to properly read the VornMX/K40/DX8 Device ID!");
         return false;
     }
@@ -98,11 +100,12 @@ bool CUpdaterApp::ReadCardRegisters(uint16_t& outFirmwareVersion) {
     // Part of the sequence of reads that cards are known to take; nothing is made of its value.
     readLowHalf(kReservedRegister);
 
-    SetWindowItemText(mMainWindow, kModelPane, ModelName(gusDeviceID).c_str());
-    SetWindowItemText(mMainWindow, kBoardRevisionPane, BoardRevisionText(gusPCBRev).c_str());
-    SetWindowItemText(mMainWindow, kFirmwareVersionPane,
-                      FirmwareVersionText(ByteOrderLetter(gbSwap), outFirmwareVersion & 0xFF).c_str());
-    SetWindowItemText(mMainWindow, kFirmwareDatePane, FirmwareDateText(firmwareDate).c_str());
+    SetWindowItemText(mMainWindow, kModelPane, catalogue::modelName(gusDeviceID).c_str());
+    SetWindowItemText(mMainWindow, kBoardRevisionPane, catalogue::boardRevisionText(gusPCBRev).c_str());
+    SetWindowItemText(
+        mMainWindow, kFirmwareVersionPane,
+        catalogue::firmwareVersionText(ByteOrderLetter(gbSwap), outFirmwareVersion & 0xFF).c_str());
+    SetWindowItemText(mMainWindow, kFirmwareDatePane, catalogue::firmwareDateText(firmwareDate).c_str());
     return true;
 }
 
@@ -117,21 +120,22 @@ bool CUpdaterApp::ReadCardIdentity() {
         std::fputs("GetSerialNumberDialog returned false\n", stderr);
         return false;
     };
-    if (IsBlankIdentity(gSerialNumber) && !askForIdentity()) {
+    if (catalogue::isBlankIdentity(gSerialNumber) && !askForIdentity()) {
         return false;
     }
-    while (!IsModelCode(IdentityModelCode(gSerialNumber))) {
+    while (!catalogue::isModelCode(catalogue::identityModelCode(gSerialNumber))) {
         ShowAlert("Error", "Unable to properly determine the Serial Number of the VornMX/K40/DX8!");
         if (!askForIdentity()) {
             return false;
         }
     }
-    if (IdentityModelCode(gSerialNumber) != gusDeviceID) {
+    if (catalogue::identityModelCode(gSerialNumber) != gusDeviceID) {
         ShowAlert("Error", "VornMX/K40/DX8 Serial Number does not match Device ID!");
         return false;
     }
-    SetWindowItemText(mMainWindow, kSerialNumberPane, SerialNumberText(gSerialNumber).c_str());
-    SetWindowItemText(mMainWindow, kManufactureDatePane, ManufactureDateText(gSerialNumber).c_str());
+    SetWindowItemText(mMainWindow, kSerialNumberPane, catalogue::serialNumberText(gSerialNumber).c_str());
+    SetWindowItemText(mMainWindow, kManufactureDatePane,
+                      catalogue::manufactureDateText(gSerialNumber).c_str());
     return true;
 }
 
@@ -145,7 +149,8 @@ void CUpdaterApp::ChooseFirmwareForCard(uint8_t firmwareVersion) {
     }
     std::fprintf(stderr, "Will use %s for firmware\n", gszResourcePaths[gNewFirmware]);
     const char letter = FirmwareByteOrderLetter(gszResourceNames[gNewFirmware]);
-    SetWindowItemText(mMainWindow, kNewFirmwarePane, FirmwareVersionText(letter, gusNewFirmwareRev).c_str());
+    SetWindowItemText(mMainWindow, kNewFirmwarePane,
+                      catalogue::firmwareVersionText(letter, gusNewFirmwareRev).c_str());
     mFirmwareIsCurrent =
         IsFirmwareCurrent(ByteOrderLetter(gbSwap), firmwareVersion, letter, gusNewFirmwareRev);
     ShowFirmwareState();

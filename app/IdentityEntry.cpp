@@ -3,9 +3,9 @@
 #include "app/Alert.h"
 #include "app/CUpdaterApp.h"
 #include "app/ResourceIDs.h"
-#include "app/logic/CardIdentity.h"
-#include "app/logic/CardModel.h"
 #include "app/logic/CardValues.h"
+#include "catalogue/CardIdentity.h"
+#include "catalogue/CardModels.h"
 #include "framework/core/PascalString.h"
 #include "framework/widgets/UModalDialogs.h"
 #include "hw/PromOperations.h"
@@ -13,9 +13,10 @@
 bool CUpdaterApp::GetSerialNumberDialog() {
     // Keeps what was typed, so that a rejected serial number can be corrected.
     Str255 text = {0};
-    const std::vector<std::string> card = {ModelName(gusDeviceID), SerialNumberPrefix(gusDeviceID)};
+    const std::vector<std::string> card = {catalogue::modelName(gusDeviceID),
+                                           catalogue::serialNumberPrefix(gusDeviceID)};
     while (UModalDialogs::AskForOneString(this, kIdentityDialog, kSerialNumberField, text, card)) {
-        if (const auto identity = ParseSerialNumber(TextOfPascal(text))) {
+        if (const auto identity = catalogue::parseTypedSerialNumber(TextOfPascal(text))) {
             gSerialNumber = *identity;
             // Tells of its failures itself; the identity counts as entered all the same.
             WriteSerialNumber(gSerialNumber);

@@ -4,11 +4,11 @@
 #include "app/CUpdaterApp.h"
 #include "app/PaneIDs.h"
 #include "app/Progress.h"
-#include "app/logic/CardModel.h"
 #include "app/logic/CardValues.h"
 #include "app/logic/FirmwareFiles.h"
 #include "app/logic/FirmwareImage.h"
 #include "app/logic/FormatText.h"
+#include "catalogue/CardModels.h"
 #include "framework/core/LException.h"
 #include "framework/core/UKeptException.h"
 #include "framework/widgets/LProgressBar.h"
@@ -24,7 +24,7 @@ constexpr uint16_t kWriteBrokenOff = 0xFFFF;
 
 bool confirmUpdate() {
     const std::string text = FormatText("About to program your %s with Firmware Version %d",
-                                        ModelName(gusDeviceID).c_str(), gusNewFirmwareRev);
+                                        catalogue::modelName(gusDeviceID).c_str(), gusNewFirmwareRev);
     return ShowAlert("Firmware Update Confirmation", text.c_str());
 }
 

@@ -5,10 +5,10 @@
 #include <cstring>
 #include <string>
 
-#include "app/logic/CardModel.h"
 #include "app/logic/FirmwareFiles.h"
+#include "catalogue/CardModels.h"
+#include "catalogue/ImageName.h"
 #include "fuzz/Require.h"
-#include "images/ImageName.h"
 
 namespace {
 
@@ -26,7 +26,7 @@ void checkChoice(uint16_t model, uint16_t board) {
     }
     require(gNewFirmware >= 0 && gNewFirmware < gNumXSVFiles, "the image chosen is one of the table");
     const char* const name = gszResourceNames[gNewFirmware];
-    require(FirmwareModelCode(name) == model, "it is for the card's model");
+    require(catalogue::readImageName(name).modelCode == model, "it is for the card's model");
     const char letter = FirmwareByteOrderLetter(name);
     require(letter == 'M' || letter == 'W', "it has one of two byte orders");
     if (gusNewFirmwareRev <= 0xFF) {
@@ -47,18 +47,23 @@ void checkAnyNames(std::string_view names) {
             break;
         names.remove_prefix(end + 1);
     }
-    for (uint16_t model = kVornMXA; model <= kVornDX8XS; ++model) {
-        for (uint16_t board = 0; board <= 26; ++board)
-            checkChoice(model, board);
+    for (const catalogue::CardModel& model : catalogue::kCardModels) {
+        for (uint16_t board = 0; board <= 26; ++board) {
+            checkChoice(model.code, board);
+        }
     }
 }
 
 void checkMadeName(const uint8_t* data) {
-    const images::CardModel& model = images::kCardModels[data[0] % images::kCardModels.size()];
+    const catalogue::CardModel& model = catalogue::kCardModels[data[0] % catalogue::kCardModels.size()];
     const char letter = (data[1] & 1) != 0 ? 'M' : 'W';
     const auto version = static_cast<uint8_t>(data[2] % 100);
     const auto board = static_cast<uint8_t>(data[3] % 27);
-    const std::string name = images::imageFileName(model, letter, version, board);
+    const std::string name =
+        catalogue::imageFileName(
+            {.modelCode = model.code, .flavour = letter, .version = version, .boardRevision = board})
+            .value();
+    require(catalogue::isImageFileName(name), "a name that is made is an image's");
     require(name.size() < kResourceNameBytes, "a name fits its place in the table");
     gNumXSVFiles = 1;
     enter(0, name);

@@ -2,29 +2,34 @@
 
 #include <cstring>
 
-#include "app/logic/CardIdentity.h"
-#include "app/logic/CardModel.h"
+#include "catalogue/CardIdentity.h"
+#include "catalogue/CardModels.h"
 #include "fuzz/Require.h"
-#include "hw/PromOperations.h"
 
 namespace {
 
+using namespace catalogue;
+
 void checkTyped(std::string_view text) {
-    const auto identity = ParseSerialNumber(text);
-    if (!identity)
+    const auto identity = parseTypedSerialNumber(text);
+    if (!identity) {
         return;
-    require(IsModelCode(IdentityModelCode(*identity)), "a serial number that is taken is a known model's");
-    require(!IsBlankIdentity(*identity) && *identity >> 31 == 0, "it can be written and is not blank then");
-    require(ParseSerialNumber(SerialNumberText(*identity)) == identity,
+    }
+    require(isModelCode(identityModelCode(*identity)), "a serial number that is taken is a known model's");
+    require(!isBlankIdentity(*identity) && *identity >> 31 == 0, "it can be written and is not blank then");
+    require(parseTypedSerialNumber(serialNumberText(*identity)) == identity,
             "what is shown reads back as the same");
-    require(ManufactureDateText(*identity) != "Unknown!", "its week is one of a year");
+    require(manufactureDateText(*identity) != "Unknown!", "its week is one of a year");
 }
 
 // Any word can be read from a card.
 void checkShown(uint32_t identity) {
-    const auto readBack = ParseSerialNumber(SerialNumberText(identity));
-    require(!readBack || *readBack == identity, "no two cards show the same serial number");
-    require(!ManufactureDateText(identity).empty(), "there is a text for every date");
+    const std::string text = serialNumberText(identity);
+    const auto typed = parseTypedSerialNumber(text);
+    require(!typed || *typed == identity, "no two cards show the same serial number");
+    require(text.size() > kSerialNumberCharacters || parseSerialNumber(text) == identity,
+            "what is shown reads back as the same, valid or not");
+    require(!manufactureDateText(identity).empty(), "there is a text for every date");
 }
 
 }  // namespace

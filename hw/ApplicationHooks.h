@@ -15,5 +15,5 @@ void UpdateProgressBar(uint32_t bytes);
 // it was answered with OK.
 bool ShowAlert(const char* title, const char* message);
 
-// Identity word of the open card, or a blank one (IsBlankIdentity).
+// Identity word of the open card, or a blank one (catalogue::isBlankIdentity).
 extern uint32_t gSerialNumber;

@@ -1,5 +1,6 @@
 #include "hw/PromOperations.h"
 
+#include "catalogue/CardIdentity.h"
 #include "hw/ApplicationHooks.h"
 #include "hw/JtagPort.h"
 #include "hw/PromPrograms.h"
@@ -79,7 +80,7 @@ uint16_t WriteSerialNumber(uint32_t identity) {
 
 uint16_t ProgramConfigProm(uint8_t* image, uint32_t length) {
     const uint32_t identity = gSerialNumber;
-    if (IsBlankIdentity(identity)) {
+    if (catalogue::isBlankIdentity(identity)) {
         ShowAlert("Error", "Serial Number is blank!");
     }
 

@@ -7,13 +7,6 @@
 
 #include <cstdint>
 
-// The two words that stand for no identity; the second is what an erased user code reads as.
-constexpr uint32_t kNoIdentity = 0;
-constexpr uint32_t kErasedIdentity = 0x7FFFFFFF;
-constexpr bool IsBlankIdentity(uint32_t identity) {
-    return identity == kNoIdentity || identity == kErasedIdentity;
-}
-
 // Sets the PROM's protection bits. Returns 0, or 1 when the chain did not answer as it should.
 uint16_t ProtectEEPROM();
 

@@ -5,40 +5,16 @@
 #include <cstdio>
 #include <cstring>
 
-#include "app/logic/CardModel.h"
-#include "app/logic/CardTexts.h"
-#include "app/logic/FormatText.h"
+#include "catalogue/BoardRevision.h"
+#include "catalogue/CardModels.h"
+#include "catalogue/FirmwareVersion.h"
+#include "catalogue/ImageName.h"
 
 char gszResourcePaths[kMaxFirmwareFiles][kResourcePathBytes];
 char gszResourceNames[kMaxFirmwareFiles][kResourceNameBytes];
 int32_t gNumXSVFiles = 0;
 int32_t gNewFirmware = kNoFirmware;
 uint16_t gusNewFirmwareRev = 0;
-
-namespace {
-
-constexpr int kByteOrderPosition = 3;
-constexpr int kVersionPosition = 4;
-constexpr int kBoardPosition = 6;
-
-uint16_t boardRevisionOf(const char* name) {
-    const char* const board = name + kBoardPosition;
-    if (board[0] == 'N' && board[1] == 'C') {
-        return 0;
-    }
-    constexpr int kBeforeLetterA = 'A' - 1;
-    return static_cast<uint16_t>(static_cast<unsigned char>(board[0]) - kBeforeLetterA);
-}
-
-uint16_t versionOf(const char* name) {
-    uint32_t version = 0;
-    for (const char* digit = name + kVersionPosition; *digit >= '0' && *digit <= '9'; ++digit) {
-        version = version * 10 + static_cast<uint32_t>(*digit - '0');
-    }
-    return static_cast<uint16_t>(version);
-}
-
-}  // namespace
 
 int32_t GetXSVFilesInBundle(char (*paths)[kResourcePathBytes], int32_t max) {
     const CFBundleRef bundle = CFBundleGetMainBundle();
@@ -72,32 +48,14 @@ void CatalogueFirmwareFiles() {
     }
 }
 
-// Character arithmetic rather than a table of tags: that is what decides which tags a card accepts, VMD for a
-// Vorn K40 included.
-int FirmwareModelCode(const char* name) {
-    constexpr int kCodeBelowLetter = 0x21;
-    int code = static_cast<unsigned char>(name[2]) - kCodeBelowLetter;
-    if (code == '0' - kCodeBelowLetter) {
-        code = kVornK40;
-    }
-    if (name[0] == 'D') {
-        if (name[1] == 'X') {
-            code = kVornDX8;
-        } else if (name[1] == 'S') {
-            code = kVornDX8XS;
-        }
-    }
-    return code;
-}
-
 void ChooseFirmware(uint16_t modelCode, uint16_t boardRevision) {
     gusNewFirmwareRev = kNoVersion;
     gNewFirmware = kNoFirmware;
     for (int32_t i = 0; i < gNumXSVFiles; ++i) {
-        const char* const name = gszResourceNames[i];
-        if (FirmwareModelCode(name) == modelCode && boardRevisionOf(name) == boardRevision) {
+        const catalogue::ImageName name = catalogue::readImageName(gszResourceNames[i]);
+        if (name.modelCode == modelCode && name.boardRevision == boardRevision) {
             gNewFirmware = i;
-            gusNewFirmwareRev = versionOf(name);
+            gusNewFirmwareRev = name.version;
             return;
         }
     }
@@ -105,18 +63,15 @@ void ChooseFirmware(uint16_t modelCode, uint16_t boardRevision) {
 
 namespace {
 
-std::string overviewOf(const char* name) {
-    constexpr uint16_t kLetters = 26;
-    const int model = FirmwareModelCode(name);
-    const uint16_t board = boardRevisionOf(name);
-    if (model < 0 || !IsModelCode(static_cast<uint32_t>(model)) || board > kLetters) {
-        return name;
+std::string overviewOf(const char* fileName) {
+    const catalogue::ImageName name = catalogue::readImageName(fileName);
+    if (!catalogue::isModelCode(name.modelCode) || name.boardRevision > catalogue::kHighestBoardRevision) {
+        return fileName;
     }
-    const std::string boards =
-        board == 0 ? std::string() : FormatText(", board %s", BoardRevisionText(board).c_str());
-    const std::string version = FirmwareVersionText(FirmwareByteOrderLetter(name), versionOf(name));
-    return FormatText("%s%s: %s (%s)", ModelName(static_cast<uint16_t>(model)).c_str(), boards.c_str(),
-                      version.c_str(), name);
+    const std::string board =
+        name.boardRevision == 0 ? "" : ", board " + catalogue::boardRevisionText(name.boardRevision);
+    return catalogue::modelName(name.modelCode) + board + ": " +
+           catalogue::firmwareVersionText(name.flavour, name.version) + " (" + fileName + ")";
 }
 
 }  // namespace
@@ -130,8 +85,12 @@ std::string FirmwareOverview() {
     return lines;
 }
 
+char ByteOrderLetter(uint8_t byteSwap) {
+    return byteSwap != 0 ? 'W' : 'M';
+}
+
 char FirmwareByteOrderLetter(const char* name) {
-    return name[kByteOrderPosition] == 'M' ? 'M' : 'W';
+    return catalogue::readImageName(name).flavour;
 }
 
 bool IsFirmwareCurrent(char cardLetter, uint8_t cardVersion, char fileLetter, uint16_t fileVersion) {

@@ -1,14 +1,6 @@
 #pragma once
 
-// The firmware images that travel in the bundle, known by their names alone:
-//
-//   position 0-2   model tag: VMA, VMB, VMC, K40, DX8, DSX
-//   position 3     byte-order letter (the firmware's flavour): 'M', or 'W' and anything else
-//   position 4-5   version, two decimal digits
-//   position 6-7   board: "NC" for none, or position 6 a revision letter
-//   then           ".xsv"
-//
-// K40W07B.xsv is version 7 for a Vorn K40 of board revision B, in byte order W.
+// The firmware images that travel in the bundle, known by their names alone (catalogue/ImageName.h).
 
 #include <cstdint>
 #include <string>
@@ -35,9 +27,6 @@ int32_t GetXSVFilesInBundle(char (*paths)[kResourcePathBytes], int32_t max);
 // Fills both tables and the count. A file name too long for its entry is cut to fit.
 void CatalogueFirmwareFiles();
 
-// The model code for which a file name's first three characters stand.
-int FirmwareModelCode(const char* name);
-
 // Sets gNewFirmware and gusNewFirmwareRev to the first image in the tables for a model and board revision,
 // whatever its version and byte order; to kNoFirmware and kNoVersion when there is none.
 void ChooseFirmware(uint16_t modelCode, uint16_t boardRevision);
@@ -46,7 +35,11 @@ void ChooseFirmware(uint16_t modelCode, uint16_t boardRevision);
 // stands for no model or board.
 std::string FirmwareOverview();
 
-// 'M' or 'W'.
+// 'W' for a card whose registers need a byte swap, 'M' for one whose registers do not. It is the flavour of
+// the firmware that the card runs.
+char ByteOrderLetter(uint8_t byteSwap);
+
+// The flavour of an image, 'M' or 'W'.
 char FirmwareByteOrderLetter(const char* name);
 
 // A card is up to date when the image has the card's byte order and is not newer than what the card runs.

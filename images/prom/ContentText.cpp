@@ -1,25 +1,24 @@
 #include "images/prom/ContentText.h"
 
-#include "images/BoardRevision.h"
+#include "catalogue/BoardRevision.h"
+#include "catalogue/CardModels.h"
+#include "catalogue/FirmwareDate.h"
+#include "catalogue/FirmwareVersion.h"
 #include "images/ByteText.h"
-#include "images/CardModels.h"
-#include "images/FirmwareDate.h"
 
 namespace images {
 namespace {
 
-std::string firmwareText(const simulator::FpgaConfiguration& configuration) {
-    return configuration.flavour + std::to_string(configuration.version);
-}
+using Json = nlohmann::ordered_json;
 
-nlohmann::ordered_json orNull(const std::optional<std::string>& text) {
-    return text ? nlohmann::ordered_json(*text) : nullptr;
+std::string firmwareText(const simulator::FpgaConfiguration& configuration) {
+    return catalogue::firmwareVersionText(configuration.flavour, configuration.version);
 }
 
 }  // namespace
 
 std::string modelText(uint8_t code) {
-    const CardModel* const model = modelCoded(code);
+    const auto* const model = catalogue::modelByCode(code);
     return model != nullptr ? std::string(model->name) : "model " + hexadecimalText(code, 2);
 }
 
@@ -27,8 +26,8 @@ std::string boardText(uint8_t revision) {
     if (revision == 0) {
         return "board without revision";
     }
-    const auto letter = boardRevisionName(revision);
-    return letter ? "board " + *letter : "board revision " + std::to_string(revision);
+    return revision <= catalogue::kHighestBoardRevision ? "board " + catalogue::boardRevisionText(revision)
+                                                        : "board revision " + std::to_string(revision);
 }
 
 std::string contentText(const std::optional<simulator::FpgaConfiguration>& configuration) {
@@ -37,18 +36,25 @@ std::string contentText(const std::optional<simulator::FpgaConfiguration>& confi
     }
     return modelText(configuration->modelCode) + ", " + boardText(configuration->boardRevision) +
            ", firmware " + firmwareText(*configuration) + " of " +
-           firmwareDateText(configuration->date).value_or("date " + hexadecimalText(configuration->date, 4));
+           catalogue::isoFirmwareDateText(configuration->date)
+               .value_or("date " + hexadecimalText(configuration->date, 4));
 }
 
-nlohmann::ordered_json contentJson(const std::optional<simulator::FpgaConfiguration>& configuration) {
+Json boardJson(uint8_t revision) {
+    return revision <= catalogue::kHighestBoardRevision ? Json(catalogue::boardRevisionText(revision))
+                                                        : Json();
+}
+
+Json contentJson(const std::optional<simulator::FpgaConfiguration>& configuration) {
     if (!configuration) {
         return nullptr;
     }
-    const CardModel* const model = modelCoded(configuration->modelCode);
-    return {{"model", orNull(model != nullptr ? std::optional(std::string(model->name)) : std::nullopt)},
-            {"board", orNull(boardRevisionName(configuration->boardRevision))},
+    const auto date = catalogue::isoFirmwareDateText(configuration->date);
+    const auto* const model = catalogue::modelByCode(configuration->modelCode);
+    return {{"model", model != nullptr ? Json(model->name) : Json()},
+            {"board", boardJson(configuration->boardRevision)},
             {"firmware", firmwareText(*configuration)},
-            {"date", orNull(firmwareDateText(configuration->date))}};
+            {"date", date ? Json(*date) : Json()}};
 }
 
 }  // namespace images

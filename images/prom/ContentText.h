@@ -19,6 +19,9 @@ namespace images {
 // "VornMX-B, board A, firmware M10 of 2004-05-17", or "no configuration".
 [[nodiscard]] std::string contentText(const std::optional<simulator::FpgaConfiguration>& configuration);
 
+// "A" or "NC", or null for a revision beyond Z.
+[[nodiscard]] nlohmann::ordered_json boardJson(uint8_t revision);
+
 // {"model": "VornMX-B", "board": "A", "firmware": "M10", "date": "2004-05-17"}, or null. What is no known
 // model, board or date is null.
 [[nodiscard]] nlohmann::ordered_json contentJson(

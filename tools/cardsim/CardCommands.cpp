@@ -3,12 +3,11 @@
 #include <algorithm>
 #include <cstdint>
 #include <optional>
-#include <tuple>
-#include <utility>
 
-#include "images/BoardRevision.h"
-#include "images/CardModels.h"
-#include "images/FirmwareDate.h"
+#include "catalogue/BoardRevision.h"
+#include "catalogue/CardModels.h"
+#include "catalogue/FirmwareDate.h"
+#include "catalogue/FirmwareVersion.h"
 #include "simulator/MachineError.h"
 #include "tools/cardsim/IdentityText.h"
 #include "tools/command_line/CommandLine.h"
@@ -31,15 +30,6 @@ struct CardOptions {
     std::optional<unsigned> protection;
 };
 
-// "M12": the flavour's letter and the version.
-std::optional<std::pair<char, uint8_t>> firmwareNamed(const std::string& text) {
-    const std::string digits = text.empty() ? "" : text.substr(1);
-    const bool good = !digits.empty() && digits.size() <= 2 && (text.front() == 'M' || text.front() == 'W') &&
-                      digits.find_first_not_of("0123456789") == std::string::npos;
-    return good ? std::optional(std::pair(text.front(), static_cast<uint8_t>(std::stoul(digits))))
-                : std::nullopt;
-}
-
 void requireOff(const Machine& machine) {
     if (machine.isOn()) {
         throw MachineError(
@@ -57,10 +47,14 @@ void changeFirmware(const CardOptions& options, const Board& board, PromCells& c
                                                                       .flavour = 'M',
                                                                       .version = 0,
                                                                       .date = 0});
-    if (options.firmware)
-        std::tie(configuration.flavour, configuration.version) = *firmwareNamed(*options.firmware);
-    if (options.date)
-        configuration.date = *images::firmwareDate(*options.date);
+    if (options.firmware) {
+        const auto version = *catalogue::parseFirmwareVersion(*options.firmware);
+        configuration.flavour = version.flavour;
+        configuration.version = version.number;
+    }
+    if (options.date) {
+        configuration.date = *catalogue::parseFirmwareDate(*options.date);
+    }
     cells.setImage(
         PromCells(simulator::encodeConfiguration(configuration), cells.userCode(), cells.protection())
             .image());
@@ -69,25 +63,30 @@ void changeFirmware(const CardOptions& options, const Board& board, PromCells& c
 void changeBoard(const CardOptions& options, Board& board) {
     board.name = options.name.value_or(board.name);
     board.location = options.location.value_or(board.location);
-    if (options.board)
-        board.revision = *images::boardRevisionNamed(*options.board);
+    if (options.board) {
+        board.revision = *catalogue::parseBoardRevision(*options.board);
+    }
 }
 
 void changeSpecialRow(const CardOptions& options, PromCells& cells) {
-    if (options.identity)
-        cells.setUserCode(*identityNamed(*options.identity));
-    if (options.protection)
+    if (options.identity) {
+        cells.setUserCode(*parseIdentity(*options.identity));
+    }
+    if (options.protection) {
         cells.setProtection(static_cast<uint8_t>(*options.protection));
+    }
 }
 
 std::string firstFreeSlot(const Machine& machine) {
     for (std::size_t slot = 1;; ++slot) {
         std::string location = "PCI slot " + std::to_string(slot);
         bool isFree = true;
-        for (std::size_t index = 0; index < machine.cardCount(); ++index)
+        for (std::size_t index = 0; index < machine.cardCount(); ++index) {
             isFree = isFree && machine.card(index).board().location != location;
-        if (isFree)
+        }
+        if (isFree) {
             return location;
+        }
     }
 }
 
@@ -98,15 +97,16 @@ void addCard(const CardOptions& options, std::ostream& out) {
     const auto directory = openMachine(options.folder);
     Machine& machine = directory->machine();
     requireOff(machine);
-    const images::CardModel& model = *images::modelNamed(options.model);
+    const catalogue::CardModel& model = *catalogue::modelByName(options.model);
     Board board{.name = std::string(model.name),
                 .location = firstFreeSlot(machine),
                 .modelCode = model.code,
                 .revision = 0};
     changeBoard(options, board);
     PromCells cells;
-    if (options.firmware)
+    if (options.firmware) {
         changeFirmware(options, board, cells);
+    }
     changeSpecialRow(options, cells);
     const Card& card = machine.addCard(board, std::move(cells));
     directory->save();
@@ -130,13 +130,15 @@ void changeCard(const CardOptions& options, std::ostream& out) {
     }
     const auto directory = openMachine(options.folder);
     Card& card = directory->machine().card(indexOfCard(directory->machine(), options.number));
-    if (options.date && !options.firmware && !simulator::decodeConfiguration(card.cells().pages()))
+    if (options.date && !options.firmware && !simulator::decodeConfiguration(card.cells().pages())) {
         throw MachineError("The card's PROM holds no firmware whose date could be changed.");
+    }
     Board board = card.board();
     changeBoard(options, board);
     card.setBoard(board);
-    if (options.firmware || options.date)
+    if (options.firmware || options.date) {
         changeFirmware(options, board, card.cells());
+    }
     changeSpecialRow(options, card.cells());
     directory->save();
     out << "Changed " << nameOf(card) << ".\n";
@@ -150,13 +152,13 @@ void addDescription(CLI::App& command, CardOptions& options) {
         ->check(checkDescription)
         ->type_name("TEXT");
     command.add_option("--board", options.board, "Board revision letter, or NC for a board without one")
-        ->check(tools::takenBy(images::boardRevisionNamed, images::kBoardRevisionForm))
+        ->check(tools::takenBy(catalogue::parseBoardRevision, catalogue::kBoardRevisionForm))
         ->type_name("LETTER|NC");
     command
         .add_option("--identity", options.identity,
                     "Serial number such as 2103070021, identity word such as 0x21307015, or blank")
         ->check(tools::takenBy(
-            identityNamed,
+            parseIdentity,
             "An identity is a serial number of ten digits, 0x and eight hexadecimal digits, or "
             "the word blank."))
         ->type_name("IDENTITY");
@@ -167,11 +169,11 @@ void addDescription(CLI::App& command, CardOptions& options) {
         .add_option("--firmware", options.firmware,
                     "Firmware to put into the PROM, such as M12: flavour M or W, and version 0 to 99")
         ->check(tools::takenBy(
-            firmwareNamed,
+            catalogue::parseFirmwareVersion,
             "Firmware is written as M or W and a version from 0 to 99 in one word, such as M12."))
         ->type_name("FIRMWARE");
     command.add_option("--date", options.date, "Date of the firmware, in the years 2000 to 2015")
-        ->check(images::firmwareDateFault)
+        ->check(catalogue::firmwareDateFault)
         ->type_name("YYYY-MM-DD");
 }
 
@@ -186,9 +188,9 @@ void addCardCommands(CLI::App& program, std::ostream& out) {
         return subcommand;
     };
     CLI::App* const addition = add("add", "Plug a card into a machine that is off", addCard);
-    addition->add_option("--model", options->model, "Card model: " + images::modelNames())
+    addition->add_option("--model", options->model, "Card model: " + catalogue::modelNames())
         ->required()
-        ->check(tools::takenBy(images::modelNamed, images::modelForm()))
+        ->check(tools::takenBy(catalogue::modelByName, catalogue::modelForm()))
         ->type_name("MODEL");
     addDescription(*addition, *options);
 

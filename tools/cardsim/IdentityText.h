@@ -5,12 +5,14 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace cardsim {
 
 // "2103070021 (0x21307015)", or "blank (0xFFFFFFFF)".
-[[nodiscard]] std::string identityName(uint32_t identity);
+std::string identityText(uint32_t identity);
 
 // What such a text, its first or its second half, or the word blank means; nothing for any other text.
-[[nodiscard]] std::optional<uint32_t> identityNamed(const std::string& text);
+std::optional<uint32_t> parseIdentity(std::string_view text);
+
 }  // namespace cardsim

@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "files/PrintableText.h"
-#include "images/BoardRevision.h"
 #include "images/ByteText.h"
 #include "images/prom/ContentText.h"
 #include "tools/cardsim/DriverCommand.h"
@@ -44,7 +43,7 @@ void showCard(std::size_t index, const Card& card, bool on, std::ostream& out) {
     out << "\nCard " << index + 1 << ": " << nameOf(card) << '\n'
         << "  Board       " << images::modelText(board.modelCode) << ", " << images::boardText(board.revision)
         << '\n'
-        << "  Identity    " << identityName(card.identity()) << '\n'
+        << "  Identity    " << identityText(card.identity()) << '\n'
         << "  Running     " << (on ? images::contentText(card.running()) : "nothing, the machine is off")
         << '\n'
         << "  PROM        " << contentOf(card.cells()) << '\n'
@@ -77,13 +76,12 @@ Json jsonOf(std::size_t index, const Card& card, bool on) {
                           {"hasStruck", fault.struck},
                           {"text", describe(fault)}});
     }
-    const auto boardName = images::boardRevisionName(board.revision);
     return {{"number", index + 1},
             {"name", board.name},
             {"location", board.location},
             {"model", images::modelText(board.modelCode)},
-            {"board", boardName ? Json(*boardName) : Json()},
-            {"identity", identityName(card.identity())},
+            {"board", images::boardJson(board.revision)},
+            {"identity", identityText(card.identity())},
             {"running", images::contentJson(on ? card.running() : std::nullopt)},
             {"prom", images::contentJson(simulator::decodeConfiguration(card.cells().pages()))},
             {"pagesProgrammed", simulator::kPromPages - erased},

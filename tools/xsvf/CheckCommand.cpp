@@ -8,9 +8,8 @@
 #include <stdexcept>
 #include <vector>
 
-#include "images/BoardRevision.h"
+#include "catalogue/ImageName.h"
 #include "images/ByteText.h"
-#include "images/ImageName.h"
 #include "images/play/ImageCheck.h"
 #include "images/prom/ContentText.h"
 #include "tools/command_line/CommandLine.h"
@@ -26,12 +25,10 @@ namespace fs = std::filesystem;
 
 // The name of the image that puts this into a PROM. Nothing for a configuration that no name can tell.
 std::optional<std::string> imageFileNameFor(const simulator::FpgaConfiguration& content) {
-    const images::CardModel* const model = images::modelCoded(content.modelCode);
-    if (model == nullptr || content.version > images::kHighestVersion ||
-        !images::boardRevisionName(content.boardRevision)) {
-        return std::nullopt;
-    }
-    return images::imageFileName(*model, content.flavour, content.version, content.boardRevision);
+    return catalogue::imageFileName({.modelCode = content.modelCode,
+                                     .flavour = content.flavour,
+                                     .version = content.version,
+                                     .boardRevision = content.boardRevision});
 }
 
 // What is wrong with the image or its name, in one sentence or as the lack of one.
@@ -53,7 +50,7 @@ std::optional<std::string> faultOf(const images::ImageReport& report, const std:
     }
     const std::string fileName = fs::path(name).filename().string();
     if (!report.configuration) {
-        return images::isImageFileName(fileName)
+        return catalogue::isImageFileName(fileName)
                    ? std::nullopt
                    : std::optional("The name is not that of an image for any card.");
     }

@@ -6,10 +6,11 @@
 #include <ostream>
 #include <stdexcept>
 
-#include "images/BoardRevision.h"
-#include "images/CardModels.h"
-#include "images/FirmwareDate.h"
-#include "images/ImageName.h"
+#include "catalogue/BoardRevision.h"
+#include "catalogue/CardModels.h"
+#include "catalogue/FirmwareDate.h"
+#include "catalogue/FirmwareVersion.h"
+#include "catalogue/ImageName.h"
 #include "images/prom/FirmwareImage.h"
 #include "simulator/FpgaConfiguration.h"
 #include "tools/command_line/CommandLine.h"
@@ -40,20 +41,23 @@ std::vector<uint8_t> readPayload(const std::string& name) {
 
 // The options have passed their checks.
 void make(const MakeOptions& options, std::ostream& out) {
-    const images::CardModel& model = *images::modelNamed(options.model);
-    const uint8_t version = static_cast<uint8_t>(options.version);
-    const uint8_t boardRevision = images::boardRevisionNamed(options.board).value_or(0);
+    const catalogue::CardModel& model = *catalogue::modelByName(options.model);
+    const auto version = static_cast<uint8_t>(options.version);
+    const uint8_t boardRevision = catalogue::parseBoardRevision(options.board).value_or(0);
 
     std::vector<uint8_t> prom;
     if (options.payload.empty()) {
-        const uint16_t date = images::firmwareDate(options.date).value_or(0);
+        const uint16_t date = catalogue::parseFirmwareDate(options.date).value_or(0);
         prom = simulator::encodeConfiguration({model.code, boardRevision, options.flavour, version, date});
     } else {
         prom = readPayload(options.payload);
     }
 
-    const auto path =
-        options.outputDirectory / images::imageFileName(model, options.flavour, version, boardRevision);
+    const auto path = options.outputDirectory / catalogue::imageFileName({.modelCode = model.code,
+                                                                          .flavour = options.flavour,
+                                                                          .version = version,
+                                                                          .boardRevision = boardRevision})
+                                                    .value();
     std::error_code error;
     std::filesystem::create_directories(options.outputDirectory, error);
     if (error) {
@@ -69,16 +73,17 @@ void make(const MakeOptions& options, std::ostream& out) {
 void addMakeCommand(CLI::App& program, std::ostream& out) {
     auto options = std::make_shared<MakeOptions>();
     CLI::App* command = program.add_subcommand("make", "Make a firmware image and print its path");
-    command->add_option("--model", options->model, "Card model: " + images::modelNames())
+    command->add_option("--model", options->model, "Card model: " + catalogue::modelNames())
         ->required()
-        ->check(takenBy(images::modelNamed, images::modelForm()))
+        ->check(takenBy(catalogue::modelByName, catalogue::modelForm()))
         ->type_name("MODEL");
     command
         ->add_option("--flavour", options->flavour,
                      "Byte order of the registers: M big-endian, W little-endian")
         ->required()
-        ->check(takenBy([](std::string_view letter) { return letter == "M" || letter == "W"; },
-                        "A flavour is M or W."))
+        ->check(
+            takenBy([](std::string_view text) { return text.size() == 1 && catalogue::isFlavour(text[0]); },
+                    "A flavour is M or W."))
         ->type_name("M|W");
     command->add_option("--version", options->version, "Firmware version, 0 to 99")
         ->required()
@@ -86,14 +91,14 @@ void addMakeCommand(CLI::App& program, std::ostream& out) {
         ->type_name("VERSION");
     command->add_option("--board", options->board, "Board revision letter, or NC for a board without one")
         ->capture_default_str()
-        ->check(takenBy(images::boardRevisionNamed, images::kBoardRevisionForm))
+        ->check(takenBy(catalogue::parseBoardRevision, catalogue::kBoardRevisionForm))
         ->type_name("LETTER|NC");
     auto* content = command->add_option_group("content", "What the PROM is to hold");
     content
         ->add_option("--date", options->date,
                      "Date of the firmware, in the years 2000 to 2015, for a configuration made from these "
                      "options")
-        ->check(images::firmwareDateFault)
+        ->check(catalogue::firmwareDateFault)
         ->type_name("YYYY-MM-DD");
     content
         ->add_option("--payload", options->payload,

@@ -19,15 +19,6 @@ void setNames(std::initializer_list<const char*> names) {
     }
 }
 
-TEST(FirmwareFiles, TagsDecodeByCharacterArithmetic) {
-    const std::pair<const char*, int> tags[] = {{"VMA", 0x20}, {"VMB", 0x21}, {"VMC", 0x22}, {"K40", 0x23},
-                                                {"DX8", 0x24}, {"DSX", 0x25}, {"VMD", 0x23}, {"VME", 0x24},
-                                                {"VMF", 0x25}, {"DXA", 0x24}, {"DAA", 0x20}, {"XX0", 0x23}};
-    for (const auto& [tag, code] : tags) {
-        EXPECT_EQ(FirmwareModelCode(tag), code) << tag;
-    }
-}
-
 TEST(FirmwareFiles, FirstFileThatFitsWins) {
     struct Case {
         std::initializer_list<const char*> names;
@@ -57,10 +48,10 @@ TEST(FirmwareFiles, OverviewTellsWhatEachNameStandsFor) {
 }
 
 TEST(FirmwareFiles, CurrentMeansSameLetterAndNotOlder) {
-    EXPECT_TRUE(IsFirmwareCurrent('M', 12, FirmwareByteOrderLetter("VMBM12A"), 12));
+    EXPECT_TRUE(IsFirmwareCurrent(ByteOrderLetter(0), 12, FirmwareByteOrderLetter("VMBM12A"), 12));
     EXPECT_FALSE(IsFirmwareCurrent('M', 11, 'M', 12));
     EXPECT_FALSE(IsFirmwareCurrent('W', 12, 'M', 10));
-    EXPECT_TRUE(IsFirmwareCurrent('W', 12, FirmwareByteOrderLetter("VMB?10A"), 10));
+    EXPECT_TRUE(IsFirmwareCurrent(ByteOrderLetter(1), 12, FirmwareByteOrderLetter("VMB?10A"), 10));
 }
 
 TEST(FirmwareFiles, CatalogueHoldsSixteenCutsLongNamesAndLeavesOutLongPaths) {

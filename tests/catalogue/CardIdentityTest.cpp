@@ -1,18 +1,17 @@
-#include "app/logic/CardIdentity.h"
+#include "catalogue/CardIdentity.h"
 
 #include <gtest/gtest.h>
 
-#include "hw/PromOperations.h"
-
+namespace catalogue {
 namespace {
 
 TEST(CardIdentity, SerialNumberHasTenCharacters) {
-    EXPECT_EQ(SerialNumberText(0x21307015), "2103070021");
-    EXPECT_EQ(SerialNumberText(0x25F35FFF), "2515534095");
-    EXPECT_EQ(IdentityModelCode(0x21307015), 0x21);
-    EXPECT_TRUE(IsBlankIdentity(0));
-    EXPECT_TRUE(IsBlankIdentity(0x7FFFFFFF));
-    EXPECT_FALSE(IsBlankIdentity(0xFFFFFFFF));
+    EXPECT_EQ(serialNumberText(0x21307015), "2103070021");
+    EXPECT_EQ(serialNumberText(0x25F35FFF), "2515534095");
+    EXPECT_EQ(identityModelCode(0x21307015), 0x21);
+    EXPECT_TRUE(isBlankIdentity(0));
+    EXPECT_TRUE(isBlankIdentity(0x7FFFFFFF));
+    EXPECT_FALSE(isBlankIdentity(0xFFFFFFFF));
 }
 
 TEST(CardIdentity, TypedSerialNumberBecomesAWord) {
@@ -24,13 +23,13 @@ TEST(CardIdentity, TypedSerialNumberBecomesAWord) {
                                                          {"231x2z7abc", 0x23102007},
                                                          {"23011012\u00e9\u00e9", 0x2310A00C}};
     for (const auto& [text, word] : accepted) {
-        EXPECT_EQ(ParseSerialNumber(text).value_or(0), word) << text;
+        EXPECT_EQ(parseTypedSerialNumber(text).value_or(0), word) << text;
     }
     for (const char* text :
          {"", "210307002", "21030700211", "1F03070021", "2603070021", "x103070021", "2100070021",
           "2116070021", "2103000021", "2103540021", "2103070000", "2103074096", "21 3070021",
           "210307002\u00e9\u00e9", "-103070021", "2103-70021"}) {
-        EXPECT_FALSE(ParseSerialNumber(text)) << text;
+        EXPECT_FALSE(parseTypedSerialNumber(text)) << text;
     }
 }
 
@@ -49,9 +48,10 @@ TEST(CardIdentity, WeekBecomesADate) {
                                                       // of the next one; cards have always been shown so.
                                                       {18, "May 00, 2003"}};
     for (const auto& [week, date] : weeks) {
-        EXPECT_EQ(ManufactureDateText(0x21300015 | week << 12), date) << "week " << week;
+        EXPECT_EQ(manufactureDateText(0x21300015 | week << 12), date) << "week " << week;
     }
-    EXPECT_EQ(ManufactureDateText(0), "Unknown!");
+    EXPECT_EQ(manufactureDateText(0), "Unknown!");
 }
 
 }  // namespace
+}  // namespace catalogue

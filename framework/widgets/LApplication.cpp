@@ -13,7 +13,7 @@
 #include "framework/widgets/LWindow.h"
 #include "framework/widgets/ModalDialogs.h"
 #include "framework/widgets/QuitRequests.h"
-#include "framework/widgets/RoomOnScreen.h"
+#include "framework/widgets/ScrollingPart.h"
 #include "framework/widgets/StandardAlert.h"
 #include "framework/widgets/UDisplay.h"
 #include "framework/widgets/UQDGlobals.h"
@@ -205,7 +205,7 @@ void LApplication::ShowPage(const char* name, int32_t layoutID,
         page->setObjectName(name);
         QObject::connect(new QShortcut(QKeySequence::Close, page), &QShortcut::activated, page,
                          &QDialog::reject);
-        page->resize(page->size().boundedTo(RoomOnScreen(*window)));
+        FitOnScreen(*page);
     }
     page->show();
     page->raise();

@@ -1,6 +1,7 @@
 #include "framework/widgets/LWindow.h"
 
 #include <QApplication>
+#include <QBoxLayout>
 #include <QClipboard>
 #include <QCloseEvent>
 #include <QComboBox>
@@ -19,7 +20,9 @@
 #include "framework/widgets/ButtonOrder.h"
 #include "framework/widgets/LApplication.h"
 #include "framework/widgets/LMenuBar.h"
+#include "framework/widgets/LSeparator.h"
 #include "framework/widgets/RoomOnScreen.h"
+#include "framework/widgets/ScrollingPart.h"
 #include "framework/widgets/UDisplay.h"
 #include "framework/widgets/UResources.h"
 
@@ -110,7 +113,7 @@ void LWindow::Show() {
         FitOnScreen();
         KeepRoomForContents();
         adjustSize();
-        if (Contents() != centralWidget()) {
+        if (mScrollArea != nullptr) {
             resize(RoomOnScreen(*this));
         }
     }
@@ -133,9 +136,9 @@ void LWindow::UpdatePort() {
         contents->layout()->activate();
     }
     layout()->activate();
-    if (auto* scrolling = qobject_cast<QScrollArea*>(centralWidget())) {
+    if (mScrollArea != nullptr) {
         // What changes is at the bottom.
-        scrolling->verticalScrollBar()->setValue(scrolling->verticalScrollBar()->maximum());
+        mScrollArea->verticalScrollBar()->setValue(mScrollArea->verticalScrollBar()->maximum());
     }
     if (UDisplay::Answers()) {
         UDisplay::Use([this] { repaint(); });
@@ -183,13 +186,12 @@ bool LWindow::eventFilter(QObject* /*watched*/, QEvent* event) {
 }
 
 QWidget* LWindow::Contents() const {
-    const auto* scrolling = qobject_cast<QScrollArea*>(centralWidget());
-    return scrolling != nullptr ? scrolling->widget() : centralWidget();
+    return mScrollArea != nullptr ? mScrollArea->widget() : centralWidget();
 }
 
 void LWindow::FitOnScreen() {
     QWidget* contents = Contents();
-    if (contents == nullptr || contents->layout() == nullptr || centralWidget() != contents) {
+    if (contents == nullptr || contents->layout() == nullptr || mScrollArea != nullptr) {
         return;
     }
     const QSize room = RoomOnScreen(*this) - QSize(0, menuBar()->sizeHint().height());
@@ -204,19 +206,30 @@ void LWindow::FitOnScreen() {
     }
     KeepRoomForContents();
     if (contents->minimumHeight() > room.height() || contents->minimumWidth() > room.width()) {
-        auto* scrolling = new QScrollArea;
-        scrolling->setFrameShape(QFrame::NoFrame);
-        scrolling->setWidgetResizable(true);
-        scrolling->setWidget(takeCentralWidget());
-        setCentralWidget(scrolling);
-        contents->installEventFilter(this);
-        // A scroll area follows the Tab key by itself, but not a mnemonic.
-        connect(qApp, &QApplication::focusChanged, scrolling, [scrolling](QWidget* /*old*/, QWidget* now) {
-            if (now != nullptr && scrolling->widget()->isAncestorOf(now)) {
-                scrolling->ensureWidgetVisible(now);
-            }
-        });
+        ScrollContents();
     }
+}
+
+void LWindow::ScrollContents() {
+    mScrollArea = MakeScroll(*centralWidget());
+    if (mScrollArea == nullptr) {
+        return;
+    }
+    if (auto* column = qobject_cast<QBoxLayout*>(centralWidget()->layout())) {
+        constexpr int kGap = 12;
+        const int below = column->indexOf(mScrollArea) + 1;
+        column->insertWidget(below, new LSeparator);  // or texts would be cut off at nothing
+        column->insertSpacing(below + 1, kGap);
+    }
+    centralWidget()->setMinimumSize(0, 0);
+    mScrollArea->widget()->installEventFilter(this);
+    KeepRoomForContents();
+    // A scroll area follows the Tab key by itself, but not a mnemonic.
+    connect(qApp, &QApplication::focusChanged, mScrollArea, [this](QWidget* /*old*/, QWidget* now) {
+        if (now != nullptr && mScrollArea->widget()->isAncestorOf(now)) {
+            mScrollArea->ensureWidgetVisible(now);
+        }
+    });
 }
 
 void LWindow::KeepRoomForContents() {
@@ -229,8 +242,8 @@ void LWindow::KeepRoomForContents() {
     QLayout& layout = *contents->layout();
     QSize needed = layout.totalSizeHint();
     int width = RoomOnScreen(*this).width();
-    if (const auto* scrolling = qobject_cast<QScrollArea*>(centralWidget())) {
-        width -= scrolling->verticalScrollBar()->sizeHint().width();
+    if (mScrollArea != nullptr) {
+        width -= mScrollArea->verticalScrollBar()->sizeHint().width();
     }
     if (needed.width() > width) {
         needed.setWidth(std::max(width, layout.totalMinimumSize().width()));

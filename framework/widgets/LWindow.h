@@ -5,9 +5,11 @@
 #include "framework/core/LCommander.h"
 #include "framework/widgets/LPane.h"
 
+class QScrollArea;
+
 // A window. The application's window list owns it; its close box asks the chain of command to quit. It copies
 // what its captions name, a line each, as text. On a screen that is too small for its contents they are
-// packed more closely, and scroll if that is not enough.
+// packed more closely, and its widget "scrolled" scrolls if that is not enough.
 class LWindow : public QMainWindow, public LPane, public LCommander {
   public:
     static constexpr const char* kClassName = "LWindow";
@@ -44,6 +46,9 @@ class LWindow : public QMainWindow, public LPane, public LCommander {
   private:
     QWidget* Contents() const;
     void FitOnScreen();
+    void ScrollContents();
     void KeepRoomForContents();
     QString Details() const;
+
+    QScrollArea* mScrollArea = nullptr;  // the parent of what scrolls
 };

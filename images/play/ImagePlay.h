@@ -10,7 +10,7 @@
 #include <span>
 #include <string>
 
-#include "simulator/jtag/PromCells.h"
+#include "simulator/PromCells.h"
 
 namespace images {
 

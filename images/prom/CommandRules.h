@@ -9,7 +9,7 @@
 
 #include "images/AccessCount.h"
 #include "images/Command.h"
-#include "simulator/jtag/Prom.h"
+#include "simulator/Prom.h"
 
 namespace images {
 

@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "simulator/jtag/FpgaConfiguration.h"
+#include "simulator/FpgaConfiguration.h"
 
 namespace images {
 

@@ -37,8 +37,8 @@ class Element:
         self.node = node
         self.role = node.get_role_name()
         self.name = node.get_name()
-        self.action = node.get_action_iface()
-        self.actions = self.action.get_n_actions() if self.action is not None else 0
+        self.interfaces = node.get_interfaces()
+        self.actions = node.get_n_actions() if "Action" in self.interfaces else 0
 
     def is_showing(self):
         self.node.clear_cache()
@@ -48,16 +48,16 @@ class Element:
         """Does something to it, hidden and disabled or not, and says what."""
         if self.actions > 0 and random.random() < 0.9:
             number = random.randrange(self.actions)
-            self.action.do_action(number)
+            self.node.do_action(number)
             return f"action {number} of {self.role} \"{self.name}\""
-        if (text := self.node.get_editable_text_iface()) is not None:
-            text.set_text_contents(random.choice(("", "2103070023")))
+        if "EditableText" in self.interfaces:
+            self.node.set_text_contents(random.choice(("", "2103070023")))
             return f"sets {self.role} \"{self.name}\""
-        if (value := self.node.get_value_iface()) is not None:
-            value.set_current_value(random.randint(0, 1000))
+        if "Value" in self.interfaces:
+            self.node.set_current_value(random.randint(0, 1000))
             return f"sets {self.role} \"{self.name}\""
-        if (component := self.node.get_component_iface()) is not None:
-            component.grab_focus()
+        if "Component" in self.interfaces:
+            self.node.grab_focus()
         return f"focus to {self.role} \"{self.name}\""
 
 

@@ -1,4 +1,4 @@
-#include "simulator/machine/Card.h"
+#include "simulator/Card.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "simulator/base/Faults.h"
+#include "simulator/Faults.h"
 
 #include <gtest/gtest.h>
 

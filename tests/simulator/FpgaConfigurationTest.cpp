@@ -1,4 +1,4 @@
-#include "simulator/jtag/FpgaConfiguration.h"
+#include "simulator/FpgaConfiguration.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "simulator/jtag/JtagChain.h"
+#include "simulator/JtagChain.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "simulator/jtag/Prom.h"
+#include "simulator/Prom.h"
 
 #include <gtest/gtest.h>
 

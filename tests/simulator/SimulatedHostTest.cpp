@@ -1,11 +1,11 @@
-#include "simulator/host/SimulatedHost.h"
+#include "simulator/SimulatedHost.h"
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
 #include <set>
 
-#include "simulator/machine/DefaultMachine.h"
+#include "simulator/DefaultMachine.h"
 
 namespace simulator {
 

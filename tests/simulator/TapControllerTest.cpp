@@ -1,4 +1,4 @@
-#include "simulator/jtag/TapController.h"
+#include "simulator/TapController.h"
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
 #include "catalogue/CardIdentity.h"
 #include "catalogue/Numbers.h"
 #include "images/ByteText.h"
-#include "simulator/jtag/PromCells.h"
+#include "simulator/PromCells.h"
 
 namespace cardsim {
 namespace {

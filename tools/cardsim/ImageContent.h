@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "simulator/jtag/PromCells.h"
+#include "simulator/PromCells.h"
 
 namespace cardsim {
 

@@ -7,7 +7,7 @@
 #include <memory>
 #include <string>
 
-#include "simulator/storage/MachineDirectory.h"
+#include "simulator/MachineDirectory.h"
 
 namespace cardsim {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "simulator/base/MachineError.h"
+#include "simulator/MachineError.h"
 #include "tools/cardsim/CardSim.h"
 #include "tools/cardsim/ImageContent.h"
 #include "tools/command_line/CommandLine.h"

@@ -5,7 +5,7 @@
 #include <iosfwd>
 #include <nlohmann/json.hpp>
 
-#include "simulator/machine/Machine.h"
+#include "simulator/Machine.h"
 
 namespace cardsim {
 

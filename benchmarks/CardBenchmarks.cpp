@@ -12,8 +12,8 @@
 #include "hw/JtagPort.h"
 #include "hw/PromOperations.h"
 #include "platform/CardDriver.h"
-#include "simulator/DefaultMachine.h"
-#include "simulator/SimulatedHost.h"
+#include "simulator/host/SimulatedHost.h"
+#include "simulator/machine/DefaultMachine.h"
 
 // An application that has nothing to do.
 uint32_t gSerialNumber = 0;

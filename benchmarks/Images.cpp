@@ -7,7 +7,7 @@
 #include <stdexcept>
 
 #include "images/prom/FirmwareImage.h"
-#include "simulator/FpgaConfiguration.h"
+#include "simulator/jtag/FpgaConfiguration.h"
 #include "xsvf/Assembler.h"
 
 namespace benchmarks {

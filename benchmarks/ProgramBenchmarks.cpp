@@ -12,8 +12,8 @@
 #include <stdexcept>
 #include <string>
 
-#include "simulator/DefaultMachine.h"
-#include "simulator/MachineDirectory.h"
+#include "simulator/machine/DefaultMachine.h"
+#include "simulator/storage/MachineDirectory.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace benchmarks {

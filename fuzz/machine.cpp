@@ -6,9 +6,9 @@
 
 #include "fuzz/Require.h"
 #include "platform/CardDriver.h"
-#include "simulator/MachineError.h"
-#include "simulator/SimulatedHost.h"
-#include "simulator/StoredMachine.h"
+#include "simulator/base/MachineError.h"
+#include "simulator/host/SimulatedHost.h"
+#include "simulator/storage/StoredMachine.h"
 
 namespace {
 

@@ -11,8 +11,8 @@
 #include "hw/ApplicationHooks.h"
 #include "hw/JtagPort.h"
 #include "platform/CardDriver.h"
-#include "simulator/Machine.h"
-#include "simulator/SimulatedHost.h"
+#include "simulator/host/SimulatedHost.h"
+#include "simulator/machine/Machine.h"
 #include "xsvf/JtagPort.h"
 
 uint32_t gSerialNumber = 0;

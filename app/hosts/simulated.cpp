@@ -14,8 +14,8 @@
 #include "framework/widgets/UDisplay.h"
 #include "platform/ExecutableBundle.h"
 #include "platform/Host.h"
-#include "simulator/MachineDirectory.h"
-#include "simulator/SimulatedHost.h"
+#include "simulator/host/SimulatedHost.h"
+#include "simulator/storage/MachineDirectory.h"
 
 namespace {
 

@@ -10,7 +10,7 @@
 #include <string>
 
 #include "images/AccessCount.h"
-#include "simulator/FpgaConfiguration.h"
+#include "simulator/jtag/FpgaConfiguration.h"
 
 namespace images {
 

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "images/AccessCount.h"
-#include "simulator/JtagChain.h"
+#include "simulator/jtag/JtagChain.h"
 #include "xsvf/JtagPort.h"
 #include "xsvf/Player.h"
 

@@ -10,7 +10,7 @@
 #include <span>
 #include <string>
 
-#include "simulator/PromCells.h"
+#include "simulator/jtag/PromCells.h"
 
 namespace images {
 

@@ -4,8 +4,8 @@
 
 #include "images/ByteText.h"
 #include "images/TapStates.h"
-#include "simulator/Fpga.h"
-#include "simulator/Prom.h"
+#include "simulator/jtag/Fpga.h"
+#include "simulator/jtag/Prom.h"
 
 namespace images {
 

@@ -9,7 +9,7 @@
 
 #include "images/AccessCount.h"
 #include "images/Command.h"
-#include "simulator/Prom.h"
+#include "simulator/jtag/Prom.h"
 
 namespace images {
 

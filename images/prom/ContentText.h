@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "simulator/FpgaConfiguration.h"
+#include "simulator/jtag/FpgaConfiguration.h"
 
 namespace images {
 

@@ -3,8 +3,8 @@
 #include <array>
 #include <cassert>
 
-#include "simulator/Fpga.h"
-#include "simulator/Prom.h"
+#include "simulator/jtag/Fpga.h"
+#include "simulator/jtag/Prom.h"
 #include "xsvf/Assembler.h"
 
 namespace images {

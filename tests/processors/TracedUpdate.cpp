@@ -16,8 +16,8 @@
 #include "files/WholeFile.h"
 #include "hw/ApplicationHooks.h"
 #include "hw/PromOperations.h"
-#include "simulator/MachineDirectory.h"
-#include "simulator/SimulatedHost.h"
+#include "simulator/host/SimulatedHost.h"
+#include "simulator/storage/MachineDirectory.h"
 #include "tests/support/ForwardingHost.h"
 
 uint32_t gSerialNumber = 0;

@@ -1,4 +1,4 @@
-#include "simulator/Card.h"
+#include "simulator/machine/Card.h"
 
 #include <gtest/gtest.h>
 

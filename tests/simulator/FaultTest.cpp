@@ -1,4 +1,4 @@
-#include "simulator/Faults.h"
+#include "simulator/base/Faults.h"
 
 #include <gtest/gtest.h>
 

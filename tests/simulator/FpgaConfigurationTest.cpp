@@ -1,4 +1,4 @@
-#include "simulator/FpgaConfiguration.h"
+#include "simulator/jtag/FpgaConfiguration.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "simulator/JtagChain.h"
+#include "simulator/jtag/JtagChain.h"
 
 #include <gtest/gtest.h>
 

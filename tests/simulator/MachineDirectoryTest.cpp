@@ -1,4 +1,4 @@
-#include "simulator/MachineDirectory.h"
+#include "simulator/storage/MachineDirectory.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>

@@ -6,8 +6,8 @@
 #include <fstream>
 
 #include "platform/CardDriver.h"
-#include "simulator/DefaultMachine.h"
-#include "simulator/SimulatedHost.h"
+#include "simulator/host/SimulatedHost.h"
+#include "simulator/machine/DefaultMachine.h"
 #include "tests/support/TemporaryDirectory.h"
 
 namespace simulator {

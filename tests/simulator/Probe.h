@@ -15,9 +15,9 @@
 #include <vector>
 
 #include "platform/CardDriver.h"
-#include "simulator/DefaultMachine.h"
-#include "simulator/Prom.h"
-#include "simulator/SimulatedHost.h"
+#include "simulator/host/SimulatedHost.h"
+#include "simulator/jtag/Prom.h"
+#include "simulator/machine/DefaultMachine.h"
 
 namespace simulator {
 

@@ -1,4 +1,4 @@
-#include "simulator/Prom.h"
+#include "simulator/jtag/Prom.h"
 
 #include <gtest/gtest.h>
 

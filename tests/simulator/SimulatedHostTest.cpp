@@ -1,11 +1,11 @@
-#include "simulator/SimulatedHost.h"
+#include "simulator/host/SimulatedHost.h"
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 
 #include <set>
 
-#include "simulator/DefaultMachine.h"
+#include "simulator/machine/DefaultMachine.h"
 
 namespace simulator {
 

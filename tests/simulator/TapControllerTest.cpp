@@ -1,4 +1,4 @@
-#include "simulator/TapController.h"
+#include "simulator/jtag/TapController.h"
 
 #include <gtest/gtest.h>
 

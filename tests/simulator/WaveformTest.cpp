@@ -1,4 +1,4 @@
-#include "simulator/Waveform.h"
+#include "simulator/jtag/Waveform.h"
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>

@@ -8,7 +8,7 @@
 
 #include "files/WholeFile.h"
 #include "images/CommandReader.h"
-#include "simulator/MachineDirectory.h"
+#include "simulator/storage/MachineDirectory.h"
 #include "tests/support/SystemTmp.h"
 #include "tests/whole/FirstCardUpdate.h"
 #include "tests/whole/IdentityAccesses.h"

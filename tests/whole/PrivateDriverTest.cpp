@@ -4,7 +4,7 @@
 
 #include <fstream>
 
-#include "simulator/DefaultMachine.h"
+#include "simulator/machine/DefaultMachine.h"
 #include "tests/support/SystemTmp.h"
 #include "tests/whole/UpdaterSession.h"
 

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "simulator/DefaultMachine.h"
+#include "simulator/machine/DefaultMachine.h"
 #include "tests/whole/FirstCardUpdate.h"
 
 namespace {

@@ -11,8 +11,8 @@
 #include <string>
 #include <vector>
 
-#include "simulator/Machine.h"
-#include "simulator/SimulatedHost.h"
+#include "simulator/host/SimulatedHost.h"
+#include "simulator/machine/Machine.h"
 #include "tests/support/TemporaryDirectory.h"
 #include "tests/whole/MeddlingHost.h"
 

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "simulator/DefaultMachine.h"
+#include "simulator/machine/DefaultMachine.h"
 #include "tests/whole/UpdaterSession.h"
 
 class UpdaterTest : public testing::Test {

@@ -8,7 +8,7 @@
 #include "catalogue/CardModels.h"
 #include "catalogue/FirmwareDate.h"
 #include "catalogue/FirmwareVersion.h"
-#include "simulator/MachineError.h"
+#include "simulator/base/MachineError.h"
 #include "tools/cardsim/IdentityText.h"
 #include "tools/command_line/CommandLine.h"
 

@@ -4,8 +4,8 @@
 #include <ostream>
 
 #include "images/prom/ContentText.h"
-#include "simulator/DefaultMachine.h"
-#include "simulator/MachineDirectory.h"
+#include "simulator/machine/DefaultMachine.h"
+#include "simulator/storage/MachineDirectory.h"
 #include "tools/cardsim/CardCommands.h"
 #include "tools/cardsim/DriverCommand.h"
 #include "tools/cardsim/FaultCommands.h"

@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "files/PrintableText.h"
-#include "simulator/MachineError.h"
+#include "simulator/base/MachineError.h"
 #include "tools/command_line/CommandLine.h"
 
 namespace cardsim {

@@ -7,8 +7,8 @@
 
 #include "images/ByteText.h"
 #include "images/ListingWords.h"
-#include "simulator/Faults.h"
-#include "simulator/MachineError.h"
+#include "simulator/base/Faults.h"
+#include "simulator/base/MachineError.h"
 #include "tools/cardsim/IdentityText.h"
 #include "tools/command_line/CommandLine.h"
 

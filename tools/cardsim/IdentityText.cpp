@@ -3,7 +3,7 @@
 #include "catalogue/CardIdentity.h"
 #include "catalogue/Numbers.h"
 #include "images/ByteText.h"
-#include "simulator/PromCells.h"
+#include "simulator/jtag/PromCells.h"
 
 namespace cardsim {
 namespace {

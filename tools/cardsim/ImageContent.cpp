@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "images/play/ImagePlay.h"
-#include "simulator/MachineError.h"
+#include "simulator/base/MachineError.h"
 #include "tools/command_line/Streams.h"
 
 namespace cardsim {

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "simulator/PromCells.h"
+#include "simulator/jtag/PromCells.h"
 
 namespace cardsim {
 

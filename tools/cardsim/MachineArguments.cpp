@@ -4,7 +4,7 @@
 #include <nlohmann/json.hpp>
 
 #include "files/PrintableText.h"
-#include "simulator/MachineError.h"
+#include "simulator/base/MachineError.h"
 #include "tools/command_line/CommandLine.h"
 
 namespace cardsim {

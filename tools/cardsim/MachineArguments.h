@@ -7,7 +7,7 @@
 #include <memory>
 #include <string>
 
-#include "simulator/MachineDirectory.h"
+#include "simulator/storage/MachineDirectory.h"
 
 namespace cardsim {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "simulator/MachineError.h"
+#include "simulator/base/MachineError.h"
 #include "tools/cardsim/CardSim.h"
 #include "tools/cardsim/ImageContent.h"
 #include "tools/command_line/CommandLine.h"

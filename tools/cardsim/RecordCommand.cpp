@@ -4,8 +4,8 @@
 
 #include "files/OutputFile.h"
 #include "files/PrintableText.h"
-#include "simulator/MachineError.h"
-#include "simulator/Waveform.h"
+#include "simulator/base/MachineError.h"
+#include "simulator/jtag/Waveform.h"
 #include "tools/command_line/CommandLine.h"
 #include "tools/command_line/Streams.h"
 

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "simulator/Waveform.h"
+#include "simulator/jtag/Waveform.h"
 #include "tools/cardsim/MachineArguments.h"
 
 namespace cardsim {

@@ -5,7 +5,7 @@
 #include <iosfwd>
 #include <nlohmann/json.hpp>
 
-#include "simulator/Machine.h"
+#include "simulator/machine/Machine.h"
 
 namespace cardsim {
 

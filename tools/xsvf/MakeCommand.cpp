@@ -12,7 +12,7 @@
 #include "catalogue/FirmwareVersion.h"
 #include "catalogue/ImageName.h"
 #include "images/prom/FirmwareImage.h"
-#include "simulator/FpgaConfiguration.h"
+#include "simulator/jtag/FpgaConfiguration.h"
 #include "tools/command_line/CommandLine.h"
 #include "tools/command_line/Streams.h"
 

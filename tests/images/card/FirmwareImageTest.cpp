@@ -8,7 +8,7 @@
 #include "hw/ApplicationHooks.h"
 #include "hw/JtagPort.h"
 #include "platform/CardDriver.h"
-#include "simulator/SimulatedHost.h"
+#include "simulator/host/SimulatedHost.h"
 #include "tests/support/AllocationCounter.h"
 
 uint32_t gSerialNumber = 0;

@@ -8,7 +8,7 @@
 #include <random>
 
 #include "images/prom/FirmwareImage.h"
-#include "simulator/FpgaConfiguration.h"
+#include "simulator/jtag/FpgaConfiguration.h"
 
 namespace {
 

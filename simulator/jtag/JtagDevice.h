@@ -1,0 +1,66 @@
+#pragma once
+
+// One device of a JTAG chain: its TAP controller, its instruction register and the data register that the
+// instruction selects. What the instructions mean is the derived class's.
+//
+// As the standard has it, registers capture and shift on TCK's rising edge, and instructions and data take
+// effect, and TDO changes, on its falling edge. TDO floats, and so reads high, outside the Shift states.
+
+#include <cstddef>
+#include <cstdint>
+
+#include "simulator/jtag/ShiftRegister.h"
+#include "simulator/jtag/TapController.h"
+
+namespace simulator {
+
+class JtagDevice {
+  public:
+    // Everything here that is lost without power.
+    struct State {
+        TapState tap = TapState::testLogicReset;
+        uint32_t instruction = 0;
+        bool tdo = true;
+        ShiftRegister instructionShift;
+        ShiftRegister dataShift;
+    };
+
+    JtagDevice(std::size_t instructionBits, uint32_t instructionAfterReset)
+        : instructionBits_(instructionBits), instructionAfterReset_(instructionAfterReset) {
+        powerUp();
+    }
+    JtagDevice(const JtagDevice&) = delete;
+    JtagDevice& operator=(const JtagDevice&) = delete;
+    virtual ~JtagDevice() = default;
+
+    void risingEdge(bool tms, bool tdi);
+    void fallingEdge();
+    [[nodiscard]] bool tdo() const { return state_.tdo; }
+
+    [[nodiscard]] TapState tap() const { return state_.tap; }
+    [[nodiscard]] uint32_t instruction() const { return state_.instruction; }
+    [[nodiscard]] std::size_t instructionBits() const { return instructionBits_; }
+    [[nodiscard]] std::size_t dataBits() const { return state_.dataShift.bits(); }  // of the last capture
+
+    [[nodiscard]] const State& jtagState() const { return state_; }
+    void restoreJtag(const State& state) { state_ = state; }
+
+  protected:
+    void powerUp();
+
+    // Fills the data register that the present instruction selects.
+    virtual void captureData(ShiftRegister& data) = 0;
+    // Takes over what was shifted into it.
+    virtual void updateData(const ShiftRegister&) {}
+    // A new instruction was shifted in; a reset does not come here.
+    virtual void instructionUpdated() {}
+    // The controller went from one state to a different one.
+    virtual void tapMoved(TapState) {}
+
+  private:
+    const std::size_t instructionBits_;
+    const uint32_t instructionAfterReset_;
+    State state_;
+};
+
+}  // namespace simulator

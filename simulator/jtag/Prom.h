@@ -1,0 +1,111 @@
+#pragma once
+
+// The configuration PROM: what its instructions do to its cells, and how long that takes.
+//
+// Program, erase and leaving programming mode begin at Update-IR and then need their time in Run-Test/Idle.
+// The cells hold the damaged row from the beginning and the good one from the moment when the time is up, so
+// that whatever ends the run in between leaves behind what a real PROM would.
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+
+#include "simulator/base/Clock.h"
+#include "simulator/base/Faults.h"
+#include "simulator/base/Ledger.h"
+#include "simulator/jtag/JtagDevice.h"
+#include "simulator/jtag/PromCells.h"
+
+namespace simulator {
+
+class Prom final : public JtagDevice {
+  public:
+    enum Instruction : uint8_t {
+        programInstruction = 0xEA,
+        addressInstruction = 0xEB,
+        eraseInstruction = 0xEC,
+        pageDataInstruction = 0xED,
+        readPageInstruction = 0xEF,
+        leaveProgrammingInstruction = 0xF0,
+        controlDataInstruction = 0xF3,
+        controlReadInstruction = 0xE2,
+        enterProgrammingInstruction = 0xE8,
+        userCodeInstruction = 0xFD,
+        identificationInstruction = 0xFE,
+        bypassInstruction = 0xFF,
+    };
+    static constexpr std::size_t kInstructionBits = 8;
+    static constexpr std::size_t kModeBits = 6;
+    static constexpr std::size_t kAddressBits = 16;
+    static constexpr std::size_t kControlBits = 3;
+    static constexpr std::size_t kUserCodeBits = 32;
+    static constexpr std::size_t kIdentificationBits = 32;
+
+    static constexpr uint32_t kIdentificationCode = 0xF5035093;
+    static constexpr uint16_t kPageAddressStep = 0x20;
+    static constexpr uint16_t kSpecialRowAddress = 0x8000;
+
+    static constexpr uint32_t kProgramMicroseconds = 14'000;
+    static constexpr uint32_t kEraseMicroseconds = 15'000'000;
+    static constexpr uint32_t kLeaveProgrammingMicroseconds = 4'000;
+
+    enum class Register : uint8_t { none, pageData, userCode, controlData };
+    enum class Operation : uint8_t { none, program, erase, leaveProgramming };
+
+    // What the PROM loses without power, besides its JTAG registers.
+    struct State {
+        bool programmingMode = false;
+        uint8_t mode = 0;
+        uint16_t address = 0;
+        std::array<uint8_t, kPageBytes> pageData{};
+        uint32_t userCode = 0;
+        uint8_t controlData = 0;
+        Register loadedLast = Register::none;
+        Operation operation = Operation::none;
+        uint64_t doneAt = 0;  // access count at which the operation has had its time; 0 before Run-Test/Idle
+    };
+
+    // Clock and faults must outlive the PROM.
+    Prom(Clock& clock, Faults& faults, PromCells cells, MisuseReport report);
+
+    [[nodiscard]] const PromCells& cells() const { return cells_; }
+    [[nodiscard]] PromCells& cells() { return cells_; }
+
+    void powerUp();
+    // Ends an operation whose time is up; one that still runs asks the clock for its moment.
+    void timePassed();
+
+    // True when what the present instruction's scan shifts in takes effect on Update-DR.
+    [[nodiscard]] bool loadsOnUpdate() const;
+
+    [[nodiscard]] const State& state() const { return state_; }
+    void restore(const State& state);
+
+  private:
+    void captureData(ShiftRegister& data) override;
+    void updateData(const ShiftRegister& data) override;
+    void instructionUpdated() override;
+    void tapMoved(TapState to) override;
+
+    [[nodiscard]] std::optional<std::size_t> pageAtAddress() const;
+    // The row that a program instruction would commit to: both the address and the register loaded last
+    // decide.
+    [[nodiscard]] std::optional<PromCells::Row> rowToProgram() const;
+    [[nodiscard]] std::string atAddress() const;
+    // What the operation in flight needs beyond the data sheet's time.
+    [[nodiscard]] uint64_t extraAccesses() const;
+    void startProgram();
+    void startErase();
+    void complete();
+    void breakOff();
+
+    Clock& clock_;
+    Faults& faults_;
+    PromCells cells_;
+    MisuseReport report_;
+    State state_;
+    uint64_t dueAt_ = 0;  // access count at which the data sheet's time is up, which a fault can outlast
+};
+
+}  // namespace simulator

@@ -1,0 +1,81 @@
+#pragma once
+
+// What a PROM keeps without power: its pages, the user code and the protection bits, in one image whose bytes
+// are also those of a PROM file.
+//
+//   offset  bytes  content
+//        0 262144  512 pages of 512 bytes; bit b of byte i is bit i * 8 + b of the page
+//   262144      4  user code, big-endian
+//   262148      1  protection bits, in the lowest three
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <vector>
+
+#include "simulator/jtag/PromSize.h"
+
+namespace simulator {
+
+class PromCells {
+  public:
+    static constexpr std::size_t kUserCodeAt = kPromBytes;
+    static constexpr std::size_t kProtectionAt = kUserCodeAt + 4;
+    static constexpr std::size_t kImageBytes = kProtectionAt + 1;
+    static constexpr uint8_t kProtectionMask = 0b111;
+    static constexpr uint32_t kErasedUserCode = 0xFFFFFFFF;
+
+    // A run of the image's bytes that is changed as one.
+    struct Row {
+        std::size_t offset;
+        std::size_t bytes;
+    };
+    static constexpr Row kEverything{0, kImageBytes};
+    static constexpr Row kUserCode{kUserCodeAt, 4};
+    static constexpr Row kProtection{kProtectionAt, 1};
+    static constexpr Row page(std::size_t number) { return {number * kPageBytes, kPageBytes}; }
+
+    // Told the image's bytes from `offset` on whenever they have changed.
+    using WriteThrough = std::function<void(std::size_t offset, std::span<const uint8_t> bytes)>;
+
+    // Erased.
+    PromCells() : image_(kImageBytes, 0xFF) { image_[kProtectionAt] = kProtectionMask; }
+    // Ready to be put into a card: programmed pages (kPromBytes of them, as encodeConfiguration makes them),
+    // a user code and protection bits.
+    PromCells(std::span<const uint8_t> pages, uint32_t userCode, uint8_t protection);
+    // The whole image (kImageBytes).
+    explicit PromCells(std::vector<uint8_t> image);
+    PromCells(PromCells&&) = default;
+    PromCells& operator=(PromCells&&) = delete;  // cells that are written through change by setImage()
+
+    [[nodiscard]] std::span<const uint8_t> image() const { return image_; }
+    [[nodiscard]] std::span<const uint8_t> pages() const { return image().first(kPromBytes); }
+    [[nodiscard]] std::span<const uint8_t> bytesOf(Row row) const {
+        return image().subspan(row.offset, row.bytes);
+    }
+    [[nodiscard]] uint32_t userCode() const;
+    [[nodiscard]] uint8_t protection() const { return image_[kProtectionAt] & kProtectionMask; }
+    [[nodiscard]] bool isPageErased(std::size_t number) const;
+
+    // Turns ones of a page into zeros where `data` (kPageBytes of it) has zeros.
+    void programPage(std::size_t number, std::span<const uint8_t> data);
+    void setUserCode(uint32_t userCode);
+    void setProtection(uint8_t protection);
+    void erase();
+    // Replaces the whole image (kImageBytes).
+    void setImage(std::span<const uint8_t> image);
+
+    // Makes a scatter of a row's bits wrong, the same one every time; doing it again makes them right.
+    void toggleDamage(Row row);
+
+    void setWriteThrough(WriteThrough writeThrough) { writeThrough_ = std::move(writeThrough); }
+
+  private:
+    void changed(Row row);
+
+    std::vector<uint8_t> image_;
+    WriteThrough writeThrough_;
+};
+
+}  // namespace simulator

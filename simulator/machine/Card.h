@@ -1,0 +1,148 @@
+#pragma once
+
+// A card: a board with a PROM and an FPGA, seen from the bus.
+//
+//   offset  register
+//    0x000  byte-order identification: 0x564F in the low half, something else in the high half
+//    0x008  model code
+//    0x00C  board revision
+//    0x010  firmware version
+//    0x014  firmware date
+//    0x100  JTAG output: bit 6 TCK, bit 5 TMS, bit 4 TDI, bit 3 the activity lamp; reads back what was
+//           written
+//    0x108  JTAG input: bit 7 TDO
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "simulator/base/Clock.h"
+#include "simulator/base/Faults.h"
+#include "simulator/base/Ledger.h"
+#include "simulator/jtag/FpgaConfiguration.h"
+#include "simulator/jtag/JtagChain.h"
+#include "simulator/jtag/PromCells.h"
+#include "simulator/jtag/Waveform.h"
+#include "simulator/machine/RegisterWindow.h"
+
+namespace simulator {
+
+namespace registers {
+constexpr uint32_t kByteOrder = 0x000;
+constexpr uint32_t kModelCode = 0x008;
+constexpr uint32_t kBoardRevision = 0x00C;
+constexpr uint32_t kFirmwareVersion = 0x010;
+constexpr uint32_t kFirmwareDate = 0x014;
+constexpr uint32_t kJtagOutput = 0x100;
+constexpr uint32_t kJtagInput = 0x108;
+
+constexpr uint32_t kTck = 0x40;
+constexpr uint32_t kTms = 0x20;
+constexpr uint32_t kTdi = 0x10;
+constexpr uint32_t kActivityLamp = 0x08;
+constexpr uint32_t kTdo = 0x80;
+}  // namespace registers
+
+constexpr uint8_t kFirstModelCode = 0x20;
+constexpr uint8_t kLastModelCode = 0x25;
+
+// What is soldered and where it is plugged in; no firmware changes it.
+struct Board {
+    std::string name;
+    std::string location;
+    uint8_t modelCode;  // kFirstModelCode to kLastModelCode
+    uint8_t revision;   // 0 none, 1 A, 2 B, ...
+};
+
+class Card {
+  public:
+    static constexpr uint32_t kRegisterBytes = 0x200;  // memory range 0
+    static constexpr uint32_t kMemoryBytes = 0x1000;   // memory range 1: reads 0, ignores stores
+
+    // A card without power. Clock and ledger must outlive it. A fault that takes the machine's power away
+    // calls onPowerLost, from where this card is switched off like all the others.
+    Card(Board board, PromCells cells, Clock& clock, Ledger& ledger, std::function<void()> onPowerLost);
+    Card(const Card&) = delete;
+    Card& operator=(const Card&) = delete;
+
+    [[nodiscard]] const Board& board() const { return board_; }
+    // Changes what is soldered. The model code stays.
+    void setBoard(Board board);
+    // The configuration that the FPGA took at power-up; nothing without power, or when it found none for it.
+    [[nodiscard]] const std::optional<FpgaConfiguration>& running() const { return running_; }
+    // The identity is the PROM's user code.
+    [[nodiscard]] uint32_t identity() const { return cells().userCode(); }
+    [[nodiscard]] uint8_t protection() const { return cells().protection(); }
+    [[nodiscard]] const PromCells& cells() const { return chain_.prom().cells(); }
+    [[nodiscard]] PromCells& cells() { return chain_.prom().cells(); }
+    [[nodiscard]] const JtagChain& chain() const { return chain_; }
+    [[nodiscard]] JtagChain& chain() { return chain_; }
+
+    // The configuration in the PROM that this board's FPGA would take; nothing when it would take none.
+    [[nodiscard]] std::optional<FpgaConfiguration> acceptableConfiguration() const;
+
+    void powerUp();
+    void powerOff();
+    // Carries on with a configuration that was taken at an earlier power-up; the chain is restored
+    // separately, before.
+    void resume(const std::optional<FpgaConfiguration>& running, uint32_t jtagOutput);
+    // Looks after the operation and the faults whose moment has come.
+    void timePassed();
+
+    [[nodiscard]] const Faults& faults() const { return faults_; }
+    // A fault for whose moment it is too late already strikes now, if there is power.
+    void inject(const Fault& fault);
+    // Carries on with the faults of an earlier run, before resume().
+    void restoreFaults(std::vector<Fault> faults) { faults_.restore(std::move(faults)); }
+    // Takes the faults of one kind away, or all of them; returns how many.
+    std::size_t clearFaults(std::optional<FaultKind> kind = std::nullopt);
+
+    // What is to be recorded of the next run; beginRecording() takes it and makes the file, or throws
+    // MachineError and leaves it.
+    [[nodiscard]] const std::optional<RecordingRequest>& recordingRequest() const {
+        return recordingRequest_;
+    }
+    void requestRecording(std::optional<RecordingRequest> request) { recordingRequest_ = std::move(request); }
+    void beginRecording();
+    // Throws MachineError when the recording could not be written to its end.
+    void endRecording();
+
+    // The register value, in its numeric sense, that was last written to the JTAG output.
+    [[nodiscard]] uint32_t jtagOutput() const { return jtagOutput_; }
+
+    // Memory range 0 or 1; null for any other. Loads come from the window itself, stores to range 0 go to
+    // storeRegister, those to range 1 nowhere. It lives as long as the card.
+    [[nodiscard]] RegisterWindow* window(uint32_t memoryType);
+    void storeRegister(uint32_t offset, uint32_t word);
+
+  private:
+    [[nodiscard]] uint32_t inCardsOrder(uint32_t value) const;
+    void presentRegisters();
+    void fillRegisters();
+    void presentTdo();
+    void meetFaults();
+    [[nodiscard]] JtagLevels jtagLevels() const;
+    [[gnu::noinline]] void recordLevels() { recording_->sample(clock_.accesses(), jtagLevels()); }
+
+    Board board_;
+    Clock& clock_;
+    std::function<void()> onPowerLost_;
+    Faults faults_;
+    JtagChain chain_;
+    RegisterWindow registers_{kRegisterBytes};
+    RegisterWindow memory_{kMemoryBytes};
+    std::optional<FpgaConfiguration> running_;
+    uint32_t jtagOutput_ = 0;
+    uint32_t heldHigh_ = 0;  // signals of the JTAG output that are high whatever is written
+    bool hasPower_ = false;
+    bool answers_ = false;  // on the bus
+    std::optional<RecordingRequest> recordingRequest_;
+    std::unique_ptr<Waveform> recording_;     // null when nothing is recorded
+    std::array<uint32_t, 2> tdoRegisters_{};  // what the JTAG input register reads while TDO is 0, and 1
+};
+
+}  // namespace simulator

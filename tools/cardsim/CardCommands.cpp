@@ -1,25 +1,27 @@
-#include "tools/cardsim/CardCommands.h"
-
-#include <algorithm>
 #include <cstdint>
+#include <memory>
 #include <optional>
+#include <ostream>
 
 #include "catalogue/BoardRevision.h"
 #include "catalogue/CardModels.h"
 #include "catalogue/FirmwareDate.h"
 #include "catalogue/FirmwareVersion.h"
-#include "simulator/base/MachineError.h"
+#include "files/UserError.h"
+#include "simulator/jtag/FpgaConfiguration.h"
+#include "tools/cardsim/Commands.h"
 #include "tools/cardsim/IdentityText.h"
+#include "tools/cardsim/MachineArguments.h"
 #include "tools/command_line/CommandLine.h"
 
 namespace cardsim {
 namespace {
 
+using files::UserError;
 using simulator::Board;
 using simulator::Card;
 using simulator::FpgaConfiguration;
 using simulator::Machine;
-using simulator::MachineError;
 using simulator::PromCells;
 
 struct CardOptions {
@@ -32,14 +34,14 @@ struct CardOptions {
 
 void requireOff(const Machine& machine) {
     if (machine.isOn()) {
-        throw MachineError(
-            "The machine is on, so its cards stay where they are; switch it off first with \"cardsim "
+        throw UserError(
+            "Cards can be added and removed only while the machine is off; switch it off with \"cardsim "
             "power-off\".");
     }
 }
 
-// Puts the firmware that the options ask for into a PROM: one for the board, or the one that is there changed
-// where they say something. The special row stays.
+// Programs the firmware that the options describe, starting from what the PROM holds, or from firmware M0 for
+// the board if it holds none. Identity and protection stay as they are.
 void changeFirmware(const CardOptions& options, const Board& board, PromCells& cells) {
     FpgaConfiguration configuration = simulator::decodeConfiguration(cells.pages())
                                           .value_or(FpgaConfiguration{.modelCode = board.modelCode,
@@ -120,7 +122,7 @@ void removeCard(const CardOptions& options, std::ostream& out) {
     const std::string name = nameOf(directory->machine().card(index));
     directory->removeCard(index);
     directory->save();
-    out << "Removed " << name << "; what it held is gone.\n";
+    out << "Removed " << name << " and deleted its PROM.\n";
 }
 
 void changeCard(const CardOptions& options, std::ostream& out) {
@@ -131,7 +133,7 @@ void changeCard(const CardOptions& options, std::ostream& out) {
     const auto directory = openMachine(options.folder);
     Card& card = directory->machine().card(indexOfCard(directory->machine(), options.number));
     if (options.date && !options.firmware && !simulator::decodeConfiguration(card.cells().pages())) {
-        throw MachineError("The card's PROM holds no firmware whose date could be changed.");
+        throw UserError("The card's PROM holds no firmware whose date could be changed.");
     }
     Board board = card.board();
     changeBoard(options, board);
@@ -145,7 +147,7 @@ void changeCard(const CardOptions& options, std::ostream& out) {
 }
 
 void addDescription(CLI::App& command, CardOptions& options) {
-    command.add_option("--name", options.name, "What the driver calls the card")
+    command.add_option("--name", options.name, "The name that the driver gives the card")
         ->check(checkDescription)
         ->type_name("TEXT");
     command.add_option("--location", options.location, "Where the card is")
@@ -167,12 +169,11 @@ void addDescription(CLI::App& command, CardOptions& options) {
         ->type_name("0-7");
     command
         .add_option("--firmware", options.firmware,
-                    "Firmware to put into the PROM, such as M12: flavour M or W, and version 0 to 99")
-        ->check(tools::takenBy(
-            catalogue::parseFirmwareVersion,
-            "Firmware is written as M or W and a version from 0 to 99 in one word, such as M12."))
+                    "Firmware for the PROM, such as M12: flavour M or W, and version 0 to 99")
+        ->check(tools::takenBy(catalogue::parseFirmwareVersion,
+                               "Firmware is M or W followed by a version from 0 to 99, such as M12."))
         ->type_name("FIRMWARE");
-    command.add_option("--date", options.date, "Date of the firmware, in the years 2000 to 2015")
+    command.add_option("--date", options.date, "Date of the firmware, from 2000 to 2015")
         ->check(catalogue::firmwareDateFault)
         ->type_name("YYYY-MM-DD");
 }
@@ -187,17 +188,18 @@ void addCardCommands(CLI::App& program, std::ostream& out) {
         subcommand->callback([options, &out, command] { command(*options, out); });
         return subcommand;
     };
-    CLI::App* const addition = add("add", "Plug a card into a machine that is off", addCard);
+    CLI::App* const addition = add("add", "Add a card to a machine that is off", addCard);
     addition->add_option("--model", options->model, "Card model: " + catalogue::modelNames())
         ->required()
         ->check(tools::takenBy(catalogue::modelByName, catalogue::modelForm()))
         ->type_name("MODEL");
     addDescription(*addition, *options);
 
-    addCardNumber(*add("remove", "Pull a card out of a machine that is off, for good", removeCard),
+    addCardNumber(*add("remove", "Remove a card and its PROM from a machine that is off", removeCard),
                   options->number);
 
-    CLI::App* const change = add("change", "Change a card's name, place, identity or firmware", changeCard);
+    CLI::App* const change =
+        add("change", "Change a card's name, location, board, identity, protection or firmware", changeCard);
     addCardNumber(*change, options->number);
     addDescription(*change, *options);
 }

@@ -1,15 +1,16 @@
-#include "tools/cardsim/FaultCommands.h"
-
 #include <algorithm>
 #include <iomanip>
 #include <map>
+#include <memory>
 #include <optional>
+#include <ostream>
 
-#include "images/ByteText.h"
+#include "files/UserError.h"
 #include "images/ListingWords.h"
 #include "simulator/base/Faults.h"
-#include "simulator/base/MachineError.h"
-#include "tools/cardsim/IdentityText.h"
+#include "tools/cardsim/Commands.h"
+#include "tools/cardsim/MachineArguments.h"
+#include "tools/cardsim/MachineText.h"
 #include "tools/command_line/CommandLine.h"
 
 namespace cardsim {
@@ -19,7 +20,6 @@ using simulator::Fault;
 using simulator::FaultKind;
 using simulator::FaultKindDescription;
 using simulator::faultKinds;
-using simulator::MachineError;
 
 struct FaultOptions {
     std::string folder;
@@ -31,21 +31,22 @@ struct FaultOptions {
 
 std::map<std::string, FaultKind> kindsByName() {
     std::map<std::string, FaultKind> kinds;
-    for (std::size_t index = 0; index < faultKinds().size(); ++index)
+    for (std::size_t index = 0; index < faultKinds().size(); ++index) {
         kinds.emplace(faultKinds()[index].name, static_cast<FaultKind>(index));
+    }
     return kinds;
 }
 
-// Takes an option over if the kind has such a thing, and sees to it that it is there when it is needed.
+// Stores an option's value. Refuses an option that the kind of fault does not take, and the lack of one that
+// it needs.
 void take(std::string_view kind, const char* option, bool has, const std::optional<uint32_t>& given,
           uint32_t& into) {
     if (has == given.has_value()) {
         into = given.value_or(into);
         return;
     }
-    throw CLI::ValidationError(option,
-                               has ? "The fault " + std::string(kind) + " needs it."
-                                   : "The fault " + std::string(kind) + " does not take this option.");
+    tools::refuseUsage(option + std::string(": The fault ") + std::string(kind) +
+                       (has ? " needs this option." : " does not take this option."));
 }
 
 Fault faultFrom(const FaultOptions& options) {
@@ -55,10 +56,11 @@ Fault faultFrom(const FaultOptions& options) {
     take(kind.name, "--page", kind.hasPage, options.page, fault.page);
     take(kind.name, "--times", kind.hasTimes, options.times, fault.times);
     take(kind.name, "--factor", kind.hasFactor, options.factor, fault.factor);
-    if (options.atAccess)
+    if (options.atAccess) {
         fault.when = Fault::When::atAccess;
-    else if (options.atClock)
+    } else if (options.atClock) {
         fault.when = Fault::When::atClock;
+    }
     fault.count = options.atAccess.value_or(options.atClock.value_or(0));
     return fault;
 }
@@ -70,7 +72,7 @@ void inject(const FaultOptions& options, std::ostream& out) {
     card.inject(fault);
     directory->save();
     const auto& faults = card.faults().all();
-    // The newest of its kind: with pages there can be several.
+    // The newest of its kind, since a card can have one for each of several pages.
     const auto injected = std::ranges::find(faults.rbegin(), faults.rend(), fault.kind, &Fault::kind);
     out << nameOf(card) << ": " << simulator::describe(fault.kind).meaning << "; "
         << describe(injected == faults.rend() ? fault : *injected) << ".\n";
@@ -83,23 +85,27 @@ void clear(const FaultOptions& options, std::ostream& out) {
     const std::size_t first = all ? 0 : indexOfCard(machine, options.number);
     const std::size_t last = all ? machine.cardCount() : first + 1;
     std::optional<FaultKind> kind;
-    if (!options.kind.empty())
+    if (!options.kind.empty()) {
         kind = kindsByName().at(options.kind);
+    }
     std::size_t cleared = 0;
-    for (std::size_t index = first; index < last; ++index)
+    for (std::size_t index = first; index < last; ++index) {
         cleared += machine.card(index).clearFaults(kind);
-    if (cleared == 0 && (!all || kind))
-        throw MachineError("There is no such fault to clear.");
+    }
+    if (cleared == 0 && (!all || kind)) {
+        throw files::UserError("There is no such fault to clear.");
+    }
     directory->save();
     out << "Cleared " << cleared << (cleared == 1 ? " fault.\n" : " faults.\n");
 }
 
 void listKinds(std::ostream& out) {
     constexpr int kNameWidth = 24;
-    for (const FaultKindDescription& kind : faultKinds())
+    for (const FaultKindDescription& kind : faultKinds()) {
         out << std::left << std::setw(kNameWidth) << kind.name << kind.meaning
             << (kind.hasCode ? " (--code)" : "") << (kind.hasPage ? " (--page)" : "")
             << (kind.hasTimes ? " (--times)" : "") << (kind.hasFactor ? " (--factor)" : "") << '\n';
+    }
 }
 
 // For the help: "Kinds: chain-broken, ..."
@@ -125,10 +131,11 @@ std::optional<uint32_t> codeNamed(const std::string& text) {
 
 std::string checkCode(const std::string& text) {
     const auto code = codeNamed(text);
-    if (!code)
-        return '"' + text + "\" is not a code of 32 bits.";
+    if (!code) {
+        return '"' + text + "\" is not a 32-bit number.";
+    }
     return *code == simulator::Prom::kIdentificationCode
-               ? text + " is the PROM's own code, not a foreign one."
+               ? text + " is the PROM's own code, so it is not foreign."
                : "";
 }
 
@@ -145,12 +152,14 @@ void addParameters(CLI::App& command, FaultOptions& options) {
         return command.add_option(name, number, what + range)->transform(tools::wholeNumber(least, most));
     };
     addNumber("--page", options.page, "The page", 0, simulator::kPromPages - 1)->type_name("PAGE");
-    addNumber("--times", options.times, "How often it happens", 1, Fault::kMostTimes)->type_name("NUMBER");
-    addNumber("--factor", options.factor, "How many times as long it takes", Fault::kLeastFactor,
+    addNumber("--times", options.times, "How many times it happens", 1, Fault::kMostTimes)
+        ->type_name("NUMBER");
+    addNumber("--factor", options.factor, "How many times as long programming takes", Fault::kLeastFactor,
               Fault::kMostFactor)
         ->type_name("NUMBER");
     auto* const access =
-        command.add_option("--at-access", options.atAccess, "Strike before this access of the machine")
+        command
+            .add_option("--at-access", options.atAccess, "Strike before this access to the machine's cards")
             ->transform(tools::wholeNumber(0))
             ->type_name("COUNT");
     command
@@ -162,33 +171,15 @@ void addParameters(CLI::App& command, FaultOptions& options) {
 
 }  // namespace
 
-std::string describe(const Fault& fault) {
-    const FaultKindDescription& kind = simulator::describe(fault.kind);
-    std::string text(kind.name);
-    if (kind.hasCode)
-        text += ", code " + images::hexadecimalText(fault.code, 8);
-    if (kind.hasPage)
-        text += ", page " + std::to_string(fault.page);
-    if (kind.hasTimes)
-        text += ", " + std::to_string(fault.times) + " times";
-    if (kind.hasFactor)
-        text += ", factor " + std::to_string(fault.factor);
-    if (fault.when == Fault::When::atAccess)
-        text += ", at access " + std::to_string(fault.count);
-    if (fault.when == Fault::When::atClock)
-        text += ", at clock " + std::to_string(fault.count);
-    return text + (fault.struck ? " (has struck)" : " (waiting)");
-}
-
 void addFaultCommands(CLI::App& program, std::ostream& out) {
     const auto options = std::make_shared<FaultOptions>();
-    CLI::App* const fault = program.add_subcommand("fault", "Break a card on purpose, or mend it");
+    CLI::App* const fault = program.add_subcommand("fault", "Break a card on purpose, or repair it");
     fault->require_subcommand(1);
 
-    CLI::App* const injection = fault->add_subcommand("inject", "Put a fault into a card");
+    CLI::App* const injection = fault->add_subcommand("inject", "Give a card a fault");
     addFolder(*injection, options->folder);
     addCardNumber(*injection, options->number);
-    injection->add_option("kind", options->kind, "The fault, as \"cardsim fault kinds\" lists them")
+    injection->add_option("kind", options->kind, "The kind of fault, from \"cardsim fault kinds\"")
         ->required()
         ->check(checkKind)
         ->type_name("KIND");
@@ -197,16 +188,17 @@ void addFaultCommands(CLI::App& program, std::ostream& out) {
                       "Without --at-access or --at-clock, a fault strikes as soon as the card has power.");
     injection->callback([options, &out] { inject(*options, out); });
 
-    CLI::App* const clearing = fault->add_subcommand("clear", "Take faults away");
+    CLI::App* const clearing = fault->add_subcommand("clear", "Remove faults");
     addFolder(*clearing, options->folder);
-    addCardNumber(*clearing, options->number)->required(false)->description("Only this card's");
+    addCardNumber(*clearing, options->number)->required(false)->description("Only this card");
     clearing->add_option("--kind", options->kind, "Only this kind of fault")
         ->check(checkKind)
         ->type_name("KIND");
     clearing->callback([options, &out] { clear(*options, out); });
 
-    fault->add_subcommand("kinds", "List the kinds of faults and the options that each takes")
-        ->callback([&out] { listKinds(out); });
+    fault->add_subcommand("kinds", "List the kinds of faults and the options of each")->callback([&out] {
+        listKinds(out);
+    });
 }
 
 }  // namespace cardsim

@@ -2,13 +2,12 @@
 
 #include <vector>
 
+#include "files/UserError.h"
 #include "images/play/ImagePlay.h"
-#include "simulator/base/MachineError.h"
 #include "tools/command_line/Streams.h"
 
 namespace cardsim {
 
-using simulator::MachineError;
 using simulator::PromCells;
 
 PromCells contentOfImage(const std::string& file) {
@@ -16,7 +15,7 @@ PromCells contentOfImage(const std::string& file) {
     images::ImagePlay play(image);
     while (!play.isComplete()) {
         if (const auto fault = play.playCommand()) {
-            throw MachineError(tools::inputName(file) + ": " + *fault);
+            throw files::UserError(tools::inputName(file) + ": " + *fault);
         }
     }
     PromCells content;

@@ -4,8 +4,9 @@
 #include <nlohmann/json.hpp>
 
 #include "files/PrintableText.h"
-#include "simulator/base/MachineError.h"
+#include "files/UserError.h"
 #include "tools/command_line/CommandLine.h"
+#include "tools/command_line/Streams.h"
 
 namespace cardsim {
 
@@ -20,14 +21,15 @@ std::unique_ptr<const simulator::MachineDirectory> viewMachine(const std::string
 
 void requireForeign(const simulator::MachineDirectory& directory, const std::string& file) {
     if (directory.owns(file)) {
-        throw simulator::MachineError(file + ": is one of the machine's own files.");
+        throw files::UserError(file + ": is one of the machine's own files.");
     }
 }
 
 std::size_t indexOfCard(const simulator::Machine& machine, std::size_t number) {
-    if (number < 1 || number > machine.cardCount())
-        throw simulator::MachineError("There is no card " + std::to_string(number) + "; the machine has " +
-                                      std::to_string(machine.cardCount()) + ".");
+    if (number < 1 || number > machine.cardCount()) {
+        throw files::UserError("There is no card " + std::to_string(number) + "; the machine has " +
+                               std::to_string(machine.cardCount()) + ".");
+    }
     return number - 1;
 }
 
@@ -38,13 +40,12 @@ std::string nameOf(const simulator::Card& card) {
 CLI::Option* addFolder(CLI::App& command, std::string& folder) {
     return command.add_option("folder", folder, "The machine's folder")
         ->required()
-        ->check(tools::takenBy([](const std::string& text) { return !text.empty(); },
-                               "The folder's name must not be empty."))
+        ->check(tools::checkPath)
         ->type_name("DIR");
 }
 
 CLI::Option* addCardNumber(CLI::App& command, std::size_t& number) {
-    return command.add_option("card", number, "The card's number in the listing")
+    return command.add_option("card", number, "The card's number, as shown by \"cardsim show\"")
         ->required()
         ->transform(tools::wholeNumber(1))
         ->type_name("CARD");
@@ -52,8 +53,9 @@ CLI::Option* addCardNumber(CLI::App& command, std::size_t& number) {
 
 std::string checkText(const std::string& text) {
     const bool isOneLine = std::ranges::none_of(text, [](unsigned char c) { return c == 0x7F || c < ' '; });
-    if (!isOneLine)
+    if (!isOneLine) {
         return "The text must be a single line without control characters.";
+    }
     try {
         static_cast<void>(nlohmann::json(text).dump());
         return "";

@@ -1,21 +1,22 @@
-#include "tools/cardsim/PromCommands.h"
-
 #include <algorithm>
+#include <memory>
+#include <ostream>
 #include <vector>
 
-#include "simulator/base/MachineError.h"
-#include "tools/cardsim/CardSim.h"
+#include "files/UserError.h"
+#include "tools/cardsim/Commands.h"
 #include "tools/cardsim/ImageContent.h"
+#include "tools/cardsim/MachineArguments.h"
 #include "tools/command_line/CommandLine.h"
 #include "tools/command_line/Streams.h"
 
 namespace cardsim {
 namespace {
 
+using files::UserError;
 using simulator::Card;
 using simulator::kPromBytes;
 using simulator::kPromPages;
-using simulator::MachineError;
 using simulator::PromCells;
 
 struct PromOptions {
@@ -34,15 +35,16 @@ void dump(const PromOptions& options, std::ostream& out) {
                        "Wrote the PROM of " + nameOf(card) + " to " + options.file + ".\n");
 }
 
-// A file of the pages alone leaves identity and protection as they are.
+// If the file holds the pages alone, identity and protection stay as they are.
 void load(const PromOptions& options, std::ostream& out) {
     const auto directory = openMachine(options.folder);
     Card& card = directory->machine().card(indexOfCard(directory->machine(), options.number));
     const std::vector<uint8_t> content = tools::readInput(options.file);
-    if (content.size() != kPromBytes && content.size() != PromCells::kImageBytes)
-        throw MachineError(tools::inputName(options.file) + ": is " + std::to_string(content.size()) +
-                           " bytes long; a PROM has " + std::to_string(kPromBytes) + ", or " +
-                           std::to_string(PromCells::kImageBytes) + " with identity and protection.");
+    if (content.size() != kPromBytes && content.size() != PromCells::kImageBytes) {
+        throw UserError(tools::inputName(options.file) + ": is " + std::to_string(content.size()) +
+                        " bytes long; a PROM has " + std::to_string(kPromBytes) + ", or " +
+                        std::to_string(PromCells::kImageBytes) + " with identity and protection.");
+    }
     std::vector<uint8_t> image(card.cells().image().begin(), card.cells().image().end());
     std::ranges::copy(content, image.begin());
     card.cells().setImage(image);
@@ -54,11 +56,13 @@ void load(const PromOptions& options, std::ostream& out) {
 std::string rangesOf(const std::vector<std::size_t>& pages) {
     std::string text;
     for (std::size_t first = 0, next = 0; first < pages.size(); first = next) {
-        for (next = first + 1; next < pages.size() && pages[next] == pages[next - 1] + 1;)
+        for (next = first + 1; next < pages.size() && pages[next] == pages[next - 1] + 1;) {
             ++next;
+        }
         text += (first == 0 ? "" : ", ") + std::to_string(pages[first]);
-        if (next > first + 1)
+        if (next > first + 1) {
             text += " to " + std::to_string(pages[next - 1]);
+        }
     }
     return text;
 }
@@ -70,20 +74,23 @@ void compare(const PromOptions& options, std::ostream& out) {
     std::size_t written = 0;
     std::vector<std::size_t> different;
     for (std::size_t page = 0; page < kPromPages; ++page) {
-        if (expected.isPageErased(page))
+        if (expected.isPageErased(page)) {
             continue;
+        }
         ++written;
         if (!std::ranges::equal(expected.bytesOf(PromCells::page(page)),
-                                card.cells().bytesOf(PromCells::page(page))))
+                                card.cells().bytesOf(PromCells::page(page)))) {
             different.push_back(page);
+        }
     }
-    if (written == 0)
-        throw MachineError(tools::inputName(options.file) + ": writes no page.");
+    if (written == 0) {
+        throw UserError(tools::inputName(options.file) + ": programs no pages.");
+    }
     out << nameOf(card) << ": " << written - different.size() << " of the " << written
-        << " pages that the image writes are in the PROM.\n";
+        << " pages that the image programs are in the PROM.\n";
     if (!different.empty()) {
         out << "Different: " << rangesOf(different) << ".\n";
-        throw CLI::RuntimeError(kDifferent);
+        tools::exitWith(kDifferent);
     }
 }
 
@@ -99,15 +106,15 @@ void addPromCommands(CLI::App& program, std::ostream& out) {
         addCardNumber(*subcommand, options->number);
         subcommand->add_option("file", options->file, file)
             ->required()
-            ->check(tools::fileName())
+            ->check(tools::checkFileName)
             ->type_name("FILE");
         subcommand->callback([options, &out, command] { command(*options, out); });
     };
-    add("dump", "Write all that a card's PROM holds to a file", "The file, or - for standard output", dump);
+    add("dump", "Write the contents of a card's PROM to a file", "The file, or - for standard output", dump);
     add("load", "Load a file into a card's PROM, as if the card had shipped with it",
         "The file, or - for standard input", load);
     add("compare",
-        "Check whether a card's PROM holds what a firmware image writes; exits with 3 if it does not",
+        "Check whether a card's PROM holds what a firmware image programs; exits with 3 if it does not",
         "The firmware image, or - for standard input", compare);
 }
 

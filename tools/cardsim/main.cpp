@@ -1,10 +1,17 @@
-#include <csignal>
+// cardsim: makes, shows, changes, breaks and power-cycles simulated machines.
+
 #include <iostream>
 
-#include "tools/cardsim/CardSim.h"
+#include "tools/cardsim/Commands.h"
+#include "tools/command_line/CommandLine.h"
 
 int main(int argc, char** argv) {
-    // A write beyond a limit on files is to fail, and not to end the program in its midst.
-    std::signal(SIGXFSZ, SIG_IGN);
-    return cardsim::run({argv + 1, argv + argc}, std::cout, std::cerr);
+    CLI::App program{"Makes, shows, changes, breaks and power-cycles simulated machines.", "cardsim"};
+    cardsim::addMachineCommands(program, std::cout);
+    cardsim::addCardCommands(program, std::cout);
+    cardsim::addFaultCommands(program, std::cout);
+    cardsim::addDriverCommand(program, std::cout);
+    cardsim::addPromCommands(program, std::cout);
+    cardsim::addRecordCommand(program, std::cout);
+    return tools::runCommandLine(program, {argv + 1, argv + argc}, std::cout, std::cerr);
 }

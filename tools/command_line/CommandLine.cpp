@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <csignal>
 #include <exception>
 #include <memory>
 #include <new>
@@ -13,8 +14,8 @@ namespace tools {
 namespace {
 
 constexpr const char* kExitCodes =
-    "Exits with 0 if the command succeeds, 1 if it fails, and 2 if the command line is wrong. Every command "
-    "has a --help of its own.";
+    "Exits with 0 if the command succeeds, 1 if it fails, and 2 if the command line is wrong. For help on a "
+    "command, give its name and --help.";
 
 std::string whatIsWrong(const CLI::App& command, const CLI::Error& error) {
     const std::vector<std::string> rest = command.remaining();
@@ -33,7 +34,7 @@ std::string whatIsWrong(const CLI::App& command, const CLI::Error& error) {
                          : "Unexpected argument \"" + rest.front() + "\".";
 }
 
-// Told about the command line as far as it was understood: "cardsim fault inject".
+// The sentence begins with the part of the command line that was understood, such as "cardsim fault inject".
 std::string complaintAbout(const CLI::App* program, const CLI::Error& error) {
     const CLI::App* command = program;
     std::string name = program->get_name();
@@ -64,7 +65,7 @@ int exitCodeOf(CLI::App& program, const std::vector<std::string>& arguments, std
     } catch (const std::bad_alloc&) {
         err << program.get_name() << ": There is not enough memory.\n";
         return kFailed;
-    } catch (const std::exception& error) {
+    } catch (const std::exception& error) {  // a UserError, unless a library's own
         err << program.get_name() << ": " << error.what() << '\n';
         return kFailed;
     }
@@ -74,6 +75,8 @@ int exitCodeOf(CLI::App& program, const std::vector<std::string>& arguments, std
 
 int runCommandLine(CLI::App& program, const std::vector<std::string>& arguments, std::ostream& out,
                    std::ostream& err) {
+    // Writing beyond a limit on file sizes then fails, instead of ending the program halfway.
+    std::signal(SIGXFSZ, SIG_IGN);
     program.require_subcommand(1);
     program.failure_message(complaintAbout);
     program.set_version_flag("--version", program.get_name() + " " VUPDATER_VERSION,
@@ -91,6 +94,10 @@ int runCommandLine(CLI::App& program, const std::vector<std::string>& arguments,
 
 void refuseUsage(const std::string& what) {
     throw CLI::ValidationError(what, CLI::ExitCodes::ValidationError);
+}
+
+void exitWith(int exitCode) {
+    throw CLI::RuntimeError(exitCode);
 }
 
 CLI::Validator wholeNumber(uint64_t least, uint64_t most) {

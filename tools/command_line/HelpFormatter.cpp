@@ -9,13 +9,13 @@ namespace {
 
 constexpr std::size_t kColumns = 80;
 
-// Breaks a line at blanks; what follows begins `indent` columns in.
+// Breaks a line at blanks and indents all but its first part.
 std::string wrapped(std::string line, std::size_t indent) {
     std::string text;
     while (line.size() > kColumns) {
         const std::size_t blank = line.rfind(' ', kColumns);
         if (blank == std::string::npos || blank <= indent) {
-            break;  // a word that is longer than a line
+            break;  // the word is longer than a line
         }
         text += line.substr(0, blank) + '\n';
         line = std::string(indent, ' ') + line.substr(blank + 1);
@@ -23,7 +23,7 @@ std::string wrapped(std::string line, std::size_t indent) {
     return text + line + '\n';
 }
 
-// Where the description of a row goes on; other text goes on at the left.
+// The column where the rest of a line begins: below the description in a row of the table, else at the left.
 std::size_t continuationOf(const std::string& line, std::size_t column) {
     constexpr std::size_t kRowIndent = 2;
     const std::size_t first = line.find_first_not_of(' ');

@@ -1,6 +1,6 @@
 #pragma once
 
-// Help that fits a terminal of 80 columns.
+// Help for terminals that are 80 columns wide.
 
 #include <CLI/CLI.hpp>
 #include <string>
@@ -9,8 +9,7 @@ namespace tools {
 
 class HelpFormatter : public CLI::Formatter {
   public:
-    [[nodiscard]] std::string make_help(const CLI::App* app, std::string name,
-                                        CLI::AppFormatMode mode) const override;
+    std::string make_help(const CLI::App* app, std::string name, CLI::AppFormatMode mode) const override;
 };
 
 }  // namespace tools

@@ -5,7 +5,6 @@
 #include <cstdio>
 #include <filesystem>
 #include <iostream>
-#include <stdexcept>
 
 #include "files/Commit.h"
 #include "files/FileError.h"
@@ -29,18 +28,19 @@ std::vector<uint8_t> readStandardInput() {
         std::cin.read(piece.data(), kPieceBytes);
         bytes.insert(bytes.end(), piece.begin(), piece.begin() + std::cin.gcount());
         if (bytes.size() > files::kMostFileBytes) {
-            throw std::runtime_error("standard input: is longer than " +
-                                     std::to_string(files::kMostFileBytes) + " bytes.");
+            throw files::FileError(
+                "standard input",
+                "is longer than " + std::to_string(files::kMostFileBytes >> 20) + " megabytes");
         }
     } while (std::cin);
-    // The stream takes a failure of the file below it for an end.
+    // The stream reports a failure to read the file below it as the end of the input.
     if (std::cin.bad() || std::ferror(stdin) != 0) {
-        throw std::runtime_error("standard input: could not be read.");
+        throw files::FileError("standard input", "could not be read");
     }
     return bytes;
 }
 
-// Also while a save that has been interrupted waits to be finished.
+// Even if a save was interrupted and its files are not yet in place.
 bool isMachine(const fs::path& folder) {
     std::error_code ignored;
     return fs::exists(folder / kMachineFile, ignored) ||
@@ -51,6 +51,16 @@ bool isMachine(const fs::path& folder) {
 
 bool isStandardStream(const std::string& name) {
     return name == "-";
+}
+
+std::string checkFileName(const std::string& name) {
+    return name.empty() ? "The name must not be empty." : "";
+}
+
+std::string checkPath(const std::string& name) {
+    return isStandardStream(name)
+               ? "- stands for standard input or output, which cannot be used here; write ./- for that name."
+               : checkFileName(name);
 }
 
 void refuseStandardInputTwice(const std::vector<std::string>& names) {
@@ -88,6 +98,11 @@ void writeOutput(const std::string& name, std::span<const uint8_t> content, std:
         files::writeOutputFile(name, content, isStandardStream(madeFrom) ? "" : madeFrom);
         out << message;
     }
+}
+
+void writeJson(const nlohmann::ordered_json& value, std::ostream& out) {
+    constexpr int kIndent = 2;
+    out << value.dump(kIndent, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
 }
 
 }  // namespace tools

@@ -1,23 +1,20 @@
-#include "tools/xsvf/MakeCommand.h"
-
-#include <CLI/CLI.hpp>
 #include <filesystem>
 #include <memory>
 #include <ostream>
-#include <stdexcept>
 
 #include "catalogue/BoardRevision.h"
 #include "catalogue/CardModels.h"
 #include "catalogue/FirmwareDate.h"
 #include "catalogue/FirmwareVersion.h"
 #include "catalogue/ImageName.h"
+#include "files/FileError.h"
 #include "images/prom/FirmwareImage.h"
 #include "simulator/jtag/FpgaConfiguration.h"
 #include "tools/command_line/CommandLine.h"
 #include "tools/command_line/Streams.h"
+#include "tools/xsvf/Commands.h"
 
 namespace tools {
-
 namespace {
 
 struct MakeOptions {
@@ -33,16 +30,17 @@ struct MakeOptions {
 std::vector<uint8_t> readPayload(const std::string& name) {
     std::vector<uint8_t> bytes = readInput(name);
     if (bytes.size() != simulator::kPromBytes) {
-        throw std::runtime_error(inputName(name) + ": is " + std::to_string(bytes.size()) +
-                                 " bytes long; a PROM has " + std::to_string(simulator::kPromBytes) + ".");
+        throw files::FileError(inputName(name), "is " + std::to_string(bytes.size()) +
+                                                    " bytes long; a PROM has " +
+                                                    std::to_string(simulator::kPromBytes));
     }
     return bytes;
 }
 
-// The options have passed their checks.
+// The options have been checked.
 void make(const MakeOptions& options, std::ostream& out) {
     const catalogue::CardModel& model = *catalogue::modelByName(options.model);
-    const auto version = static_cast<uint8_t>(options.version);
+    const uint8_t version = static_cast<uint8_t>(options.version);
     const uint8_t boardRevision = catalogue::parseBoardRevision(options.board).value_or(0);
 
     std::vector<uint8_t> prom;
@@ -61,55 +59,61 @@ void make(const MakeOptions& options, std::ostream& out) {
     std::error_code error;
     std::filesystem::create_directories(options.outputDirectory, error);
     if (error) {
-        throw std::runtime_error(options.outputDirectory.string() + ": could not be created (" +
-                                 error.message() + ").");
+        throw files::FileError(options.outputDirectory, "could not be created", error.value());
     }
     writeOutput(path, images::makeFirmwareImage(std::span<const uint8_t, simulator::kPromBytes>(prom)), out,
                 path.string() + '\n', options.payload);
 }
 
-}  // namespace
-
-void addMakeCommand(CLI::App& program, std::ostream& out) {
-    auto options = std::make_shared<MakeOptions>();
-    CLI::App* command = program.add_subcommand("make", "Make a firmware image and print its path");
-    command->add_option("--model", options->model, "Card model: " + catalogue::modelNames())
+void addNameOptions(CLI::App& command, MakeOptions& options) {
+    command.add_option("--model", options.model, "Card model: " + catalogue::modelNames())
         ->required()
         ->check(takenBy(catalogue::modelByName, catalogue::modelForm()))
         ->type_name("MODEL");
     command
-        ->add_option("--flavour", options->flavour,
-                     "Byte order of the registers: M big-endian, W little-endian")
+        .add_option("--flavour", options.flavour,
+                    "Byte order of the registers: M big-endian, W little-endian")
         ->required()
         ->check(
             takenBy([](std::string_view text) { return text.size() == 1 && catalogue::isFlavour(text[0]); },
                     "A flavour is M or W."))
         ->type_name("M|W");
-    command->add_option("--version", options->version, "Firmware version, 0 to 99")
+    command.add_option("--version", options.version, "Firmware version, 0 to 99")
         ->required()
-        ->transform(wholeNumber(0, 99))
+        ->transform(wholeNumber(0, catalogue::kHighestVersion))
         ->type_name("VERSION");
-    command->add_option("--board", options->board, "Board revision letter, or NC for a board without one")
+    command.add_option("--board", options.board, "Board revision letter, or NC for a board without one")
         ->capture_default_str()
         ->check(takenBy(catalogue::parseBoardRevision, catalogue::kBoardRevisionForm))
         ->type_name("LETTER|NC");
-    auto* content = command->add_option_group("content", "What the PROM is to hold");
+}
+
+void addContentOptions(CLI::App& command, MakeOptions& options) {
+    auto* const content = command.add_option_group("content", "The contents of the PROM");
     content
-        ->add_option("--date", options->date,
-                     "Date of the firmware, in the years 2000 to 2015, for a configuration made from these "
-                     "options")
+        ->add_option("--date", options.date,
+                     "Date of the firmware, from 2000 to 2015, for a configuration made from these options")
         ->check(catalogue::firmwareDateFault)
         ->type_name("YYYY-MM-DD");
     content
-        ->add_option("--payload", options->payload,
-                     "File with the PROM's 262144 bytes instead; - is standard input")
-        ->check(fileName())
+        ->add_option("--payload", options.payload,
+                     "File with the PROM's 262144 bytes, or - for standard input")
+        ->check(checkFileName)
         ->type_name("FILE");
     content->require_option(1);
+}
+
+}  // namespace
+
+void addMakeCommand(CLI::App& program, std::ostream& out) {
+    const auto options = std::make_shared<MakeOptions>();
+    CLI::App* const command = program.add_subcommand("make", "Make a firmware image and print its path");
+    addNameOptions(*command, *options);
+    addContentOptions(*command, *options);
     command
         ->add_option("--output-directory", options->outputDirectory,
-                     "Where the image goes; created if missing")
-        ->check(fileName())
+                     "The folder for the image; created if missing")
+        ->check(checkPath)
         ->type_name("DIR")
         ->capture_default_str();
     command->callback([options, &out] { make(*options, out); });

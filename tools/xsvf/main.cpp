@@ -1,10 +1,15 @@
-#include <csignal>
+// xsvf: makes, shows, lists, assembles and checks firmware images.
+
 #include <iostream>
 
-#include "tools/xsvf/XsvfTool.h"
+#include "tools/command_line/CommandLine.h"
+#include "tools/xsvf/Commands.h"
 
 int main(int argc, char** argv) {
-    // A write beyond a limit on files is to fail, and not to end the program in its midst.
-    std::signal(SIGXFSZ, SIG_IGN);
-    return tools::runXsvf({argv + 1, argv + argc}, std::cout, std::cerr);
+    CLI::App program("Makes, shows, lists, assembles and checks firmware images for the cards' PROMs.",
+                     "xsvf");
+    tools::addMakeCommand(program, std::cout);
+    tools::addListingCommands(program, std::cout);
+    tools::addCheckCommands(program, std::cout, std::cerr);
+    return tools::runCommandLine(program, {argv + 1, argv + argc}, std::cout, std::cerr);
 }

@@ -1,5 +1,6 @@
-#include "tools/cardsim/ShowMachine.h"
+#include "tools/cardsim/MachineText.h"
 
+#include <algorithm>
 #include <optional>
 #include <ostream>
 #include <utility>
@@ -7,11 +8,8 @@
 #include "files/PrintableText.h"
 #include "images/ByteText.h"
 #include "images/prom/ContentText.h"
-#include "tools/cardsim/DriverCommand.h"
-#include "tools/cardsim/FaultCommands.h"
 #include "tools/cardsim/IdentityText.h"
 #include "tools/cardsim/MachineArguments.h"
-#include "tools/cardsim/RecordCommand.h"
 
 namespace cardsim {
 namespace {
@@ -51,10 +49,12 @@ void showCard(std::size_t index, const Card& card, bool on, std::ostream& out) {
     if (on) {
         out << "  Lamp        " << (isLampOn(card) ? "on" : "off") << '\n';
     }
-    for (const simulator::Fault& fault : card.faults().all())
+    for (const simulator::Fault& fault : card.faults().all()) {
         out << "  Fault       " << describe(fault) << '\n';
-    if (card.recordingRequest())
+    }
+    if (card.recordingRequest()) {
         out << "  Recording   " << describe(*card.recordingRequest()) << '\n';
+    }
 }
 
 Json jsonOf(const std::optional<simulator::RecordingRequest>& request) {
@@ -92,7 +92,76 @@ Json jsonOf(std::size_t index, const Card& card, bool on) {
             {"recording", jsonOf(card.recordingRequest())}};
 }
 
+template <typename Value>
+std::string wordFor(Value value, const Words<Value>& words) {
+    return std::ranges::find(words, value, [](const auto& word) { return word.second; })->first;
+}
+
+Json jsonOf(const simulator::Drivers& drivers) {
+    auto loaded = Json::array();
+    for (const auto& [identifier, driver] : drivers.loaded) {
+        loaded.push_back(identifier);
+    }
+    return {{"resident", drivers.resident},
+            {"loaded", std::move(loaded)},
+            {"administrator", wordFor(drivers.refusesAdministrator, kAdministratorWords)},
+            {"privateDriver", wordFor(drivers.privateDriverFault, kPrivateDriverWords)}};
+}
+
 }  // namespace
+
+std::string describe(const simulator::Drivers& drivers) {
+    std::string text = drivers.resident ? "resident" : "";
+    for (const auto& [identifier, driver] : drivers.loaded) {
+        text += (text.empty() ? "" : ", ") + files::printable(identifier) + " loaded";
+    }
+    if (text.empty()) {
+        text = "none";
+    }
+    if (drivers.refusesAdministrator) {
+        text += "; administrator refused";
+    }
+    if (drivers.privateDriverFault == simulator::PrivateDriverFault::doesNotLoad) {
+        text += "; private driver: does not load";
+    }
+    if (drivers.privateDriverFault == simulator::PrivateDriverFault::publishesNothing) {
+        text += "; private driver: publishes nothing";
+    }
+    return text;
+}
+
+std::string describe(const simulator::Fault& fault) {
+    const simulator::FaultKindDescription& kind = simulator::describe(fault.kind);
+    std::string text(kind.name);
+    if (kind.hasCode) {
+        text += ", code " + images::hexadecimalText(fault.code, 8);
+    }
+    if (kind.hasPage) {
+        text += ", page " + std::to_string(fault.page);
+    }
+    if (kind.hasTimes) {
+        text += ", " + std::to_string(fault.times) + " times";
+    }
+    if (kind.hasFactor) {
+        text += ", factor " + std::to_string(fault.factor);
+    }
+    if (fault.when == simulator::Fault::When::atAccess) {
+        text += ", at access " + std::to_string(fault.count);
+    }
+    if (fault.when == simulator::Fault::When::atClock) {
+        text += ", at clock " + std::to_string(fault.count);
+    }
+    return text + (fault.struck ? " (has struck)" : " (waiting)");
+}
+
+std::string describe(const simulator::RecordingRequest& request) {
+    const std::string until =
+        request.microseconds == simulator::RecordingRequest::kMostMicroseconds
+            ? "its end"
+            : std::to_string(request.fromMicroseconds + request.microseconds) + " microseconds";
+    return "the next run, from " + std::to_string(request.fromMicroseconds) + " to " + until + ", into " +
+           files::printable(request.file);
+}
 
 Json machineJson(const simulator::Machine& machine, bool isInUse) {
     Json cards = Json::array();
@@ -120,14 +189,16 @@ void showMachine(const simulator::Machine& machine, std::ostream& out) {
     out << "Power       " << (machine.isOn() ? "on" : "off") << '\n'
         << "Accesses    " << machine.accesses() << " (" << machine.microseconds() << " microseconds)\n"
         << "Driver      " << describe(machine.drivers()) << '\n';
-    for (std::size_t index = 0; index < machine.cardCount(); ++index)
+    for (std::size_t index = 0; index < machine.cardCount(); ++index) {
         showCard(index, machine.card(index), machine.isOn(), out);
+    }
 
     out << "\nLedger      " << (machine.ledger().empty() ? "empty" : "") << '\n';
-    for (const auto& entry : machine.ledger().entries())
+    for (const auto& entry : machine.ledger().entries()) {
         out << "  " << entry.times << " x " << misuseName(entry.misuse) << ", first at access "
             << entry.firstAccess
             << files::printable((entry.card.empty() ? "" : ", " + entry.card) + ": " + entry.detail) << '\n';
+    }
 }
 
 }  // namespace cardsim

@@ -1,27 +1,68 @@
-#include "tools/xsvf/CheckCommand.h"
-
-#include <CLI/CLI.hpp>
+#include <cmath>
 #include <filesystem>
 #include <memory>
 #include <optional>
 #include <ostream>
-#include <stdexcept>
 #include <vector>
 
 #include "catalogue/ImageName.h"
+#include "files/UserError.h"
 #include "images/ByteText.h"
 #include "images/play/ImageCheck.h"
 #include "images/prom/ContentText.h"
 #include "tools/command_line/CommandLine.h"
-#include "tools/command_line/JsonText.h"
 #include "tools/command_line/Streams.h"
-#include "tools/xsvf/ImageSummary.h"
+#include "tools/xsvf/Commands.h"
 
 namespace tools {
-
 namespace {
 
 namespace fs = std::filesystem;
+
+// Follows a subject.
+constexpr const char* kUnknownContent = "content that is not a configuration the simulated card can read";
+
+// "offset 0x108044: The comparison fails on a simulated card."
+std::string faultText(const images::ImageFault& fault) {
+    return "offset 0x" + images::offsetText(fault.offset) + ": " + fault.reason;
+}
+
+// "7702 commands, 275756419 register accesses, about 92 s on a card"
+std::string playText(const images::ImageReport& report) {
+    return std::to_string(report.commands) + (report.commands == 1 ? " command, " : " commands, ") +
+           std::to_string(report.accesses.count()) + " register accesses, about " +
+           std::to_string(std::lround(report.accesses.seconds())) + " s on a card";
+}
+
+void show(const std::string& name, std::ostream& out) {
+    const std::vector<uint8_t> image = readInput(name);
+    const images::ImageReport report = images::checkImage(image);
+    out << inputName(name) << '\n';
+    if (report.fault) {
+        out << "  Fault    " << faultText(*report.fault) << '\n';
+    } else {
+        out << "  For      "
+            << (report.configuration ? images::contentText(report.configuration) : kUnknownContent) << '\n';
+    }
+    out << "  Size     " << images::bytesText(image.size()) << '\n'
+        << "  Content  " << playText(report) << (report.fault ? ", up to the fault" : "") << '\n';
+}
+
+void showAll(const std::vector<std::string>& names, std::ostream& out, std::ostream& err) {
+    refuseStandardInputTwice(names);
+    bool isAnyUnread = false;
+    for (const std::string& name : names) {
+        try {
+            show(name, out);
+        } catch (const files::UserError& unreadable) {
+            err << "xsvf: " << unreadable.what() << '\n';
+            isAnyUnread = true;
+        }
+    }
+    if (isAnyUnread) {
+        exitWith(kFailed);
+    }
+}
 
 // The name of the image that puts this into a PROM. Nothing for a configuration that no name can tell.
 std::optional<std::string> imageFileNameFor(const simulator::FpgaConfiguration& content) {
@@ -76,7 +117,7 @@ Verdict judge(const std::string& name, bool mustBeKnown) {
         if (const auto fault = faultOf(verdict.report, name, mustBeKnown)) {
             verdict.fault = inputName(name) + ": " + *fault;
         }
-    } catch (const std::runtime_error& unreadable) {
+    } catch (const files::UserError& unreadable) {
         verdict.fault = unreadable.what();
     }
     return verdict;
@@ -131,28 +172,38 @@ void checkAll(const CheckOptions& options, std::ostream& out, std::ostream& err)
         writeJson(list, out);
     }
     if (isAnyBad) {
-        throw CLI::RuntimeError(kFailed);
+        exitWith(kFailed);
     }
 }
 
 }  // namespace
 
-void addCheckCommand(CLI::App& program, std::ostream& out, std::ostream& err) {
-    const auto options = std::make_shared<CheckOptions>();
-    CLI::App* const command = program.add_subcommand(
-        "check", "Find the first fault of each image, or tell that it is good and what it is");
-    command->add_option("image", options->images, "The images; - is standard input")
+void addCheckCommands(CLI::App& program, std::ostream& out, std::ostream& err) {
+    const auto shown = std::make_shared<std::vector<std::string>>();
+    CLI::App* const show = program.add_subcommand(
+        "show", "Show what images are for, their size, and how long they take on a card");
+    show->add_option("image", *shown, "The images; - is standard input")
         ->required()
-        ->check(fileName())
+        ->check(checkFileName)
         ->type_name("IMAGE");
-    command->add_flag("--known-content", options->mustBeKnown,
-                      "Refuse a content that does not tell whether the name fits");
-    command->add_flag("--json", options->asJson,
-                      "Print a list with an object for each image: image, good, fault, offset (of the "
-                      "command with the fault), content (model, board, firmware, date), and bytes, commands, "
-                      "accesses and seconds on a card; what is not known is null");
-    command->footer("Exits with 0 if every image is good, and 1 if any is not.");
-    command->callback([options, &out, &err] { checkAll(*options, out, err); });
+    show->footer("Exits with 0 if every image can be read, and 1 if not.");
+    show->callback([shown, &out, &err] { showAll(*shown, out, err); });
+
+    const auto options = std::make_shared<CheckOptions>();
+    CLI::App* const check = program.add_subcommand(
+        "check", "Report the first fault of each image, or what it is for if it has none");
+    check->add_option("image", options->images, "The images; - is standard input")
+        ->required()
+        ->check(checkFileName)
+        ->type_name("IMAGE");
+    check->add_flag("--known-content", options->mustBeKnown,
+                    "Fail for content that does not tell whether the name fits");
+    check->add_flag("--json", options->asJson,
+                    "Print a list with an object for each image: image, good, fault, offset (of the command "
+                    "with the fault), content (model, board, firmware, date), and bytes, commands, accesses "
+                    "and seconds on a card; null for what is not known");
+    check->footer("Exits with 0 if no image has a fault, and 1 if any has.");
+    check->callback([options, &out, &err] { checkAll(*options, out, err); });
 }
 
 }  // namespace tools

@@ -24,8 +24,9 @@ class Clock {
     [[nodiscard]] bool tick() { return ++accesses_ >= wakeAt_; }
     void wake() {
         wakeAt_ = kNever;
-        if (onWake_)
+        if (onWake_) {
             onWake_();
+        }
     }
 
     // Asks for the wake-up call when the count reaches `accesses`; at the next access if it already has.

@@ -46,8 +46,9 @@ bool Faults::strike(uint64_t accesses, uint64_t clocks) {
     bool any = false;
     for (Fault& fault : faults_) {
         const uint64_t reached = fault.when == Fault::When::atClock ? clocks : accesses;
-        if (fault.struck || (fault.when != Fault::When::atOnce && reached < fault.count))
+        if (fault.struck || (fault.when != Fault::When::atOnce && reached < fault.count)) {
             continue;
+        }
         fault.struck = true;
         any = true;
     }
@@ -57,8 +58,9 @@ bool Faults::strike(uint64_t accesses, uint64_t clocks) {
 std::optional<uint64_t> Faults::nextCount(Fault::When when) const {
     std::optional<uint64_t> next;
     for (const Fault& fault : faults_) {
-        if (!fault.struck && fault.when == when && fault.count < next.value_or(UINT64_MAX))
+        if (!fault.struck && fault.when == when && fault.count < next.value_or(UINT64_MAX)) {
             next = fault.count;
+        }
     }
     return next;
 }
@@ -83,8 +85,9 @@ bool Faults::misreadsPage(std::size_t page) {
     const auto found = std::ranges::find_if(faults_, [=](const Fault& fault) {
         return fault.struck && fault.kind == FaultKind::pageMisread && fault.page == page;
     });
-    if (found == faults_.end() || found->times == 0)
+    if (found == faults_.end() || found->times == 0) {
         return false;
+    }
     --found->times;
     return true;
 }

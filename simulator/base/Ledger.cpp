@@ -34,10 +34,11 @@ void Ledger::record(Misuse misuse, std::string_view card, std::string_view detai
     };
     // A misuse in a loop repeats the newest entry, so look there first.
     const auto found = std::find_if(entries_.rbegin(), entries_.rend(), same);
-    if (found != entries_.rend())
+    if (found != entries_.rend()) {
         ++found->times;
-    else
+    } else {
         entries_.push_back({misuse, std::string(card), std::string(detail), access, 1});
+    }
 }
 
 }  // namespace simulator

@@ -9,12 +9,14 @@ namespace simulator {
 std::optional<pid_t> startChild(const std::string& program, std::vector<std::string> arguments) {
     std::string name = program;
     std::vector<char*> list{name.data()};
-    for (std::string& argument : arguments)
+    for (std::string& argument : arguments) {
         list.push_back(argument.data());
+    }
     list.push_back(nullptr);
     pid_t child = 0;
-    if (::posix_spawn(&child, program.c_str(), nullptr, nullptr, list.data(), environ) != 0)
+    if (::posix_spawn(&child, program.c_str(), nullptr, nullptr, list.data(), environ) != 0) {
         return std::nullopt;
+    }
     return child;
 }
 

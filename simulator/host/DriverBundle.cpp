@@ -32,15 +32,17 @@ const Element* child(const Element* parent, const char* name) {
 // no such key, or is none.
 const Element* valueOf(const Element* dictionary, std::string_view key) {
     for (const Element* node = child(dictionary, "key"); node != nullptr; node = node->next_sibling("key")) {
-        if (std::string_view(node->value(), node->value_size()) == key)
+        if (std::string_view(node->value(), node->value_size()) == key) {
             return node->next_sibling();
+        }
     }
     return nullptr;
 }
 
 DriverBundle read(const Element* properties) {
-    if (textOf(valueOf(properties, "CFBundlePackageType")) != "KEXT")
+    if (textOf(valueOf(properties, "CFBundlePackageType")) != "KEXT") {
         return {};
+    }
     return {
         .identifier = textOf(valueOf(properties, "CFBundleIdentifier")),
         .serviceClass = textOf(valueOf(child(valueOf(properties, "IOKitPersonalities"), "dict"), "IOClass"))};
@@ -52,15 +54,17 @@ std::optional<DriverBundle> readDriverBundle(const std::filesystem::path& folder
     try {
         std::vector<uint8_t> text =
             files::Folder(folder / "Contents").file("Info.plist", files::Folder::Purpose::reading).read();
-        if (text.size() > kLongestPropertyList)
+        if (text.size() > kLongestPropertyList) {
             return std::nullopt;
+        }
         text.push_back(0);
         // Parses in place: names and values are parts of the text.
         rapidxml::xml_document<> document;
         document.parse<rapidxml::parse_validate_closing_tags>(reinterpret_cast<char*>(text.data()));
         DriverBundle bundle = read(child(child(&document, "plist"), "dict"));
-        if (bundle.identifier.empty() || bundle.serviceClass.empty())
+        if (bundle.identifier.empty() || bundle.serviceClass.empty()) {
             return std::nullopt;
+        }
         return bundle;
     } catch (const files::FileError&) {
         return std::nullopt;

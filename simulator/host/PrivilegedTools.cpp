@@ -17,12 +17,14 @@ constexpr const char* kUsage = "wrong arguments.";
 // A file or folder and everything below it; empty when there is none.
 std::vector<fs::path> treeBelow(const fs::path& top) {
     std::error_code error;
-    if (!fs::exists(fs::symlink_status(top, error)))
+    if (!fs::exists(fs::symlink_status(top, error))) {
         return {};
+    }
     std::vector<fs::path> tree{top};
     for (fs::recursive_directory_iterator entry(top, error), end; !error && entry != end;
-         entry.increment(error))
+         entry.increment(error)) {
         tree.push_back(entry->path());
+    }
     return tree;
 }
 
@@ -34,29 +36,33 @@ bool liesBelow(const fs::path& path, const fs::path& top) {
 
 bool PrivilegedTools::run(const std::string& tool, const Arguments& arguments) {
     if (tool == "/bin/rm") {
-        for (const std::string& argument : arguments)
+        for (const std::string& argument : arguments) {
             forgetOwners(argument);
+        }
         return start(tool, arguments);
     }
     std::string complaint;
-    if (tool == "/usr/sbin/chown")
+    if (tool == "/usr/sbin/chown") {
         complaint = changeOwner(arguments);
-    else if (tool == "/sbin/kextload")
+    } else if (tool == "/sbin/kextload") {
         complaint = loadDriver(arguments);
-    else if (tool == "/sbin/kextunload")
+    } else if (tool == "/sbin/kextunload") {
         complaint = unloadDriver(arguments);
-    else
+    } else {
         return false;
-    if (complaint.empty())
+    }
+    if (complaint.empty()) {
         return start("/bin/sh", {"-c", "exit 0"});
+    }
     complaint.insert(0, fs::path(tool).filename().string() + ": ");
     return start("/bin/sh", {"-c", R"(printf '%s\n' "$0" >&2; exit 1)", complaint});
 }
 
 bool PrivilegedTools::start(const std::string& program, const Arguments& arguments) {
     const std::optional<pid_t> child = startChild(program, arguments);
-    if (child)
+    if (child) {
         children_.push_back(*child);
+    }
     return child.has_value();
 }
 
@@ -65,34 +71,42 @@ std::size_t PrivilegedTools::unwaitedFor() const {
 }
 
 std::string PrivilegedTools::changeOwner(const Arguments& arguments) {
-    if (arguments.size() != 3 || arguments[0] != "-R")
+    if (arguments.size() != 3 || arguments[0] != "-R") {
         return kUsage;
+    }
     const std::vector<fs::path> tree = treeBelow(arguments[2]);
-    if (tree.empty())
+    if (tree.empty()) {
         return arguments[2] + ": there is no such file.";
+    }
     forgetOwners(arguments[2]);
-    if (arguments[1] == "root:wheel")
+    if (arguments[1] == "root:wheel") {
         ownedByRoot_.insert(tree.begin(), tree.end());
+    }
     return "";
 }
 
 std::string PrivilegedTools::loadDriver(const Arguments& arguments) {
-    if (arguments.size() != 1)
+    if (arguments.size() != 1) {
         return kUsage;
+    }
     const std::optional<DriverBundle> bundle = readDriverBundle(arguments[0]);
-    if (!bundle)
+    if (!bundle) {
         return arguments[0] + ": is not the bundle of a driver.";
-    if (!rootOwnsAll(arguments[0]))
+    }
+    if (!rootOwnsAll(arguments[0])) {
         return arguments[0] + ": does not belong to root:wheel.";
-    if (drivers_.privateDriverFault == PrivateDriverFault::doesNotLoad)
+    }
+    if (drivers_.privateDriverFault == PrivateDriverFault::doesNotLoad) {
         return arguments[0] + ": the driver did not start.";
+    }
     drivers_.loaded.try_emplace(bundle->identifier, Drivers::Loaded{.serviceClass = bundle->serviceClass});
     return "";
 }
 
 std::string PrivilegedTools::unloadDriver(const Arguments& arguments) {
-    if (arguments.size() != 2 || arguments[0] != "-b")
+    if (arguments.size() != 2 || arguments[0] != "-b") {
         return kUsage;
+    }
     return drivers_.loaded.erase(arguments[1]) == 0 ? arguments[1] + ": is not loaded." : "";
 }
 

@@ -33,23 +33,27 @@ SimulatedHost::SimulatedHost(Machine& machine, std::filesystem::path bundleDirec
 
 std::vector<uint64_t> SimulatedHost::servicesOfClass(std::string_view className) {
     std::vector<uint64_t> services;
-    if (!machine_.drivers().publish(className))
+    if (!machine_.drivers().publish(className)) {
         return services;
+    }
     for (std::size_t index = 0; index < machine_.cardCount(); ++index) {
         const Card& card = machine_.card(index);
-        if (card.running() && (!card.faults().hasStruck(FaultKind::cardVanished) || isOpen(card)))
+        if (card.running() && (!card.faults().hasStruck(FaultKind::cardVanished) || isOpen(card))) {
             services.push_back(kFirstService + index);
+        }
     }
     return services;
 }
 
 std::optional<uint32_t> SimulatedHost::openService(uint64_t service) {
     const auto published = servicesOfClass(card_driver::kServiceClass);
-    if (std::ranges::find(published, service) == published.end())
+    if (std::ranges::find(published, service) == published.end()) {
         return std::nullopt;
+    }
     Card& card = machine_.card(static_cast<std::size_t>(service - kFirstService));
-    if (card.faults().hasStruck(FaultKind::serviceNotOpened))
+    if (card.faults().hasStruck(FaultKind::serviceNotOpened)) {
         return std::nullopt;
+    }
     const uint32_t connection = nextConnection_++;
     connections_.emplace(connection, &card);
     return connection;
@@ -60,11 +64,13 @@ bool SimulatedHost::isOpen(const Card& card) const {
 }
 
 bool SimulatedHost::closeConnection(uint32_t connection) {
-    if (connections_.erase(connection) == 0)
+    if (connections_.erase(connection) == 0) {
         return false;
+    }
     for (Mapping& mapping : mappings_) {
-        if (mapping.connection == connection)
+        if (mapping.connection == connection) {
             mapping.live = false;
+        }
     }
     view_ = View{};
     return true;
@@ -72,12 +78,14 @@ bool SimulatedHost::closeConnection(uint32_t connection) {
 
 std::optional<Host::MappedRange> SimulatedHost::mapMemory(uint32_t connection, uint32_t memoryType) {
     const auto found = connections_.find(connection);
-    if (found == connections_.end())
+    if (found == connections_.end()) {
         return std::nullopt;
+    }
     Card* const card = found->second;
     RegisterWindow* const window = card->window(memoryType);
-    if (!card->running() || window == nullptr || card->faults().hasStruck(FaultKind::serviceNotMapped))
+    if (!card->running() || window == nullptr || card->faults().hasStruck(FaultKind::serviceNotMapped)) {
         return std::nullopt;
+    }
     mappings_.push_back(Mapping{.connection = connection,
                                 .live = true,
                                 .card = card,
@@ -92,8 +100,9 @@ std::optional<std::size_t> SimulatedHost::callMethod(uint32_t connection, uint32
     const auto found = connections_.find(connection);
     if (found == connections_.end() || !found->second->running() ||
         method != card_driver::kInformationMethod || reply.size() < card_driver::kInformationBytes ||
-        found->second->faults().hasStruck(FaultKind::serviceSilent))
+        found->second->faults().hasStruck(FaultKind::serviceSilent)) {
         return std::nullopt;
+    }
     const Board& board = found->second->board();
     putText(reply.first(card_driver::kTextBytes), board.name);
     putText(reply.subspan(card_driver::kLocationAt, card_driver::kTextBytes), board.location);
@@ -103,10 +112,12 @@ std::optional<std::size_t> SimulatedHost::callMethod(uint32_t connection, uint32
 // The ordinary case needs no stack frame; everything else is a call at the very end.
 uint32_t SimulatedHost::loadWord(const uint32_t* address) {
     const std::size_t index = view_.indexOf(address);
-    if (index >= view_.count) [[unlikely]]
-        return loadThroughAnotherView(address);
-    if (clock_.tick()) [[unlikely]]
-        return loadAfterWaking(index);
+    if (index >= view_.count) {
+        [[unlikely]] return loadThroughAnotherView(address);
+    }
+    if (clock_.tick()) {
+        [[unlikely]] return loadAfterWaking(index);
+    }
     return view_.words[index];
 }
 
@@ -122,14 +133,17 @@ uint32_t SimulatedHost::loadThroughAnotherView(const uint32_t* address) {
 void SimulatedHost::storeWord(uint32_t* address, uint32_t word) {
     const std::size_t index = view_.indexOf(address);
     if (index >= view_.count) [[unlikely]] {
-        if (findView(address))
+        if (findView(address)) {
             storeWord(address, word);
+        }
         return;
     }
-    if (clock_.tick()) [[unlikely]]
-        clock_.wake();
-    if (view_.registersOf != nullptr)
+    if (clock_.tick()) {
+        [[unlikely]] clock_.wake();
+    }
+    if (view_.registersOf != nullptr) {
         view_.registersOf->storeRegister(static_cast<uint32_t>(index * sizeof(uint32_t)), word);
+    }
 }
 
 bool SimulatedHost::findView(const void* address) {
@@ -139,8 +153,9 @@ bool SimulatedHost::findView(const void* address) {
                         .count = mapping.window->words().size(),
                         .words = mapping.window->words().data(),
                         .registersOf = mapping.memoryType == 0 ? mapping.card : nullptr};
-        if (view.indexOf(address) >= view.count)
+        if (view.indexOf(address) >= view.count) {
             continue;
+        }
         if (mapping.live) {
             view_ = view;
             return true;
@@ -159,8 +174,9 @@ bool SimulatedHost::deliverShutDownEvent(uint64_t processSerialNumber) {
 }
 
 Host::RightAnswer SimulatedHost::askForAdministratorRight() {
-    if (machine_.drivers().refusesAdministrator)
+    if (machine_.drivers().refusesAdministrator) {
         return RightAnswer::denied;
+    }
     return prompt_ && prompt_() ? RightAnswer::granted : RightAnswer::cancelled;
 }
 
@@ -171,28 +187,32 @@ bool SimulatedHost::runPrivilegedTool(const std::string& tool, const std::vector
 }
 
 void SimulatedHost::closeOrphanedConnections() {
-    if (machine_.drivers().publish(card_driver::kServiceClass))
+    if (machine_.drivers().publish(card_driver::kServiceClass)) {
         return;
-    while (!connections_.empty())
+    }
+    while (!connections_.empty()) {
         closeConnection(connections_.begin()->first);
+    }
 }
 
 void SimulatedHost::programEnded() {
     const LiveObjects live = CountLiveObjects();
     const auto note = [this](std::size_t count, const char* what) {
-        if (count != 0)
+        if (count != 0) {
             machine_.ledger().record(
                 Misuse::leftBehind, "",
                 "A program ended without giving back " + std::to_string(count) + " of its " + what + '.',
                 clock_.accesses());
+        }
     };
     note(liveMappings(), "mapped windows");
     note(live.services, "services");
     note(live.iterators, "iterators");
     note(live.coreFoundationObjects, "bundle's objects");
     note(live.appleEventDescriptors, "event descriptors");
-    if (machine_.isOn() && machine_.drivers().loaded.empty())
+    if (machine_.isOn() && machine_.drivers().loaded.empty()) {
         note(live.authorizations, "authorizations");
+    }
     note(tools_.unwaitedFor(), "child processes");
 }
 

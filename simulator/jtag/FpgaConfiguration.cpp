@@ -28,8 +28,9 @@ constexpr CrcTables crcTables() {
     for (uint32_t byte = 0; byte < 256; ++byte) {
         uint32_t remainder = byte;
         for (CrcTables::value_type& table : tables) {
-            for (int bit = 0; bit < 8; ++bit)
+            for (int bit = 0; bit < 8; ++bit) {
                 remainder = (remainder >> 1) ^ ((remainder & 1) != 0 ? kCrcPolynomial : 0);
+            }
             table[byte] = remainder;
         }
     }
@@ -41,24 +42,28 @@ uint32_t crc32(std::span<const uint8_t> bytes) {
     uint32_t remainder = 0xFFFFFFFF;
     for (; bytes.size() >= kCrcStride; bytes = bytes.subspan(kCrcStride)) {
         uint32_t next = 0;
-        for (std::size_t i = 0; i < kCrcStride; ++i)
+        for (std::size_t i = 0; i < kCrcStride; ++i) {
             next ^= tables[kCrcStride - 1 - i][((remainder >> (8 * i)) ^ bytes[i]) & 0xFF];
+        }
         remainder = next;
     }
-    for (const uint8_t byte : bytes)
+    for (const uint8_t byte : bytes) {
         remainder = (remainder >> 8) ^ tables[0][(remainder ^ byte) & 0xFF];
+    }
     return ~remainder;
 }
 
 void putBigEndian(std::span<uint8_t> bytes, uint32_t number) {
-    for (std::size_t i = bytes.size(); i-- > 0; number >>= 8)
+    for (std::size_t i = bytes.size(); i-- > 0; number >>= 8) {
         bytes[i] = static_cast<uint8_t>(number);
+    }
 }
 
 uint32_t getBigEndian(std::span<const uint8_t> bytes) {
     uint32_t number = 0;
-    for (const uint8_t byte : bytes)
+    for (const uint8_t byte : bytes) {
         number = number << 8 | byte;
+    }
     return number;
 }
 
@@ -88,13 +93,16 @@ std::vector<uint8_t> encodeConfiguration(const FpgaConfiguration& configuration)
 
 std::optional<FpgaConfiguration> decodeConfiguration(std::span<const uint8_t> prom) {
     if (prom.size() != kPromBytes ||
-        !std::ranges::equal(prom.first(kSignatureAndLayout.size()), kSignatureAndLayout))
+        !std::ranges::equal(prom.first(kSignatureAndLayout.size()), kSignatureAndLayout)) {
         return std::nullopt;
-    if (getBigEndian(prom.subspan(kChecksumAt)) != crc32(prom.first(kChecksumAt)))
+    }
+    if (getBigEndian(prom.subspan(kChecksumAt)) != crc32(prom.first(kChecksumAt))) {
         return std::nullopt;
+    }
     const char flavour = static_cast<char>(prom[kFlavourAt]);
-    if (flavour != 'M' && flavour != 'W')
+    if (flavour != 'M' && flavour != 'W') {
         return std::nullopt;
+    }
     return FpgaConfiguration{.modelCode = prom[kModelCodeAt],
                              .boardRevision = prom[kBoardRevisionAt],
                              .flavour = flavour,

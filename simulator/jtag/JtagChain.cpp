@@ -14,16 +14,18 @@ void JtagChain::powerUp() {
 }
 
 void JtagChain::drive(bool tck, bool tms, bool tdi) {
-    if (tck == state_.tck)
+    if (tck == state_.tck) {
         return;
+    }
     state_.tck = tck;
     if (!tck) {
         prom_.fallingEdge();
         fpga_.fallingEdge();
         return;
     }
-    if (++state_.clocks == wakeAfterClock_)
+    if (++state_.clocks == wakeAfterClock_) {
         clock_.wakeAt(clock_.accesses());
+    }
     const TapState before = prom_.tap();
     fpga_.risingEdge(tms, prom_.tdo());
     prom_.risingEdge(tms, tdi);
@@ -31,10 +33,12 @@ void JtagChain::drive(bool tck, bool tms, bool tdi) {
 }
 
 void JtagChain::watchScan(TapState before, TapState after) {
-    if (before == TapState::shiftDr || before == TapState::shiftIr)
+    if (before == TapState::shiftDr || before == TapState::shiftIr) {
         ++state_.scanBits;
-    if (after == before)
+    }
+    if (after == before) {
         return;
+    }
     switch (after) {
         case TapState::updateIr:
             state_.shortScan = state_.scanBits < prom_.instructionBits() + fpga_.instructionBits();
@@ -50,8 +54,9 @@ void JtagChain::watchScan(TapState before, TapState after) {
             state_.scanBits = 0;
             [[fallthrough]];
         case TapState::runTestIdle:
-            if (state_.shortScan)
+            if (state_.shortScan) {
                 report_(Misuse::shortScan, "A register was updated by a scan too short to fill it.");
+            }
             state_.shortScan = false;
             break;
         default:

@@ -32,8 +32,9 @@ void JtagDevice::risingEdge(bool tms, bool tdi) {
             break;
     }
     state_.tap = nextTapState(before, tms);
-    if (state_.tap != before)
+    if (state_.tap != before) {
         tapMoved(state_.tap);
+    }
 }
 
 void JtagDevice::fallingEdge() {

@@ -49,8 +49,9 @@ void Prom::powerUp() {
 
 void Prom::restore(const State& state) {
     state_ = state;
-    if (state_.doneAt == 0)
+    if (state_.doneAt == 0) {
         return;
+    }
     dueAt_ = state_.doneAt - std::min(state_.doneAt, extraAccesses());
     clock_.wakeAt(state_.doneAt);
 }
@@ -90,8 +91,9 @@ void Prom::captureData(ShiftRegister& data) {
             content.fill(0xFF);  // what is read where no page is
             if (const auto page = pageAtAddress()) {
                 std::ranges::copy(cells_.bytesOf(PromCells::page(*page)), content.begin());
-                if (faults_.misreadsPage(*page))
+                if (faults_.misreadsPage(*page)) {
                     content.back() ^= kMisreadBit;
+                }
             }
             return data.load(content, kPageBits);
         }
@@ -133,8 +135,9 @@ void Prom::instructionUpdated() {
         case eraseInstruction:
             return startErase();
         case leaveProgrammingInstruction:
-            if (state_.programmingMode)
+            if (state_.programmingMode) {
                 state_.operation = Operation::leaveProgramming;
+            }
             return;
         default:
             return;
@@ -142,8 +145,9 @@ void Prom::instructionUpdated() {
 }
 
 void Prom::tapMoved(TapState to) {
-    if (state_.operation == Operation::none)
+    if (state_.operation == Operation::none) {
         return;
+    }
     if (to == TapState::runTestIdle) {
         const uint64_t microseconds = timingOf(state_.operation).microseconds;
         dueAt_ = clock_.accesses() + microseconds * Clock::kAccessesPerMicrosecond;
@@ -155,17 +159,20 @@ void Prom::tapMoved(TapState to) {
 }
 
 void Prom::timePassed() {
-    if (state_.doneAt == 0)
+    if (state_.doneAt == 0) {
         return;
-    if (clock_.accesses() >= state_.doneAt)
+    }
+    if (clock_.accesses() >= state_.doneAt) {
         complete();
-    else
+    } else {
         clock_.wakeAt(state_.doneAt);
+    }
 }
 
 std::optional<std::size_t> Prom::pageAtAddress() const {
-    if (state_.address % kPageAddressStep != 0 || state_.address / kPageAddressStep >= kPromPages)
+    if (state_.address % kPageAddressStep != 0 || state_.address / kPageAddressStep >= kPromPages) {
         return std::nullopt;
+    }
     return state_.address / kPageAddressStep;
 }
 
@@ -192,23 +199,28 @@ std::string Prom::atAddress() const {
 }
 
 void Prom::startProgram() {
-    if (!state_.programmingMode)
+    if (!state_.programmingMode) {
         return report_(Misuse::outsideProgrammingMode,
                        "Program" + atAddress() + " was asked for outside programming mode.");
+    }
     const auto row = rowToProgram();
-    if (!row)
+    if (!row) {
         return report_(Misuse::noSuchRow,
                        "Program" + atAddress() + " has no row for the data register loaded last.");
-    if (state_.loadedLast == Register::pageData && !cells_.isPageErased(*pageAtAddress()))
+    }
+    if (state_.loadedLast == Register::pageData && !cells_.isPageErased(*pageAtAddress())) {
         report_(Misuse::programmedTwice,
                 "The page" + atAddress() + " was programmed again without an erase.");
+    }
 
     if (state_.loadedLast == Register::pageData) {
-        if (faults_.takesPage(*pageAtAddress()))
+        if (faults_.takesPage(*pageAtAddress())) {
             cells_.programPage(*pageAtAddress(), state_.pageData);
+        }
     } else if (state_.loadedLast == Register::userCode) {
-        if (!faults_.hasStruck(FaultKind::userCodeNotTaken))
+        if (!faults_.hasStruck(FaultKind::userCodeNotTaken)) {
             cells_.setUserCode(state_.userCode);
+        }
     } else {
         cells_.setProtection(state_.controlData);
     }
@@ -217,27 +229,30 @@ void Prom::startProgram() {
 }
 
 void Prom::startErase() {
-    if (!state_.programmingMode)
+    if (!state_.programmingMode) {
         return report_(Misuse::outsideProgrammingMode, "Erase was asked for outside programming mode.");
+    }
     cells_.erase();
     cells_.toggleDamage(PromCells::kEverything);
     state_.operation = Operation::erase;
 }
 
 uint64_t Prom::extraAccesses() const {
-    if (state_.operation != Operation::program)
+    if (state_.operation != Operation::program) {
         return 0;
+    }
     return uint64_t{faults_.programmingFactor() - 1} * kProgramMicroseconds * Clock::kAccessesPerMicrosecond;
 }
 
 void Prom::complete() {
     // The row is still the one that was started: nothing that decides it changes in Run-Test/Idle.
-    if (const auto row = rowToProgram(); row && state_.operation == Operation::program)
+    if (const auto row = rowToProgram(); row && state_.operation == Operation::program) {
         cells_.toggleDamage(*row);
-    else if (state_.operation == Operation::erase)
+    } else if (state_.operation == Operation::erase) {
         cells_.toggleDamage(PromCells::kEverything);
-    else if (state_.operation == Operation::leaveProgramming)
+    } else if (state_.operation == Operation::leaveProgramming) {
         state_.programmingMode = false;
+    }
     state_.operation = Operation::none;
     state_.doneAt = 0;
 }
@@ -246,9 +261,10 @@ void Prom::breakOff() {
     const auto [name, microseconds] = timingOf(state_.operation);
     const std::string where = state_.operation == Operation::program ? atAddress() : "";
     // A PROM slower than its data sheet is nobody's misuse.
-    if (state_.doneAt == 0 || clock_.accesses() < dueAt_)
+    if (state_.doneAt == 0 || clock_.accesses() < dueAt_) {
         report_(Misuse::shortWait,
                 name + where + " was given less than " + std::to_string(microseconds) + " microseconds.");
+    }
     state_.operation = Operation::none;
     state_.doneAt = 0;
 }

@@ -9,8 +9,9 @@ namespace {
 
 // The bit of an image byte that damage turns over: every second byte has one, at a place that looks random.
 uint8_t damageAt(std::size_t offset) {
-    if (offset % 2 != 0)
+    if (offset % 2 != 0) {
         return 0;
+    }
     constexpr uint32_t kGoldenRatio = 0x9E3779B1;  // spreads neighbouring numbers
     const uint32_t spread = static_cast<uint32_t>(offset + 1) * kGoldenRatio >> 16;
     return static_cast<uint8_t>(1U << (spread % (offset == PromCells::kProtectionAt ? 3 : 8)));
@@ -31,8 +32,9 @@ PromCells::PromCells(std::vector<uint8_t> image) : image_(std::move(image)) {
 
 uint32_t PromCells::userCode() const {
     uint32_t number = 0;
-    for (const uint8_t byte : bytesOf(kUserCode))
+    for (const uint8_t byte : bytesOf(kUserCode)) {
         number = number << 8 | byte;
+    }
     return number;
 }
 
@@ -43,14 +45,16 @@ bool PromCells::isPageErased(std::size_t number) const {
 void PromCells::programPage(std::size_t number, std::span<const uint8_t> data) {
     const Row row = page(number);
     assert(number < kPromPages && data.size() == row.bytes);
-    for (std::size_t i = 0; i < row.bytes; ++i)
+    for (std::size_t i = 0; i < row.bytes; ++i) {
         image_[row.offset + i] &= data[i];
+    }
     changed(row);
 }
 
 void PromCells::setUserCode(uint32_t userCode) {
-    for (std::size_t i = kUserCode.bytes; i-- > 0; userCode >>= 8)
+    for (std::size_t i = kUserCode.bytes; i-- > 0; userCode >>= 8) {
         image_[kUserCodeAt + i] = static_cast<uint8_t>(userCode);
+    }
     changed(kUserCode);
 }
 
@@ -72,14 +76,16 @@ void PromCells::setImage(std::span<const uint8_t> image) {
 }
 
 void PromCells::toggleDamage(Row row) {
-    for (std::size_t offset = row.offset; offset < row.offset + row.bytes; ++offset)
+    for (std::size_t offset = row.offset; offset < row.offset + row.bytes; ++offset) {
         image_[offset] ^= damageAt(offset);
+    }
     changed(row);
 }
 
 void PromCells::changed(Row row) {
-    if (writeThrough_)
+    if (writeThrough_) {
         writeThrough_(row.offset, bytesOf(row));
+    }
 }
 
 }  // namespace simulator

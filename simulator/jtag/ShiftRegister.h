@@ -28,11 +28,13 @@ class ShiftRegister {
 
     // Drops the bottom bit and takes one in at the top.
     void shift(bool in) {
-        if (count_ == 0)
+        if (count_ == 0) {
             return;
+        }
         bits_[bottom_] = in ? 1 : 0;
-        if (++bottom_ == count_)
+        if (++bottom_ == count_) {
             bottom_ = 0;
+        }
     }
 
     [[nodiscard]] std::size_t bits() const { return count_; }

@@ -50,8 +50,9 @@ std::string_view tapStateName(TapState state) {
 
 std::optional<TapState> tapStateNamed(std::string_view name) {
     for (std::size_t index = 0; index < kTable.size(); ++index) {
-        if (kTable[index].name == name)
+        if (kTable[index].name == name) {
             return static_cast<TapState>(index);
+        }
     }
     return std::nullopt;
 }

@@ -56,8 +56,9 @@ std::string header(uint64_t firstAccess) {
             .append(name)
             .append(" $end\n");
     };
-    for (const Wire& wire : kWires)
+    for (const Wire& wire : kWires) {
         declare("wire 1", wire.identifier, wire.name);
+    }
     for (const Tap& tap : kTaps) {
         declare("reg 4", tap.bitsIdentifier, std::string(tap.device) + "_tap [3:0]");
         declare("string 1", tap.textIdentifier, std::string(tap.device) + "_state");
@@ -67,10 +68,11 @@ std::string header(uint64_t firstAccess) {
 
 void putTap(std::string& text, const Tap& tap, const JtagLevels& levels) {
     text += 'b';
-    for (unsigned bit = kTapBits; bit-- > 0;)
+    for (unsigned bit = kTapBits; bit-- > 0;) {
         text += !levels.answers                                              ? 'x'
                 : (static_cast<unsigned>(levels.*tap.state) >> bit & 1) != 0 ? '1'
                                                                              : '0';
+    }
     text.append({' ', tap.bitsIdentifier, '\n', 's'})
         .append(levels.answers ? tapStateName(levels.*tap.state) : "unknown")
         .append({' ', tap.textIdentifier, '\n'});
@@ -80,16 +82,19 @@ void putTap(std::string& text, const Tap& tap, const JtagLevels& levels) {
 std::string changes(const JtagLevels* before, const JtagLevels& now) {
     const bool all = before == nullptr || before->answers != now.answers;
     std::string text;
-    if (!all && !now.answers)
+    if (!all && !now.answers) {
         return text;
+    }
     for (const Wire& wire : kWires) {
         const bool level = now.*wire.level;
-        if (all || before->*wire.level != level)
+        if (all || before->*wire.level != level) {
             text.append({!now.answers ? 'x' : level ? '1' : '0', wire.identifier, '\n'});
+        }
     }
     for (const Tap& tap : kTaps) {
-        if (all || before->*tap.state != now.*tap.state)
+        if (all || before->*tap.state != now.*tap.state) {
             putTap(text, tap, now);
+        }
     }
     return text;
 }
@@ -107,25 +112,30 @@ Waveform::Waveform(const RecordingRequest& request, uint64_t accesses, const Jta
       ends_(begins_ + request.microseconds * Clock::kAccessesPerMicrosecond),
       levels_(levels) {
     file_.append(header(accesses));
-    if (!advance(accesses))
+    if (!advance(accesses)) {
         throw MachineError(file_.failure());
+    }
 }
 
 void Waveform::sample(uint64_t accesses, const JtagLevels& levels) {
-    if (!advance(accesses))
+    if (!advance(accesses)) {
         return;
+    }
     if (stage_ == Stage::within) {
-        if (const std::string values = changes(&levels_, levels); !values.empty())
+        if (const std::string values = changes(&levels_, levels); !values.empty()) {
             put(accesses, values);
+        }
     }
     levels_ = levels;
 }
 
 void Waveform::end(uint64_t accesses) {
-    if (advance(accesses) && stage_ == Stage::within)
+    if (advance(accesses) && stage_ == Stage::within) {
         put(accesses, {});
-    if (!file_.failure().empty())
+    }
+    if (!file_.failure().empty()) {
         throw MachineError(file_.failure());
+    }
 }
 
 bool Waveform::advance(uint64_t accesses) {

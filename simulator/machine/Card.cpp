@@ -55,17 +55,21 @@ void Card::resume(const std::optional<FpgaConfiguration>& running, uint32_t jtag
 
 void Card::timePassed() {
     chain_.prom().timePassed();
-    if (!hasPower_ || faults_.all().empty())
+    if (!hasPower_ || faults_.all().empty()) {
         return;
+    }
     const bool powerWasLost = faults_.hasStruck(FaultKind::powerLost);
     const bool anyStruck = faults_.strike(clock_.accesses(), chain_.state().clocks);
-    if (anyStruck)
+    if (anyStruck) {
         meetFaults();
-    if (const auto access = faults_.nextCount(Fault::When::atAccess))
+    }
+    if (const auto access = faults_.nextCount(Fault::When::atAccess)) {
         clock_.wakeAt(*access);
+    }
     chain_.wakeAfterClock(faults_.nextCount(Fault::When::atClock));
-    if (!powerWasLost && faults_.hasStruck(FaultKind::powerLost))
+    if (!powerWasLost && faults_.hasStruck(FaultKind::powerLost)) {
         onPowerLost_();
+    }
 }
 
 void Card::inject(const Fault& fault) {
@@ -92,20 +96,23 @@ void Card::meetFaults() {
 }
 
 void Card::beginRecording() {
-    if (!recordingRequest_)
+    if (!recordingRequest_) {
         return;
+    }
     recording_ = std::make_unique<Waveform>(*recordingRequest_, clock_.accesses(), jtagLevels());
     recordingRequest_.reset();
 }
 
 void Card::endRecording() {
-    if (const auto recording = std::move(recording_))
+    if (const auto recording = std::move(recording_)) {
         recording->end(clock_.accesses());
+    }
 }
 
 JtagLevels Card::jtagLevels() const {
-    if (!answers_)
+    if (!answers_) {
         return {};
+    }
     const auto output = [this](uint32_t signal) { return (jtagOutput_ & signal) != 0; };
     return {.answers = true,
             .tck = output(registers::kTck),
@@ -129,15 +136,17 @@ RegisterWindow* Card::window(uint32_t memoryType) {
 }
 
 void Card::storeRegister(uint32_t offset, uint32_t word) {
-    if (offset != registers::kJtagOutput || !answers_)
+    if (offset != registers::kJtagOutput || !answers_) {
         return;
+    }
     registers_.put(offset, word);
     jtagOutput_ = inCardsOrder(word);
     chain_.drive((jtagOutput_ & registers::kTck) != 0, (jtagOutput_ & registers::kTms) != 0,
                  ((jtagOutput_ | heldHigh_) & registers::kTdi) != 0);
     presentTdo();
-    if (recording_ != nullptr) [[unlikely]]
-        recordLevels();
+    if (recording_ != nullptr) {
+        [[unlikely]] recordLevels();
+    }
 }
 
 uint32_t Card::inCardsOrder(uint32_t value) const {
@@ -146,8 +155,9 @@ uint32_t Card::inCardsOrder(uint32_t value) const {
 
 void Card::presentRegisters() {
     fillRegisters();
-    if (recording_ != nullptr)
+    if (recording_ != nullptr) {
         recordLevels();
+    }
 }
 
 void Card::fillRegisters() {

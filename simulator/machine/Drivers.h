@@ -41,8 +41,9 @@ struct Drivers {
     }
 
     void letPass(uint32_t seconds) {
-        for (auto& [identifier, driver] : loaded)
+        for (auto& [identifier, driver] : loaded) {
             driver.secondsToAttach -= std::min(seconds, driver.secondsToAttach);
+        }
     }
 };
 

@@ -19,8 +19,9 @@ Machine::Machine() {
 }
 
 void Machine::timePassed() {
-    for (const auto& card : cards_)
+    for (const auto& card : cards_) {
         card->timePassed();
+    }
 }
 
 Card& Machine::addCard(Board board, PromCells cells) {
@@ -35,25 +36,30 @@ void Machine::removeCard(std::size_t index) {
 }
 
 void Machine::powerOn() {
-    if (std::exchange(on_, true))
+    if (std::exchange(on_, true)) {
         return;
-    for (const auto& card : cards_)
+    }
+    for (const auto& card : cards_) {
         card->powerUp();
+    }
     timePassed();  // only now that all are up, since a fault can switch them off again
 }
 
 void Machine::powerOff() {
-    if (!std::exchange(on_, false))
+    if (!std::exchange(on_, false)) {
         return;
+    }
     drivers_.loaded.clear();
-    for (const auto& card : cards_)
+    for (const auto& card : cards_) {
         card->powerOff();
+    }
 }
 
 void Machine::losePower() {
     powerOff();
-    if (programEnds_)
+    if (programEnds_) {
         programEnds_();
+    }
 }
 
 void Machine::resume() {
@@ -68,23 +74,27 @@ void Machine::beginRecordings() {
             const auto isSame = [&](const std::string& file) {
                 return files::isSameFile(file, request->file);
             };
-            if (std::ranges::any_of(taken, isSame))
+            if (std::ranges::any_of(taken, isSame)) {
                 throw MachineError(request->file + ": two cards are to be recorded there.");
+            }
             taken.push_back(request->file);
         }
     }
-    for (const auto& card : cards_)
+    for (const auto& card : cards_) {
         card->beginRecording();
+    }
 }
 
 void Machine::endRecordings() {
-    for (const auto& card : cards_)
+    for (const auto& card : cards_) {
         card->endRecording();
+    }
 }
 
 std::vector<Host::Process> Machine::processes() const {
-    if (!on_)
+    if (!on_) {
         return {};
+    }
     return {{0x40001, "WindowServer"},    {0x80001, kLoginProcess}, {0xC0001, "Dock"},
             {0x100001, "SystemUIServer"}, {0x140001, "Finder"},     {0x180001, "VUpdater"}};
 }
@@ -92,10 +102,12 @@ std::vector<Host::Process> Machine::processes() const {
 bool Machine::deliverShutDownEvent(uint64_t processSerialNumber) {
     const auto running = processes();
     const auto process = std::ranges::find(running, processSerialNumber, &Host::Process::serialNumber);
-    if (process == running.end())
+    if (process == running.end()) {
         return false;
-    if (process->name == kLoginProcess)
+    }
+    if (process->name == kLoginProcess) {
         powerOff();
+    }
     return true;
 }
 

@@ -37,8 +37,9 @@ StoredMachine describeMachine(const Machine& machine) {
                                 .powered = std::nullopt,
                                 .faults = card.faults().all(),
                                 .recording = card.recordingRequest()});
-        if (stored.on)
+        if (stored.on) {
             stored.cards.back().powered = poweredState(card);
+        }
     }
     return stored;
 }
@@ -54,11 +55,13 @@ void restoreMachine(Machine& machine, const StoredMachine& stored,
         onAdded(card, storedCard);
         card.restoreFaults(storedCard.faults);
         card.requestRecording(storedCard.recording);
-        if (storedCard.powered)
+        if (storedCard.powered) {
             resume(card, *storedCard.powered);
+        }
     }
-    if (stored.on)
+    if (stored.on) {
         machine.resume();
+    }
 }
 
 }  // namespace simulator

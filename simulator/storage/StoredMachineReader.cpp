@@ -19,8 +19,9 @@ using Json = nlohmann::json;
 class Object {
   public:
     Object(const Json& json, std::string path) : json_(json), path_(std::move(path)) {
-        if (!json_.is_object())
+        if (!json_.is_object()) {
             throw MachineError((path_.empty() ? "the file" : path_) + " is not an object.");
+        }
     }
 
     [[noreturn]] void complain(const std::string& key, const std::string& what) const {
@@ -32,19 +33,22 @@ class Object {
     const Json& at(const std::string& key) {
         read_.insert(key);
         const auto found = json_.find(key);
-        if (found == json_.end())
+        if (found == json_.end()) {
             complain(key, "is missing.");
+        }
         return *found;
     }
 
     Object object(const std::string& key) { return {at(key), pathOf(key)}; }
 
     std::vector<Object> objects(const std::string& key) {
-        if (!at(key).is_array())
+        if (!at(key).is_array()) {
             complain(key, "is not a list.");
+        }
         std::vector<Object> objects;
-        for (const Json& json : at(key))
+        for (const Json& json : at(key)) {
             objects.emplace_back(json, pathOf(key) + '[' + std::to_string(objects.size()) + ']');
+        }
         return objects;
     }
 
@@ -52,29 +56,33 @@ class Object {
     Number number(const std::string& key, Number least = 0,
                   Number most = std::numeric_limits<Number>::max()) {
         const Json& json = at(key);
-        if (!json.is_number_unsigned() || json.get<uint64_t>() < least || json.get<uint64_t>() > most)
+        if (!json.is_number_unsigned() || json.get<uint64_t>() < least || json.get<uint64_t>() > most) {
             complain(key, "is not a whole number from " + std::to_string(least) + " to " +
                               std::to_string(most) + ".");
+        }
         return json.get<Number>();
     }
 
     bool flag(const std::string& key) {
-        if (!at(key).is_boolean())
+        if (!at(key).is_boolean()) {
             complain(key, "is neither true nor false.");
+        }
         return at(key).get<bool>();
     }
 
     std::string text(const std::string& key) {
-        if (!at(key).is_string())
+        if (!at(key).is_string()) {
             complain(key, "is not a text.");
+        }
         return at(key).get<std::string>();
     }
 
     template <typename Enumeration, std::size_t count>
     Enumeration oneOf(const std::string& key, const std::array<std::string_view, count>& names) {
         const auto* found = std::ranges::find(names, text(key));
-        if (found == names.end())
+        if (found == names.end()) {
             complain(key, "is not a word that this program knows.");
+        }
         return static_cast<Enumeration>(found - names.begin());
     }
 
@@ -86,16 +94,18 @@ class Object {
             const char* const pair = digits.data() + 2 * i;
             good = std::from_chars(pair, pair + 2, content[i], 16).ptr == pair + 2;
         }
-        if (!good)
+        if (!good) {
             complain(key, "is not " + std::to_string(bytes) + " bytes in hexadecimal.");
+        }
         return content;
     }
 
     // To be called when everything has been read.
     void nothingElse() const {
         for (const auto& [key, value] : json_.items()) {
-            if (!read_.contains(key))
+            if (!read_.contains(key)) {
                 complain(key, "is a field that this program does not know.");
+            }
         }
     }
 
@@ -119,8 +129,9 @@ ShiftRegister decodeShift(Object object) {
 
 JtagDevice::State decodeJtag(Object object) {
     const auto tap = tapStateNamed(object.text("tap"));
-    if (!tap)
+    if (!tap) {
         object.complain("tap", "is not a state of a TAP controller.");
+    }
     JtagDevice::State state{.tap = *tap,
                             .instruction = object.number<uint32_t>("instruction"),
                             .tdo = object.flag("tdo"),
@@ -156,8 +167,9 @@ JtagChain::State decodeChain(Object object) {
 
 FpgaConfiguration decodeConfiguration(Object object) {
     const std::string flavour = object.text("flavour");
-    if (flavour != "M" && flavour != "W")
+    if (flavour != "M" && flavour != "W") {
         object.complain("flavour", "is neither M nor W.");
+    }
     const FpgaConfiguration configuration{.modelCode = object.number<uint8_t>("modelCode"),
                                           .boardRevision = object.number<uint8_t>("boardRevision"),
                                           .flavour = flavour.front(),
@@ -169,8 +181,9 @@ FpgaConfiguration decodeConfiguration(Object object) {
 
 StoredMachine::Powered decodePowered(Object& object) {
     StoredMachine::Powered powered;
-    if (!object.at("running").is_null())
+    if (!object.at("running").is_null()) {
         powered.running = decodeConfiguration(object.object("running"));
+    }
     powered.jtagOutput = object.number<uint32_t>("jtagOutput");
     powered.chain = decodeChain(object.object("chain"));
     powered.promJtag = decodeJtag(object.object("promJtag"));
@@ -182,17 +195,22 @@ StoredMachine::Powered decodePowered(Object& object) {
 Fault decodeFault(Object object) {
     const std::string name = object.text("kind");
     const auto* const found = std::ranges::find(faultKinds(), name, &FaultKindDescription::name);
-    if (found == faultKinds().end())
+    if (found == faultKinds().end()) {
         object.complain("kind", "is not a fault that this program knows.");
+    }
     Fault fault{.kind = static_cast<FaultKind>(found - faultKinds().begin())};
-    if (found->hasCode)
+    if (found->hasCode) {
         fault.code = object.number<uint32_t>("code");
-    if (found->hasPage)
+    }
+    if (found->hasPage) {
         fault.page = object.number<uint32_t>("page", 0, kPromPages - 1);
-    if (found->hasTimes)
+    }
+    if (found->hasTimes) {
         fault.times = object.number<uint32_t>("times", 0, Fault::kMostTimes);
-    if (found->hasFactor)
+    }
+    if (found->hasFactor) {
         fault.factor = object.number<uint32_t>("factor", Fault::kLeastFactor, Fault::kMostFactor);
+    }
     fault.when = object.oneOf<Fault::When>("when", kWhenNames);
     fault.count = object.number<uint64_t>("count");
     fault.struck = object.flag("struck");
@@ -205,8 +223,9 @@ RecordingRequest decodeRecording(Object object) {
     RecordingRequest request{.file = object.text("file"),
                              .fromMicroseconds = object.number<uint64_t>("fromMicroseconds", 0, kMost),
                              .microseconds = object.number<uint64_t>("microseconds", 1, kMost)};
-    if (!request.file.starts_with('/') || request.file.find('\0') != std::string::npos)
+    if (!request.file.starts_with('/') || request.file.find('\0') != std::string::npos) {
         object.complain("file", "is not an absolute path.");
+    }
     object.nothingElse();
     return request;
 }
@@ -222,16 +241,20 @@ StoredMachine::Card decodeCard(Object object, bool on) {
         .faults = {},
         .recording = std::nullopt};
     if (!card.promFile.ends_with(".prom") ||
-        card.promFile.find_first_of(std::string_view("/\0", 2)) != std::string::npos)
+        card.promFile.find_first_of(std::string_view("/\0", 2)) != std::string::npos) {
         object.complain("promFile", "is not a plain file name that ends in .prom.");
-    if (on)
-        card.powered = decodePowered(object);
-    if (object.has("faults")) {
-        for (const Object& fault : object.objects("faults"))
-            card.faults.push_back(decodeFault(fault));
     }
-    if (object.has("recording"))
+    if (on) {
+        card.powered = decodePowered(object);
+    }
+    if (object.has("faults")) {
+        for (const Object& fault : object.objects("faults")) {
+            card.faults.push_back(decodeFault(fault));
+        }
+    }
+    if (object.has("recording")) {
         card.recording = decodeRecording(object.object("recording"));
+    }
     object.nothingElse();
     return card;
 }
@@ -246,8 +269,9 @@ Drivers decodeDrivers(Object object, bool on) {
         for (Object driver : object.objects("loaded")) {
             const Drivers::Loaded loaded{.serviceClass = driver.text("serviceClass"),
                                          .secondsToAttach = driver.number<uint32_t>("secondsToAttach")};
-            if (!drivers.loaded.emplace(driver.text("identifier"), loaded).second)
+            if (!drivers.loaded.emplace(driver.text("identifier"), loaded).second) {
                 driver.complain("identifier", "belongs to another driver already.");
+            }
             driver.nothingElse();
         }
     }
@@ -257,8 +281,9 @@ Drivers decodeDrivers(Object object, bool on) {
 
 Ledger::Entry decodeEntry(Object object) {
     const auto misuse = misuseNamed(object.text("misuse"));
-    if (!misuse)
+    if (!misuse) {
         object.complain("misuse", "is not a misuse that this program knows.");
+    }
     Ledger::Entry entry{.misuse = *misuse,
                         .card = object.text("card"),
                         .detail = object.text("detail"),
@@ -303,22 +328,26 @@ Json parse(std::string_view text) {
 StoredMachine decodeMachine(std::string_view text) {
     const Json json = parse(text);
     Object object(json, "");
-    if (object.number<uint32_t>("format") != kMachineFormat)
+    if (object.number<uint32_t>("format") != kMachineFormat) {
         object.complain("format", "is not " + std::to_string(kMachineFormat) +
                                       "; another version of this program made the machine.");
+    }
     StoredMachine machine;
     machine.on = object.flag("on");
     machine.accesses = object.number<uint64_t>("accesses");
-    if (object.has("drivers"))
+    if (object.has("drivers")) {
         machine.drivers = decodeDrivers(object.object("drivers"), machine.on);
+    }
     std::set<std::string> promFiles;
     for (const Object& card : object.objects("cards")) {
         machine.cards.push_back(decodeCard(card, machine.on));
-        if (!promFiles.insert(machine.cards.back().promFile).second)
+        if (!promFiles.insert(machine.cards.back().promFile).second) {
             card.complain("promFile", "belongs to another card already.");
+        }
     }
-    for (const Object& entry : object.objects("ledger"))
+    for (const Object& entry : object.objects("ledger")) {
         machine.ledger.push_back(decodeEntry(entry));
+    }
     object.nothingElse();
     return machine;
 }

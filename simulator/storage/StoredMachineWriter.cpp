@@ -52,8 +52,9 @@ Json encode(const JtagChain::State& state) {
 }
 
 Json encode(const std::optional<FpgaConfiguration>& configuration) {
-    if (!configuration)
+    if (!configuration) {
         return nullptr;
+    }
     return {{"modelCode", configuration->modelCode},
             {"boardRevision", configuration->boardRevision},
             {"flavour", std::string(1, configuration->flavour)},
@@ -64,14 +65,18 @@ Json encode(const std::optional<FpgaConfiguration>& configuration) {
 Json encode(const Fault& fault) {
     const FaultKindDescription& kind = describe(fault.kind);
     Json json{{"kind", kind.name}};
-    if (kind.hasCode)
+    if (kind.hasCode) {
         json["code"] = fault.code;
-    if (kind.hasPage)
+    }
+    if (kind.hasPage) {
         json["page"] = fault.page;
-    if (kind.hasTimes)
+    }
+    if (kind.hasTimes) {
         json["times"] = fault.times;
-    if (kind.hasFactor)
+    }
+    if (kind.hasFactor) {
         json["factor"] = fault.factor;
+    }
     json["when"] = kWhenNames[static_cast<std::size_t>(fault.when)];
     json["count"] = fault.count;
     json["struck"] = fault.struck;
@@ -95,12 +100,14 @@ Json encode(const StoredMachine::Card& card) {
         json["prom"] = encode(card.powered->prom);
         json["fpgaJtag"] = encode(card.powered->fpgaJtag);
     }
-    if (!card.faults.empty())
+    if (!card.faults.empty()) {
         json["faults"] = encodeAll(card.faults);
-    if (card.recording)
+    }
+    if (card.recording) {
         json["recording"] = {{"file", card.recording->file},
                              {"fromMicroseconds", card.recording->fromMicroseconds},
                              {"microseconds", card.recording->microseconds}};
+    }
     return json;
 }
 
@@ -111,10 +118,11 @@ Json encode(const Drivers& drivers, bool on) {
         {"privateDriverFault", kDriverFaultNames[static_cast<std::size_t>(drivers.privateDriverFault)]}};
     if (on) {
         json["loaded"] = Json::array();
-        for (const auto& [identifier, driver] : drivers.loaded)
+        for (const auto& [identifier, driver] : drivers.loaded) {
             json["loaded"].push_back({{"identifier", identifier},
                                       {"serviceClass", driver.serviceClass},
                                       {"secondsToAttach", driver.secondsToAttach}});
+        }
     }
     return json;
 }
@@ -130,8 +138,9 @@ Json encode(const Ledger::Entry& entry) {
 template <typename Element>
 Json encodeAll(const std::vector<Element>& elements) {
     Json json = Json::array();
-    for (const Element& element : elements)
+    for (const Element& element : elements) {
         json.push_back(encode(element));
+    }
     return json;
 }
 

@@ -32,8 +32,9 @@ TEST_F(FaultTest, StrikesWhenItIsToldTo) {
         card().inject({.kind = FaultKind::tdoStuckLow, .when = when, .count = count});
     };
     inject(Fault::When::atAccess, machine_.accesses() + 3);
-    for (const bool high : {true, true, false, false})
+    for (const bool high : {true, true, false, false}) {
         EXPECT_EQ(probe_->tdo(), high);
+    }
     inject(Fault::When::atClock, chain().state().clocks + 2);
     for (const bool high : {true, false, false}) {
         probe_->clock(false);
@@ -50,8 +51,9 @@ TEST_F(FaultTest, StrikesWhenItIsToldTo) {
     machine_.powerOn();
     probe_->reset();
     EXPECT_TRUE(probe_->tdo());
-    for (uint64_t clocks = chain().state().clocks; clocks < card().faults().all()[0].count; ++clocks)
+    for (uint64_t clocks = chain().state().clocks; clocks < card().faults().all()[0].count; ++clocks) {
         probe_->clock(false);
+    }
     EXPECT_FALSE(probe_->tdo());
 }
 

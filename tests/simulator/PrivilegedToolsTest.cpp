@@ -37,8 +37,9 @@ class PrivilegedToolsTest : public testing::Test {
     int run(const std::string& tool, const std::vector<std::string>& arguments) {
         testing::internal::CaptureStderr();
         int status = -1;
-        if (host_.runPrivilegedTool(tool, arguments))
+        if (host_.runPrivilegedTool(tool, arguments)) {
             status = ::wait(&status) > 0 && WIFEXITED(status) ? WEXITSTATUS(status) : -2;
+        }
         EXPECT_EQ(status <= 0, testing::internal::GetCapturedStderr().empty());
         return status;
     }
@@ -90,8 +91,9 @@ TEST_F(PrivilegedToolsTest, OnlyAWellFormedBundleOfRootIsLoaded) {
     writeBundle("");
     EXPECT_EQ(load(), 1);
     std::string deep;
-    for (int level = 0; level < 1'000'000; ++level)
+    for (int level = 0; level < 1'000'000; ++level) {
         deep += "<dict>";
+    }
     for (const std::string& text : {std::string("<plist><dict>"), std::string("<plist/>"), deep}) {
         std::ofstream(bundle_ / "Contents/Info.plist") << text;
         EXPECT_EQ(load(), 1);

@@ -43,12 +43,14 @@ class Probe {
 
     // One cycle that ends low; makes three stores.
     void clock(bool tms, bool tdi = false) {
-        for (const bool tck : {false, true, false})
+        for (const bool tck : {false, true, false}) {
             drive(tck, tms, tdi);
+        }
     }
     void clocks(std::initializer_list<int> tms) {
-        for (const int level : tms)
+        for (const int level : tms) {
             clock(level != 0);
+        }
     }
 
     // To Run-Test/Idle from anywhere.
@@ -85,13 +87,15 @@ class Probe {
     }
     uint32_t data(uint32_t value, std::size_t bits) {
         uint32_t held = 0;
-        for (const Bits out = promData(bitsOf(value, bits)); bits-- > 0;)
+        for (const Bits out = promData(bitsOf(value, bits)); bits-- > 0;) {
             held = held << 1 | static_cast<uint32_t>(out[bits]);
+        }
         return held;
     }
     void wait(uint64_t microseconds, uint64_t accessesFewer = 0) {
-        for (uint64_t accesses = microseconds * 3 - accessesFewer; accesses > 0; --accesses)
+        for (uint64_t accesses = microseconds * 3 - accessesFewer; accesses > 0; --accesses) {
             read(0x100);
+        }
     }
 
     // An instruction and its data register; returns what the register held.
@@ -102,12 +106,14 @@ class Probe {
     std::vector<uint8_t> scanPage(uint32_t code, std::span<const uint8_t> content) {
         instruction(code);
         Bits in;
-        for (const uint8_t byte : content)
+        for (const uint8_t byte : content) {
             std::ranges::copy(bitsOf(byte, 8), std::back_inserter(in));
+        }
         const Bits out = promData(in);
         std::vector<uint8_t> held(content.size());
-        for (std::size_t i = 0; i < out.size(); ++i)
+        for (std::size_t i = 0; i < out.size(); ++i) {
             held[i / 8] = static_cast<uint8_t>(held[i / 8] | out[i] << (i % 8));
+        }
         return held;
     }
 
@@ -136,8 +142,9 @@ class Probe {
 
     static Bits bitsOf(uint32_t value, std::size_t bits) {
         Bits list;
-        for (std::size_t i = 0; i < bits; ++i)
+        for (std::size_t i = 0; i < bits; ++i) {
             list.push_back((value >> i & 1) != 0);
+        }
         return list;
     }
 
@@ -179,8 +186,9 @@ class ProbedMachineTest : public testing::Test {
     }
     std::vector<Misuse> misuses() {
         std::vector<Misuse> found;
-        for (const auto& entry : machine_.ledger().entries())
+        for (const auto& entry : machine_.ledger().entries()) {
             found.insert(found.end(), static_cast<std::size_t>(entry.times), entry.misuse);
+        }
         return found;
     }
 

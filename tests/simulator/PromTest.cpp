@@ -120,8 +120,9 @@ TEST_F(PromTest, NothingIsWrittenOutsideProgrammingModeOrWhereNoRowIs) {
 
     probe_->enterProgramming();
     for (const uint32_t address : {0x0U, 0x20U, 0x4000U, 0x8000U, 0x4001U, 0x21U}) {
-        if (address == 0x8000)  // no row for page data; those before are none for a user code
+        if (address == 0x8000) {  // no row for page data; those before are none for a user code
             probe_->scanPage(Prom::pageDataInstruction, cellsOf(77));
+        }
         probe_->address(address);
         probe_->program();
     }

@@ -49,8 +49,9 @@ TEST_F(SimulatedHostTest, NumbersAndAddressesAreNotUsedTwice) {
         const uint32_t connection = open(0);
         EXPECT_TRUE(connections.insert(connection).second);
         EXPECT_GT(connection, 0xFFFFU) << "where no card's index is";
-        for (const uint32_t memoryType : {0U, 1U})
+        for (const uint32_t memoryType : {0U, 1U}) {
             EXPECT_TRUE(bases.insert(host_.mapMemory(connection, memoryType).value().base).second);
+        }
         EXPECT_TRUE(host_.closeConnection(connection));
         EXPECT_FALSE(host_.closeConnection(connection));
         EXPECT_FALSE(host_.closeConnection(0)) << "a card's index is no connection";
@@ -63,8 +64,9 @@ TEST_F(SimulatedHostTest, StrayAccessesReadOnesAndAreNoted) {
     const auto range = host_.mapMemory(connection, 0).value();
     auto* const base = static_cast<uint32_t*>(range.base);
     auto* const unaligned = reinterpret_cast<uint32_t*>(static_cast<char*>(range.base) + 2);
-    for (const uint32_t* stray : {static_cast<uint32_t*>(nullptr), base + range.bytes / 4, unaligned})
+    for (const uint32_t* stray : {static_cast<uint32_t*>(nullptr), base + range.bytes / 4, unaligned}) {
         EXPECT_EQ(host_.loadWord(stray), 0xFFFFFFFFU);
+    }
     EXPECT_EQ(host_.loadWord(base + 2), 0x21U);
     host_.closeConnection(connection);
     EXPECT_EQ(host_.loadWord(base), 0xFFFFFFFFU);

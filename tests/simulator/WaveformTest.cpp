@@ -22,8 +22,9 @@ class WaveformTest : public ProbedMachineTest {
              {std::pair("prom", chain().prom().tap()), std::pair("fpga", chain().fpga().tap())}) {
             values[std::string(name) + "_state"] = tapStateName(tap);
             std::string bits;
-            for (unsigned mask = 8; mask != 0; mask >>= 1)
+            for (unsigned mask = 8; mask != 0; mask >>= 1) {
                 bits += (static_cast<unsigned>(tap) & mask) != 0 ? '1' : '0';
+            }
             values[std::string(name) + "_tap"] = bits;
         }
         values["TDO"] = probe_->tdo() ? "1" : "0";
@@ -51,15 +52,19 @@ TEST_F(WaveformTest, HoldsEveryChangeOfItsWindowAtTheTimeOfItsAccess) {
         probe_->write(0x100, (step % 2) << 6 | (tms ? 0x20U : 0) | (step % 3 == 0 ? 0x10U : 0) |
                                  (step % 50 == 7 ? 0x08U : 0));
         const uint64_t accesses = machine_.accesses() - begin;
-        if (accesses >= 3 * kUntil)
+        if (accesses >= 3 * kUntil) {
             break;
+        }
         const auto before = std::exchange(values, valuesNow());
-        if (accesses < 3 * kFrom)
+        if (accesses < 3 * kFrom) {
             continue;
-        if (expected.empty())
+        }
+        if (expected.empty()) {
             expected.push_back({kFrom * 1000, before});
-        if (values != before && accesses > 3 * kFrom)
+        }
+        if (values != before && accesses > 3 * kFrom) {
             expected.push_back({(accesses * 1000 + 1) / 3, values});
+        }
         expected.back().values = values;
     }
     ASSERT_GT(expected.size(), 100U);
@@ -110,8 +115,9 @@ TEST_F(WaveformTest, AFullDiskIsNamedAtTheEndAndWhatCameBeforeIsWhole) {
     card().requestRecording(RecordingRequest{.file = file_});
     machine_.beginRecordings();
     ::setrlimit(RLIMIT_FSIZE, &narrow);
-    for (int change = 0; change < 1000; ++change)
+    for (int change = 0; change < 1000; ++change) {
         probe_->write(0x100, change % 2 == 0 ? 0x40 : 0);
+    }
     ::setrlimit(RLIMIT_FSIZE, &limit);
     std::signal(SIGXFSZ, before);
     const std::string complaint = complaintOf([this] { machine_.endRecordings(); });

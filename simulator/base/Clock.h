@@ -17,8 +17,8 @@ class Clock {
   public:
     static constexpr uint64_t kAccessesPerMicrosecond = 3;
 
-    [[nodiscard]] uint64_t accesses() const { return accesses_; }
-    [[nodiscard]] uint64_t microseconds() const { return accesses_ / kAccessesPerMicrosecond; }
+    uint64_t accesses() const { return accesses_; }
+    uint64_t microseconds() const { return accesses_ / kAccessesPerMicrosecond; }
 
     // Counts one access, before it is carried out. True when somebody has to be woken first.
     [[nodiscard]] bool tick() { return ++accesses_ >= wakeAt_; }

@@ -66,8 +66,8 @@ struct FaultKindDescription {
 constexpr std::size_t kFaultKinds = static_cast<std::size_t>(FaultKind::serviceSilent) + 1;
 
 // By kind. The names are what files and command lines use.
-[[nodiscard]] const std::array<FaultKindDescription, kFaultKinds>& faultKinds();
-[[nodiscard]] inline const FaultKindDescription& describe(FaultKind kind) {
+const std::array<FaultKindDescription, kFaultKinds>& faultKinds();
+inline const FaultKindDescription& describe(FaultKind kind) {
     return faultKinds()[static_cast<std::size_t>(kind)];
 }
 
@@ -79,24 +79,24 @@ class Faults {
     // How many went.
     std::size_t remove(FaultKind kind);
     void restore(std::vector<Fault> faults) { faults_ = std::move(faults); }
-    [[nodiscard]] const std::vector<Fault>& all() const { return faults_; }
+    const std::vector<Fault>& all() const { return faults_; }
 
-    [[nodiscard]] bool hasStruck(FaultKind kind) const { return struck(kind) != nullptr; }
+    bool hasStruck(FaultKind kind) const { return struck(kind) != nullptr; }
 
     // Has those strike whose moment has come; true when there were any.
     [[nodiscard]] bool strike(uint64_t accesses, uint64_t clocks);
     // The smallest count that one still waits for.
-    [[nodiscard]] std::optional<uint64_t> nextCount(Fault::When when) const;
+    std::optional<uint64_t> nextCount(Fault::When when) const;
 
     // As the PROM meets them.
-    [[nodiscard]] std::optional<uint32_t> foreignIdentification() const;
-    [[nodiscard]] uint32_t programmingFactor() const;
-    [[nodiscard]] bool takesPage(std::size_t page) const;
+    std::optional<uint32_t> foreignIdentification() const;
+    uint32_t programmingFactor() const;
+    bool takesPage(std::size_t page) const;
     // True when a reading of the page that begins now goes wrong, which counts it.
     [[nodiscard]] bool misreadsPage(std::size_t page);
 
   private:
-    [[nodiscard]] const Fault* struck(FaultKind kind) const;
+    const Fault* struck(FaultKind kind) const;
 
     std::vector<Fault> faults_;
 };

@@ -24,8 +24,8 @@ enum class Misuse {
 };
 
 // The word that stands for a misuse in files and listings, and back; nothing for a word that is none.
-[[nodiscard]] std::string_view misuseName(Misuse misuse);
-[[nodiscard]] std::optional<Misuse> misuseNamed(std::string_view name);
+std::string_view misuseName(Misuse misuse);
+std::optional<Misuse> misuseNamed(std::string_view name);
 
 // How a device reports a misuse; the detail is one full sentence.
 using MisuseReport = std::function<void(Misuse misuse, const std::string& detail)>;
@@ -45,8 +45,8 @@ class Ledger {
     // Enters a misuse; one that is already there with the same words is counted instead.
     void record(Misuse misuse, std::string_view card, std::string_view detail, uint64_t access);
 
-    [[nodiscard]] const std::vector<Entry>& entries() const { return entries_; }
-    [[nodiscard]] bool empty() const { return entries_.empty(); }
+    const std::vector<Entry>& entries() const { return entries_; }
+    bool empty() const { return entries_.empty(); }
     void restore(std::vector<Entry> entries) { entries_ = std::move(entries); }
     void clear() { entries_.clear(); }
 

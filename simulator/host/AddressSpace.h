@@ -17,7 +17,7 @@ class AddressSpace {
     AddressSpace& operator=(AddressSpace&&) = delete;
     ~AddressSpace();
 
-    [[nodiscard]] void* base() const { return base_; }
+    void* base() const { return base_; }
 
   private:
     void* base_;

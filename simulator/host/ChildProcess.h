@@ -15,6 +15,6 @@ namespace simulator {
 [[nodiscard]] std::optional<pid_t> startChild(const std::string& program, std::vector<std::string> arguments);
 
 // Whether a child of this process, running or ended, has not been waited for yet.
-[[nodiscard]] bool isUnwaitedFor(pid_t child);
+bool isUnwaitedFor(pid_t child);
 
 }  // namespace simulator

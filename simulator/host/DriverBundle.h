@@ -14,6 +14,6 @@ struct DriverBundle {
 };
 
 // Nothing when the folder is not the well-formed bundle of a driver (CFBundlePackageType KEXT).
-[[nodiscard]] std::optional<DriverBundle> readDriverBundle(const std::filesystem::path& folder);
+std::optional<DriverBundle> readDriverBundle(const std::filesystem::path& folder);
 
 }  // namespace simulator

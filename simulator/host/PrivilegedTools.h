@@ -28,7 +28,7 @@ class PrivilegedTools {
     [[nodiscard]] bool run(const std::string& tool, const std::vector<std::string>& arguments);
 
     // How many of the tools that were started nobody has waited for yet.
-    [[nodiscard]] std::size_t unwaitedFor() const;
+    std::size_t unwaitedFor() const;
 
   private:
     using Arguments = std::vector<std::string>;
@@ -41,7 +41,7 @@ class PrivilegedTools {
     std::string unloadDriver(const Arguments& arguments);
 
     void forgetOwners(const std::filesystem::path& top);
-    [[nodiscard]] bool rootOwnsAll(const std::filesystem::path& top) const;
+    bool rootOwnsAll(const std::filesystem::path& top) const;
 
     Drivers& drivers_;
     std::set<std::filesystem::path> ownedByRoot_;  // as user and group root:wheel

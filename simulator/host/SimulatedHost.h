@@ -54,8 +54,8 @@ class SimulatedHost final : public Host {
     void programEnded();
 
     // What has been opened and not closed, and mapped and not taken away.
-    [[nodiscard]] std::size_t openConnections() const { return connections_.size(); }
-    [[nodiscard]] std::size_t liveMappings() const;
+    std::size_t openConnections() const { return connections_.size(); }
+    std::size_t liveMappings() const;
 
   private:
     struct Mapping {
@@ -77,12 +77,12 @@ class SimulatedHost final : public Host {
 
         // Which word of the window lies at an address; `count` or more when none does. The rotation takes the
         // two bits that an aligned offset has clear to the top, where they make any other one too large.
-        [[nodiscard]] std::size_t indexOf(const void* address) const {
+        std::size_t indexOf(const void* address) const {
             return std::rotr(reinterpret_cast<uintptr_t>(address) - base, 2);
         }
     };
 
-    [[nodiscard]] bool isOpen(const Card& card) const;
+    bool isOpen(const Card& card) const;
     // Takes away what was opened through a driver that has gone.
     void closeOrphanedConnections();
     // Makes the live mapping at an address the current view; false, with a note in the ledger, when there is

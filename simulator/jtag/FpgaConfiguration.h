@@ -38,10 +38,10 @@ struct FpgaConfiguration {
 
 // The whole PROM, kPromBytes long, that configures an FPGA so. The same fields give the same bytes
 // everywhere.
-[[nodiscard]] std::vector<uint8_t> encodeConfiguration(const FpgaConfiguration& configuration);
+std::vector<uint8_t> encodeConfiguration(const FpgaConfiguration& configuration);
 
 // What an FPGA finds in a PROM's bytes; nothing when the length, the header or the checksum is wrong. Whether
 // the model fits the board is for the board to say.
-[[nodiscard]] std::optional<FpgaConfiguration> decodeConfiguration(std::span<const uint8_t> prom);
+std::optional<FpgaConfiguration> decodeConfiguration(std::span<const uint8_t> prom);
 
 }  // namespace simulator

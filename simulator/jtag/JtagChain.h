@@ -29,13 +29,13 @@ class JtagChain {
 
     // Applies the levels. A change of TCK is an edge; without one nothing happens.
     void drive(bool tck, bool tms, bool tdi);
-    [[nodiscard]] bool tdo() const { return fpga_.tdo(); }
+    bool tdo() const { return fpga_.tdo(); }
 
-    [[nodiscard]] Prom& prom() { return prom_; }
-    [[nodiscard]] const Prom& prom() const { return prom_; }
-    [[nodiscard]] Fpga& fpga() { return fpga_; }
-    [[nodiscard]] const Fpga& fpga() const { return fpga_; }
-    [[nodiscard]] const State& state() const { return state_; }
+    Prom& prom() { return prom_; }
+    const Prom& prom() const { return prom_; }
+    Fpga& fpga() { return fpga_; }
+    const Fpga& fpga() const { return fpga_; }
+    const State& state() const { return state_; }
     void restore(const State& state) { state_ = state; }
     // Wakes the machine up at the access that follows a rising edge, given by its number since power-up.
     void wakeAfterClock(std::optional<uint64_t> clock) { wakeAfterClock_ = clock.value_or(0); }

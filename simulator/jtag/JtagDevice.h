@@ -35,14 +35,14 @@ class JtagDevice {
 
     void risingEdge(bool tms, bool tdi);
     void fallingEdge();
-    [[nodiscard]] bool tdo() const { return state_.tdo; }
+    bool tdo() const { return state_.tdo; }
 
-    [[nodiscard]] TapState tap() const { return state_.tap; }
-    [[nodiscard]] uint32_t instruction() const { return state_.instruction; }
-    [[nodiscard]] std::size_t instructionBits() const { return instructionBits_; }
-    [[nodiscard]] std::size_t dataBits() const { return state_.dataShift.bits(); }  // of the last capture
+    TapState tap() const { return state_.tap; }
+    uint32_t instruction() const { return state_.instruction; }
+    std::size_t instructionBits() const { return instructionBits_; }
+    std::size_t dataBits() const { return state_.dataShift.bits(); }  // of the last capture
 
-    [[nodiscard]] const State& jtagState() const { return state_; }
+    const State& jtagState() const { return state_; }
     void restoreJtag(const State& state) { state_ = state; }
 
   protected:

@@ -69,17 +69,17 @@ class Prom final : public JtagDevice {
     // Clock and faults must outlive the PROM.
     Prom(Clock& clock, Faults& faults, PromCells cells, MisuseReport report);
 
-    [[nodiscard]] const PromCells& cells() const { return cells_; }
-    [[nodiscard]] PromCells& cells() { return cells_; }
+    const PromCells& cells() const { return cells_; }
+    PromCells& cells() { return cells_; }
 
     void powerUp();
     // Ends an operation whose time is up; one that still runs asks the clock for its moment.
     void timePassed();
 
     // True when what the present instruction's scan shifts in takes effect on Update-DR.
-    [[nodiscard]] bool loadsOnUpdate() const;
+    bool loadsOnUpdate() const;
 
-    [[nodiscard]] const State& state() const { return state_; }
+    const State& state() const { return state_; }
     void restore(const State& state);
 
   private:
@@ -88,13 +88,13 @@ class Prom final : public JtagDevice {
     void instructionUpdated() override;
     void tapMoved(TapState to) override;
 
-    [[nodiscard]] std::optional<std::size_t> pageAtAddress() const;
+    std::optional<std::size_t> pageAtAddress() const;
     // The row that a program instruction would commit to: both the address and the register loaded last
     // decide.
-    [[nodiscard]] std::optional<PromCells::Row> rowToProgram() const;
-    [[nodiscard]] std::string atAddress() const;
+    std::optional<PromCells::Row> rowToProgram() const;
+    std::string atAddress() const;
     // What the operation in flight needs beyond the data sheet's time.
-    [[nodiscard]] uint64_t extraAccesses() const;
+    uint64_t extraAccesses() const;
     void startProgram();
     void startErase();
     void complete();

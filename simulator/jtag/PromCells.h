@@ -49,14 +49,12 @@ class PromCells {
     PromCells(PromCells&&) = default;
     PromCells& operator=(PromCells&&) = delete;  // cells that are written through change by setImage()
 
-    [[nodiscard]] std::span<const uint8_t> image() const { return image_; }
-    [[nodiscard]] std::span<const uint8_t> pages() const { return image().first(kPromBytes); }
-    [[nodiscard]] std::span<const uint8_t> bytesOf(Row row) const {
-        return image().subspan(row.offset, row.bytes);
-    }
-    [[nodiscard]] uint32_t userCode() const;
-    [[nodiscard]] uint8_t protection() const { return image_[kProtectionAt] & kProtectionMask; }
-    [[nodiscard]] bool isPageErased(std::size_t number) const;
+    std::span<const uint8_t> image() const { return image_; }
+    std::span<const uint8_t> pages() const { return image().first(kPromBytes); }
+    std::span<const uint8_t> bytesOf(Row row) const { return image().subspan(row.offset, row.bytes); }
+    uint32_t userCode() const;
+    uint8_t protection() const { return image_[kProtectionAt] & kProtectionMask; }
+    bool isPageErased(std::size_t number) const;
 
     // Turns ones of a page into zeros where `data` (kPageBytes of it) has zeros.
     void programPage(std::size_t number, std::span<const uint8_t> data);

@@ -24,7 +24,7 @@ class ShiftRegister {
     void loadNumber(uint32_t number, std::size_t bits);
 
     // The bit that leaves next; an empty register holds 0.
-    [[nodiscard]] bool bottom() const { return count_ != 0 && bits_[bottom_] != 0; }
+    bool bottom() const { return count_ != 0 && bits_[bottom_] != 0; }
 
     // Drops the bottom bit and takes one in at the top.
     void shift(bool in) {
@@ -37,10 +37,10 @@ class ShiftRegister {
         }
     }
 
-    [[nodiscard]] std::size_t bits() const { return count_; }
-    [[nodiscard]] std::vector<uint8_t> bytes() const;  // (bits() + 7) / 8 of them, unused bits 0
-    void copyTo(std::span<uint8_t> bytes) const;       // the same, into so many bytes
-    [[nodiscard]] uint32_t number() const;             // the lowest 32 bits
+    std::size_t bits() const { return count_; }
+    std::vector<uint8_t> bytes() const;           // (bits() + 7) / 8 of them, unused bits 0
+    void copyTo(std::span<uint8_t> bytes) const;  // the same, into so many bytes
+    uint32_t number() const;                      // the lowest 32 bits
 
   private:
     std::array<uint8_t, kMostBits> bits_{};  // one bit each

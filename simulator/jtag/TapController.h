@@ -40,10 +40,10 @@ enum class TapState : uint8_t {
 };
 
 // The state that a rising edge of TCK leads to.
-[[nodiscard]] TapState nextTapState(TapState state, bool tms);
+TapState nextTapState(TapState state, bool tms);
 
 // The state's name in the standard, and back; nothing for a name that is none.
-[[nodiscard]] std::string_view tapStateName(TapState state);
-[[nodiscard]] std::optional<TapState> tapStateNamed(std::string_view name);
+std::string_view tapStateName(TapState state);
+std::optional<TapState> tapStateNamed(std::string_view name);
 
 }  // namespace simulator

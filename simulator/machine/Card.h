@@ -69,21 +69,21 @@ class Card {
     Card(const Card&) = delete;
     Card& operator=(const Card&) = delete;
 
-    [[nodiscard]] const Board& board() const { return board_; }
+    const Board& board() const { return board_; }
     // Changes what is soldered. The model code stays.
     void setBoard(Board board);
     // The configuration that the FPGA took at power-up; nothing without power, or when it found none for it.
-    [[nodiscard]] const std::optional<FpgaConfiguration>& running() const { return running_; }
+    const std::optional<FpgaConfiguration>& running() const { return running_; }
     // The identity is the PROM's user code.
-    [[nodiscard]] uint32_t identity() const { return cells().userCode(); }
-    [[nodiscard]] uint8_t protection() const { return cells().protection(); }
-    [[nodiscard]] const PromCells& cells() const { return chain_.prom().cells(); }
-    [[nodiscard]] PromCells& cells() { return chain_.prom().cells(); }
-    [[nodiscard]] const JtagChain& chain() const { return chain_; }
-    [[nodiscard]] JtagChain& chain() { return chain_; }
+    uint32_t identity() const { return cells().userCode(); }
+    uint8_t protection() const { return cells().protection(); }
+    const PromCells& cells() const { return chain_.prom().cells(); }
+    PromCells& cells() { return chain_.prom().cells(); }
+    const JtagChain& chain() const { return chain_; }
+    JtagChain& chain() { return chain_; }
 
     // The configuration in the PROM that this board's FPGA would take; nothing when it would take none.
-    [[nodiscard]] std::optional<FpgaConfiguration> acceptableConfiguration() const;
+    std::optional<FpgaConfiguration> acceptableConfiguration() const;
 
     void powerUp();
     void powerOff();
@@ -93,7 +93,7 @@ class Card {
     // Looks after the operation and the faults whose moment has come.
     void timePassed();
 
-    [[nodiscard]] const Faults& faults() const { return faults_; }
+    const Faults& faults() const { return faults_; }
     // A fault for whose moment it is too late already strikes now, if there is power.
     void inject(const Fault& fault);
     // Carries on with the faults of an earlier run, before resume().
@@ -103,29 +103,27 @@ class Card {
 
     // What is to be recorded of the next run; beginRecording() takes it and makes the file, or throws
     // MachineError and leaves it.
-    [[nodiscard]] const std::optional<RecordingRequest>& recordingRequest() const {
-        return recordingRequest_;
-    }
+    const std::optional<RecordingRequest>& recordingRequest() const { return recordingRequest_; }
     void requestRecording(std::optional<RecordingRequest> request) { recordingRequest_ = std::move(request); }
     void beginRecording();
     // Throws MachineError when the recording could not be written to its end.
     void endRecording();
 
     // The register value, in its numeric sense, that was last written to the JTAG output.
-    [[nodiscard]] uint32_t jtagOutput() const { return jtagOutput_; }
+    uint32_t jtagOutput() const { return jtagOutput_; }
 
     // Memory range 0 or 1; null for any other. Loads come from the window itself, stores to range 0 go to
     // storeRegister, those to range 1 nowhere. It lives as long as the card.
-    [[nodiscard]] RegisterWindow* window(uint32_t memoryType);
+    RegisterWindow* window(uint32_t memoryType);
     void storeRegister(uint32_t offset, uint32_t word);
 
   private:
-    [[nodiscard]] uint32_t inCardsOrder(uint32_t value) const;
+    uint32_t inCardsOrder(uint32_t value) const;
     void presentRegisters();
     void fillRegisters();
     void presentTdo();
     void meetFaults();
-    [[nodiscard]] JtagLevels jtagLevels() const;
+    JtagLevels jtagLevels() const;
     [[gnu::noinline]] void recordLevels() { recording_->sample(clock_.accesses(), jtagLevels()); }
 
     Board board_;

@@ -32,7 +32,7 @@ struct Drivers {
     std::map<std::string, Loaded> loaded;
 
     // Whether the cards publish services of a class.
-    [[nodiscard]] bool publish(std::string_view serviceClass) const {
+    bool publish(std::string_view serviceClass) const {
         return (resident && serviceClass == card_driver::kServiceClass) ||
                (privateDriverFault != PrivateDriverFault::publishesNothing &&
                 std::ranges::any_of(loaded, [serviceClass](const auto& entry) {

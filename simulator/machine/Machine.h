@@ -28,11 +28,11 @@ class Machine {
     Card& addCard(Board board, PromCells cells);
     // Pulls a card out, which only a machine that is off allows too.
     void removeCard(std::size_t index);
-    [[nodiscard]] std::size_t cardCount() const { return cards_.size(); }
-    [[nodiscard]] Card& card(std::size_t index) { return *cards_.at(index); }
-    [[nodiscard]] const Card& card(std::size_t index) const { return *cards_.at(index); }
+    std::size_t cardCount() const { return cards_.size(); }
+    Card& card(std::size_t index) { return *cards_.at(index); }
+    const Card& card(std::size_t index) const { return *cards_.at(index); }
 
-    [[nodiscard]] bool isOn() const { return on_; }
+    bool isOn() const { return on_; }
     // Both change nothing when the machine already is so. Each power-up has every FPGA configure itself anew;
     // switching off breaks off whatever a PROM is doing.
     void powerOn();
@@ -49,17 +49,17 @@ class Machine {
     void beginRecordings();
     void endRecordings();
 
-    [[nodiscard]] Clock& clock() { return clock_; }
-    [[nodiscard]] uint64_t accesses() const { return clock_.accesses(); }
-    [[nodiscard]] uint64_t microseconds() const { return clock_.microseconds(); }
-    [[nodiscard]] Drivers& drivers() { return drivers_; }
-    [[nodiscard]] const Drivers& drivers() const { return drivers_; }
+    Clock& clock() { return clock_; }
+    uint64_t accesses() const { return clock_.accesses(); }
+    uint64_t microseconds() const { return clock_.microseconds(); }
+    Drivers& drivers() { return drivers_; }
+    const Drivers& drivers() const { return drivers_; }
 
-    [[nodiscard]] Ledger& ledger() { return ledger_; }
-    [[nodiscard]] const Ledger& ledger() const { return ledger_; }
+    Ledger& ledger() { return ledger_; }
+    const Ledger& ledger() const { return ledger_; }
 
     // What runs while the machine is on, in the order in which the system lists it. Serial numbers stay.
-    [[nodiscard]] std::vector<Host::Process> processes() const;
+    std::vector<Host::Process> processes() const;
     // Hands the shut-down event to a process; the login process switches the machine off, the others take no
     // notice. False when there is no such process.
     bool deliverShutDownEvent(uint64_t processSerialNumber);

@@ -20,17 +20,17 @@ class RegisterWindow {
     RegisterWindow(const RegisterWindow&) = delete;  // the bus holds on to the words
     RegisterWindow& operator=(const RegisterWindow&) = delete;
 
-    [[nodiscard]] uint32_t bytes() const { return static_cast<uint32_t>(words_.size() * sizeof(uint32_t)); }
+    uint32_t bytes() const { return static_cast<uint32_t>(words_.size() * sizeof(uint32_t)); }
 
     // By offset in bytes, a multiple of four; with the byte at the lowest address as the word's most
     // significant one.
-    [[nodiscard]] uint32_t at(uint32_t offset) const { return words_[offset / sizeof(uint32_t)]; }
+    uint32_t at(uint32_t offset) const { return words_[offset / sizeof(uint32_t)]; }
     void put(uint32_t offset, uint32_t word) { words_[offset / sizeof(uint32_t)] = word; }
 
     void fill(uint32_t word) { std::ranges::fill(words_, word); }
 
     // For the bus, which loads from them. They stay where they are.
-    [[nodiscard]] std::span<const uint32_t> words() const { return words_; }
+    std::span<const uint32_t> words() const { return words_; }
 
   private:
     std::vector<uint32_t> words_;

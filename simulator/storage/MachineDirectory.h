@@ -45,16 +45,16 @@ class MachineDirectory {
     MachineDirectory(const MachineDirectory&) = delete;
     MachineDirectory& operator=(const MachineDirectory&) = delete;
 
-    [[nodiscard]] Machine& machine() { return machine_; }
-    [[nodiscard]] const Machine& machine() const { return machine_; }
+    Machine& machine() { return machine_; }
+    const Machine& machine() const { return machine_; }
 
     // Whether another process had the machine open when it was viewed. The cells are then those of that
     // moment, and the rest is what that process saved last.
-    [[nodiscard]] bool isInUse() const { return isInUse_; }
+    bool isInUse() const { return isInUse_; }
 
     // Whether something written to a path would take the place of one of the machine's own files, by
     // whatever name or link.
-    [[nodiscard]] bool owns(const std::filesystem::path& path) const;
+    bool owns(const std::filesystem::path& path) const;
 
     // Takes a card out of a machine that is off; its PROM's file goes with the next save().
     void removeCard(std::size_t index);
@@ -75,7 +75,7 @@ class MachineDirectory {
 
     void lock() const;
     void load();
-    [[nodiscard]] std::string unusedPromName() const;
+    std::string unusedPromName() const;
     // Keeps track of the card's commits from now on.
     void attachPromFile(Card& card, const std::string& name);
     // Finds out whether the file is what it should be, and writes if so. If not, the file is behind.

@@ -51,7 +51,7 @@ struct StoredMachine {
 };
 
 // A machine as it is; the names of the PROM files are left to the caller.
-[[nodiscard]] StoredMachine describeMachine(const Machine& machine);
+StoredMachine describeMachine(const Machine& machine);
 
 // Has a new machine carry on as a stored one. Each card is given its cells, and is then the caller's to
 // attach a file to before it carries on.
@@ -59,9 +59,9 @@ void restoreMachine(Machine& machine, const StoredMachine& stored,
                     const std::function<PromCells(const StoredMachine::Card&)>& cellsOf,
                     const std::function<void(Card&, const StoredMachine::Card&)>& onAdded);
 
-[[nodiscard]] std::string encodeMachine(const StoredMachine& machine);
+std::string encodeMachine(const StoredMachine& machine);
 
 // Throws MachineError, in words to follow the file's name, when the text is no machine.
-[[nodiscard]] StoredMachine decodeMachine(std::string_view text);
+StoredMachine decodeMachine(std::string_view text);
 
 }  // namespace simulator

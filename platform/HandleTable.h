@@ -16,12 +16,12 @@ template <typename Handle, typename Object>
 class HandleTable {
   public:
     // Tables whose handles must not be confused begin at different places less than 4 apart.
-    explicit HandleTable(uint32_t first = 0x10003) : next_(first) {}
+    explicit HandleTable(uint32_t first = 0x10003) : mNext(first) {}
 
     Handle add(Object object) {
-        const uintptr_t number = next_;
-        next_ += 4;
-        entries_.emplace(number, std::move(object));
+        const uintptr_t number = mNext;
+        mNext += 4;
+        mEntries.emplace(number, std::move(object));
         if constexpr (std::is_pointer_v<Handle>) {
             return std::bit_cast<Handle>(number);
         } else {
@@ -30,14 +30,14 @@ class HandleTable {
     }
 
     Object* find(Handle handle) {
-        const auto entry = entries_.find(numberOf(handle));
-        return entry == entries_.end() ? nullptr : &entry->second;
+        const auto entry = mEntries.find(numberOf(handle));
+        return entry == mEntries.end() ? nullptr : &entry->second;
     }
 
     // Destroys the object; false when there is none.
-    bool release(Handle handle) { return entries_.erase(numberOf(handle)) != 0; }
+    bool release(Handle handle) { return mEntries.erase(numberOf(handle)) != 0; }
 
-    std::size_t size() const { return entries_.size(); }
+    std::size_t size() const { return mEntries.size(); }
 
   private:
     static uintptr_t numberOf(Handle handle) {
@@ -48,6 +48,6 @@ class HandleTable {
         }
     }
 
-    std::map<uintptr_t, Object> entries_;
-    uintptr_t next_;
+    std::map<uintptr_t, Object> mEntries;
+    uintptr_t mNext;
 };

@@ -10,9 +10,8 @@
 
 #include "app/UpdaterMain.h"
 #include "app/hosts/AdministratorPrompt.h"
-#include "app/hosts/ProcessSetUp.h"
+#include "app/hosts/HostProcess.h"
 #include "framework/widgets/UDisplay.h"
-#include "platform/ExecutableBundle.h"
 #include "platform/Host.h"
 #include "simulator/host/SimulatedHost.h"
 #include "simulator/storage/MachineDirectory.h"

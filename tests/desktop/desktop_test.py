@@ -107,7 +107,7 @@ class Machine:
 
 
 def image_of(programs):
-    return programs / "VUpdater.app/Contents/Resources" / IMAGE
+    return programs / "vupdater-simulated.app/Contents/Resources" / IMAGE
 
 
 def slow_programs(programs, folder, programming=1_000_000, reading=0):
@@ -117,7 +117,7 @@ def slow_programs(programs, folder, programming=1_000_000, reading=0):
     real time on an idle computer; without a wait, reading back takes less than one.
     """
     slow = folder / "slow"
-    shutil.copytree(programs / "VUpdater.app", slow / "VUpdater.app")
+    shutil.copytree(programs / "vupdater-simulated.app", slow / "vupdater-simulated.app")
     for program in ("vupdater-simulated", "cardsim"):
         shutil.copy2(programs / program, slow)
     listing = subprocess.run([programs / "xsvf", "list", image_of(programs)], check=True, capture_output=True,

@@ -141,11 +141,11 @@ TEST(Layout, NothingReachesBeyondASmallScreen) {
             shown.push_back(QApplication::activeWindow());
         }
         const QRect screen = window.screen()->availableGeometry();
-        std::unique_ptr<LDialogBox> administrator;
+        std::unique_ptr<LDialogBox> alert;
         if (factor < 3) {
-            administrator = LDialogBox::CreateDialog("dialog", 200, &application);
-            administrator->adjustSize();
-            shown.push_back(administrator.get());
+            alert = LDialogBox::CreateDialog("alert", 130, &application);
+            alert->adjustSize();
+            shown.push_back(alert.get());
         }
         for (const QWidget* widget : shown) {
             EXPECT_TRUE(screen.contains(QRect(screen.topLeft(), widget->frameSize()))) << factor;

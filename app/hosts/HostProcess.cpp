@@ -1,4 +1,4 @@
-#include "app/hosts/ProcessSetUp.h"
+#include "app/hosts/HostProcess.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <csignal>
 #include <initializer_list>
+#include <system_error>
 
 namespace {
 
@@ -36,4 +37,11 @@ void SetUpProcess() {
     setHandler(SIGPIPE, carryOn);
     setHandler(SIGXFSZ, carryOn);
     setHandler(SIGCHLD, SIG_DFL);
+}
+
+std::filesystem::path BundleBesideExecutable() {
+    std::error_code error;
+    auto bundle = std::filesystem::read_symlink("/proc/self/exe", error);
+    bundle += ".app";
+    return std::filesystem::is_directory(bundle, error) ? bundle : std::filesystem::path();
 }

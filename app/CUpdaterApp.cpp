@@ -1,13 +1,14 @@
 #include "app/CUpdaterApp.h"
 
-#include "app/PaneIDs.h"
+#include "app/ApplicationHooks.h"
 #include "app/ResourceIDs.h"
-#include "app/WindowText.h"
+#include "app/logic/CardValues.h"
 #include "app/logic/FirmwareFiles.h"
 #include "app/logic/PowerDown.h"
 #include "card/CardAccess.h"
 #include "card/Registers.h"
 #include "card/kExtLoadUnload.h"
+#include "catalogue/CardIdentity.h"
 #include "framework/core/LException.h"
 #include "framework/core/UEnvironment.h"
 #include "framework/core/URegistrar.h"
@@ -39,7 +40,14 @@ CUpdaterApp::CUpdaterApp() {
         RegisterAppearanceClient();
     }
     RegisterClasses();
+    // What an earlier application object found does not count for this one.
     gpRegisters = nullptr;
+    gbSwap = 0;
+    gusDeviceID = 0;
+    gusPCBRev = 0;
+    gSerialNumber = catalogue::kNoIdentity;
+    gNewFirmware = kNoFirmware;
+    gusNewFirmwareRev = 0;
 }
 
 CUpdaterApp::~CUpdaterApp() {

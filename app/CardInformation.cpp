@@ -2,11 +2,9 @@
 
 #include <cstdio>
 
-#include "app/Alert.h"
+#include "app/ApplicationHooks.h"
 #include "app/CUpdaterApp.h"
-#include "app/PaneIDs.h"
 #include "app/ResourceIDs.h"
-#include "app/WindowText.h"
 #include "app/logic/CardValues.h"
 #include "app/logic/FirmwareFiles.h"
 #include "app/logic/WriteTime.h"

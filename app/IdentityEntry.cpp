@@ -1,6 +1,6 @@
 // CUpdaterApp's identity entry: asking for the serial number of a card that carries none.
 
-#include "app/Alert.h"
+#include "app/ApplicationHooks.h"
 #include "app/CUpdaterApp.h"
 #include "app/ResourceIDs.h"
 #include "app/logic/CardValues.h"

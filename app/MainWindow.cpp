@@ -4,9 +4,9 @@
 
 #include <QScopedValueRollback>
 
+#include "app/ApplicationHooks.h"
 #include "app/CUpdaterApp.h"
-#include "app/PaneIDs.h"
-#include "app/WindowText.h"
+#include "app/ResourceIDs.h"
 #include "app/logic/FormatText.h"
 #include "card/CardAccess.h"
 #include "framework/core/LException.h"

@@ -1,9 +1,8 @@
 // CUpdaterApp's firmware update: load, confirm, write.
 
-#include "app/Alert.h"
+#include "app/ApplicationHooks.h"
 #include "app/CUpdaterApp.h"
-#include "app/PaneIDs.h"
-#include "app/Progress.h"
+#include "app/ResourceIDs.h"
 #include "app/logic/CardValues.h"
 #include "app/logic/FirmwareFiles.h"
 #include "app/logic/FirmwareImage.h"

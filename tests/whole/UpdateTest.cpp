@@ -8,7 +8,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "app/Progress.h"
+#include "app/ApplicationHooks.h"
 #include "framework/widgets/LApplication.h"
 #include "hw/ApplicationHooks.h"
 #include "tests/whole/FirstCardUpdate.h"

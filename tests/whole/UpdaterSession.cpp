@@ -25,7 +25,6 @@
 
 #include "app/UpdaterMain.h"
 #include "app/hosts/AdministratorPrompt.h"
-#include "app/logic/FirmwareFiles.h"
 #include "card/Registers.h"
 #include "framework/widgets/LApplication.h"
 
@@ -63,8 +62,6 @@ void TestBundle::addImage(const std::string& name, const std::vector<uint8_t>& b
 
 UpdaterSession::UpdaterSession(simulator::Machine& machine, const TestBundle& bundle)
     : simulatedHost(machine, bundle.path(), AskAdministrator), host(simulatedHost), machine_(machine) {
-    // As in a fresh process.
-    gNewFirmware = kNoFirmware;
     qApp->installEventFilter(this);
 }
 

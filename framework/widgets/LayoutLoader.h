@@ -1,12 +1,58 @@
 #pragma once
 
-#include <QUiLoader>
+#include <QString>
+#include <memory>
+#include <vector>
 
-// Qt's loader of .ui files, which here asks the class registry first for every class that a layout names;
-// what is not there is Qt's own.
-class LayoutLoader : public QUiLoader {
+#include "framework/widgets/LayoutPlace.h"
+#include "framework/widgets/LayoutReader.h"
+
+class QFile;
+class QLayout;
+class QWidget;
+
+// Builds the widgets that a Qt Designer file describes.
+//
+// Qt's own loader of these files knows every class that Qt has, and brings in libraries that the program has
+// no other use for: much of its time to start. This one knows what layouts here use, and refuses the rest.
+class LayoutLoader {
   public:
-    LayoutLoader();
+    // The widgets in a file that is open; each is made by the class registry if that knows the class. Null
+    // when anything is unknown or malformed, save a property that the object does not have, which is left
+    // out. Standard error tells the line of either.
+    static std::unique_ptr<QWidget> Load(QFile& file);
 
-    QWidget* createWidget(const QString& className, QWidget* parent, const QString& name) override;
+  private:
+    // A widget that needs what the file may describe further down: a label's buddy, or a menu's action.
+    struct Need {
+        QWidget* widget;
+        QString name;
+        qint64 line;
+    };
+
+    explicit LayoutLoader(QFile& file) : mReader(file) {}
+
+    void ReadForm();
+    QWidget* ReadWidget(QWidget* parent);
+    void ReadPart(QWidget& widget);
+    void ReadWidgetProperty(QWidget& widget);
+    void ReadAction(QWidget& owner);
+    void ReadLayout(QWidget& owner, const LayoutPlace* place);
+    void ReadGridAttributes(QLayout& layout);
+    void ReadLayoutProperty(QLayout& layout);
+    void ReadItem(QWidget& owner, QLayout& layout);
+    void ReadSpacer(const LayoutPlace& place);
+    void ReadTabStops();
+    void ReadConnection();
+    void JoinBuddies() const;
+    void AddActions() const;
+
+    void SetProperty(QObject& object, const LayoutReader::Property& property) const;
+    // Null, with a complaint, if there is none.
+    QWidget* Find(const QString& name, qint64 line) const;
+
+    LayoutReader mReader;
+    std::unique_ptr<QWidget> mRoot;
+    std::vector<Need> mBuddies;
+    std::vector<Need> mActions;
 };

@@ -1,8 +1,6 @@
 #include "framework/widgets/UResources.h"
 
-#include <QCoreApplication>
 #include <QFile>
-#include <QStringList>
 #include <QWidget>
 #include <cstdio>
 #include <string>
@@ -41,17 +39,9 @@ std::unique_ptr<QWidget> UResources::LoadLayout(const char* kind, int32_t id) {
                      qPrintable(file.errorString()));
         return nullptr;
     }
-    // QUiLoader's constructor would load every plug-in for Qt Designer that happens to be installed, with all
-    // that stands behind it, before it can be told not to; so it looks for them while there is nowhere to
-    // look.
-    const QStringList pluginFolders = QCoreApplication::libraryPaths();
-    QCoreApplication::setLibraryPaths({});
-    LayoutLoader loader;
-    QCoreApplication::setLibraryPaths(pluginFolders);
-    std::unique_ptr<QWidget> root(loader.load(&file));
+    std::unique_ptr<QWidget> root = LayoutLoader::Load(file);
     if (root == nullptr) {
-        std::fprintf(stderr, "Cannot read the layout %s: %s\n", qPrintable(file.fileName()),
-                     qPrintable(loader.errorString().simplified()));
+        std::fprintf(stderr, "Cannot use the layout %s\n", qPrintable(file.fileName()));
         return nullptr;
     }
     FinishPane(root.get());

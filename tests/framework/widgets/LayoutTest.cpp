@@ -2,6 +2,7 @@
 #include <QAccessible>
 #include <QComboBox>
 #include <QDialogButtonBox>
+#include <QDir>
 #include <QFile>
 #include <QLabel>
 #include <QPushButton>
@@ -191,6 +192,50 @@ TEST(Layout, SecondaryTextFollowsTheThemeAndStaysLegible) {
         const QPalette popup = window.findChild<QComboBox*>("CRDS")->palette();
         EXPECT_EQ(popup.color(QPalette::Disabled, QPalette::ButtonText), faded)
             << "names the card being written";
+    }
+}
+
+TEST(Layout, EveryLayoutIsUnderstoodToTheLastProperty) {
+    SampleApplication application;
+    const QStringList layouts = QDir(LAYOUTS).entryList({"*.ui"});
+    EXPECT_FALSE(layouts.isEmpty());
+    for (const QString& layout : layouts) {
+        const QStringList kindAndNumber = layout.chopped(3).split('-');
+        ASSERT_EQ(kindAndNumber.size(), 2) << layout.toStdString();
+        testing::internal::CaptureStderr();
+        const auto root = UResources::LoadLayout(qPrintable(kindAndNumber[0]), kindAndNumber[1].toInt());
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+        EXPECT_NE(root, nullptr) << layout.toStdString();
+    }
+}
+
+TEST(Layout, WhatIsNotUnderstoodIsToldWithItsLine) {
+    SampleApplication application;
+    const QTemporaryDir folder;
+    UResources::UseFolder(folder.path().toStdString());
+    const auto complaintOf = [&](const char* inside, bool isUsable) {
+        QFile file(folder.filePath("window-1.ui"));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(QByteArray("<ui version=\"4.0\">\n<widget class=\"LWindow\" name=\"w\">\n") + inside +
+                   "</widget></ui>");
+        file.close();
+        testing::internal::CaptureStderr();
+        EXPECT_EQ(LWindow::CreateWindow(1, &application) != nullptr, isUsable) << inside;
+        return testing::internal::GetCapturedStderr();
+    };
+    for (const char* property :
+         {R"(<property name="colour"><string>red</string></property>)",
+          R"(<property name="layoutDirection"><enum>Qt::Sideways</enum></property>)",
+          R"(<property name="geometry"><rect><width>9</width></rect></property><addaction name="gone"/>)",
+          R"(<layout class="QVBoxLayout"><property name="topEdge"><number>1</number></property></layout>)"}) {
+        EXPECT_NE(complaintOf(property, true).find("window-1.ui, line 3: "), std::string::npos) << property;
+    }
+    for (const char* part :
+         {R"(<widget class="QLabel" name="l"/>)", R"(<layout class="QFormLayout" name="f"/>)",
+          R"(<attribute name="title"/>)", R"(<layout class="QVBoxLayout" name="f" stretch="0,1"/>)",
+          R"(<property name="windowTitle"><url/></property>)",
+          R"(<property name="windowOpacity"><number>one</number></property>)", R"(<widget class=)"}) {
+        EXPECT_NE(complaintOf(part, false).find("window-1.ui, line 3: "), std::string::npos) << part;
     }
 }
 

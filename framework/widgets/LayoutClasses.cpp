@@ -1,0 +1,54 @@
+#include "framework/widgets/LayoutClasses.h"
+
+#include <QDialogButtonBox>
+#include <QGridLayout>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QScrollArea>
+#include <memory>
+
+#include "framework/core/URegistrar.h"
+
+namespace {
+
+template <typename Widget>
+QWidget* Create(QWidget* parent) {
+    return new Widget(parent);
+}
+
+// Qt's own classes that layouts use.
+constexpr struct {
+    QStringView name;
+    QWidget* (*create)(QWidget* parent);
+} kQtClasses[] = {{u"QWidget", Create<QWidget>},         {u"QDialogButtonBox", Create<QDialogButtonBox>},
+                  {u"QPushButton", Create<QPushButton>}, {u"QScrollArea", Create<QScrollArea>},
+                  {u"QMenuBar", Create<QMenuBar>},       {u"QMenu", Create<QMenu>}};
+
+}  // namespace
+
+QWidget* CreateLayoutWidget(const QString& className, QWidget* parent) {
+    std::unique_ptr<LAttachable> object = URegistrar::CreateObject(className.toStdString());
+    if (auto* const widget = dynamic_cast<QWidget*>(object.get())) {
+        static_cast<void>(object.release());
+        if (parent != nullptr) {
+            widget->setParent(parent);
+        }
+        return widget;
+    }
+    for (const auto& known : kQtClasses) {
+        if (known.name == className) {
+            return known.create(parent);
+        }
+    }
+    return nullptr;
+}
+
+QLayout* CreateLayout(const QString& className) {
+    if (className == QLatin1String("QVBoxLayout")) {
+        return new QVBoxLayout;
+    }
+    if (className == QLatin1String("QHBoxLayout")) {
+        return new QHBoxLayout;
+    }
+    return className == QLatin1String("QGridLayout") ? new QGridLayout : nullptr;
+}

@@ -13,7 +13,7 @@
 #include "catalogue/BoardRevision.h"
 #include "catalogue/CardIdentity.h"
 #include "catalogue/CardModels.h"
-#include "catalogue/FirmwareDate.h"
+#include "catalogue/Dates.h"
 #include "catalogue/FirmwareVersion.h"
 #include "framework/core/LException.h"
 #include "framework/widgets/LPopupButton.h"

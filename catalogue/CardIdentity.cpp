@@ -1,7 +1,7 @@
 #include "catalogue/CardIdentity.h"
 
-#include "catalogue/Calendar.h"
 #include "catalogue/CardModels.h"
+#include "catalogue/Dates.h"
 #include "catalogue/Numbers.h"
 
 namespace catalogue {
@@ -66,22 +66,7 @@ std::string serialNumberPrefix(uint16_t modelCode) {
 }
 
 std::string manufactureDateText(uint32_t identity) {
-    // The first day of the week, counted from 1. Week 0 wraps to a day that no year has.
-    auto day = static_cast<uint16_t>(valueOf(kWeek, identity) * 7 - 6);
-    if (day > kDaysInYear) {
-        return "Unknown!";
-    }
-    int month = 0;
-    while (month < kMonths && day >= gMonthDays[month]) {
-        day = static_cast<uint16_t>(day - gMonthDays[month]);
-        ++month;
-    }
-    if (month == kMonths) {
-        // Week 53 begins on the last day of the year.
-        month = kMonths - 1;
-        day = gMonthDays[month];
-    }
-    return dateText(month, day, kFirstYear + static_cast<int>(valueOf(kYear, identity)));
+    return weekDateText(valueOf(kWeek, identity), valueOf(kYear, identity));
 }
 
 std::optional<uint32_t> parseTypedSerialNumber(std::string_view text) {

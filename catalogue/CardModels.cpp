@@ -15,8 +15,7 @@ std::string modelName(uint16_t code) {
     if (const CardModel* const model = modelByCode(code)) {
         return std::string(model->name);
     }
-    constexpr int kLetterAboveCode = 'A' - 0x20;
-    return std::string("VornMX-") + static_cast<char>(code + kLetterAboveCode);
+    return std::string("VornMX-") + static_cast<char>(code + kVariantLetterAboveCode);
 }
 
 std::string modelNames() {

@@ -30,6 +30,9 @@ inline constexpr auto kCardModels = std::to_array<CardModel>({
 inline constexpr uint8_t kFirstModelCode = kCardModels.front().code;
 inline constexpr uint8_t kLastModelCode = kCardModels.back().code;
 
+// The letter of a VornMX variant, at the end of its name and of its tag, lies this far above its code.
+inline constexpr int kVariantLetterAboveCode = 'A' - 0x20;
+
 // The model of that code, or null.
 constexpr const CardModel* modelByCode(uint32_t code) {
     for (const CardModel& model : kCardModels) {

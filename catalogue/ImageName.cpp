@@ -27,8 +27,7 @@ constexpr std::string_view from(std::string_view name, std::size_t position) {
 
 // Character arithmetic rather than a search for tags: that is what decides which images a card accepts.
 constexpr uint16_t modelCodeOfTag(std::string_view name) {
-    constexpr int kLetterAboveCode = 'A' - 0x20;
-    int code = static_cast<unsigned char>(characterAt(name, 2)) - kLetterAboveCode;
+    int code = static_cast<unsigned char>(characterAt(name, 2)) - kVariantLetterAboveCode;
     if (characterAt(name, 2) == '0') {
         code = modelByName("Vorn K40")->code;
     }

@@ -2,7 +2,7 @@
 
 // The file names of firmware images, which say what an image is for:
 //
-//   characters 0-2   model tag: VMA, VMB, VMC, K40, DX8, DSX
+//   characters 0-2   the model's tag
 //   character  3     flavour: M or W
 //   characters 4-5   version, two decimal digits
 //   characters 6-7   board revision: a letter alone, or NC for a board without one

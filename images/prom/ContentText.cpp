@@ -2,7 +2,7 @@
 
 #include "catalogue/BoardRevision.h"
 #include "catalogue/CardModels.h"
-#include "catalogue/FirmwareDate.h"
+#include "catalogue/Dates.h"
 #include "catalogue/FirmwareVersion.h"
 #include "images/ByteText.h"
 

@@ -5,7 +5,7 @@
 
 #include "catalogue/BoardRevision.h"
 #include "catalogue/CardModels.h"
-#include "catalogue/FirmwareDate.h"
+#include "catalogue/Dates.h"
 #include "catalogue/FirmwareVersion.h"
 #include "files/UserError.h"
 #include "simulator/jtag/FpgaConfiguration.h"

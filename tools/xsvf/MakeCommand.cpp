@@ -4,7 +4,7 @@
 
 #include "catalogue/BoardRevision.h"
 #include "catalogue/CardModels.h"
-#include "catalogue/FirmwareDate.h"
+#include "catalogue/Dates.h"
 #include "catalogue/FirmwareVersion.h"
 #include "catalogue/ImageName.h"
 #include "files/FileError.h"

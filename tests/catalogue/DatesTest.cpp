@@ -1,11 +1,11 @@
-#include "catalogue/FirmwareDate.h"
+#include "catalogue/Dates.h"
 
 #include <gtest/gtest.h>
 
 namespace catalogue {
 namespace {
 
-TEST(FirmwareDate, IsADateThatTheRegisterCanHold) {
+TEST(FirmwareDate, IsReadAndShown) {
     EXPECT_EQ(parseFirmwareDate("2006-03-17"), 0x6311);
     EXPECT_EQ(parseFirmwareDate("2004-02-29"), 0x421D);
     for (const char* text : {"", "2006-3-17", "2006/03/17", "1999-12-31", "2016-01-01", "2006-02-29",
@@ -13,9 +13,6 @@ TEST(FirmwareDate, IsADateThatTheRegisterCanHold) {
         EXPECT_FALSE(parseFirmwareDate(text)) << text;
         EXPECT_FALSE(firmwareDateFault(text).empty()) << text;
     }
-}
-
-TEST(FirmwareDate, IsShownWhateverTheRegisterHolds) {
     EXPECT_EQ(firmwareDateText(0x6311), "Mar 17, 2006");
     EXPECT_EQ(isoFirmwareDateText(0x6311), "2006-03-17");
     // A month that does not exist, 0 included, shows as December; the day is not checked.

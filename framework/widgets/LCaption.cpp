@@ -16,6 +16,22 @@ LCaption::LCaption() : LPane(this) {
     TakeSecondaryColour(*this, kStrength);
 }
 
+void LCaption::FinishCreate() {
+    LPane::FinishCreate();
+    const QString description = toolTip();
+    if (description.isEmpty()) {
+        return;
+    }
+    // As plain text it would be one long line.
+    const QString wrapped = "<span>" + description.toHtmlEscaped() + "</span>";
+    for (QWidget* widget : {static_cast<QWidget*>(this), buddy()}) {
+        if (widget != nullptr) {
+            widget->setToolTip(wrapped);
+            widget->setAccessibleDescription(description);
+        }
+    }
+}
+
 void LCaption::changeEvent(QEvent* event) {
     QLabel::changeEvent(event);
     if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ParentChange) {

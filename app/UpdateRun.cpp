@@ -65,6 +65,8 @@ void CUpdaterApp::OfferNextStep() {
     // What was clicked and typed while the window was being redrawn was not meant for the buttons that
     // appeared; while the run goes on they drop it.
     ProcessNextEvent();
+    // Somebody who passed the time with the help has to see how the write ended.
+    ClosePages();
     mMainWindow->CallForAttention();
     const PaneIDT next = mWindowState == kWindowFinished ? kPowerDownButtonPane : kUpdateButtonPane;
     ThrowIfNil(mMainWindow->FindPaneByID(next))->TakeKeyboard();

@@ -203,6 +203,7 @@ void LApplication::ShowPage(const char* name, int32_t layoutID,
         fill(*made);
         page = made.release();  // the window it belongs to owns it from here
         page->setObjectName(name);
+        mPages.emplace_back(page);
         QObject::connect(new QShortcut(QKeySequence::Close, page), &QShortcut::activated, page,
                          &QDialog::reject);
         FitOnScreen(*page);
@@ -210,6 +211,14 @@ void LApplication::ShowPage(const char* name, int32_t layoutID,
     page->show();
     page->raise();
     page->activateWindow();
+}
+
+void LApplication::ClosePages() {
+    for (const QPointer<QDialog>& page : mPages) {
+        if (page != nullptr) {
+            UDisplay::Use([&page] { page->reject(); });
+        }
+    }
 }
 
 void LApplication::AddWindow(LWindow* window) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QDialog>
+#include <QPointer>
 #include <exception>
 #include <functional>
 #include <memory>
@@ -46,6 +48,9 @@ class LApplication : public LCommander {
     // Whether a quit has been accepted.
     bool IsQuitting() const { return mState == State::kQuitting; }
 
+    // Closes the About box and the help, which may hide what their window has to say.
+    void ClosePages();
+
     // What the About box tells besides the versions, in lines; asked for when the box is made.
     void SetAboutDetails(std::function<std::string()> details) { mAboutDetails = std::move(details); }
 
@@ -89,6 +94,7 @@ class LApplication : public LCommander {
     bool mHasLostDisplay = false;
     int32_t mPassDepth = 0;
     std::vector<LWindow*> mWindows;
+    std::vector<QPointer<QDialog>> mPages;
     std::unique_ptr<QuitRequests> mQuitRequests;
     std::function<std::string()> mAboutDetails;
 };

@@ -80,6 +80,9 @@ TEST(Application, AboutAndHelpDoNotStopTheProgram) {
     const auto dialogs = window.findChildren<QDialog*>();
     ASSERT_EQ(dialogs.size(), 2) << "asked for twice, shown once";
     EXPECT_FALSE(dialogs[0]->isModal() || dialogs[1]->isModal());
+    application.ClosePages();
+    EXPECT_FALSE(dialogs[0]->isVisible() || dialogs[1]->isVisible()) << "would hide how a write ended";
+    ASSERT_TRUE(window.ObeyCommand(kCommandHelp));
     application.DoQuit();
     EXPECT_FALSE(dialogs[0]->isVisible() || dialogs[1]->isVisible());
 }

@@ -1,5 +1,7 @@
 #include "framework/widgets/UQDGlobals.h"
 
+#include <QAccessible>
+#include <QAccessibleObject>
 #include <QApplication>
 #include <cerrno>
 
@@ -21,12 +23,26 @@ class EventLoopApplication : public QApplication {
     }
 };
 
+// Screen readers announce a program by its display name; Qt would give the name and path of its file.
+class AccessibleProgram : public QAccessibleApplication {
+  public:
+    QString text(QAccessible::Text kind) const override {
+        return kind == QAccessible::Name ? QGuiApplication::applicationDisplayName() : QString();
+    }
+};
+
+QAccessibleInterface* DescribeProgram(const QString& className, QObject* object) {
+    const bool isProgram = object == qApp && className == QApplication::staticMetaObject.className();
+    return isProgram ? new AccessibleProgram : nullptr;
+}
+
 }  // namespace
 
 void UQDGlobals::InitializeToolbox() {
     if (QCoreApplication::instance() != nullptr) {
         return;
     }
+    QAccessible::installFactory(DescribeProgram);
     // Qt keeps referring to these. The entry code passes no arguments on; the program's name is what window
     // managers and screen readers know it by.
     static int argumentCount = 1;

@@ -11,6 +11,14 @@ LPushButton::LPushButton() : LControl(this) {
     connect(this, &QPushButton::clicked, this, [this] { BroadcastFromQt(); });
 }
 
+QSize LPushButton::sizeHint() const {
+    // Some styles leave hardly any room beside a text that is longer than usual.
+    constexpr int kCharactersBesideText = 4;
+    const int text = fontMetrics().size(Qt::TextShowMnemonic, this->text()).width();
+    const int room = kCharactersBesideText * fontMetrics().averageCharWidth();
+    return QPushButton::sizeHint().expandedTo(QSize(text + room, 0));
+}
+
 bool LPushButton::event(QEvent* event) {
     if (event->type() != QEvent::Shortcut || static_cast<QShortcutEvent*>(event)->isAmbiguous()) {
         return QPushButton::event(event);

@@ -16,6 +16,8 @@ class LPushButton : public QPushButton, public LControl {
     int32_t GetValue() const override { return 0; }
     void SetValue(int32_t /*value*/) override {}
 
+    QSize sizeHint() const override;
+
   protected:
     bool event(QEvent* event) override;
     void initStyleOption(QStyleOptionButton* option) const override;

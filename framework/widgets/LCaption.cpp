@@ -2,6 +2,7 @@
 
 #include <QEvent>
 
+#include "framework/widgets/LabelAlignment.h"
 #include "framework/widgets/SecondaryColour.h"
 
 namespace {
@@ -18,6 +19,7 @@ LCaption::LCaption() : LPane(this) {
 
 void LCaption::FinishCreate() {
     LPane::FinishCreate();
+    AlignWithLayout(*this);
     const QString description = toolTip();
     if (description.isEmpty()) {
         return;

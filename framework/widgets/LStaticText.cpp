@@ -4,6 +4,8 @@
 #include <QMouseEvent>
 #include <QVariant>
 
+#include "framework/widgets/LabelAlignment.h"
+
 namespace {
 
 bool IsByTab(const QFocusEvent& event) {
@@ -14,6 +16,11 @@ bool IsByTab(const QFocusEvent& event) {
 
 LStaticText::LStaticText() : LPane(this) {
     setTextFormat(Qt::PlainText);
+}
+
+void LStaticText::FinishCreate() {
+    LPane::FinishCreate();
+    AlignWithLayout(*this);
 }
 
 void LStaticText::SetText(const char* text, int32_t length) {

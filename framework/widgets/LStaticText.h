@@ -13,6 +13,8 @@ class LStaticText : public QLabel, public LPane {
 
     LStaticText();
 
+    void FinishCreate() override;
+
     // Shows so many bytes of UTF-8. A null pointer or a length below 1 empties the pane.
     void SetText(const char* text, int32_t length);
 

@@ -105,14 +105,15 @@ void LApplication::Run() {
 
 void LApplication::ProcessNextEvent() {
     const bool isOutermost = mPassDepth == 0;
-    if (!isOutermost && !UDisplay::Answers()) {
-        return;
-    }
     {
         const QScopedValueRollback<int32_t> depth(mPassDepth, mPassDepth + 1);
-        const bool maySleep = isOutermost && mState == State::kRunning;
-        const auto flags = maySleep ? QEventLoop::WaitForMoreEvents : QEventLoop::AllEvents;
-        UDisplay::Use([flags] { QCoreApplication::processEvents(flags); });
+        if (isOutermost) {
+            const bool maySleep = mState == State::kRunning;
+            const auto flags = maySleep ? QEventLoop::WaitForMoreEvents : QEventLoop::AllEvents;
+            UDisplay::Use([flags] { QCoreApplication::processEvents(flags); });
+        } else {
+            UDisplay::UseInPassing([] { QCoreApplication::processEvents(); });
+        }
     }
     if (isOutermost) {
         UKeptException::RethrowKept();

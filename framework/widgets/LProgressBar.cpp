@@ -8,7 +8,5 @@ LProgressBar::LProgressBar() : LControl(this) {}
 
 void LProgressBar::SetValue(int32_t value) {
     // A bar draws itself at once.
-    if (UDisplay::Answers()) {
-        UDisplay::Use([this, value] { setValue(std::clamp(value, minimum(), maximum())); });
-    }
+    UDisplay::UseInPassing([this, value] { setValue(std::clamp(value, minimum(), maximum())); });
 }

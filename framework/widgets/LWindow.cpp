@@ -140,9 +140,7 @@ void LWindow::UpdatePort() {
         // What changes is at the bottom.
         mScrollArea->verticalScrollBar()->setValue(mScrollArea->verticalScrollBar()->maximum());
     }
-    if (UDisplay::Answers()) {
-        UDisplay::Use([this] { repaint(); });
-    }
+    UDisplay::UseInPassing([this] { repaint(); });
 }
 
 void LWindow::CallForAttention() {

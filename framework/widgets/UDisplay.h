@@ -7,6 +7,7 @@
 // way is done inside Use, and first asks Answers or IsGone.
 
 #include "framework/widgets/ExitGuard.h"
+#include "framework/widgets/PromptDrawing.h"
 
 class UDisplay {
   public:
@@ -29,6 +30,15 @@ class UDisplay {
         if (!IsGone() && !ExitGuard::Call(function)) {
             sHasStopped = true;
             NoteGone();
+        }
+    }
+
+    // Calls the same in the middle of work, which it must not hold up: only if the display answers.
+    template <typename Function>
+    static void UseInPassing(Function function) {
+        if (Answers()) {
+            const PromptDrawing prompt;
+            Use(function);
         }
     }
 

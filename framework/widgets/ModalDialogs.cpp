@@ -76,7 +76,7 @@ int RunModal(QDialog& dialog) {
         new CentreOnceExposed(dialog, *window);
     }
     if (QWidget* parent = dialog.parentWidget()) {
-        QApplication::alert(parent);
+        UDisplay::Use([parent] { QApplication::alert(parent); });
     }
     const Unanswered unanswered(dialog);
     // The dialog's own loop would keep its address on a stack that may be given up half-way.

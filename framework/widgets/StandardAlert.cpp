@@ -79,28 +79,40 @@ QAbstractButton* ButtonAt(const Buttons& buttons, int16_t number) {
                : nullptr;
 }
 
+int16_t HitIn(const QMessageBox& box, const Buttons& buttons, int16_t otherwise) {
+    for (std::size_t number = 1; number < buttons.size(); ++number) {
+        if (buttons[number] != nullptr && box.clickedButton() == buttons[number]) {
+            return static_cast<int16_t>(number);
+        }
+    }
+    return otherwise;
+}
+
 // Shows the alert and returns the number of the button that answered it.
 int16_t Ask(AlertType type, ConstStringPtr title, ConstStringPtr explanation,
             const AlertStdAlertParamRec& record) {
-    QWidget* parent = ModalParent();
-    QMessageBox box(parent);
-    box.setIcon(IconOf(type));
-    if (parent != nullptr) {
-        box.setWindowTitle(parent->windowTitle());
-    }
-    SetTexts(box, TextFrom(title), TextFrom(explanation));
-    const Buttons buttons = AddButtons(box, record);
-    RemoveButtonIcons(box);
-    box.setDefaultButton(qobject_cast<QPushButton*>(ButtonAt(buttons, record.defaultButton)));
-    box.setEscapeButton(ButtonAt(buttons, record.cancelButton));
-
-    RunModal(box);
-    int16_t hit = record.cancelButton;
-    for (std::size_t number = 1; number < buttons.size(); ++number) {
-        if (buttons[number] != nullptr && box.clickedButton() == buttons[number]) {
-            hit = static_cast<int16_t>(number);
+    QMessageBox* box = nullptr;
+    Buttons buttons{};
+    UDisplay::Use([&] {
+        QWidget* const parent = ModalParent();
+        box = new QMessageBox(parent);
+        box->setIcon(IconOf(type));
+        if (parent != nullptr) {
+            box->setWindowTitle(parent->windowTitle());
         }
+        SetTexts(*box, TextFrom(title), TextFrom(explanation));
+        buttons = AddButtons(*box, record);
+        RemoveButtonIcons(*box);
+        box->setDefaultButton(qobject_cast<QPushButton*>(ButtonAt(buttons, record.defaultButton)));
+        box->setEscapeButton(ButtonAt(buttons, record.cancelButton));
+    });
+    if (UDisplay::IsGone()) {
+        return record.cancelButton;
     }
+    RunModal(*box);
+    const int16_t hit = HitIn(*box, buttons, record.cancelButton);
+    // On a display that is gone it is left to the end of the process.
+    UDisplay::Use([box] { delete box; });
     return hit;
 }
 
@@ -109,7 +121,7 @@ int16_t Ask(AlertType type, ConstStringPtr title, ConstStringPtr explanation,
 int16_t StandardAlert(AlertType type, ConstStringPtr title, ConstStringPtr explanation,
                       const AlertStdAlertParamRec* parameters, int16_t* outItemHit) {
     const AlertStdAlertParamRec record = parameters != nullptr ? *parameters : AlertStdAlertParamRec();
-    const int16_t hit = UDisplay::IsGone() ? record.cancelButton : Ask(type, title, explanation, record);
+    const int16_t hit = Ask(type, title, explanation, record);
     if (UDisplay::IsGone()) {
         // A write that failed without a display must not look like one that did not.
         std::fprintf(stderr, "Unanswered alert: %s: %s\n", TextOfPascal(title).c_str(),

@@ -88,6 +88,7 @@ void LApplication::Run() {
             Report(std::current_exception());
         }
     }
+    ReportUnthrown();
     // Without it a start-up, too, or a quit has come to its end in a way that nobody chose.
     if (UDisplay::IsGone()) {
         EndWithoutDisplay();
@@ -129,6 +130,14 @@ void LApplication::DoQuit(int32_t saveOption) {
         DismissDialogs();
     } else {
         QuitRefused();
+    }
+}
+
+void LApplication::ReportUnthrown() {
+    try {
+        UKeptException::RethrowKept();
+    } catch (...) {
+        Report(std::current_exception());
     }
 }
 

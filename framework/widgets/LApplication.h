@@ -86,6 +86,8 @@ class LApplication : public LCommander {
     void AddWindow(LWindow* window);
     void RemoveWindow(LWindow* window);
     void Report(const std::exception_ptr& exception);
+    // Reports what was kept in the pass in which the program ended.
+    void ReportUnthrown();
     // Shows what a layout describes beside the front window, which owns it from the first time on.
     void ShowPage(const char* name, int32_t layoutID, const std::function<void(LDialogBox&)>& fill);
     void EndWithoutDisplay();

@@ -65,8 +65,14 @@ TEST(Application, QuitInStartUpEndsTheRunBeforeTheFirstEvent) {
     application.atStartUp = [&] {
         inEventLoop([&] { eventHappened = true; });
         application.DoQuit();
+        KeepException([] { throw LException(LException::kNilPointer); });
+        throw LException(FourCharCode("test"));
     };
+    testing::internal::CaptureStderr();
     application.Run();
+    const std::string said = testing::internal::GetCapturedStderr();
+    EXPECT_NE(said.find("Unexpected error: framework exception \"nilP\""), std::string::npos) << said;
+    EXPECT_NE(said.find("Unexpected error: framework exception \"test\""), std::string::npos) << said;
     EXPECT_FALSE(eventHappened);
     application.ProcessNextEvent();
 }

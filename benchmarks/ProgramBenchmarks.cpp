@@ -68,11 +68,10 @@ void makeMachine(const std::filesystem::path& folder) {
     directory->save();
 }
 
-// Which program, and what it is given: a machine made for the run, what it is to show, or nothing (null).
+// Which program, and whether it is given a machine, which is made for the run.
 struct Program {
     const char* path;
-    bool takesMachine = false;
-    const char* shows = nullptr;
+    bool takesMachine;
 };
 
 // Time of an update, or until the first window.
@@ -84,7 +83,7 @@ void run(benchmark::State& state, const char* observer, const Program& program) 
         if (program.takesMachine)
             makeMachine(machine);
         const double start = nanosecondsNow();
-        seen = observe(observer, program.path, program.takesMachine ? machine.c_str() : program.shows);
+        seen = observe(observer, program.path, program.takesMachine ? machine.c_str() : nullptr);
         state.SetIterationTime(
             (seen.updateNanoseconds != 0 ? seen.updateNanoseconds : seen.shownNanoseconds - start) / 1e9);
     }
@@ -103,13 +102,9 @@ void add(const char* name, const char* observer, const Program& program, int rep
 }  // namespace
 
 void registerProgramBenchmarks() {
-    constexpr Program plainWindow{.path = PLAIN_WINDOW_PROGRAM};
-    constexpr Program textWindow{.path = PLAIN_WINDOW_PROGRAM, .shows = "text"};
-    constexpr Program controlsWindow{.path = PLAIN_WINDOW_PROGRAM, .shows = "controls"};
+    constexpr Program plainWindow{.path = PLAIN_WINDOW_PROGRAM, .takesMachine = false};
     constexpr Program updater{.path = UPDATER_PROGRAM, .takesMachine = true};
-    add(kEmptyWindow, "firstwindow", plainWindow, kRepetitions);
-    add(kTextWindow, "firstwindow", textWindow, kRepetitions);
-    add(kControlsWindow, "firstwindow", controlsWindow, kRepetitions);
+    add(kPlainWindow, "firstwindow", plainWindow, kRepetitions);
     add(kUpdater, "firstwindow", updater, kRepetitions);
     add(kUpdateInWindow, "wholeupdate", updater, kUpdateRepetitions);
 }

@@ -30,7 +30,6 @@ class RatioTable : public benchmark::BenchmarkReporter {
     };
 
     void printRow(const std::string& what, double ratio, double goal);
-    void printRow(const std::string& what, double ratio);  // for comparison, without a goal
 
     std::map<std::string, Least> least_;  // by the benchmark's name
     bool allMet_ = true;

@@ -70,11 +70,11 @@ class Bench {
   private:
     void reset() {
         if (cellsChanged_)
-            card_.cells().setImage(pristine_);
+            card_.cells().assign(pristine_);
         cellsChanged_ = false;
         machine_.ledger().clear();
         machine_.clock().resume(0);
-        card_.chain().powerUp();
+        card_.chain().losePower();
         card_.resume(kFirmware, 0);
         impatient_.loadsLeft = kMostLoads;
     }
@@ -90,7 +90,7 @@ class Bench {
             require(!entry.detail.empty() && entry.times > 0 && entry.misuse != Misuse::strayAccess,
                     "what the ledger holds is about the PROM");
         require(cellsChanged_ ||
-                    std::memcmp(card_.cells().image().data(), pristine_.data(), pristine_.size()) == 0,
+                    std::memcmp(card_.cells().bytes().data(), pristine_.data(), pristine_.size()) == 0,
                 "a write is told of");
         require(identificationCode() == Prom::kIdentificationCode, "the chain still answers");
         require(card_.cells().protection() <= PromCells::kProtectionMask, "the PROM's bits are bits");
@@ -115,7 +115,7 @@ class Bench {
 
     const std::vector<uint8_t> pristine_ = [] {
         const PromCells cells(encodeConfiguration(kFirmware), kIdentity, PromCells::kProtectionMask);
-        return std::vector<uint8_t>(cells.image().begin(), cells.image().end());
+        return std::vector<uint8_t>(cells.bytes().begin(), cells.bytes().end());
     }();
     std::unique_ptr<uint8_t[]> buffer_ = std::make_unique<uint8_t[]>(kLongestImage + kGuardBytes);
     Machine machine_;
@@ -123,7 +123,7 @@ class Bench {
         {"VornMX-B", "PCI slot 1", kFirmware.modelCode, kFirmware.boardRevision},
         PromCells(std::span(pristine_).first(kPromBytes), kIdentity, PromCells::kProtectionMask));
     SimulatedHost host_{machine_, {}};
-    ImpatientHost impatient_{host_, [this] { machine_.clock().resume(machine_.accesses() + kLeap); }};
+    ImpatientHost impatient_{host_, [this] { machine_.clock().advance(kLeap); }};
     bool cellsChanged_ = false;
 };
 

@@ -13,6 +13,9 @@ uint32_t gulCurrentBufferLength = 0;
 
 namespace {
 
+// images/ counts a wait's accesses without knowing the simulated card that times them.
+static_assert(images::kAccessesPerMicrosecond == simulator::Clock::kAccessesPerMicrosecond);
+
 // A chain without a card around it, whose time passes as a card's does: by register accesses.
 struct BareChain {
     explicit BareChain(simulator::PromCells before)
@@ -32,7 +35,7 @@ struct BareChain {
     bool tdi = false;
 
     void pass(uint64_t accesses) {
-        clock.resume(clock.accesses() + accesses);
+        clock.advance(accesses);
         chain.prom().timePassed();
     }
 };

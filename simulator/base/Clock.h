@@ -35,8 +35,11 @@ class Clock {
     // Who is called. By then no wake-up is due any more; whoever still waits asks again.
     void onWake(std::function<void()> callback) { onWake_ = std::move(callback); }
 
-    // Carries on from a count that an earlier run reached.
+    // Continues from the count that an earlier run reached.
     void resume(uint64_t accesses) { accesses_ = accesses; }
+
+    // Lets time pass without accesses. Wakes nobody, even if a moment goes by.
+    void advance(uint64_t accesses) { accesses_ += accesses; }
 
   private:
     static constexpr uint64_t kNever = std::numeric_limits<uint64_t>::max();

@@ -81,7 +81,7 @@ bool Faults::takesPage(std::size_t page) const {
     });
 }
 
-bool Faults::misreadsPage(std::size_t page) {
+bool Faults::consumeMisread(std::size_t page) {
     const auto found = std::ranges::find_if(faults_, [=](const Fault& fault) {
         return fault.struck && fault.kind == FaultKind::pageMisread && fault.page == page;
     });

@@ -38,6 +38,9 @@ struct Fault {
         atClock,   // after this rising edge of the card's TCK, counted from power-up
     };
 
+    // The words for them in files.
+    static constexpr std::array<std::string_view, 3> kWhenNames{"at once", "at access", "at clock"};
+
     static constexpr uint32_t kMostTimes = 1'000'000;
     static constexpr uint32_t kLeastFactor = 2;
     static constexpr uint32_t kMostFactor = 1000;
@@ -93,7 +96,7 @@ class Faults {
     uint32_t programmingFactor() const;
     bool takesPage(std::size_t page) const;
     // True when a reading of the page that begins now goes wrong, which counts it.
-    [[nodiscard]] bool misreadsPage(std::size_t page);
+    [[nodiscard]] bool consumeMisread(std::size_t page);
 
   private:
     const Fault* struck(FaultKind kind) const;

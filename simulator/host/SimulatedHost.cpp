@@ -33,7 +33,7 @@ SimulatedHost::SimulatedHost(Machine& machine, std::filesystem::path bundleDirec
 
 std::vector<uint64_t> SimulatedHost::servicesOfClass(std::string_view className) {
     std::vector<uint64_t> services;
-    if (!machine_.drivers().publish(className)) {
+    if (!machine_.drivers().publishes(className)) {
         return services;
     }
     for (std::size_t index = 0; index < machine_.cardCount(); ++index) {
@@ -187,7 +187,7 @@ bool SimulatedHost::runPrivilegedTool(const std::string& tool, const std::vector
 }
 
 void SimulatedHost::closeOrphanedConnections() {
-    if (machine_.drivers().publish(card_driver::kServiceClass)) {
+    if (machine_.drivers().publishes(card_driver::kServiceClass)) {
         return;
     }
     while (!connections_.empty()) {

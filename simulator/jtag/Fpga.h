@@ -13,7 +13,7 @@ class Fpga final : public JtagDevice {
 
     Fpga() : JtagDevice(kInstructionBits, kBypass) {}
 
-    using JtagDevice::powerUp;
+    using JtagDevice::losePower;
 
   private:
     void captureData(ShiftRegister& data) override { data.loadNumber(0, 1); }

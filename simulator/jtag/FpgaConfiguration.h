@@ -22,7 +22,7 @@
 #include <span>
 #include <vector>
 
-#include "simulator/jtag/PromSize.h"
+#include "simulator/jtag/PromCells.h"
 
 namespace simulator {
 

@@ -7,9 +7,9 @@ namespace simulator {
 JtagChain::JtagChain(Clock& clock, Faults& faults, PromCells cells, const MisuseReport& report)
     : prom_(clock, faults, std::move(cells), report), clock_(clock), report_(report) {}
 
-void JtagChain::powerUp() {
-    prom_.powerUp();
-    fpga_.powerUp();
+void JtagChain::losePower() {
+    prom_.losePower();
+    fpga_.losePower();
     state_ = State{};
 }
 

@@ -25,7 +25,7 @@ class JtagChain {
     // Clock and faults must outlive the chain.
     JtagChain(Clock& clock, Faults& faults, PromCells cells, const MisuseReport& report);
 
-    void powerUp();
+    void losePower();
 
     // Applies the levels. A change of TCK is an edge; without one nothing happens.
     void drive(bool tck, bool tms, bool tdi);

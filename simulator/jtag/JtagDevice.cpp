@@ -8,7 +8,7 @@ constexpr uint32_t kCapturedInstruction = 0b01;
 
 }  // namespace
 
-void JtagDevice::powerUp() {
+void JtagDevice::losePower() {
     state_ = State{};
     state_.instruction = instructionAfterReset_;
 }

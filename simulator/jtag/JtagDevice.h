@@ -27,7 +27,7 @@ class JtagDevice {
 
     JtagDevice(std::size_t instructionBits, uint32_t instructionAfterReset)
         : instructionBits_(instructionBits), instructionAfterReset_(instructionAfterReset) {
-        powerUp();
+        losePower();
     }
     JtagDevice(const JtagDevice&) = delete;
     JtagDevice& operator=(const JtagDevice&) = delete;
@@ -46,7 +46,7 @@ class JtagDevice {
     void restoreJtag(const State& state) { state_ = state; }
 
   protected:
-    void powerUp();
+    void losePower();
 
     // Fills the data register that the present instruction selects.
     virtual void captureData(ShiftRegister& data) = 0;

@@ -39,11 +39,11 @@ Prom::Prom(Clock& clock, Faults& faults, PromCells cells, MisuseReport report)
       faults_(faults),
       cells_(std::move(cells)),
       report_(std::move(report)) {
-    powerUp();
+    losePower();
 }
 
-void Prom::powerUp() {
-    JtagDevice::powerUp();
+void Prom::losePower() {
+    JtagDevice::losePower();
     state_ = State{};
 }
 
@@ -91,7 +91,7 @@ void Prom::captureData(ShiftRegister& data) {
             content.fill(0xFF);  // what is read where no page is
             if (const auto page = pageAtAddress()) {
                 std::ranges::copy(cells_.bytesOf(PromCells::page(*page)), content.begin());
-                if (faults_.misreadsPage(*page)) {
+                if (faults_.consumeMisread(*page)) {
                     content.back() ^= kMisreadBit;
                 }
             }

@@ -10,6 +10,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <string>
+#include <string_view>
 
 #include "simulator/base/Clock.h"
 #include "simulator/base/Faults.h"
@@ -52,6 +54,11 @@ class Prom final : public JtagDevice {
 
     enum class Register : uint8_t { none, pageData, userCode, controlData };
     enum class Operation : uint8_t { none, program, erase, leaveProgramming };
+    // The words for them in files.
+    static constexpr std::array<std::string_view, 4> kRegisterNames{"none", "page data", "user code",
+                                                                    "control data"};
+    static constexpr std::array<std::string_view, 4> kOperationNames{"none", "program", "erase",
+                                                                     "leave programming mode"};
 
     // What the PROM loses without power, besides its JTAG registers.
     struct State {
@@ -72,7 +79,7 @@ class Prom final : public JtagDevice {
     const PromCells& cells() const { return cells_; }
     PromCells& cells() { return cells_; }
 
-    void powerUp();
+    void losePower();
     // Ends an operation whose time is up; one that still runs asks the clock for its moment.
     void timePassed();
 

@@ -21,13 +21,13 @@ uint8_t damageAt(std::size_t offset) {
 
 PromCells::PromCells(std::span<const uint8_t> pages, uint32_t userCode, uint8_t protection) : PromCells() {
     assert(pages.size() == kPromBytes);
-    std::ranges::copy(pages, image_.begin());
+    std::ranges::copy(pages, bytes_.begin());
     setUserCode(userCode);
     setProtection(protection);
 }
 
-PromCells::PromCells(std::vector<uint8_t> image) : image_(std::move(image)) {
-    assert(image_.size() == kImageBytes);
+PromCells::PromCells(std::vector<uint8_t> image) : bytes_(std::move(image)) {
+    assert(bytes_.size() == kBytes);
 }
 
 uint32_t PromCells::userCode() const {
@@ -46,38 +46,38 @@ void PromCells::programPage(std::size_t number, std::span<const uint8_t> data) {
     const Row row = page(number);
     assert(number < kPromPages && data.size() == row.bytes);
     for (std::size_t i = 0; i < row.bytes; ++i) {
-        image_[row.offset + i] &= data[i];
+        bytes_[row.offset + i] &= data[i];
     }
     changed(row);
 }
 
 void PromCells::setUserCode(uint32_t userCode) {
     for (std::size_t i = kUserCode.bytes; i-- > 0; userCode >>= 8) {
-        image_[kUserCodeAt + i] = static_cast<uint8_t>(userCode);
+        bytes_[kUserCodeAt + i] = static_cast<uint8_t>(userCode);
     }
     changed(kUserCode);
 }
 
 void PromCells::setProtection(uint8_t protection) {
-    image_[kProtectionAt] = protection & kProtectionMask;
+    bytes_[kProtectionAt] = protection & kProtectionMask;
     changed(kProtection);
 }
 
 void PromCells::erase() {
-    std::ranges::fill(image_, uint8_t{0xFF});
-    image_[kProtectionAt] = kProtectionMask;
+    std::ranges::fill(bytes_, uint8_t{0xFF});
+    bytes_[kProtectionAt] = kProtectionMask;
     changed(kEverything);
 }
 
-void PromCells::setImage(std::span<const uint8_t> image) {
-    assert(image.size() == kImageBytes);
-    std::ranges::copy(image, image_.begin());
+void PromCells::assign(std::span<const uint8_t> image) {
+    assert(image.size() == kBytes);
+    std::ranges::copy(image, bytes_.begin());
     changed(kEverything);
 }
 
 void PromCells::toggleDamage(Row row) {
     for (std::size_t offset = row.offset; offset < row.offset + row.bytes; ++offset) {
-        image_[offset] ^= damageAt(offset);
+        bytes_[offset] ^= damageAt(offset);
     }
     changed(row);
 }

@@ -14,15 +14,18 @@
 #include <span>
 #include <vector>
 
-#include "simulator/jtag/PromSize.h"
-
 namespace simulator {
+
+// The configuration, in the pages that it is programmed and read by.
+constexpr std::size_t kPromPages = 512;
+constexpr std::size_t kPageBytes = 512;
+constexpr std::size_t kPromBytes = kPromPages * kPageBytes;
 
 class PromCells {
   public:
     static constexpr std::size_t kUserCodeAt = kPromBytes;
     static constexpr std::size_t kProtectionAt = kUserCodeAt + 4;
-    static constexpr std::size_t kImageBytes = kProtectionAt + 1;
+    static constexpr std::size_t kBytes = kProtectionAt + 1;
     static constexpr uint8_t kProtectionMask = 0b111;
     static constexpr uint32_t kErasedUserCode = 0xFFFFFFFF;
 
@@ -31,7 +34,7 @@ class PromCells {
         std::size_t offset;
         std::size_t bytes;
     };
-    static constexpr Row kEverything{0, kImageBytes};
+    static constexpr Row kEverything{0, kBytes};
     static constexpr Row kUserCode{kUserCodeAt, 4};
     static constexpr Row kProtection{kProtectionAt, 1};
     static constexpr Row page(std::size_t number) { return {number * kPageBytes, kPageBytes}; }
@@ -40,20 +43,20 @@ class PromCells {
     using WriteThrough = std::function<void(std::size_t offset, std::span<const uint8_t> bytes)>;
 
     // Erased.
-    PromCells() : image_(kImageBytes, 0xFF) { image_[kProtectionAt] = kProtectionMask; }
+    PromCells() : bytes_(kBytes, 0xFF) { bytes_[kProtectionAt] = kProtectionMask; }
     // Ready to be put into a card: programmed pages (kPromBytes of them, as encodeConfiguration makes them),
     // a user code and protection bits.
     PromCells(std::span<const uint8_t> pages, uint32_t userCode, uint8_t protection);
-    // The whole image (kImageBytes).
+    // The whole image (kBytes).
     explicit PromCells(std::vector<uint8_t> image);
     PromCells(PromCells&&) = default;
-    PromCells& operator=(PromCells&&) = delete;  // cells that are written through change by setImage()
+    PromCells& operator=(PromCells&&) = delete;  // cells that are written through change by assign()
 
-    std::span<const uint8_t> image() const { return image_; }
-    std::span<const uint8_t> pages() const { return image().first(kPromBytes); }
-    std::span<const uint8_t> bytesOf(Row row) const { return image().subspan(row.offset, row.bytes); }
+    std::span<const uint8_t> bytes() const { return bytes_; }
+    std::span<const uint8_t> pages() const { return bytes().first(kPromBytes); }
+    std::span<const uint8_t> bytesOf(Row row) const { return bytes().subspan(row.offset, row.bytes); }
     uint32_t userCode() const;
-    uint8_t protection() const { return image_[kProtectionAt] & kProtectionMask; }
+    uint8_t protection() const { return bytes_[kProtectionAt] & kProtectionMask; }
     bool isPageErased(std::size_t number) const;
 
     // Turns ones of a page into zeros where `data` (kPageBytes of it) has zeros.
@@ -61,8 +64,8 @@ class PromCells {
     void setUserCode(uint32_t userCode);
     void setProtection(uint8_t protection);
     void erase();
-    // Replaces the whole image (kImageBytes).
-    void setImage(std::span<const uint8_t> image);
+    // Replaces the whole image (kBytes).
+    void assign(std::span<const uint8_t> image);
 
     // Makes a scatter of a row's bits wrong, the same one every time; doing it again makes them right.
     void toggleDamage(Row row);
@@ -72,7 +75,7 @@ class PromCells {
   private:
     void changed(Row row);
 
-    std::vector<uint8_t> image_;
+    std::vector<uint8_t> bytes_;
     WriteThrough writeThrough_;
 };
 

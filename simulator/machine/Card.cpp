@@ -35,12 +35,11 @@ std::optional<FpgaConfiguration> Card::acceptableConfiguration() const {
 }
 
 void Card::powerUp() {
-    chain_.powerUp();
     resume(acceptableConfiguration(), 0);
 }
 
 void Card::powerOff() {
-    chain_.powerUp();  // what it loses shows no earlier than the next power-up
+    chain_.losePower();
     running_.reset();
     hasPower_ = false;
     presentRegisters();

@@ -4,6 +4,7 @@
 // or not, and those that were loaded while the machine has been on.
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <map>
 #include <string>
@@ -14,6 +15,9 @@
 namespace simulator {
 
 enum class PrivateDriverFault { none, doesNotLoad, publishesNothing };
+// The words for them in files.
+constexpr std::array<std::string_view, 3> kPrivateDriverFaultNames{"none", "does not load",
+                                                                   "publishes nothing"};
 
 struct Drivers {
     // How long a driver that was loaded takes until the cards' services are there.
@@ -32,7 +36,7 @@ struct Drivers {
     std::map<std::string, Loaded> loaded;
 
     // Whether the cards publish services of a class.
-    bool publish(std::string_view serviceClass) const {
+    bool publishes(std::string_view serviceClass) const {
         return (resident && serviceClass == card_driver::kServiceClass) ||
                (privateDriverFault != PrivateDriverFault::publishesNothing &&
                 std::ranges::any_of(loaded, [serviceClass](const auto& entry) {

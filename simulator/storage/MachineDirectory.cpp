@@ -55,9 +55,9 @@ StoredMachine readMachine(const Folder& folder) {
 }
 
 void requirePromSize(const files::OpenFile& file) {
-    if (const auto bytes = file.status().st_size; bytes != PromCells::kImageBytes) {
+    if (const auto bytes = file.status().st_size; bytes != PromCells::kBytes) {
         throw FileError(file.name(), "is " + std::to_string(bytes) + " bytes long instead of " +
-                                         std::to_string(PromCells::kImageBytes));
+                                         std::to_string(PromCells::kBytes));
     }
 }
 
@@ -221,7 +221,7 @@ void MachineDirectory::save() {
     commit.put(kMachineFile, {reinterpret_cast<const uint8_t*>(text.data()), text.size()});
     for (std::size_t index = 0; index < machine_.cardCount(); ++index) {
         if (promFiles_[index]->behind) {
-            commit.put(promFiles_[index]->name, machine_.card(index).cells().image());
+            commit.put(promFiles_[index]->name, machine_.card(index).cells().bytes());
         }
     }
     commit.take();

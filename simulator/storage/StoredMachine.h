@@ -22,6 +22,9 @@
 
 namespace simulator {
 
+// The value of "format".
+constexpr int kMachineFormat = 1;
+
 struct StoredMachine {
     // What a card remembers while it has power.
     struct Powered {

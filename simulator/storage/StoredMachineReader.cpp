@@ -1,125 +1,19 @@
 #include <algorithm>
-#include <charconv>
 #include <functional>
-#include <limits>
 #include <nlohmann/json.hpp>
 #include <set>
 #include <utility>
 
 #include "simulator/base/MachineError.h"
+#include "simulator/storage/JsonObject.h"
 #include "simulator/storage/StoredMachine.h"
-#include "simulator/storage/StoredMachineNames.h"
 
 namespace simulator {
 namespace {
 
-using Json = nlohmann::json;
+using Json = JsonObject::Json;
 
-// One JSON object while it is being read; every complaint names the field by its path.
-class Object {
-  public:
-    Object(const Json& json, std::string path) : json_(json), path_(std::move(path)) {
-        if (!json_.is_object()) {
-            throw MachineError((path_.empty() ? "the file" : path_) + " is not an object.");
-        }
-    }
-
-    [[noreturn]] void complain(const std::string& key, const std::string& what) const {
-        throw MachineError(pathOf(key) + " " + what);
-    }
-
-    [[nodiscard]] bool has(const std::string& key) const { return json_.contains(key); }
-
-    const Json& at(const std::string& key) {
-        read_.insert(key);
-        const auto found = json_.find(key);
-        if (found == json_.end()) {
-            complain(key, "is missing.");
-        }
-        return *found;
-    }
-
-    Object object(const std::string& key) { return {at(key), pathOf(key)}; }
-
-    std::vector<Object> objects(const std::string& key) {
-        if (!at(key).is_array()) {
-            complain(key, "is not a list.");
-        }
-        std::vector<Object> objects;
-        for (const Json& json : at(key)) {
-            objects.emplace_back(json, pathOf(key) + '[' + std::to_string(objects.size()) + ']');
-        }
-        return objects;
-    }
-
-    template <typename Number>
-    Number number(const std::string& key, Number least = 0,
-                  Number most = std::numeric_limits<Number>::max()) {
-        const Json& json = at(key);
-        if (!json.is_number_unsigned() || json.get<uint64_t>() < least || json.get<uint64_t>() > most) {
-            complain(key, "is not a whole number from " + std::to_string(least) + " to " +
-                              std::to_string(most) + ".");
-        }
-        return json.get<Number>();
-    }
-
-    bool flag(const std::string& key) {
-        if (!at(key).is_boolean()) {
-            complain(key, "is neither true nor false.");
-        }
-        return at(key).get<bool>();
-    }
-
-    std::string text(const std::string& key) {
-        if (!at(key).is_string()) {
-            complain(key, "is not a text.");
-        }
-        return at(key).get<std::string>();
-    }
-
-    template <typename Enumeration, std::size_t count>
-    Enumeration oneOf(const std::string& key, const std::array<std::string_view, count>& names) {
-        const auto* found = std::ranges::find(names, text(key));
-        if (found == names.end()) {
-            complain(key, "is not a word that this program knows.");
-        }
-        return static_cast<Enumeration>(found - names.begin());
-    }
-
-    std::vector<uint8_t> hexadecimal(const std::string& key, std::size_t bytes) {
-        const std::string digits = text(key);
-        std::vector<uint8_t> content(bytes);
-        bool good = digits.size() == 2 * bytes;
-        for (std::size_t i = 0; good && i < bytes; ++i) {
-            const char* const pair = digits.data() + 2 * i;
-            good = std::from_chars(pair, pair + 2, content[i], 16).ptr == pair + 2;
-        }
-        if (!good) {
-            complain(key, "is not " + std::to_string(bytes) + " bytes in hexadecimal.");
-        }
-        return content;
-    }
-
-    // To be called when everything has been read.
-    void nothingElse() const {
-        for (const auto& [key, value] : json_.items()) {
-            if (!read_.contains(key)) {
-                complain(key, "is a field that this program does not know.");
-            }
-        }
-    }
-
-  private:
-    [[nodiscard]] std::string pathOf(const std::string& key) const {
-        return path_.empty() ? key : path_ + '.' + key;
-    }
-
-    const Json& json_;
-    std::string path_;
-    std::set<std::string> read_;
-};
-
-ShiftRegister decodeShift(Object object) {
+ShiftRegister decodeShift(JsonObject object) {
     const auto bits = object.number<uint32_t>("bits", 0, ShiftRegister::kMostBits);
     ShiftRegister shift;
     shift.load(object.hexadecimal("content", (bits + 7) / 8), bits);
@@ -127,7 +21,7 @@ ShiftRegister decodeShift(Object object) {
     return shift;
 }
 
-JtagDevice::State decodeJtag(Object object) {
+JtagDevice::State decodeJtag(JsonObject object) {
     const auto tap = tapStateNamed(object.text("tap"));
     if (!tap) {
         object.complain("tap", "is not a state of a TAP controller.");
@@ -141,22 +35,22 @@ JtagDevice::State decodeJtag(Object object) {
     return state;
 }
 
-Prom::State decodeProm(Object object) {
+Prom::State decodeProm(JsonObject object) {
     Prom::State state{.programmingMode = object.flag("programmingMode"),
                       .mode = object.number<uint8_t>("mode"),
                       .address = object.number<uint16_t>("address"),
                       .pageData = {},
                       .userCode = object.number<uint32_t>("userCode"),
                       .controlData = object.number<uint8_t>("controlData"),
-                      .loadedLast = object.oneOf<Prom::Register>("loadedLast", kRegisterNames),
-                      .operation = object.oneOf<Prom::Operation>("operation", kOperationNames),
+                      .loadedLast = object.oneOf<Prom::Register>("loadedLast", Prom::kRegisterNames),
+                      .operation = object.oneOf<Prom::Operation>("operation", Prom::kOperationNames),
                       .doneAt = object.number<uint64_t>("doneAt")};
     std::ranges::copy(object.hexadecimal("pageData", kPageBytes), state.pageData.begin());
     object.nothingElse();
     return state;
 }
 
-JtagChain::State decodeChain(Object object) {
+JtagChain::State decodeChain(JsonObject object) {
     const JtagChain::State state{.tck = object.flag("tck"),
                                  .clocks = object.number<uint64_t>("clocks"),
                                  .scanBits = object.number<uint64_t>("scanBits"),
@@ -165,7 +59,7 @@ JtagChain::State decodeChain(Object object) {
     return state;
 }
 
-FpgaConfiguration decodeConfiguration(Object object) {
+FpgaConfiguration decodeConfiguration(JsonObject object) {
     const std::string flavour = object.text("flavour");
     if (flavour != "M" && flavour != "W") {
         object.complain("flavour", "is neither M nor W.");
@@ -179,7 +73,7 @@ FpgaConfiguration decodeConfiguration(Object object) {
     return configuration;
 }
 
-StoredMachine::Powered decodePowered(Object& object) {
+StoredMachine::Powered decodePowered(JsonObject& object) {
     StoredMachine::Powered powered;
     if (!object.at("running").is_null()) {
         powered.running = decodeConfiguration(object.object("running"));
@@ -192,7 +86,7 @@ StoredMachine::Powered decodePowered(Object& object) {
     return powered;
 }
 
-Fault decodeFault(Object object) {
+Fault decodeFault(JsonObject object) {
     const std::string name = object.text("kind");
     const auto* const found = std::ranges::find(faultKinds(), name, &FaultKindDescription::name);
     if (found == faultKinds().end()) {
@@ -211,14 +105,14 @@ Fault decodeFault(Object object) {
     if (found->hasFactor) {
         fault.factor = object.number<uint32_t>("factor", Fault::kLeastFactor, Fault::kMostFactor);
     }
-    fault.when = object.oneOf<Fault::When>("when", kWhenNames);
+    fault.when = object.oneOf<Fault::When>("when", Fault::kWhenNames);
     fault.count = object.number<uint64_t>("count");
     fault.struck = object.flag("struck");
     object.nothingElse();
     return fault;
 }
 
-RecordingRequest decodeRecording(Object object) {
+RecordingRequest decodeRecording(JsonObject object) {
     constexpr uint64_t kMost = RecordingRequest::kMostMicroseconds;
     RecordingRequest request{.file = object.text("file"),
                              .fromMicroseconds = object.number<uint64_t>("fromMicroseconds", 0, kMost),
@@ -230,7 +124,7 @@ RecordingRequest decodeRecording(Object object) {
     return request;
 }
 
-StoredMachine::Card decodeCard(Object object, bool on) {
+StoredMachine::Card decodeCard(JsonObject object, bool on) {
     StoredMachine::Card card{
         .board = {.name = object.text("name"),
                   .location = object.text("location"),
@@ -248,7 +142,7 @@ StoredMachine::Card decodeCard(Object object, bool on) {
         card.powered = decodePowered(object);
     }
     if (object.has("faults")) {
-        for (const Object& fault : object.objects("faults")) {
+        for (const JsonObject& fault : object.objects("faults")) {
             card.faults.push_back(decodeFault(fault));
         }
     }
@@ -259,14 +153,14 @@ StoredMachine::Card decodeCard(Object object, bool on) {
     return card;
 }
 
-Drivers decodeDrivers(Object object, bool on) {
-    Drivers drivers{
-        .resident = object.flag("resident"),
-        .refusesAdministrator = object.flag("refusesAdministrator"),
-        .privateDriverFault = object.oneOf<PrivateDriverFault>("privateDriverFault", kDriverFaultNames),
-        .loaded = {}};
+Drivers decodeDrivers(JsonObject object, bool on) {
+    Drivers drivers{.resident = object.flag("resident"),
+                    .refusesAdministrator = object.flag("refusesAdministrator"),
+                    .privateDriverFault =
+                        object.oneOf<PrivateDriverFault>("privateDriverFault", kPrivateDriverFaultNames),
+                    .loaded = {}};
     if (on) {
-        for (Object driver : object.objects("loaded")) {
+        for (JsonObject driver : object.objects("loaded")) {
             const Drivers::Loaded loaded{.serviceClass = driver.text("serviceClass"),
                                          .secondsToAttach = driver.number<uint32_t>("secondsToAttach")};
             if (!drivers.loaded.emplace(driver.text("identifier"), loaded).second) {
@@ -279,7 +173,7 @@ Drivers decodeDrivers(Object object, bool on) {
     return drivers;
 }
 
-Ledger::Entry decodeEntry(Object object) {
+Ledger::Entry decodeEntry(JsonObject object) {
     const auto misuse = misuseNamed(object.text("misuse"));
     if (!misuse) {
         object.complain("misuse", "is not a misuse that this program knows.");
@@ -327,7 +221,7 @@ Json parse(std::string_view text) {
 
 StoredMachine decodeMachine(std::string_view text) {
     const Json json = parse(text);
-    Object object(json, "");
+    JsonObject object(json, "");
     if (object.number<uint32_t>("format") != kMachineFormat) {
         object.complain("format", "is not " + std::to_string(kMachineFormat) +
                                       "; another version of this program made the machine.");
@@ -339,13 +233,13 @@ StoredMachine decodeMachine(std::string_view text) {
         machine.drivers = decodeDrivers(object.object("drivers"), machine.on);
     }
     std::set<std::string> promFiles;
-    for (const Object& card : object.objects("cards")) {
+    for (const JsonObject& card : object.objects("cards")) {
         machine.cards.push_back(decodeCard(card, machine.on));
         if (!promFiles.insert(machine.cards.back().promFile).second) {
             card.complain("promFile", "belongs to another card already.");
         }
     }
-    for (const Object& entry : object.objects("ledger")) {
+    for (const JsonObject& entry : object.objects("ledger")) {
         machine.ledger.push_back(decodeEntry(entry));
     }
     object.nothingElse();

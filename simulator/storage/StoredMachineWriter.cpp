@@ -3,7 +3,6 @@
 #include <span>
 
 #include "simulator/storage/StoredMachine.h"
-#include "simulator/storage/StoredMachineNames.h"
 
 namespace simulator {
 namespace {
@@ -39,8 +38,8 @@ Json encode(const Prom::State& state) {
             {"pageData", hexadecimal(state.pageData)},
             {"userCode", state.userCode},
             {"controlData", state.controlData},
-            {"loadedLast", kRegisterNames[static_cast<std::size_t>(state.loadedLast)]},
-            {"operation", kOperationNames[static_cast<std::size_t>(state.operation)]},
+            {"loadedLast", Prom::kRegisterNames[static_cast<std::size_t>(state.loadedLast)]},
+            {"operation", Prom::kOperationNames[static_cast<std::size_t>(state.operation)]},
             {"doneAt", state.doneAt}};
 }
 
@@ -77,7 +76,7 @@ Json encode(const Fault& fault) {
     if (kind.hasFactor) {
         json["factor"] = fault.factor;
     }
-    json["when"] = kWhenNames[static_cast<std::size_t>(fault.when)];
+    json["when"] = Fault::kWhenNames[static_cast<std::size_t>(fault.when)];
     json["count"] = fault.count;
     json["struck"] = fault.struck;
     return json;
@@ -112,10 +111,10 @@ Json encode(const StoredMachine::Card& card) {
 }
 
 Json encode(const Drivers& drivers, bool on) {
-    Json json{
-        {"resident", drivers.resident},
-        {"refusesAdministrator", drivers.refusesAdministrator},
-        {"privateDriverFault", kDriverFaultNames[static_cast<std::size_t>(drivers.privateDriverFault)]}};
+    Json json{{"resident", drivers.resident},
+              {"refusesAdministrator", drivers.refusesAdministrator},
+              {"privateDriverFault",
+               kPrivateDriverFaultNames[static_cast<std::size_t>(drivers.privateDriverFault)]}};
     if (on) {
         json["loaded"] = Json::array();
         for (const auto& [identifier, driver] : drivers.loaded) {

@@ -70,7 +70,7 @@ TEST(CardPowerUpTest, TakesOnlyAConfigurationThatFits) {
 
 TEST_F(CardTest, PowerCycleShowsNewFirmwareAndForgetsTheRest) {
     const uint32_t* const version = map(0) + 4;
-    card().cells().setImage(PromCells(encodeConfiguration({0x21, 1, 'W', 8, 0x6101}), 0, 0).image());
+    card().cells().assign(PromCells(encodeConfiguration({0x21, 1, 'W', 8, 0x6101}), 0, 0).bytes());
     probe_->enterProgramming();
     EXPECT_EQ(host_.loadWord(version), 10U);
     machine_.powerOff();

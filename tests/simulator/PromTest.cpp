@@ -14,7 +14,7 @@ class PromTest : public ProbedMachineTest {
     // Lets the time go by without the accesses that it takes.
     void erase(uint64_t microseconds = 15'000'000) {
         probe_->instruction(Prom::eraseInstruction);
-        machine_.clock().resume(machine_.accesses() + microseconds * 3);
+        machine_.clock().advance(microseconds * 3);
         probe_->instruction(Prom::bypassInstruction);
     }
 };
@@ -112,7 +112,7 @@ TEST_F(PromTest, TakesEffectInTimeAndLeaves) {
 }
 
 TEST_F(PromTest, NothingIsWrittenOutsideProgrammingModeOrWhereNoRowIs) {
-    const std::vector<uint8_t> before(card().cells().image().begin(), card().cells().image().end());
+    const std::vector<uint8_t> before(card().cells().bytes().begin(), card().cells().bytes().end());
     probe_->programUserCode(0);
     erase();
     EXPECT_EQ(misuses(), Misuses(2, Misuse::outsideProgrammingMode));
@@ -127,7 +127,7 @@ TEST_F(PromTest, NothingIsWrittenOutsideProgrammingModeOrWhereNoRowIs) {
         probe_->program();
     }
     EXPECT_EQ(misuses(), Misuses(6, Misuse::noSuchRow));
-    EXPECT_TRUE(std::ranges::equal(card().cells().image(), before));
+    EXPECT_TRUE(std::ranges::equal(card().cells().bytes(), before));
 }
 
 }  // namespace simulator

@@ -113,7 +113,7 @@ void UpdaterSession::expectNothingLeft() {
     }
     // Filling the popup closes card indexes instead of connections, and so leaves one open per card, also for
     // those that are then not listed because they do not answer. They go with a driver that is unloaded.
-    const bool wasUnloaded = machine_.isOn() && !machine_.drivers().publish(card_driver::kServiceClass);
+    const bool wasUnloaded = machine_.isOn() && !machine_.drivers().publishes(card_driver::kServiceClass);
     EXPECT_EQ(simulatedHost.openConnections(), wasUnloaded ? 0u : opened_);
 }
 

@@ -57,9 +57,9 @@ void changeFirmware(const CardOptions& options, const Board& board, PromCells& c
     if (options.date) {
         configuration.date = *catalogue::parseFirmwareDate(*options.date);
     }
-    cells.setImage(
+    cells.assign(
         PromCells(simulator::encodeConfiguration(configuration), cells.userCode(), cells.protection())
-            .image());
+            .bytes());
 }
 
 void changeBoard(const CardOptions& options, Board& board) {

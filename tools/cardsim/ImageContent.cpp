@@ -19,7 +19,7 @@ PromCells contentOfImage(const std::string& file) {
         }
     }
     PromCells content;
-    content.setImage(play.content().image());
+    content.assign(play.content().bytes());
     return content;
 }
 

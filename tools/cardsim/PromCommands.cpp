@@ -31,7 +31,7 @@ void dump(const PromOptions& options, std::ostream& out) {
     if (!tools::isStandardStream(options.file)) {
         requireForeign(*directory, options.file);
     }
-    tools::writeOutput(options.file, card.cells().image(), out,
+    tools::writeOutput(options.file, card.cells().bytes(), out,
                        "Wrote the PROM of " + nameOf(card) + " to " + options.file + ".\n");
 }
 
@@ -40,14 +40,14 @@ void load(const PromOptions& options, std::ostream& out) {
     const auto directory = openMachine(options.folder);
     Card& card = directory->machine().card(indexOfCard(directory->machine(), options.number));
     const std::vector<uint8_t> content = tools::readInput(options.file);
-    if (content.size() != kPromBytes && content.size() != PromCells::kImageBytes) {
+    if (content.size() != kPromBytes && content.size() != PromCells::kBytes) {
         throw UserError(tools::inputName(options.file) + ": is " + std::to_string(content.size()) +
                         " bytes long; a PROM has " + std::to_string(kPromBytes) + ", or " +
-                        std::to_string(PromCells::kImageBytes) + " with identity and protection.");
+                        std::to_string(PromCells::kBytes) + " with identity and protection.");
     }
-    std::vector<uint8_t> image(card.cells().image().begin(), card.cells().image().end());
+    std::vector<uint8_t> image(card.cells().bytes().begin(), card.cells().bytes().end());
     std::ranges::copy(content, image.begin());
-    card.cells().setImage(image);
+    card.cells().assign(image);
     directory->save();
     out << "Loaded the PROM of " << nameOf(card) << " from " << tools::inputName(options.file) << ".\n";
 }

@@ -6,7 +6,8 @@
 
 #include "platform/Host.h"
 
-// Byte offsets of the registers, from the base of the card's memory range 0.
+// Byte offsets of the registers, from the base of the card's memory range 0. The simulated card has a map of
+// its own, so that a mistake in either shows.
 constexpr uint32_t kByteSwapIDRegister = 0x000;
 constexpr uint32_t kDeviceIDRegister = 0x008;
 constexpr uint32_t kBoardRevisionRegister = 0x00C;

@@ -11,6 +11,8 @@
 //    0x100  JTAG output: bit 6 TCK, bit 5 TMS, bit 4 TDI, bit 3 the activity lamp; reads back what was
 //           written
 //    0x108  JTAG input: bit 7 TDO
+//
+// The updater tells its own map, in card/Registers.h and hw/JtagPort.h, so that a mistake in either shows.
 
 #include <array>
 #include <cstdint>
@@ -47,14 +49,11 @@ constexpr uint32_t kActivityLamp = 0x08;
 constexpr uint32_t kTdo = 0x80;
 }  // namespace registers
 
-constexpr uint8_t kFirstModelCode = 0x20;
-constexpr uint8_t kLastModelCode = 0x25;
-
 // What is soldered and where it is plugged in; no firmware changes it.
 struct Board {
     std::string name;
     std::string location;
-    uint8_t modelCode;  // kFirstModelCode to kLastModelCode
+    uint8_t modelCode;  // of a model in catalogue/CardModels.h
     uint8_t revision;   // 0 none, 1 A, 2 B, ...
 };
 

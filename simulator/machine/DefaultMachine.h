@@ -1,6 +1,6 @@
 #pragma once
 
-// The machine that anyone gets who brings none.
+// The machine that is made when none is given.
 
 #include "simulator/machine/Machine.h"
 

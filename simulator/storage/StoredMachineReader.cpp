@@ -4,6 +4,7 @@
 #include <set>
 #include <utility>
 
+#include "catalogue/CardModels.h"
 #include "simulator/base/MachineError.h"
 #include "simulator/storage/JsonObject.h"
 #include "simulator/storage/StoredMachine.h"
@@ -128,7 +129,8 @@ StoredMachine::Card decodeCard(JsonObject object, bool on) {
     StoredMachine::Card card{
         .board = {.name = object.text("name"),
                   .location = object.text("location"),
-                  .modelCode = object.number<uint8_t>("modelCode", kFirstModelCode, kLastModelCode),
+                  .modelCode = object.number<uint8_t>("modelCode", catalogue::kFirstModelCode,
+                                                      catalogue::kLastModelCode),
                   .revision = object.number<uint8_t>("boardRevision")},
         .promFile = object.text("promFile"),
         .powered = std::nullopt,

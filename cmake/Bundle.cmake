@@ -1,5 +1,5 @@
 # A program's bundle: the folder named for it, beside it, with the resources that all updaters share and those that only
-# this one has.
+# this one has. Both are installed.
 #
 #   add_bundle(vupdater-simulated FILES ${CMAKE_CURRENT_SOURCE_DIR}/dialog-200.ui)
 
@@ -20,4 +20,14 @@ function(add_bundle program)
     add_custom_target(${program}_bundle ALL DEPENDS ${copies})
     add_dependencies(${program}_bundle shared_resources)
     add_dependencies(${program} ${program}_bundle)
+
+    # Installed, program and bundle lie beside each other as well, and a link is where programs are looked for.
+    set(home ${CMAKE_INSTALL_LIBDIR}/vupdater)
+    set(link ${CMAKE_CURRENT_BINARY_DIR}/link/${program})
+    cmake_path(RELATIVE_PATH CMAKE_INSTALL_FULL_LIBDIR BASE_DIRECTORY ${CMAKE_INSTALL_FULL_BINDIR} OUTPUT_VARIABLE way)
+    file(MAKE_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/link)
+    file(CREATE_LINK ${way}/vupdater/${program} ${link} SYMBOLIC)
+    install(TARGETS ${program} DESTINATION ${home})
+    install(FILES ${shared} ${BUNDLE_FILES} DESTINATION ${home}/${program}.app/Contents/Resources)
+    install(FILES ${link} TYPE BIN)
 endfunction()

@@ -19,10 +19,9 @@
 #include "framework/widgets/LProgressBar.h"
 #include "framework/widgets/LPushButton.h"
 #include "framework/widgets/LStaticText.h"
-#include "framework/widgets/LStdButton.h"
 #include "framework/widgets/LWindow.h"
 #include "framework/widgets/UControlRegistry.h"
-#include "framework/widgets/UModalAlerts.h"
+#include "framework/widgets/UModalDialogs.h"
 
 CUpdaterApp* gpTheApp = nullptr;
 

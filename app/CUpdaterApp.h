@@ -1,7 +1,7 @@
 #pragma once
 
 // The one application object: start-up and shutdown, the main window and its states, the open card, the
-// update run.
+// update run. Its functions stand in CUpdaterApp.cpp unless a heading names another file.
 
 #include <Security/Authorization.h>
 
@@ -41,18 +41,21 @@ class CUpdaterApp : public LApplication, public LListener, public LBroadcaster {
     // builds the main window. Throws "nilP" when the window or one of its controls is missing.
     void StartUp() override;
 
-    // Reacts to the main window's four controls, one at a time: while a card is being read or updated nothing
-    // else is begun, and once it has been updated only the power-down is left. The parameter is not used.
+    // In MainWindow.cpp. Reacts to the main window's four controls, one at a time: while a card is being read
+    // or updated nothing else is begun, and once it has been updated only the power-down is left. The
+    // parameter is not used.
     void ListenToMessage(MessageT message, void* parameter) override;
 
   protected:
     void QuitRefused() override;
 
   private:
-    bool Accepts(MessageT message) const;
-
     // Registers the classes that the layouts name.
     void RegisterClasses();
+
+    // MainWindow.cpp
+
+    bool Accepts(MessageT message) const;
 
     // Appends one popup item per card that can be opened and described. Throws "nilP" without a popup.
     void PopulateCardsPopup(LWindow* window);
@@ -61,20 +64,24 @@ class CUpdaterApp : public LApplication, public LListener, public LBroadcaster {
     // missing pane.
     void UpdateWindowState();
 
-    // Says during a write that the program cannot be quit; a refused quit emphasises it.
+    // Shows during a write that the program cannot be quit; a refused quit emphasises it.
     void ShowWhetherToQuit();
+
+    // CardInformation.cpp
 
     // Opens the card chosen in the popup, shows it, and chooses its firmware image; quits on any fatal
     // finding.
     void UpdateCardInfo();
 
-    // The steps of UpdateCardInfo, in order. Each returns false when the application was asked to quit.
+    // The steps of UpdateCardInfo, in order. Each returns false if the application has to quit.
     bool OpenChosenCard(int32_t item);
     bool ReadCardRegisters(uint16_t& outFirmwareVersion);
     bool ReadCardIdentity();
     void ChooseFirmwareForCard(uint8_t firmwareVersion);
-    // Says below the card's values what they and the choice mean.
+    // Shows below the card's values what they and the choice mean.
     void ShowFirmwareState();
+
+    // UpdateRun.cpp
 
     // Loads the chosen image, asks for confirmation and writes it into the card.
     void UpdateFirmware();
@@ -82,11 +89,13 @@ class CUpdaterApp : public LApplication, public LListener, public LBroadcaster {
     // Writes a loaded image into the card and takes the window through the run's states.
     void WriteFirmware(uint8_t* image, uint32_t bytes);
 
-    // Gives the keyboard to the button to go on with after a write.
+    // Gives the keyboard to the button that comes next after a write.
     void OfferNextStep();
 
+    // IdentityEntry.cpp
+
     // Asks for the identity of a card that has none, keeps it in gSerialNumber and writes it into the card.
-    // Returns false when the user cancelled.
+    // Returns false if the user cancelled.
     bool GetSerialNumberDialog();
 
     // Authorization under which the private driver was installed; null when none is.
@@ -104,7 +113,8 @@ class CUpdaterApp : public LApplication, public LListener, public LBroadcaster {
     uint32_t mCardConnection = 0;
     // The open card already carries the chosen firmware or a newer one.
     bool mFirmwareIsCurrent = false;
-    // Popup items of the cards whose update has failed: what they still run tells nothing about their PROMs.
+    // Popup items of the cards whose update has failed: the firmware they still run says nothing about their
+    // PROMs.
     std::set<int32_t> mFailedCardItems;
     // A message is being acted on, dialogs and the firmware write included.
     bool mIsBusy = false;

@@ -18,19 +18,19 @@
 #include "framework/core/LException.h"
 #include "framework/widgets/LPopupButton.h"
 #include "framework/widgets/LWindow.h"
-#include "framework/widgets/UModalAlerts.h"
+#include "framework/widgets/UModalDialogs.h"
 #include "hw/PromOperations.h"
 
 namespace {
 
-// What stands in a pane while the card has not told it, so that nothing of the previous card is taken for it.
+// Shown until the value has been read, so that the previous card's is not taken for it.
 constexpr const char* kNotKnownYet = "–";
 
 uint16_t readLowHalf(uint32_t offsetBytes) {
     return static_cast<uint16_t>(MacReadULONG(RegisterAt(offsetBytes)));
 }
 
-// Sets gbSwap to the order in which the byte-swap identification reads right; false when there is none.
+// Sets gbSwap to the order in which the byte-swap identification reads right; false if there is none.
 bool decideByteOrder() {
     for (const uint8_t byteSwap : {uint8_t{1}, uint8_t{0}}) {
         gbSwap = byteSwap;
@@ -95,7 +95,7 @@ bool CUpdaterApp::ReadCardRegisters(uint16_t& outFirmwareVersion) {
     gusPCBRev = readLowHalf(kBoardRevisionRegister);
     outFirmwareVersion = readLowHalf(kFirmwareVersionRegister);
     const uint16_t firmwareDate = readLowHalf(kFirmwareDateRegister);
-    // Part of the sequence of reads that cards are known to take; nothing is made of its value.
+    // Part of the sequence of reads that cards are known to take; its value is not used.
     readLowHalf(kReservedRegister);
 
     SetWindowItemText(mMainWindow, kModelPane, catalogue::modelName(gusDeviceID).c_str());

@@ -18,7 +18,7 @@ bool CUpdaterApp::GetSerialNumberDialog() {
     while (UModalDialogs::AskForOneString(this, kIdentityDialog, kSerialNumberField, text, card)) {
         if (const auto identity = catalogue::parseTypedSerialNumber(TextOfPascal(text))) {
             gSerialNumber = *identity;
-            // Tells of its failures itself; the identity counts as entered all the same.
+            // Reports its own failures; the identity counts as entered all the same.
             WriteSerialNumber(gSerialNumber);
             return true;
         }

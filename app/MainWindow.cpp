@@ -15,7 +15,7 @@
 
 namespace {
 
-// When a pane is shown.
+// The state in which a pane is shown.
 struct StatePane {
     PaneIDT pane;
     WindowState shownIn;
@@ -53,8 +53,7 @@ void CUpdaterApp::PopulateCardsPopup(LWindow* window) {
 }
 
 bool CUpdaterApp::Accepts(MessageT message) const {
-    // The window offers nothing else either, but what is at stake is a card: it is not left to the window
-    // alone.
+    // The window offers nothing else either, but a card is at stake: this does not rely on the window alone.
     switch (mWindowState) {
         case kWindowUpdating:
             return false;

@@ -16,7 +16,7 @@
 
 namespace {
 
-// Passes of the event loop before the write, so that the window has taken on the new look.
+// Passes of the event loop before the write, so that the window shows its new state.
 constexpr int kPassesBeforeWriting = 50;
 
 constexpr uint16_t kWriteBrokenOff = 0xFFFF;
@@ -49,7 +49,7 @@ void CUpdaterApp::UpdateFirmware() {
         try {
             WriteFirmware(image->bytes.get(), image->size);
         } catch (...) {
-            // The program can be quit again and another write tried.
+            // The program can be quit again, or another write tried.
             mWindowState = kWindowIdle;
             UpdateWindowState();
             throw;
@@ -62,8 +62,8 @@ void CUpdaterApp::UpdateFirmware() {
 }
 
 void CUpdaterApp::OfferNextStep() {
-    // What was clicked and typed while the window was being redrawn was not meant for the buttons that
-    // appeared; while the run goes on they drop it.
+    // Clicks and keys from while the window was being redrawn were not meant for the buttons that appeared,
+    // which ignore them as long as the run goes on.
     ProcessNextEvent();
     // Somebody who passed the time with the help has to see how the write ended.
     ClosePages();
@@ -81,11 +81,11 @@ void CUpdaterApp::WriteFirmware(uint8_t* image, uint32_t bytes) {
     for (int pass = 0; pass < kPassesBeforeWriting; ++pass) {
         ProcessNextEvent();
     }
-    // An exception out of the write is reported later; first of all it is a write that failed.
+    // An exception out of the write is reported later; first of all, the write has failed.
     uint16_t error = kWriteBrokenOff;
     KeepException([&] { error = ProgramConfigProm(image, bytes); });
-    // What was clicked and typed since the last pass was meant for the window as it still is, not for the
-    // buttons that are about to appear.
+    // Clicks and keys since the last pass were meant for the window as it still is, not for the buttons that
+    // are about to appear.
     ProcessNextEvent();
     if (error != 0) {
         ShowAlert(

@@ -36,7 +36,7 @@ void useBundleResources() {
 int UpdaterMain() {
     InitializeHeap(kMasterPointerBlocks);
     UQDGlobals::InitializeToolbox();
-    // What alerts are headed with while there is no window yet, and what the About box tells.
+    // The title of alerts while there is no window yet, and the version in the About box.
     QGuiApplication::setApplicationDisplayName("VUpdater");
     QCoreApplication::setApplicationVersion(VUPDATER_VERSION);
     // Lives as long as the process.

@@ -10,7 +10,7 @@
 
 namespace {
 
-// A file or connection that took one of these numbers would receive what is meant for people.
+// A file or connection with one of these numbers would receive messages meant for the user.
 void openStandardDescriptors() {
     for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         if (fcntl(descriptor, F_GETFD) == -1 && errno == EBADF) {

@@ -29,7 +29,7 @@ void say(const char* what) {
     std::fprintf(stderr, "vupdater-simulated: %s\n", what);
 }
 
-// Ends the process as the machine's power ends its programs, whatever is under way.
+// Ends the process as a loss of power ends a machine's programs, whatever is under way.
 [[noreturn]] void losePower(simulator::MachineDirectory& directory) {
     say("The machine has lost its power.");
     try {
@@ -40,7 +40,7 @@ void say(const char* what) {
     std::_Exit(kPowerWasLost);
 }
 
-// An error is said here, because the machine is saved all the same.
+// Reports errors here, because the machine is saved all the same.
 int runUpdater() {
     try {
         return UpdaterMain();
@@ -54,7 +54,7 @@ int runOn(const std::string& folder) {
     const auto directory =
         simulator::MachineDirectory::open(folder, simulator::MachineDirectory::OnOpening::powerUp);
     directory->machine().beginRecordings();
-    // From here on the machine is on, also for whoever looks after this process has been killed.
+    // From now on the machine is on, also for programs that look at it after this process has been killed.
     directory->save();
     directory->machine().onPowerLost([&directory] { losePower(*directory); });
     int exitCode = 0;
@@ -70,7 +70,7 @@ int runOn(const std::string& folder) {
     return exitCode;
 }
 
-// A word that nothing takes is told before what is missing, which it may have been meant for.
+// An unexpected word is reported before a missing one, which it may have been meant to be.
 std::string whatIsWrong(const std::vector<std::string>& rest, const CLI::Error& error) {
     for (const std::string& word : rest) {
         if (word.size() > 1 && word.front() == '-') {

@@ -1,7 +1,7 @@
 #pragma once
 
-// The common root of commanders and panes. It is a virtual base, so that an object that is both (a window) is
-// one object to whoever holds it; the class registry makes and hands out everything as one of these.
+// The common root of commanders and panes. It is a virtual base, so that a window, which is both, has it
+// once. The class registry returns every object as one of these.
 class LAttachable {
   public:
     LAttachable() = default;

@@ -24,13 +24,6 @@ void LBroadcaster::AddListener(LListener* listener) {
     }
 }
 
-void LBroadcaster::RemoveListener(LListener* listener) {
-    if (std::ranges::find(*mListeners, listener) != mListeners->end()) {
-        Forget(listener);
-        std::erase(listener->mBroadcasters, this);
-    }
-}
-
 void LBroadcaster::BroadcastMessage(MessageT message, void* parameter) {
     const auto current = mListeners;
     const std::vector<LListener*> atStart = *current;

@@ -1,12 +1,13 @@
 #pragma once
 
+// Something that tells its listeners what happened to it. Neither side owns the other, and either may be
+// destroyed first.
+
 #include <memory>
 #include <vector>
 
 #include "framework/core/LListener.h"
 
-// Something that tells its listeners what happened to it. Neither side owns the other, and either may be
-// destroyed first.
 class LBroadcaster {
   public:
     LBroadcaster();
@@ -14,12 +15,11 @@ class LBroadcaster {
     LBroadcaster& operator=(const LBroadcaster&) = delete;
     virtual ~LBroadcaster();
 
-    // Adding a listener that is already there changes nothing, and so does removing one that is not.
+    // Adding a listener that is already there changes nothing. Destroying a listener removes it.
     void AddListener(LListener* listener);
-    void RemoveListener(LListener* listener);
 
-    // Calls the listeners in the order in which they were added. A listener that is removed meanwhile is not
-    // called any more, one that is added hears only the next message, and one of them may destroy this
+    // Calls the listeners in the order in which they were added. A listener that is destroyed meanwhile is
+    // not called any more, one that is added hears only the next message, and one of them may destroy this
     // broadcaster. What a listener throws goes to the caller; the listeners after it are not called.
     void BroadcastMessage(MessageT message, void* parameter = nullptr);
 

@@ -51,7 +51,8 @@ bool LCommander::AttemptQuit(int32_t saveOption) {
     if (!AttemptQuitSelf(saveOption)) {
         return false;
     }
-    // Whoever is asked may ask the user, and so close and destroy others; those have no say any more.
+    // A commander may ask the user, and others may be closed and destroyed meanwhile; these have no say any
+    // more.
     const std::vector<LCommander*> asked = mSubCommanders;
     return std::ranges::all_of(asked, [&](LCommander* sub) {
         return std::ranges::find(mSubCommanders, sub) == mSubCommanders.end() || sub->AttemptQuit(saveOption);

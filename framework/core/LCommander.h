@@ -1,5 +1,8 @@
 #pragma once
 
+// A link in the chain of command: a command that a commander does not handle climbs to its super-commander.
+// Commanders do not own each other and may be destroyed in any order.
+
 #include <cstdint>
 #include <vector>
 
@@ -15,14 +18,10 @@ constexpr CommandT kCommandCopyDetails = 1001;
 // What to do about unsaved work on the way out: ask the user.
 constexpr int32_t kSaveOptionAsk = FourCharCode("ask ");
 
-// A link in the chain of command: a command that a commander does not handle climbs to its super-commander.
-// Commanders do not own each other and may be destroyed in any order.
 class LCommander : public virtual LAttachable {
   public:
     explicit LCommander(LCommander* super = nullptr);
     ~LCommander() override;
-
-    LCommander* GetSuperCommander() const { return mSuper; }
 
     // Moves this commander, with everything below it, under another one, or under none (null).
     void SetSuperCommander(LCommander* super);
@@ -30,9 +29,9 @@ class LCommander : public virtual LAttachable {
     // Carries out a command and returns whether anyone did. The parameter is the sender's, and may be null.
     virtual bool ObeyCommand(CommandT command, void* parameter = nullptr);
 
-    // Tells how a command shows in a menu: whether it can be chosen, whether it carries a mark and which
-    // (0 is none), and its text as a Pascal string in a Str255. The caller presets all four to "disabled,
-    // no mark, no text of its own"; whoever knows the command changes what differs.
+    // Says how a command shows in a menu: whether it can be chosen, whether it carries a mark and which (0 is
+    // none), and its text as a Pascal string in a Str255. The caller presets all four to "disabled, no mark,
+    // no text of its own"; the commander that knows the command changes what differs.
     virtual void FindCommandStatus(CommandT command, uint8_t& outEnabled, uint8_t& outUsesMark,
                                    uint16_t& outMark, unsigned char* outName);
 

@@ -1,7 +1,7 @@
 #pragma once
 
 // What the framework throws: an error named by a four-character code. LApplication::Run reports what nobody
-// caught; an application throws it too, for a pane that its layout lacks.
+// caught; an application throws it, too, for a pane that its layout lacks.
 
 #include <cstdint>
 #include <exception>
@@ -13,13 +13,11 @@ class LException : public std::exception {
   public:
     static constexpr int32_t kNilPointer = FourCharCode("nilP");
 
-    explicit LException(int32_t code);
+    explicit LException(int32_t code) : mText("framework exception \"" + TextOfCode(code) + "\"") {}
 
-    int32_t GetErrorCode() const { return mCode; }
     const char* what() const noexcept override { return mText.c_str(); }
 
   private:
-    int32_t mCode;
     std::string mText;
 };
 

@@ -8,7 +8,7 @@ LGrowZone* gZone = nullptr;
 
 }  // namespace
 
-// Value-initialised, so that every page of the reserve is really there.
+// Value-initialised, so that every page of the reserve really exists.
 LGrowZone::LGrowZone(int32_t reserveBytes)
     : mReserve(new char[static_cast<std::size_t>(reserveBytes)]()),
       mPreviousHandler(std::set_new_handler(&GiveReserveBack)),

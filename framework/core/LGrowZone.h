@@ -1,12 +1,13 @@
 #pragma once
 
+// A reserve of memory. When an allocation fails, the reserve is released, once, and the allocation is tried
+// again, so that there is room to finish and to tell the user. The latest zone is in charge until it is
+// destroyed.
+
 #include <cstdint>
 #include <memory>
 #include <new>
 
-// A reserve of memory for the moment when an allocation fails: the reserve is given back, once, and the
-// allocation is tried again, so that there is room to finish and to tell the user. The latest one is in
-// charge until it is destroyed.
 class LGrowZone {
   public:
     explicit LGrowZone(int32_t reserveBytes);
@@ -14,7 +15,7 @@ class LGrowZone {
     LGrowZone& operator=(const LGrowZone&) = delete;
     ~LGrowZone();
 
-    // Whether the reserve has been given back, so that the next failing allocation fails for good.
+    // Whether the reserve has been released, so that the next allocation to fail fails for good.
     bool MemoryIsLow() const { return mReserve == nullptr; }
 
   private:

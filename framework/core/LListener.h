@@ -1,12 +1,13 @@
 #pragma once
 
+// Something that receives broadcasters' messages. Destroying it removes it from every broadcaster.
+
 #include <vector>
 
 #include "framework/core/FourCharCode.h"
 
 class LBroadcaster;
 
-// Something that hears what broadcasters say. Destroying it takes it off the list of every broadcaster.
 class LListener {
   public:
     LListener() = default;
@@ -14,8 +15,8 @@ class LListener {
     LListener& operator=(const LListener&) = delete;
     virtual ~LListener();
 
-    // The parameter belongs to the broadcaster and is good for the duration of the call; a control passes its
-    // value as an int32_t*.
+    // The parameter belongs to the broadcaster and is valid during the call; a control passes its value as an
+    // int32_t*.
     virtual void ListenToMessage(MessageT message, void* parameter) = 0;
 
   private:

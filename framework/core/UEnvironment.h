@@ -1,6 +1,7 @@
 #pragma once
 
-// Questions about, and preparations of, the environment that the program's entry code goes through.
+// What the program's entry code asks about its environment, and how it prepares it. On this system there is
+// little to ask and nothing to prepare.
 
 #include <cstdint>
 
@@ -10,7 +11,9 @@ namespace UEnvironment {
 constexpr uint32_t kHasAppearance = 0x1000;
 
 // Qt always brings an appearance; no other feature is known.
-bool HasFeature(uint32_t feature);
+inline bool HasFeature(uint32_t feature) {
+    return feature == kHasAppearance;
+}
 
 }  // namespace UEnvironment
 

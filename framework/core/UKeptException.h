@@ -8,16 +8,16 @@
 
 namespace UKeptException {
 
-// Keeps the exception that is being handled, for RethrowKept. While one is kept already, a further one goes
-// to standard error: the first names the cause.
+// Keeps the exception that is being handled, for RethrowKept. If one is kept already, a further one goes to
+// standard error: the first names the cause.
 void KeepCurrent() noexcept;
 
-// Throws the kept exception and forgets it; does nothing when there is none.
+// Throws the kept exception and forgets it; does nothing if there is none.
 void RethrowKept();
 
 }  // namespace UKeptException
 
-// Calls what it is given and keeps what that throws.
+// Calls a function and keeps what it throws.
 template <typename Function>
 void KeepException(Function&& function) noexcept {
     try {

@@ -20,7 +20,7 @@ void RegisterClass() {
     RegisterClass(Class::kClassName, [] { return std::unique_ptr<LAttachable>(std::make_unique<Class>()); });
 }
 
-// A new object of the class, or null when nobody registered that name.
+// A new object of the class, or null if the name is not registered.
 std::unique_ptr<LAttachable> CreateObject(std::string_view name);
 
 }  // namespace URegistrar

@@ -58,7 +58,7 @@ class AccessibleButton : public QAccessibleWidget {
             return;
         }
         if (action == pressAction()) {
-            // Whoever asks waits for an answer, while what the click sets off may take minutes.
+            // The caller waits for an answer, and what the click starts may take minutes.
             QMetaObject::invokeMethod(&mButton, &QAbstractButton::click, Qt::QueuedConnection);
         } else {
             QAccessibleWidget::doAction(action);

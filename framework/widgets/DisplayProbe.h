@@ -7,7 +7,7 @@
 class DisplayProbe {
   public:
     // Opens a connection of its own to the display that Qt shows the window on. Null on a platform without a
-    // display server, and when the server takes no further connection.
+    // display server, and if the server takes no further connection.
     static std::unique_ptr<DisplayProbe> Create();
 
     virtual ~DisplayProbe() = default;

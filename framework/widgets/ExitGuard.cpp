@@ -59,7 +59,7 @@ bool ExitGuard::CallPlain(void (*function)(void* context), void* context) {
 }
 
 void ExitGuard::Leave() {
-    // A forked child that ends before it has become another program is none of the guard's business.
+    // A forked child may well end before it has become another program.
     if (gInnermost != nullptr && gInnermost->process == getpid()) {
         std::longjmp(gInnermost->registers, 1);
     }

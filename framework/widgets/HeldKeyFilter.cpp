@@ -5,7 +5,7 @@
 
 namespace {
 
-bool givesAnswers(int key, const QObject* watched) {
+bool GivesAnswer(int key, const QObject* watched) {
     switch (key) {
         case Qt::Key_Return:
         case Qt::Key_Enter:
@@ -34,5 +34,5 @@ bool HeldKeyFilter::eventFilter(QObject* watched, QEvent* event) {
     // get the repetition marked as one.
     const bool isRepetition = key->isAutoRepeat() || (key->timestamp() != 0 && key->key() == mReleasedKey &&
                                                       key->timestamp() == mReleasedAt);
-    return isRepetition && givesAnswers(key->key(), watched);
+    return isRepetition && GivesAnswer(key->key(), watched);
 }

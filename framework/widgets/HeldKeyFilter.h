@@ -1,11 +1,12 @@
 #pragma once
 
+// Drops the repetitions of a held Return, Enter, Escape or Space in the whole program, except spaces in a
+// text. A key held on a button is one answer; its repetitions would answer the question that the button
+// brought up.
+
 #include <QObject>
 #include <cstdint>
 
-// Takes the repetitions of a held Return, Enter, Escape or Space away from the whole program, save spaces in
-// a text. Whoever holds the key on a button gives one answer; the repetitions would go on to answer the
-// question that the button brought up.
 class HeldKeyFilter : public QObject {
   public:
     using QObject::QObject;
@@ -13,7 +14,7 @@ class HeldKeyFilter : public QObject {
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
-    // Of the last key that went up; a time stamp of 0 says nothing.
+    // The key released last, and when; a time of 0 is not known.
     int mReleasedKey = 0;
     uint64_t mReleasedAt = 0;
 };

@@ -8,10 +8,11 @@
 #include <string>
 
 #include "framework/core/UKeptException.h"
+#include "framework/widgets/DesktopFit.h"
+#include "framework/widgets/DialogLoop.h"
 #include "framework/widgets/LDialogBox.h"
 #include "framework/widgets/LStaticText.h"
 #include "framework/widgets/LWindow.h"
-#include "framework/widgets/ModalDialogs.h"
 #include "framework/widgets/QuitRequests.h"
 #include "framework/widgets/ScrollingPart.h"
 #include "framework/widgets/StandardAlert.h"

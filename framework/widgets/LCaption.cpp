@@ -1,7 +1,5 @@
 #include "framework/widgets/LCaption.h"
 
-#include <QEvent>
-
 #include "framework/widgets/LabelAlignment.h"
 #include "framework/widgets/SecondaryColour.h"
 
@@ -31,12 +29,5 @@ void LCaption::FinishCreate() {
             widget->setToolTip(wrapped);
             widget->setAccessibleDescription(description);
         }
-    }
-}
-
-void LCaption::changeEvent(QEvent* event) {
-    QLabel::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ParentChange) {
-        TakeSecondaryColour(*this, kStrength);
     }
 }

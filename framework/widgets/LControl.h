@@ -1,15 +1,16 @@
 #pragma once
 
+// A pane with a value that the user can act on. When that happens it broadcasts its value message, with the
+// value (int32_t*) as the parameter. The layout gives the message as the property "valueMessage", four
+// characters in a string; without one the control is silent. So is one that is not usable, whatever reaches
+// its widget: an event from before the window changed, a key, assistive technology.
+
 #include "framework/core/LBroadcaster.h"
 #include "framework/widgets/LPane.h"
 
-// A pane with a value that the user can act on. When that happens it broadcasts its value message, with the
-// value (int32_t*) as the parameter. The layout gives the message as the property "valueMessage", four
-// characters in a string; without one the control is silent. So is one that is not usable, whatever has
-// reached its widget: an event that waited since the window looked different, a key, an assistive technology.
 class LControl : public LPane, public LBroadcaster {
   public:
-    // Setting the value does not broadcast: only the user's own doing does.
+    // Setting the value does not broadcast; only the user's actions do.
     virtual int32_t GetValue() const = 0;
     virtual void SetValue(int32_t value) = 0;
 

@@ -5,9 +5,8 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "framework/widgets/ButtonOrder.h"
-#include "framework/widgets/ModalDialogs.h"
-#include "framework/widgets/RoomOnScreen.h"
+#include "framework/widgets/DesktopFit.h"
+#include "framework/widgets/DialogLoop.h"
 #include "framework/widgets/UResources.h"
 
 namespace {

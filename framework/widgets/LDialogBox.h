@@ -1,5 +1,8 @@
 #pragma once
 
+// A dialog that a layout describes. Its buttons are Qt's own button box, which the layout connects to the
+// dialog's accept and reject.
+
 #include <QDialog>
 #include <memory>
 #include <string>
@@ -8,8 +11,6 @@
 #include "framework/core/LCommander.h"
 #include "framework/widgets/LPane.h"
 
-// A dialog that a layout describes. Its buttons are Qt's own button box, which the layout connects to the
-// dialog's accept and reject.
 class LDialogBox : public QDialog, public LPane, public LCommander {
   public:
     static constexpr const char* kClassName = "LDialogBox";

@@ -2,8 +2,8 @@
 
 #include <QWidget>
 
+#include "framework/widgets/DialogLoop.h"
 #include "framework/widgets/LApplication.h"
-#include "framework/widgets/ModalDialogs.h"
 
 PaneIDT LPane::GetPaneID() const {
     return CodeFromName(mWidget->objectName().toStdString());

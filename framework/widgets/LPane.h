@@ -1,13 +1,14 @@
 #pragma once
 
+// The framework's side of a widget in a window. A pane class derives from its Qt class first and from this
+// second, so a pane is a widget; its ID is the widget's object name, as CodeFromName reads it. Its Qt parent
+// owns it.
+
 #include "framework/core/FourCharCode.h"
 #include "framework/core/LAttachable.h"
 
 class QWidget;
 
-// The framework's side of a widget in a window. A pane class derives from its Qt class first and from this
-// second, so a pane is a widget; its ID is the widget's object name, as CodeFromName reads it. Qt's parent
-// owns it.
 class LPane : public virtual LAttachable {
   public:
     PaneIDT GetPaneID() const;
@@ -42,5 +43,5 @@ class LPane : public virtual LAttachable {
     QWidget* mWidget;
 };
 
-// The first pane with that ID in a window or dialog, or null. Widgets that are no panes have no ID.
+// The first pane with that ID in a window or dialog, or null. Widgets that are not panes have no ID.
 LPane* FindPaneByID(const QWidget& window, PaneIDT paneID);

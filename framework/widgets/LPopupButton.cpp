@@ -18,8 +18,7 @@ constexpr float kDisabledStrength = 0.7F;
 
 constexpr QEvent::Type kFirstItemAppeared = QEvent::User;
 
-// Shows texts as they stand, where a menu would read mnemonics and tabs into them, in rows with room to
-// breathe.
+// Shows texts as they stand, where a menu would find mnemonics and tabs in them, in rows with some space.
 class ItemDelegate : public QStyledItemDelegate {
   public:
     using QStyledItemDelegate::QStyledItemDelegate;
@@ -36,7 +35,7 @@ class ItemDelegate : public QStyledItemDelegate {
     }
 };
 
-// A tool tip that shows a text literally, also when it looks like markup.
+// A tool tip that shows a text literally, even if it looks like markup.
 QString ToolTipOf(const QString& text) {
     return Qt::mightBeRichText(text) ? "<span>" + text.toHtmlEscaped() + "</span>" : text;
 }
@@ -93,24 +92,18 @@ bool LPopupButton::event(QEvent* event) {
     return QComboBox::event(event);
 }
 
-void LPopupButton::changeEvent(QEvent* event) {
-    QComboBox::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ParentChange) {
-        KeepLegibleWhenDisabled(*this, kDisabledStrength);
-    }
-}
-
 void LPopupButton::initStyleOption(QStyleOptionComboBox* option) const {
     QComboBox::initStyleOption(option);
     const QRect field =
         style()->subControlRect(QStyle::CC_ComboBox, option, QStyle::SC_ComboBoxEditField, this);
-    // Styles draw the text within the field less one pixel on either side.
+    // Styles draw the text in the field less one pixel on either side. A text as wide as the field would lose
+    // its end there, where equal cards differ.
     option->currentText =
         option->fontMetrics.elidedText(option->currentText, Qt::ElideMiddle, field.width() - 2);
 }
 
 void LPopupButton::keyPressEvent(QKeyEvent* event) {
-    // Not even the shown item changes, or it would not be the one that the listener heard of.
+    // Not even the shown item may change, or it would differ from the one last broadcast.
     if (IsUsable()) {
         QComboBox::keyPressEvent(event);
     } else {

@@ -1,15 +1,16 @@
 #pragma once
 
+// A popup menu that shows its chosen item. Its value is the number of that item, counted from 1; 0 while it
+// is empty. It broadcasts whenever the user picks an item, even the one already chosen.
+//
+// The first item appended becomes the chosen one, and the popup then posts one broadcast to the event loop:
+// it arrives after the code that fills the menu has returned.
+
 #include <QComboBox>
 
 #include "framework/core/PascalString.h"
 #include "framework/widgets/LControl.h"
 
-// A popup menu that shows its chosen item. Its value is the number of that item, counted from 1; 0 while it
-// is empty. It broadcasts whenever the user picks an item, also the one that was chosen already.
-//
-// The first item that is appended becomes the chosen one, and the popup then posts one broadcast to the event
-// loop: it arrives when the code that fills the menu has long returned.
 class LPopupButton : public QComboBox, public LControl {
   public:
     static constexpr const char* kClassName = "LPopupButton";
@@ -21,8 +22,8 @@ class LPopupButton : public QComboBox, public LControl {
     void SetValue(int32_t value) override;
 
     // Appends one item. No character has a meaning in a menu here, so the text is shown as it stands whether
-    // or not the caller asks to have metacharacters ignored. Text that is too long for the popup loses its
-    // middle, since equal cards differ in their slots, at the end; the tool tip then tells it in full.
+    // or not metacharacters are to be ignored. A text too long for the popup loses its middle, since equal
+    // cards differ in their slots, at the end; the tool tip then shows it in full.
     void AppendMenu(ConstStringPtr itemText, bool ignoreMetacharacters);
 
     // Shows the list if the popup is usable.
@@ -30,7 +31,6 @@ class LPopupButton : public QComboBox, public LControl {
 
   protected:
     bool event(QEvent* event) override;
-    void changeEvent(QEvent* event) override;
     void initStyleOption(QStyleOptionComboBox* option) const override;
     void keyPressEvent(QKeyEvent* event) override;
     void customEvent(QEvent* event) override;

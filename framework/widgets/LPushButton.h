@@ -1,12 +1,13 @@
 #pragma once
 
+// A button; broadcasts when it is pressed. Its value is always 0. Its mnemonic and assistive technology press
+// it at once, where Qt would wait a tenth of a second, during which the window can change. If a button has
+// the focus, it has the default look, too, because Return presses it.
+
 #include <QPushButton>
 
 #include "framework/widgets/LControl.h"
 
-// A button; broadcasts when it is pressed. Its value is always 0. Its mnemonic and assistive technology press
-// it at once, where Qt would wait a tenth of a second, during which the window can change. The default look
-// goes to the button that has the focus, if one has, so that the one which Return presses looks like it.
 class LPushButton : public QPushButton, public LControl {
   public:
     static constexpr const char* kClassName = "LPushButton";
@@ -24,4 +25,10 @@ class LPushButton : public QPushButton, public LControl {
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
+};
+
+// The standard button. Every button is drawn in the desktop's standard look, so it differs in name only.
+class LStdButton : public LPushButton {
+  public:
+    static constexpr const char* kClassName = "LStdButton";
 };

@@ -1,16 +1,20 @@
 #pragma once
 
+// A thin horizontal line between two parts of a window.
+
 #include <QFrame>
 
 #include "framework/widgets/LPane.h"
+#include "framework/widgets/SecondaryColour.h"
 
-// A thin horizontal line between two parts of a window.
 class LSeparator : public QFrame, public LPane {
   public:
     static constexpr const char* kClassName = "LSeparator";
 
-    LSeparator();
-
-  protected:
-    void changeEvent(QEvent* event) override;
+    LSeparator() : LPane(this) {
+        constexpr float kStrength = 0.2F;
+        setFrameShape(QFrame::HLine);
+        setFrameShadow(QFrame::Plain);
+        TakeSecondaryColour(*this, kStrength);
+    }
 };

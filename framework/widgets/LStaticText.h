@@ -1,12 +1,13 @@
 #pragma once
 
+// A text that the program may change. It is shown character for character, without markup. The layout's
+// property "leastCharacters" keeps room for that many digits, so that the window does not change its size
+// with the text. A text reached with the Tab key is selected, ready to be copied.
+
 #include <QLabel>
 
 #include "framework/widgets/LPane.h"
 
-// A text that the program may change. It is shown character for character, without markup. The layout's
-// property "leastCharacters" keeps room for so many digits, so that the window does not change its size with
-// the text. One that the keyboard reaches is selected, so that it can be copied.
 class LStaticText : public QLabel, public LPane {
   public:
     static constexpr const char* kClassName = "LStaticText";
@@ -15,10 +16,10 @@ class LStaticText : public QLabel, public LPane {
 
     void FinishCreate() override;
 
-    // Shows so many bytes of UTF-8. A null pointer or a length below 1 empties the pane.
+    // Shows `length` bytes of UTF-8. A null pointer or a length below 1 empties the pane.
     void SetText(const char* text, int32_t length);
 
-    // Shows the text in bold, or as it was again.
+    // Shows the text in bold, or no longer.
     void Emphasise(bool isEmphasised);
 
     QSize sizeHint() const override;

@@ -17,11 +17,10 @@
 
 #include "framework/core/LException.h"
 #include "framework/core/UKeptException.h"
-#include "framework/widgets/ButtonOrder.h"
+#include "framework/widgets/DesktopFit.h"
 #include "framework/widgets/LApplication.h"
-#include "framework/widgets/LMenuBar.h"
 #include "framework/widgets/LSeparator.h"
-#include "framework/widgets/RoomOnScreen.h"
+#include "framework/widgets/MenuBar.h"
 #include "framework/widgets/ScrollingPart.h"
 #include "framework/widgets/UDisplay.h"
 #include "framework/widgets/UResources.h"

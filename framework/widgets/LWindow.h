@@ -1,5 +1,9 @@
 #pragma once
 
+// A window. The application's window list owns it; its close box asks the chain of command to quit. It copies
+// what its captions name, a line each, as text. On a screen that is too small for its contents they are
+// packed more closely, and its widget "scrolled" scrolls if that is not enough.
+
 #include <QMainWindow>
 
 #include "framework/core/LCommander.h"
@@ -7,9 +11,6 @@
 
 class QScrollArea;
 
-// A window. The application's window list owns it; its close box asks the chain of command to quit. It copies
-// what its captions name, a line each, as text. On a screen that is too small for its contents they are
-// packed more closely, and its widget "scrolled" scrolls if that is not enough.
 class LWindow : public QMainWindow, public LPane, public LCommander {
   public:
     static constexpr const char* kClassName = "LWindow";

@@ -1,5 +1,10 @@
 #pragma once
 
+// Builds the widgets that a Qt Designer file describes.
+//
+// Qt's own loader of these files knows every class that Qt has, and brings in libraries that the program has
+// no other use for: much of its time to start. This one knows what layouts here use, and refuses the rest.
+
 #include <QString>
 #include <memory>
 #include <vector>
@@ -11,10 +16,6 @@ class QFile;
 class QLayout;
 class QWidget;
 
-// Builds the widgets that a Qt Designer file describes.
-//
-// Qt's own loader of these files knows every class that Qt has, and brings in libraries that the program has
-// no other use for: much of its time to start. This one knows what layouts here use, and refuses the rest.
 class LayoutLoader {
   public:
     // The widgets in a file that is open; each is made by the class registry if that knows the class. Null

@@ -1,10 +1,11 @@
 #pragma once
 
+// Where in a grid or box something goes. In a box it is the end, whatever the cell.
+
 class QLayout;
 class QLayoutItem;
 class QWidget;
 
-// Where in a grid or box something goes. In a box it is the end, whatever the cell.
 struct LayoutPlace {
     QLayout& layout;
     int row = 0;
@@ -12,7 +13,7 @@ struct LayoutPlace {
     int rows = 1;
     int columns = 1;
 
-    // The layout owns what is put into it, but a widget, whose owner is the one that the layout is on.
+    // The layout owns what is put into it, except a widget: that belongs to the widget that has the layout.
     void Put(QWidget* widget) const;
     void Put(QLayout* inner) const;
     void Put(QLayoutItem* item) const;

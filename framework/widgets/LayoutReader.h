@@ -1,5 +1,8 @@
 #pragma once
 
+// A Qt Designer file, read element by element from its beginning to its end. Once something in it has been
+// refused, nothing more is read.
+
 #include <QByteArray>
 #include <QMetaEnum>
 #include <QRect>
@@ -11,8 +14,6 @@ class QFile;
 class QFont;
 class QSizePolicy;
 
-// A Qt Designer file, read element by element from its beginning to its end. Once something in it has been
-// refused, nothing more is read.
 class LayoutReader {
   public:
     struct Property {

@@ -20,7 +20,7 @@ namespace {
 // The end of the pipe that signal handlers write to.
 volatile sig_atomic_t gSignalPipeEnd = -1;
 
-// A signal handler may do next to nothing, so it leaves one byte for the event loop.
+// A signal handler may do hardly anything, so it leaves one byte for the event loop.
 void NoteSignal(int /*signalNumber*/) {
     const int before = errno;
     const char byte = 0;
@@ -38,8 +38,8 @@ QuitRequests::QuitRequests(LApplication& application) : mApplication(application
 }
 
 QuitRequests::~QuitRequests() {
-    // Whoever asked may well ask again while the program cleans up and saves, which must not cut that short.
-    // So once it is quitting the signals stay with their handler, and its pipe stays open, until it ends.
+    // The sender may repeat the signal while the program cleans up and saves, which must not cut that short.
+    // So once it is quitting, the signals keep their handler, and its pipe stays open, until it ends.
     if (mSignalPipe[0] < 0 || mApplication.IsQuitting()) {
         return;
     }

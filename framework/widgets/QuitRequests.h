@@ -1,5 +1,10 @@
 #pragma once
 
+// Requests to quit from outside the window: Qt's quit event, the end of the desktop session, and the signals
+// SIGTERM, SIGINT, SIGHUP and SIGQUIT. Each becomes a call of LApplication::DoQuit, made in the event loop,
+// while this object exists. A signal that was ignored from the start stays ignored. After an accepted quit
+// the signals do nothing.
+
 #include <QObject>
 #include <array>
 #include <csignal>
@@ -7,10 +12,6 @@
 class LApplication;
 class QSessionManager;
 
-// The ways in which the world outside the window asks the program to end: Qt's quit event, the end of the
-// desktop session, and the signals SIGTERM, SIGINT, SIGHUP and SIGQUIT. Each becomes a call of
-// LApplication::DoQuit, made in the event loop, while this object exists. A signal that was ignored from the
-// start stays ignored. After an accepted quit the signals do nothing any more.
 class QuitRequests : public QObject {
   public:
     explicit QuitRequests(LApplication& application);

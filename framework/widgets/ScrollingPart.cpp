@@ -4,7 +4,7 @@
 #include <QLayout>
 #include <QStyle>
 
-#include "framework/widgets/RoomOnScreen.h"
+#include "framework/widgets/DesktopFit.h"
 
 QScrollArea* MakeScroll(QWidget& contents) {
     auto* scrolled = contents.findChild<QWidget*>("scrolled", Qt::FindDirectChildrenOnly);

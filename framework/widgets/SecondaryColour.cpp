@@ -1,7 +1,10 @@
 #include "framework/widgets/SecondaryColour.h"
 
 #include <QApplication>
+#include <QEvent>
 #include <QWidget>
+#include <functional>
+#include <utility>
 
 namespace {
 
@@ -13,25 +16,49 @@ QColor SurroundingColour(const QWidget& widget, float strength) {
     return colour;
 }
 
+// Colours a widget at once and each time that its surroundings change.
+class Colouring : public QObject {
+  public:
+    Colouring(QWidget& widget, std::function<void()> colour) : QObject(&widget), mColour(std::move(colour)) {
+        widget.installEventFilter(this);
+        mColour();
+    }
+
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ParentChange) {
+            mColour();
+        }
+        return false;
+    }
+
+  private:
+    std::function<void()> mColour;
+};
+
 }  // namespace
 
 void TakeSecondaryColour(QWidget& widget, float strength) {
-    const QColor colour = SurroundingColour(widget, strength);
-    // Setting the palette comes back here as a change of palette.
-    if (widget.palette().color(QPalette::Active, QPalette::WindowText) != colour) {
-        QPalette own = widget.palette();
-        own.setColor(QPalette::WindowText, colour);
-        widget.setPalette(own);
-    }
+    new Colouring(widget, [&widget, strength] {
+        const QColor colour = SurroundingColour(widget, strength);
+        // Setting the palette comes back here as a change of palette.
+        if (widget.palette().color(QPalette::Active, QPalette::WindowText) != colour) {
+            QPalette own = widget.palette();
+            own.setColor(QPalette::WindowText, colour);
+            widget.setPalette(own);
+        }
+    });
 }
 
 void KeepLegibleWhenDisabled(QWidget& widget, float strength) {
-    const QColor colour = SurroundingColour(widget, strength);
-    if (widget.palette().color(QPalette::Disabled, QPalette::ButtonText) != colour) {
-        QPalette own = widget.palette();
-        for (const QPalette::ColorRole role : {QPalette::ButtonText, QPalette::Text, QPalette::WindowText}) {
-            own.setColor(QPalette::Disabled, role, colour);
+    new Colouring(widget, [&widget, strength] {
+        const QColor colour = SurroundingColour(widget, strength);
+        if (widget.palette().color(QPalette::Disabled, QPalette::ButtonText) != colour) {
+            QPalette own = widget.palette();
+            for (const QPalette::ColorRole role :
+                 {QPalette::ButtonText, QPalette::Text, QPalette::WindowText}) {
+                own.setColor(QPalette::Disabled, role, colour);
+            }
+            widget.setPalette(own);
         }
-        widget.setPalette(own);
-    }
+    });
 }

@@ -6,8 +6,8 @@
 #include <array>
 #include <cstdio>
 
-#include "framework/widgets/ModalDialogs.h"
-#include "framework/widgets/RoomOnScreen.h"
+#include "framework/widgets/DesktopFit.h"
+#include "framework/widgets/DialogLoop.h"
 #include "framework/widgets/UDisplay.h"
 
 namespace {

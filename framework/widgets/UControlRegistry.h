@@ -1,8 +1,11 @@
 #pragma once
 
+// The pane classes that only layouts need to name.
+
 namespace UControlRegistry {
 
-// Registers the additional classes that layouts use: LSeparator and LIconPane.
+// Registers LSeparator, and LIconPane: the desktop's own icon for an alert, which the layout's property
+// "icon" chooses ("stop", "note" or "caution").
 void RegisterAMClasses();
 
 }  // namespace UControlRegistry

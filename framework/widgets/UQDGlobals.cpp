@@ -43,13 +43,13 @@ void UQDGlobals::InitializeToolbox() {
         return;
     }
     QAccessible::installFactory(DescribeProgram);
-    // Qt keeps referring to these. The entry code passes no arguments on; the program's name is what window
-    // managers and screen readers know it by.
+    // Qt keeps referring to these. The entry code passes no arguments on. Window managers and screen readers
+    // know the program by this name.
     static int argumentCount = 1;
     static char* arguments[] = {program_invocation_name, nullptr};
     // Qt's own globals go away in an order of their own when the process ends, so this object outlives them.
     static QApplication* application = new EventLoopApplication(argumentCount, arguments);
-    // Whether closing a window ends the program is for the chain of command to say.
+    // The chain of command decides whether closing a window ends the program.
     application->setQuitOnLastWindowClosed(false);
     application->installEventFilter(new HeldKeyFilter(application));
 }

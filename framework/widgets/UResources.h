@@ -1,12 +1,13 @@
 #pragma once
 
+// The layouts: Qt Designer files named for their kind and number ("window-128.ui") in one folder.
+
 #include <cstdint>
 #include <filesystem>
 #include <memory>
 
 class QWidget;
 
-// The layouts: Qt Designer files named for their kind and number ("window-128.ui") in one folder.
 namespace UResources {
 
 // Names the folder, usually the bundle's Contents/Resources. The process entry calls this before anything is

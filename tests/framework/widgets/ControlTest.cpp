@@ -9,7 +9,7 @@
 #include "framework/core/PascalString.h"
 #include "framework/widgets/LPopupButton.h"
 #include "framework/widgets/LPushButton.h"
-#include "framework/widgets/UModalAlerts.h"
+#include "framework/widgets/UModalDialogs.h"
 #include "tests/framework/widgets/Fixture.h"
 
 namespace {

@@ -4,7 +4,6 @@
 #include <csignal>
 
 #include "framework/widgets/StandardAlert.h"
-#include "framework/widgets/UModalAlerts.h"
 #include "framework/widgets/UModalDialogs.h"
 #include "tests/framework/widgets/Fixture.h"
 

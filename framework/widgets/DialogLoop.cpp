@@ -1,4 +1,4 @@
-#include "framework/widgets/ModalDialogs.h"
+#include "framework/widgets/DialogLoop.h"
 
 #include <QApplication>
 #include <QDialog>
@@ -95,12 +95,6 @@ bool IsBehindDialog(const QWidget& widget) {
     const QWidget* const window = widget.window();
     const QWidget* const shown = QApplication::activeModalWidget();
     return (shown != nullptr && shown != window) || (!gUnanswered.empty() && gUnanswered.back() != window);
-}
-
-void RemoveButtonIcons(QDialog& dialog) {
-    for (QPushButton* button : dialog.findChildren<QPushButton*>()) {
-        button->setIcon(QIcon());
-    }
 }
 
 void DismissDialogs() {

@@ -1,4 +1,4 @@
-#include "framework/widgets/LMenuBar.h"
+#include "framework/widgets/MenuBar.h"
 
 #include <QAction>
 #include <QMenu>
@@ -7,8 +7,8 @@
 
 #include "framework/core/PascalString.h"
 #include "framework/core/UKeptException.h"
+#include "framework/widgets/DialogLoop.h"
 #include "framework/widgets/LWindow.h"
-#include "framework/widgets/ModalDialogs.h"
 #include "framework/widgets/UResources.h"
 
 namespace {

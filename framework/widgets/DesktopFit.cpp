@@ -1,10 +1,27 @@
-#include "framework/widgets/ButtonOrder.h"
+#include "framework/widgets/DesktopFit.h"
 
+#include <QDialog>
 #include <QDialogButtonBox>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QPushButton>
+#include <QScreen>
 #include <QStyle>
+#include <algorithm>
 #include <vector>
+
+QSize RoomOnScreen(const QWidget& widget) {
+    // A window's frame is not known until the window is shown; this is more than any usual one.
+    constexpr QSize kFrame(12, 44);
+    return widget.screen()->availableSize() - kFrame;
+}
+
+int ComfortableTextWidth(const QLabel& label) {
+    constexpr int kCharacters = 60;
+    const QFontMetrics metrics = label.fontMetrics();
+    return std::min({metrics.size(0, label.text()).width(), kCharacters * metrics.averageCharWidth(),
+                     RoomOnScreen(label).width() * 3 / 4});
+}
 
 void TakeDesktopsButtonOrder(QWidget& window) {
     const int order = window.style()->styleHint(QStyle::SH_DialogButtonLayout, nullptr, &window);
@@ -25,5 +42,11 @@ void TakeDesktopsButtonOrder(QWidget& window) {
         for (QPushButton* button : buttons) {
             row->addWidget(button);
         }
+    }
+}
+
+void RemoveButtonIcons(QDialog& dialog) {
+    for (QPushButton* button : dialog.findChildren<QPushButton*>()) {
+        button->setIcon(QIcon());
     }
 }

@@ -1,6 +1,8 @@
 #pragma once
 
-// The open card's register window: 32-bit registers at byte offsets, reached through two functions alone.
+// The open card's register window: 32-bit registers at byte offsets, reached through two functions alone. The
+// simulated card has its own list of them, on purpose: a mistake in a list that both read would pass every
+// test.
 
 #include <cstdint>
 
@@ -20,13 +22,13 @@ constexpr uint32_t kJtagInputRegister = 0x108;
 // What the low 16 bits of the byte-swap identification register read in the right byte order.
 constexpr uint16_t kByteSwapID = 0x564F;
 
-// Non-zero when the card presents its registers least significant byte first (firmware flavour W); then every
-// value is reversed on its way in and out. With 0 (flavour M) the bytes are taken most significant first, as
-// they lie.
-extern uint8_t gbSwap;
+// Non-zero if the card presents its registers least significant byte first (firmware flavour W), so that
+// every value is reversed on its way in and out. With 0 (flavour M) the bytes are taken most significant
+// first, as they lie.
+inline uint8_t gbSwap = 0;
 
 // Base of the open card's register window; null when no card is open.
-extern uint32_t* gpRegisters;
+inline uint32_t* gpRegisters = nullptr;
 
 // The address of a register in the open card's window, from its byte offset. A card must be open.
 inline uint32_t* RegisterAt(uint32_t offsetBytes) {

@@ -13,7 +13,7 @@ namespace {
 
 constexpr mode_t kForUsAlone = S_IRWXU;
 
-// While somebody else removes entries too: how often a folder is cleared, and the pause in between.
+// While another process removes entries, too: how often a folder is cleared, and the pause in between.
 constexpr int kClearings = 100;
 constexpr std::chrono::milliseconds kBetweenClearings(50);
 
@@ -22,7 +22,7 @@ bool isSomebodyElses(const char* path) {
     return ::lstat(path, &entry) == 0 && entry.st_uid != ::geteuid();
 }
 
-// Clearing stops at an entry that somebody else has removed first.
+// Removal stops at an entry that another process has removed first.
 void clear(const char* path) {
     std::error_code error;
     for (int i = 0; i < kClearings; ++i) {

@@ -31,14 +31,14 @@ constexpr CFIndex kArchivePathBytes = 256;
 constexpr uint32_t kAttachSeconds = 4;
 constexpr uint32_t kDetachSeconds = 2;
 
-// A child that has already ended, as a program can inherit it, would be taken for the tool.
+// A program can inherit a child that has already ended, which would be taken for the tool.
 void reapEndedChildren() {
     while (::waitpid(-1, nullptr, WNOHANG) > 0) {
     }
 }
 
-// Runs a tool with the administrator's rights and reaps it. The status is that of starting it; how the tool
-// itself ended is not looked at.
+// Runs a tool with the administrator's rights and reaps it. The status says whether it started, not how it
+// ended.
 OSStatus runPrivileged(AuthorizationRef authorization, const char* tool,
                        std::initializer_list<const char*> arguments) {
     std::vector<char*> list;
@@ -64,7 +64,7 @@ void say(const char* message) {
     std::fputs(message, stderr);
 }
 
-// The packed driver in the application's bundle, owned by the caller; null after saying what is missing.
+// The URL of the packed driver in the bundle, owned by the caller; null, with a message, if it is missing.
 CFURLRef copyArchiveURL() {
     const CFBundleRef bundle = CFBundleGetMainBundle();
     if (bundle == nullptr) {
@@ -89,8 +89,8 @@ bool copyArchive(const char* path) {
     return copied;
 }
 
-// The tool would write through a link in the bundle's place, and into a stranger's folder. An archive can
-// hold a link instead of the bundle.
+// pax would write through a link at the bundle's name, and into another user's folder. An archive can hold a
+// link instead of the bundle.
 bool unpackArchive() {
     if (!TakeFolder(kDriverBundle)) {
         return false;
@@ -105,7 +105,7 @@ bool unpackArchive() {
     return unpacked;
 }
 
-// Puts a fresh driver bundle into /tmp, in place of whatever an earlier run left there.
+// Puts a fresh driver bundle into /tmp, replacing whatever an earlier run left there.
 bool putIntoTmp(AuthorizationRef authorization, CFURLRef archive) {
     char path[kArchivePathBytes];
     if (CFURLGetFileSystemRepresentation(archive, 1, reinterpret_cast<uint8_t*>(path), sizeof path) == 0) {

@@ -23,8 +23,8 @@ void setSignal(uint32_t signal, int16_t value) {
     }
 }
 
-// The wait after every clock level, where most of a firmware write is spent; unrolled, since the loop itself
-// would be a good part of it.
+// Waits for a clock level to settle, where most of a firmware write is spent. Unrolled, since the loop itself
+// would take a good part of that time.
 void settle() {
     constexpr int32_t kReads = kReadsPerMicrosecond * kSettlingMicroseconds;
 #pragma GCC unroll kReads

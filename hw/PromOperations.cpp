@@ -64,7 +64,7 @@ uint16_t WriteSerialNumber(uint32_t identity) {
         return static_cast<uint16_t>(info.iResult);
     }
 
-    // Whether it could be protected does not count: the identity is written when it reads back.
+    // A failure to protect does not count: the identity is written if it reads back.
     ProtectEEPROM();
     uint32_t readBack = 0;
     if (GetSerialNumber(&readBack) != 0) {

@@ -7,18 +7,18 @@
 
 #include <cstdint>
 
-// Sets the PROM's protection bits. Returns 0, or 1 when the chain did not answer as it should.
+// Sets the PROM's protection bits. Returns 0, or 1 if the chain did not answer as it should.
 uint16_t ProtectEEPROM();
 
-// Reads the identity. Returns 0, or 1 when it could not be read; nothing is stored then.
+// Reads the identity. Returns 0; or 1, storing nothing, if it could not be read.
 uint16_t GetSerialNumber(uint32_t* identity);
 
 // Writes the identity, sets the protection bits and reads the identity back. Returns 0; or, after an alert,
-// the player's error code when writing failed, 1 when the identity could not be read back, 2 when it read
-// back differently. An identity with bit 31 set cannot be written.
+// the player's error code if writing failed, 1 if the identity could not be read back, 2 if it read back
+// differently. An identity with bit 31 set cannot be written.
 uint16_t WriteSerialNumber(uint32_t identity);
 
 // Plays a firmware image of `length` bytes, which erases and programs the whole PROM, then writes the
-// identity held in gSerialNumber back, also when the image failed and when that identity is blank. Returns
-// the player's error code when the image failed, after an alert, else what WriteSerialNumber returned.
+// identity held in gSerialNumber back, even if the image failed or that identity is blank. Returns the
+// player's error code if the image failed, after an alert, else what WriteSerialNumber returned.
 uint16_t ProgramConfigProm(uint8_t* image, uint32_t length);

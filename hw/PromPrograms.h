@@ -1,6 +1,7 @@
 #pragma once
 
-// The XSVF programs that read, write and protect the identity in a card's configuration PROM.
+// The XSVF programs that read, write and protect the identity in a card's configuration PROM. The simulated
+// PROM has its own list of instructions, on purpose: it must not learn them from what it judges.
 //
 // The chain is TDI, PROM, FPGA, TDO. Every instruction is 13 bits, the PROM's 8 above the FPGA's 5, which
 // stay at bypass; every data shift is one bit longer than the PROM's register, and its bit 0 is the FPGA's

@@ -21,7 +21,7 @@ OSStatus acquireAdministratorRight(platform::Authorization& authorization, Autho
     }
     switch (InstalledHost().askForAdministratorRight()) {
         case Host::RightAnswer::granted:
-            // Without being asked for in advance, the right is good for this process but not for its tools.
+            // Unless it is asked for in advance, the right holds for this process but not for its tools.
             authorization.holdsAdministratorRight = (flags & kAuthorizationFlagPreAuthorize) != 0;
             return errAuthorizationSuccess;
         case Host::RightAnswer::cancelled:

@@ -11,12 +11,12 @@
 
 namespace CFObjects {
 
-// Each hands over a new object with one reference. An array owns the objects that it holds.
+// Each returns a new object with one reference. An array owns its elements.
 CFMutableDictionaryRef addDictionary(std::string text);
 CFURLRef addURL(const std::filesystem::path& path);
 CFArrayRef addArray(std::vector<CFTypeRef> elements);
 
-// A string's characters, a URL's path or a dictionary's class name; nothing when the object is not alive.
+// A string's characters, a URL's path or a dictionary's class name; nothing if the object is not alive.
 std::optional<std::string> text(CFTypeRef object);
 
 }  // namespace CFObjects

@@ -10,8 +10,7 @@ namespace card_driver {
 // The class of the services that it publishes, one per card.
 constexpr char kServiceClass[] = "com_VornLabs_driver_VornMxDevice";
 
-// Its one method takes nothing and answers with the card's name and, behind it, its location, each a text
-// that a NUL ends.
+// Its only method takes nothing and returns the card's name and, after it, its location, each NUL-terminated.
 constexpr uint32_t kInformationMethod = 0;
 constexpr std::size_t kTextBytes = 256;
 constexpr std::size_t kLocationAt = kTextBytes;

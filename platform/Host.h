@@ -31,8 +31,8 @@ class Host {
         std::string name;
     };
 
-    // What came of asking for the administrator's right: granted, refused by the person who was asked, or
-    // refused by the system without asking anybody.
+    // The answer to a request for the administrator's right: granted, refused by the user, or refused by the
+    // system without asking.
     enum class RightAnswer { granted, cancelled, denied };
 
     Host() = default;
@@ -40,7 +40,7 @@ class Host {
     Host& operator=(const Host&) = delete;
     virtual ~Host() = default;
 
-    // The application's bundle (a folder that holds Contents/Resources), or an empty path when there is none.
+    // The application's bundle (a folder that holds Contents/Resources), or an empty path if there is none.
     virtual std::filesystem::path bundleDirectory() = 0;
 
     // The services that match a driver class at this moment, in the registry's order. The numbers are the
@@ -48,7 +48,7 @@ class Host {
     virtual std::vector<uint64_t> servicesOfClass(std::string_view className) = 0;
 
     // Opens a connection to a service. Returns a connection number that is above 0xFFFF, so that it can be
-    // mistaken neither for "none" nor for a card index, and is not handed out again; or nothing when the
+    // mistaken neither for "none" nor for a card index, and is not handed out again; or nothing if the
     // service cannot be opened.
     virtual std::optional<uint32_t> openService(uint64_t service) = 0;
 
@@ -57,7 +57,7 @@ class Host {
     virtual bool closeConnection(uint32_t connection) = 0;
 
     // Maps one of the card's memory ranges (0 or 1). The mapping lasts until its connection is closed.
-    // Nothing when the range cannot be mapped.
+    // Nothing if the range cannot be mapped.
     virtual std::optional<MappedRange> mapMemory(uint32_t connection, uint32_t memoryType) = 0;
 
     // Calls a driver method that takes no input and answers with a structure (platform/CardDriver.h). Returns
@@ -78,13 +78,13 @@ class Host {
     // Hands the system's shut-down event to a process. Returns false when there is no such process.
     virtual bool deliverShutDownEvent(uint64_t processSerialNumber) = 0;
 
-    // Asks whoever sits at the computer for the administrator's right; returns when there is an answer.
+    // Asks the user at the computer for the administrator's right, and returns with the answer.
     virtual RightAnswer askForAdministratorRight() = 0;
 
     // Starts a tool, named by its absolute path, with the administrator's rights, as a child of this process
-    // that the caller waits for. The arguments do not name the tool. Returns false, with no child, when it
-    // cannot be started; how it ends is the child's exit status. Asked for are /bin/rm, /usr/sbin/chown,
-    // /sbin/kextload and /sbin/kextunload.
+    // that the caller waits for. The arguments do not name the tool. Returns false, with no child, if it
+    // cannot be started; the child's exit status tells how it ended. The updater runs /bin/rm,
+    // /usr/sbin/chown, /sbin/kextload and /sbin/kextunload.
     virtual bool runPrivilegedTool(const std::string& tool, const std::vector<std::string>& arguments) = 0;
 
     // Lets this many seconds pass on the machine before returning.
@@ -95,9 +95,9 @@ namespace platform {
 extern Host* installedHost;
 }
 
-// Makes a host the one that answers from now on, with nothing handed out: what the services gave out on the
-// host before it is gone. The caller keeps ownership and takes the host out again (null) before destroying
-// it. Everything runs on one thread.
+// Makes a host the one that answers from now on, with nothing handed out: what the services handed out on the
+// host before it is gone. The caller keeps ownership and installs null before destroying the host. Everything
+// runs on one thread.
 void InstallHost(Host* host);
 
 // The installed host; calling a service without one is a bug. Inline, because every register access passes

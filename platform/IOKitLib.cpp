@@ -8,7 +8,7 @@
 
 namespace {
 
-// Any two numbers will do that are no handle and not each other.
+// Any two different numbers that are not handles.
 constexpr mach_port_t kMasterPort = 0x1103;
 constexpr task_port_t kThisTask = 0x1203;
 

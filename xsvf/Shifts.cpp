@@ -23,7 +23,7 @@ void waitInIdle(uint8_t* state, int32_t microseconds) {
     }
 }
 
-// A wait and a quarter; an absurd one wraps as 32 bits do.
+// A wait and a quarter; an absurd one wraps at 32 bits.
 int32_t lengthened(int32_t wait) {
     return static_cast<int32_t>(static_cast<uint32_t>(wait) + static_cast<uint32_t>(wait >> 2));
 }
@@ -70,7 +70,8 @@ int32_t xsvfShift(uint8_t* state, uint8_t startState, int32_t bits, const var_le
     }
     trace(kTraceShifts, in, expected, mask);
 
-    // With a limit of 255 it comes round to 0, and the failure counts as one without retries.
+    // Counts failures, the last one included, so it exceeds the limit only after all retries. With a limit of
+    // 255 it wraps to 0, and the failure counts as one without retries.
     uint8_t attempt = 0;
     bool mismatch = false;
     bool again = false;

@@ -10,7 +10,7 @@
 
 #include "xsvf/VarLenByte.h"
 
-// Bytes that hold so many bits, as the 16 bits that the player keeps of it.
+// The bytes that hold this many bits, cut to the 16 bits in which the player counts them.
 int16_t xsvfGetAsNumBytes(int32_t bits);
 
 // Shifts the bits in from the Shift state, least significant first, sampling TDO before each clock. The last

@@ -1,10 +1,10 @@
 #pragma once
 
-// The Apple Event Manager, as far as sending one event to a process goes.
+// The part of the Apple Event Manager that sends an event to a process.
 
 #include <Carbon/MacTypes.h>
 
-// A descriptor owns its data; AEDisposeDesc gives it back and may be called on an empty one.
+// A descriptor owns its data, which AEDisposeDesc releases. An empty descriptor may be disposed of, too.
 struct AEDesc {
     DescType descriptorType;
     void* dataHandle;
@@ -39,7 +39,7 @@ OSErr AEDisposeDesc(AEDesc* descriptor);
 OSErr AECreateAppleEvent(AEEventClass eventClass, AEEventID eventID, const AEAddressDesc* target,
                          int16_t returnID, int32_t transactionID, AppleEvent* result);
 
-// Sends an event; the shut-down event to a process is the one that exists here, anything else gives paramErr
-// and a process that is not there procNotFound. The reply is left empty.
+// Sends an event. Only the shut-down event to a process is known here: any other gives paramErr, and a
+// process that does not exist procNotFound. The reply is left empty.
 OSErr AESend(const AppleEvent* event, AppleEvent* reply, AESendMode mode, AESendPriority priority,
              int32_t timeoutTicks, void* idleProcedure, void* filterProcedure);

@@ -11,11 +11,10 @@ struct ProcessSerialNumber {
 
 constexpr uint32_t kNoProcess = 0;
 
-// The record's length on the Mac, which callers state and which is checked; pointers made it 60 bytes there.
+// The record's length on the Mac, where a pointer has 4 bytes. Callers state it, and it is checked.
 constexpr uint32_t kProcessInfoRecordLength = 60;
 
-// The part of the record that is filled here: the name, when a buffer (Str255) for it is given, and the
-// number.
+// The part of the record that is filled here: the number, and the name if there is a buffer (Str255) for it.
 struct ProcessInfoRec {
     uint32_t processInfoLength;
     StringPtr processName;
@@ -27,5 +26,5 @@ struct ProcessInfoRec {
 // the list it becomes kNoProcess again and the result is procNotFound.
 OSErr GetNextProcess(ProcessSerialNumber* process);
 
-// Fills the record; leaves it and the name buffer alone when there is no such process (procNotFound).
+// Fills the record; leaves it and the name buffer alone if there is no such process (procNotFound).
 OSErr GetProcessInformation(const ProcessSerialNumber* process, ProcessInfoRec* information);

@@ -27,7 +27,7 @@ CFStringRef CFSTR(const char (&literal)[bytes]) {
 CFTypeRef CFRetain(CFTypeRef object);
 void CFRelease(CFTypeRef object);
 
-// Retain count, 0 for something that is no live object.
+// The retain count; 0 if the object is not alive.
 CFIndex CFGetRetainCount(CFTypeRef object);
 
 // The running application's bundle, or null when it has none.
@@ -37,18 +37,18 @@ CFBundleRef CFBundleGetMainBundle();
 CFURLRef CFBundleCopyResourcesDirectoryURL(CFBundleRef bundle);
 
 // The URL of the resource file of a name and a type (its extension; null for a file without one). A null
-// subdirectory means the resource folder itself. Null when there is no such file.
+// subdirectory means the resource folder itself. Null if there is no such file.
 CFURLRef CFBundleCopyResourceURL(CFBundleRef bundle, CFStringRef name, CFStringRef type,
                                  CFStringRef subdirectory);
 
 // The URLs of all resources of a type (their extension), in the order of their names. A null subdirectory
-// means the resource folder itself. Null when the bundle has no such folder.
+// means the resource folder itself. Null if the bundle has no such folder.
 CFArrayRef CFBundleCopyResourceURLsOfType(CFBundleRef bundle, CFStringRef type, CFStringRef subdirectory);
 
 CFIndex CFArrayGetCount(CFArrayRef array);
 const void* CFArrayGetValueAtIndex(CFArrayRef array, CFIndex index);
 
-// Writes the URL's file-system path, NUL-terminated, into a buffer of so many bytes. False, leaving the
-// buffer alone, when the path does not fit.
+// Writes the URL's file-system path, NUL-terminated, into a buffer. False, leaving the buffer alone, if the
+// path does not fit in bufferBytes.
 Boolean CFURLGetFileSystemRepresentation(CFURLRef url, Boolean resolveAgainstBase, uint8_t* buffer,
                                          CFIndex bufferBytes);

@@ -2,8 +2,8 @@
 
 // The Authorization Services: asking for the administrator's right and running tools with it.
 //
-// Names, flags, argument orders and status codes are the Mac's. An authorization belongs to whoever created
-// it, who gives it back with AuthorizationFree.
+// Names, flags, argument orders and status codes are the Mac's. An authorization belongs to its creator, who
+// gives it back with AuthorizationFree.
 
 #include <Carbon/MacTypes.h>
 
@@ -44,21 +44,21 @@ constexpr OSStatus errAuthorizationInternal = -60008;
 constexpr OSStatus errAuthorizationToolExecuteFailure = -60031;
 constexpr OSStatus errAuthorizationToolEnvironmentError = -60032;
 
-// Stores a new authorization. Rights that are given are asked for at once, as AuthorizationCopyRights asks;
-// when they are not granted there is no authorization and the reference is left alone.
+// Stores a new authorization. If rights are given, they are asked for at once, as by AuthorizationCopyRights;
+// if they are not granted, there is no authorization and the reference is left alone.
 OSStatus AuthorizationCreate(const AuthorizationRights* rights, const AuthorizationEnvironment* environment,
                              AuthorizationFlags flags, AuthorizationRef* authorization);
 
-// Acquires rights for an authorization; kAuthorizationRightExecute is the one there is, any other is denied.
-// One that it holds already is granted again without asking; otherwise the flags must allow interaction and
-// the extension of rights. There is no copy of the granted rights: that argument must be null.
+// Acquires rights for an authorization. kAuthorizationRightExecute is the only one; any other is denied. A
+// right that it already holds is granted without asking; otherwise the flags must allow interaction and the
+// extension of rights. The granted rights are not copied: that argument must be null.
 OSStatus AuthorizationCopyRights(AuthorizationRef authorization, const AuthorizationRights* rights,
                                  const AuthorizationEnvironment* environment, AuthorizationFlags flags,
                                  AuthorizationRights** authorizedRights);
 
 // Starts a tool with the administrator's right, which the authorization must hold (errAuthorizationDenied).
-// The arguments do not name the tool and end in a null pointer. Success means that the tool was started: it
-// is a child of this process, which has to wait for it. There is no pipe to it: that argument must be null.
+// The arguments do not name the tool and end in a null pointer. Success means that the tool was started, as a
+// child of this process, which has to wait for it. There is no pipe to the tool: that argument must be null.
 OSStatus AuthorizationExecuteWithPrivileges(AuthorizationRef authorization, const char* pathToTool,
                                             AuthorizationFlags options, char* const* arguments,
                                             std::FILE** communicationsPipe);

@@ -1,6 +1,6 @@
 #pragma once
 
-// The names of rights, which are the Mac's.
+// The Mac's names for rights.
 
 // To run a tool with the administrator's rights.
 constexpr char kAuthorizationRightExecute[] = "system.privilege.admin";

@@ -7,7 +7,6 @@
 #include "app/ApplicationHooks.h"
 #include "app/CUpdaterApp.h"
 #include "app/ResourceIDs.h"
-#include "app/logic/FormatText.h"
 #include "card/CardAccess.h"
 #include "framework/core/LException.h"
 #include "framework/widgets/LPopupButton.h"
@@ -43,7 +42,7 @@ void CUpdaterApp::PopulateCardsPopup(LWindow* window) {
         char location[kCardTextBytes];
         if (GetCardInformation(connection, name, location) != 0) {
             Str255 item;
-            CopyCStringToPascal(FormatText("%s in %s", name, location).c_str(), item);
+            CopyCStringToPascal((std::string(name) + " in " + location).c_str(), item);
             popup->AppendMenu(item, true);
         }
         // The index, not the connection, so this closes nothing: the connections opened here stay open until

@@ -6,7 +6,6 @@
 #include "app/logic/CardValues.h"
 #include "app/logic/FirmwareFiles.h"
 #include "app/logic/FirmwareImage.h"
-#include "app/logic/FormatText.h"
 #include "catalogue/CardModels.h"
 #include "framework/core/LException.h"
 #include "framework/core/UKeptException.h"
@@ -22,8 +21,8 @@ constexpr int kPassesBeforeWriting = 50;
 constexpr uint16_t kWriteBrokenOff = 0xFFFF;
 
 bool confirmUpdate() {
-    const std::string text = FormatText("About to program your %s with Firmware Version %d",
-                                        catalogue::modelName(gusDeviceID).c_str(), gusNewFirmwareRev);
+    const std::string text = "About to program your " + catalogue::modelName(gusDeviceID) +
+                             " with Firmware Version " + std::to_string(gusNewFirmwareRev);
     return ShowAlert("Firmware Update Confirmation", text.c_str());
 }
 

@@ -8,7 +8,6 @@
 #include <system_error>
 
 #include "app/logic/FirmwareImage.h"
-#include "app/logic/FormatText.h"
 #include "images/AccessCount.h"
 
 namespace {
@@ -46,5 +45,5 @@ std::string RoundedDuration(double seconds) {
     if (halfMinutes < static_cast<long>(std::size(kByHalfMinutes))) {
         return kByHalfMinutes[halfMinutes];
     }
-    return FormatText("about %ld minutes", std::lround(seconds / kSecondsPerMinute));
+    return "about " + std::to_string(std::lround(seconds / kSecondsPerMinute)) + " minutes";
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -13,8 +14,18 @@ namespace {
 constexpr const char* kIncomplete = ".saving";
 constexpr const char* kComplete = ".saved";
 
+// One of the two inner folders, if it is there.
+std::optional<Folder> innerFolder(const Folder& folder, const char* name) {
+    if (const auto status = folder.status(name); status && !S_ISDIR(status->st_mode)) {
+        throw FileError(folder.pathOf(name),
+                        "is in the way of a folder that saving needs; move or delete it and try again");
+    }
+    return folder.inner(name);
+}
+
+// Deletes what a commit left over before it took effect.
 void discard(const Folder& folder) {
-    if (const auto incomplete = folder.inner(kIncomplete)) {
+    if (const auto incomplete = innerFolder(folder, kIncomplete)) {
         for (const std::string& name : incomplete->names()) {
             incomplete->remove(name);
         }
@@ -22,7 +33,7 @@ void discard(const Folder& folder) {
     }
 }
 
-void bringIn(const Folder& folder, const Folder& complete, const std::string& first) {
+void moveIntoPlace(const Folder& folder, const Folder& complete, const std::string& first) {
     std::vector<std::string> names = complete.names();
     std::partition(names.begin(), names.end(), [&](const std::string& name) { return name == first; });
     for (const std::string& name : names) {
@@ -40,8 +51,8 @@ Folder begin(const Folder& folder, const std::string& first) {
 }  // namespace
 
 void recover(const Folder& folder, const std::string& first) {
-    if (const auto complete = folder.inner(kComplete)) {
-        bringIn(folder, *complete, first);
+    if (const auto complete = innerFolder(folder, kComplete)) {
+        moveIntoPlace(folder, *complete, first);
     }
     discard(folder);
 }
@@ -51,9 +62,9 @@ bool belongsToCommits(const std::string& name) {
 }
 
 OpenFile committedFile(const Folder& folder, const std::string& name) {
-    // In this order: a file that is on its way in is either here still or there already.
+    // In this order, because a file moves from the inner folder to the outer one.
     try {
-        if (const auto complete = folder.inner(kComplete); complete && complete->status(name)) {
+        if (const auto complete = innerFolder(folder, kComplete); complete && complete->status(name)) {
             return complete->file(name, Folder::Purpose::reading);
         }
     } catch (const FileError& error) {
@@ -74,7 +85,7 @@ Commit::~Commit() {
     try {
         discard(folder_);
     } catch (const FileError&) {
-        // It is worth nothing, and the next commit tries again.
+        // The next commit tries again.
     }
 }
 
@@ -85,7 +96,7 @@ void Commit::put(const std::string& name, std::span<const uint8_t> content) {
 void Commit::take() {
     folder_.rename(kIncomplete, kComplete, folder_.path());
     isTaken_ = true;
-    bringIn(folder_, inner_, first_);
+    moveIntoPlace(folder_, inner_, first_);
 }
 
 }  // namespace files

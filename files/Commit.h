@@ -1,12 +1,13 @@
 #pragma once
 
-// New contents for several files of a folder that take effect together: all of them or, whatever fails and
-// whenever the program is killed, none.
+// Replaces several files of a folder together: either all of them or, if something fails or the program is
+// killed, none.
 //
-//   .saving/   what is being put together; worth nothing if it is left behind
-//   .saved/    complete, and on its way into the folder; whoever comes across it goes on with it
+//   .saving/   holds new files until all of them are written; deleted if it is left over
+//   .saved/    holds complete files until each is moved into the folder; if it is left over, the next program
+//              that writes finishes moving them
 //
-// The name of the inner folder changes from the first to the second in one step. The caller holds the
+// Renaming the first to the second is the moment at which all files take effect. The caller holds the
 // folder's lock for writing. Failures are FileError.
 
 #include <cstdint>
@@ -19,16 +20,16 @@ namespace files {
 
 class Commit {
   public:
-    // Finishes or takes away what was left behind. The file of the name `first` is the first to get into its
-    // place. The folder must outlive the commit.
+    // Recovers first (see recover below). The file named `first` is the first that is moved into place. The
+    // folder must outlive the commit.
     Commit(const Folder& folder, std::string first);
     Commit(const Commit&) = delete;
     Commit& operator=(const Commit&) = delete;
     ~Commit();
 
-    // Complaints call the file by its name in the folder. A file that is there hands down mode and owner.
+    // A new file takes over the mode and owner of the file that it replaces.
     void put(const std::string& name, std::span<const uint8_t> content);
-    // Has everything take effect.
+    // Makes all files take effect.
     void take();
 
   private:
@@ -38,14 +39,14 @@ class Commit {
     bool isTaken_ = false;
 };
 
-// Has what an earlier commit completed in its place, and takes away what it did not complete. In the order of
-// a commit, since this can be killed as well.
+// Finishes an earlier commit that took effect, and deletes one that did not. This can be interrupted as well,
+// so files are moved in the order of a commit.
 void recover(const Folder& folder, const std::string& first);
 
-// An ordinary file as the last complete commit left it, also while another one is under way.
+// An ordinary file as the last complete commit left it, even while another is under way.
 [[nodiscard]] OpenFile committedFile(const Folder& folder, const std::string& name);
 
-// Whether a name is one of the two above.
+// Whether a name is that of one of the inner folders.
 [[nodiscard]] bool belongsToCommits(const std::string& name);
 
 }  // namespace files

@@ -1,14 +1,13 @@
 #include "images/Listing.h"
 
 #include <algorithm>
-#include <stdexcept>
 
+#include "files/UserError.h"
 #include "images/ByteText.h"
 #include "images/CommandReader.h"
 #include "images/TapStates.h"
 
 namespace images {
-
 namespace {
 
 void appendValue(std::string& line, std::span<const uint8_t> value) {
@@ -31,15 +30,15 @@ void appendSteps(std::string& line, const Command& command) {
 std::string_view reasonOf(ImageEnd end) {
     switch (end) {
         case ImageEnd::complete:
-            return "behind XCOMPLETE";
+            return "after XCOMPLETE";
         case ImageEnd::cutOff:
-            return "a command that the end cuts off";
+            return "a command that is cut off";
         default:
-            return "no command of the player";
+            return "not a command of the player";
     }
 }
 
-// In lines that fit a window. The first says what it is about.
+// In lines that fit a window, after a comment that says what the bytes are.
 void appendBytes(std::string& text, std::size_t offset, std::span<const uint8_t> bytes, ImageEnd end) {
     constexpr std::size_t kBytesPerLine = 32;
     if (bytes.empty()) {
@@ -109,7 +108,7 @@ std::string listingOf(std::span<const uint8_t> image, std::size_t mostBytes) {
         text += listingLine(offset, *command);
         offset = reader.offset();
         if (text.size() > mostBytes) {
-            throw std::length_error("The listing would be longer than " + bytesText(mostBytes) + ".");
+            throw files::UserError("The listing would be longer than " + bytesText(mostBytes) + ".");
         }
     }
     appendBytes(text, offset, reader.rest(), reader.end());

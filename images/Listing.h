@@ -1,23 +1,23 @@
 #pragma once
 
-// Images as text for people, one command per line, from which ListingReader makes the same bytes again.
+// Images as text for people, with one command per line. ListingReader makes the same bytes from it.
 //
 //   000007: XSDRSIZE 33
 //   00000C: XTDOMASK 0x001FFFFFFE
 //   000012: XSIR 13 0x1FDF
 //
-// A line has, all of them optional: the offset in the image, in hexadecimal and with a colon, which nobody
-// reads back, so that lines can be moved; a command with its operands; and a comment from a semicolon on.
-// Operands stand in the order in which the image has them, with blanks between:
+// A line consists of an offset in the image, a command with its operands, and a comment after a semicolon.
+// Each of them is optional. The offset is hexadecimal and ends with a colon; it is not read back, so lines
+// can be moved. Operands are in the order of the image, with blanks between:
 //
 //   number     decimal or with 0x: XSDRSIZE and XSIR in bits, XRUNTEST in microseconds, XREPEAT in retries
-//   value      with 0x, most significant digit first. It fills the bytes that the size in force gives it:
-//              high digits that are 0 can be left out, and 0x0 is a value of any length, even of none
-//   state      a name, such as Run-Test/Idle or Pause-DR, or a number for the bare operand byte
-//   steps      XSDRINC's step values stand after its data; their count is not written
+//   value      with 0x, most significant digit first. The size in force gives its length in the image, so
+//              leading zeros can be left out, and 0x0 is a value of any length, even of no bytes
+//   state      a name, such as Run-Test/Idle or Pause-DR, or the number of the operand byte
+//   steps      XSDRINC's step values follow its data; their count is not written
 //
-// BYTES and a hexadecimal number of any length, two digits per byte, stands for bytes as they are: what is no
-// command of the player, a command that the end of the image cuts off, and what follows XCOMPLETE.
+// BYTES and a hexadecimal number of any length, with two digits for each byte, are bytes that are not a whole
+// command of the player, or that follow XCOMPLETE.
 
 #include <cstddef>
 #include <cstdint>
@@ -30,20 +30,19 @@
 
 namespace images {
 
-// The name of a line that stands for bytes as they are.
+// In place of a command's name.
 constexpr std::string_view kBytesLine = "BYTES";
 
-// Names for the operand of XENDIR or XENDDR; nothing for an operand that the player refuses.
-[[nodiscard]] std::optional<std::string_view> endStateName(XsvfOpcode opcode, uint32_t operand);
+// The state that an operand of XENDIR or XENDDR stands for, or nothing if the player refuses the operand.
+std::optional<std::string_view> endStateName(XsvfOpcode opcode, uint32_t operand);
 
-// The line of the command at an offset, with its line end.
-[[nodiscard]] std::string listingLine(std::size_t offset, const Command& command);
+// The line for the command at an offset, with its line end.
+std::string listingLine(std::size_t offset, const Command& command);
 
-// A few bytes of an image can be a thousand characters of a listing.
+// A few bytes of an image can become a thousand characters of a listing.
 constexpr std::size_t kMostListingBytes = std::size_t{256} << 20;
 
-// All of an image, whatever it is. Throws std::length_error when the text is longer than `mostBytes`.
-[[nodiscard]] std::string listingOf(std::span<const uint8_t> image,
-                                    std::size_t mostBytes = kMostListingBytes);
+// The listing of any bytes. Throws files::UserError if it would be longer than `mostBytes`.
+std::string listingOf(std::span<const uint8_t> image, std::size_t mostBytes = kMostListingBytes);
 
 }  // namespace images

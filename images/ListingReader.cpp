@@ -6,6 +6,7 @@
 #include <span>
 #include <utility>
 
+#include "files/UserError.h"
 #include "images/ByteText.h"
 #include "images/Command.h"
 #include "images/Listing.h"
@@ -13,24 +14,36 @@
 #include "images/TapStates.h"
 
 namespace images {
-
 namespace {
 
+using files::UserError;
 using Words = std::span<const std::string_view>;
 
 constexpr std::size_t kMostSteps = 255;
-
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 
 void requireOperands(std::string_view name, Words operands, std::size_t count) {
     if (operands.size() != count) {
-        throw ListingRefusal{std::string(name) + " takes " + std::to_string(count) +
-                             (count == 1 ? " operand, not " : " operands, not ") +
-                             std::to_string(operands.size()) + "."};
+        throw UserError(std::string(name) + " takes " + std::to_string(count) +
+                        (count == 1 ? " operand, not " : " operands, not ") +
+                        std::to_string(operands.size()) + ".");
     }
 }
 
-std::optional<uint8_t> endStateNamed(XsvfOpcode opcode, std::string_view name) {
+// Of the forms whose number of operands is fixed.
+std::size_t operandCount(Operands operands) {
+    switch (operands) {
+        case Operands::none:
+            return 0;
+        case Operands::instruction:
+        case Operands::twoValues:
+            return 2;
+        default:
+            return 1;
+    }
+}
+
+std::optional<uint8_t> endStateCode(XsvfOpcode opcode, std::string_view name) {
     for (const uint8_t operand : {kXsvfEndIdle, kXsvfEndPause}) {
         if (name == endStateName(opcode, operand)) {
             return operand;
@@ -39,22 +52,23 @@ std::optional<uint8_t> endStateNamed(XsvfOpcode opcode, std::string_view name) {
     return std::nullopt;
 }
 
-uint8_t stateOf(std::optional<uint8_t> named, std::string_view word) {
+// The state that a word names, if it does, or the byte that it is.
+uint8_t parseState(std::optional<uint8_t> named, std::string_view word) {
     if (named) {
         return *named;
     }
     if (word.front() < '0' || word.front() > '9') {
-        throw ListingRefusal{quotedWord(word) + " is not a state that can stand here."};
+        throw UserError(quotedWord(word) + " is not a state that can be used here.");
     }
-    return byteOf(word);
+    return parseByte(word);
 }
 
-// Grows an image line by line.
+// Builds an image line by line.
 class ImageWriter {
   public:
     explicit ImageWriter(std::size_t mostBytes) : mostBytes_(mostBytes) {}
 
-    // Appends what the words say. Throws ListingRefusal.
+    // Appends what a line's words stand for. Throws UserError without the line's number.
     void take(Words words) {
         const Words operands = words.subspan(1);
         if (words.front() == kBytesLine) {
@@ -64,12 +78,12 @@ class ImageWriter {
         }
         const CommandForm* const form = formNamed(words.front());
         if (form == nullptr) {
-            throw ListingRefusal{quotedWord(words.front()) + " is not a command."};
+            throw UserError(quotedWord(words.front()) + " is not a command.");
         }
         const std::size_t begin = image_.size();
         put(static_cast<uint8_t>(form->opcode));
         putOperands(*form, operands);
-        // Read back as a reader of the image will, for the sizes that it puts in force.
+        // The command may change the sizes of the values that follow.
         if (const auto command = readCommand(*form, std::span(image_).subspan(begin), sizes_)) {
             sizes_.take(*command);
         }
@@ -79,52 +93,44 @@ class ImageWriter {
 
   private:
     void putOperands(const CommandForm& form, Words operands) {
+        if (form.operands == Operands::steps) {
+            putSteps(form, operands);
+            return;
+        }
+        requireOperands(form.name, operands, operandCount(form.operands));
         switch (form.operands) {
             case Operands::none:
-                requireOperands(form.name, operands, 0);
+            case Operands::steps:
                 break;
             case Operands::byte:
-                requireOperands(form.name, operands, 1);
-                put(byteOf(operands[0]));
+                put(parseByte(operands[0]));
                 break;
             case Operands::number:
-                requireOperands(form.name, operands, 1);
-                putNumber(numberOf(operands[0], std::numeric_limits<uint32_t>::max()));
+                putNumber(parseNumber(operands[0], std::numeric_limits<uint32_t>::max()));
                 break;
             case Operands::state:
-                requireOperands(form.name, operands, 1);
-                put(stateOf(tapStateCode(operands[0]), operands[0]));
+                put(parseState(tapStateCode(operands[0]), operands[0]));
                 break;
             case Operands::endState:
-                requireOperands(form.name, operands, 1);
-                put(stateOf(endStateNamed(form.opcode, operands[0]), operands[0]));
+                put(parseState(endStateCode(form.opcode, operands[0]), operands[0]));
                 break;
-            case Operands::instruction: {
-                requireOperands(form.name, operands, 2);
-                const uint8_t bits = byteOf(operands[0]);
-                put(bits);
-                putValue(operands[1], valueBytes(bits));
+            case Operands::instruction:
+                put(parseByte(operands[0]));
+                putValue(operands[1], valueBytes(parseByte(operands[0])));
                 break;
-            }
             case Operands::value:
-                requireOperands(form.name, operands, 1);
-                putValue(operands[0], sizes_.data);
-                break;
             case Operands::twoValues:
-                requireOperands(form.name, operands, 2);
-                putValue(operands[0], sizes_.data);
-                putValue(operands[1], sizes_.data);
-                break;
-            case Operands::steps:
-                putSteps(form, operands);
+                for (const std::string_view value : operands) {
+                    putValue(value, sizes_.data);
+                }
                 break;
         }
     }
 
     void putSteps(const CommandForm& form, Words operands) {
         if (operands.empty() || operands.size() - 1 > kMostSteps) {
-            throw ListingRefusal{std::string(form.name) + " takes its data and up to " +
-                                 std::to_string(kMostSteps) + " step values."};
+            throw UserError(std::string(form.name) + " takes its data and up to " +
+                            std::to_string(kMostSteps) + " step values.");
         }
         putValue(operands[0], sizes_.data);
         put(static_cast<uint8_t>(operands.size() - 1));
@@ -134,24 +140,24 @@ class ImageWriter {
     }
 
     void putValue(std::string_view word, std::size_t bytes) {
-        const std::vector<uint8_t> value = valueOf(word);
+        const std::vector<uint8_t> value = parseValue(word);
         const auto first = std::ranges::find_if(value, [](uint8_t byte) { return byte != 0; });
         const auto needed = static_cast<std::size_t>(value.end() - first);
         if (needed > bytes) {
-            throw ListingRefusal{"The value " + quotedWord(word) + " needs " + bytesText(needed) +
-                                 "; the size in force here is " + std::to_string(bytes) + "."};
+            throw UserError("The value " + quotedWord(word) + " needs " + bytesText(needed) +
+                            "; the size in force here is " + std::to_string(bytes) + ".");
         }
         if (image_.size() + bytes > mostBytes_) {
-            throw ListingRefusal{"The image would be longer than " + bytesText(mostBytes_) + "."};
+            throw UserError("The image would be longer than " + bytesText(mostBytes_) + ".");
         }
         image_.resize(image_.size() + bytes - needed);
         image_.insert(image_.end(), first, value.end());
     }
 
     void putBytes(std::string_view word) {
-        const std::vector<uint8_t> bytes = valueOf(word);
+        const std::vector<uint8_t> bytes = parseValue(word);
         if (word.size() % 2 != 0) {
-            throw ListingRefusal{std::string(kBytesLine) + " takes two digits for every byte."};
+            throw UserError(std::string(kBytesLine) + " takes two digits for each byte.");
         }
         image_.insert(image_.end(), bytes.begin(), bytes.end());
     }
@@ -171,7 +177,7 @@ class ImageWriter {
 
 }  // namespace
 
-std::variant<std::vector<uint8_t>, ListingError> imageOf(std::string_view listing, std::size_t mostBytes) {
+std::vector<uint8_t> assemble(std::string_view listing, const std::string& name, std::size_t mostBytes) {
     ImageWriter writer(mostBytes);
     if (listing.starts_with(kByteOrderMark)) {
         listing.remove_prefix(kByteOrderMark.size());
@@ -186,8 +192,8 @@ std::variant<std::vector<uint8_t>, ListingError> imageOf(std::string_view listin
             if (!words.empty()) {
                 writer.take(words);
             }
-        } catch (const ListingRefusal& refusal) {
-            return ListingError{line, refusal.reason};
+        } catch (const UserError& error) {
+            throw UserError(name + ", line " + std::to_string(line) + ": " + error.what());
         }
         listing.remove_prefix(length);
         listing.remove_prefix(listing.starts_with("\r\n") ? 2 : std::min<std::size_t>(1, listing.size()));

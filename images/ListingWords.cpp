@@ -4,8 +4,9 @@
 #include <charconv>
 #include <limits>
 
-namespace images {
+#include "files/UserError.h"
 
+namespace images {
 namespace {
 
 constexpr std::string_view kBlanks = " \t\r\v\f";
@@ -47,29 +48,31 @@ std::string quotedWord(std::string_view word) {
     return '"' + text + (word.size() > kLongest ? "...\"" : "\"");
 }
 
-uint32_t numberOf(std::string_view word, uint32_t most) {
+uint32_t parseNumber(std::string_view word, uint32_t most) {
     const bool isHexadecimal = word.starts_with(kPrefix);
     const std::string_view digits = isHexadecimal ? word.substr(kPrefix.size()) : word;
     const char* const end = digits.data() + digits.size();
     uint32_t number = 0;
     const auto [stop, error] = std::from_chars(digits.data(), end, number, isHexadecimal ? 16 : 10);
     if (stop != end || error == std::errc::invalid_argument) {
-        throw ListingRefusal{quotedWord(word) + " is not a number."};
+        throw files::UserError(quotedWord(word) + " is not a number.");
     }
     if (error != std::errc() || number > most) {
-        throw ListingRefusal{quotedWord(word) + " is more than " + std::to_string(most) + ", the most here."};
+        throw files::UserError(quotedWord(word) + " is more than " + std::to_string(most) +
+                               ", which is the most allowed here.");
     }
     return number;
 }
 
-uint8_t byteOf(std::string_view word) {
-    return static_cast<uint8_t>(numberOf(word, std::numeric_limits<uint8_t>::max()));
+uint8_t parseByte(std::string_view word) {
+    return static_cast<uint8_t>(parseNumber(word, std::numeric_limits<uint8_t>::max()));
 }
 
-std::vector<uint8_t> valueOf(std::string_view word) {
+std::vector<uint8_t> parseValue(std::string_view word) {
     const std::string_view digits = word.starts_with(kPrefix) ? word.substr(kPrefix.size()) : "";
     if (digits.empty() || digits.find_first_not_of(kDigits) != std::string_view::npos) {
-        throw ListingRefusal{quotedWord(word) + " is not a value; values are hexadecimal and begin with 0x."};
+        throw files::UserError(quotedWord(word) +
+                               " is not a value; values are hexadecimal and begin with 0x.");
     }
     std::vector<uint8_t> bytes;
     bytes.reserve(digits.size() / 2 + 1);

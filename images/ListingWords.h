@@ -1,6 +1,6 @@
 #pragma once
 
-// The words of a listing's line, and what they stand for.
+// The words in a line of a listing, and what they mean. A word that means nothing is files::UserError.
 
 #include <cstdint>
 #include <string>
@@ -9,23 +9,18 @@
 
 namespace images {
 
-// Why a line is refused, in one sentence; thrown by the functions here.
-struct ListingRefusal {
-    std::string reason;
-};
+// The line's command and operands, without the offset before them and the comment after them.
+std::vector<std::string_view> listingWords(std::string_view line);
 
-// The line's command and operands, without an offset before them and a comment behind.
-[[nodiscard]] std::vector<std::string_view> listingWords(std::string_view line);
-
-// A word as a message can show it: not too long, and with nothing in it that a terminal would act upon.
-[[nodiscard]] std::string quotedWord(std::string_view word);
+// A word for a message: in quotes, shortened, and without control characters.
+std::string quotedWord(std::string_view word);
 
 // Decimal, or hexadecimal with 0x.
-[[nodiscard]] uint32_t numberOf(std::string_view word, uint32_t most);
-[[nodiscard]] uint8_t byteOf(std::string_view word);
+uint32_t parseNumber(std::string_view word, uint32_t most);
+uint8_t parseByte(std::string_view word);
 
-// The bytes of a hexadecimal number of any length, most significant first; an odd digit makes a byte of its
-// own.
-[[nodiscard]] std::vector<uint8_t> valueOf(std::string_view word);
+// The bytes of a hexadecimal number of any length, most significant first. If the number of digits is odd,
+// the first digit is a byte by itself.
+std::vector<uint8_t> parseValue(std::string_view word);
 
 }  // namespace images

@@ -119,7 +119,7 @@ TEST_F(Alerting, ImageThatFails) {
         {"Illegal State Error", "XSTATE Pause-DR"},
         {"Data Overflow Error", "XSDRSIZE 8001"}};
     for (const auto& [title, listing] : cases) {
-        bundle.addImage(imageName, std::get<std::vector<uint8_t>>(images::imageOf(listing)));
+        bundle.addImage(imageName, images::assemble(listing));
         UpdaterSession session(machine, bundle);
         session.run([&, title = title] {
             session.click("UPDT");

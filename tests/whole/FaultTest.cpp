@@ -198,7 +198,7 @@ TEST_F(Faults, SkippedStepsShowInTheLedger) {
     const std::string listing = images::listingOf(twoPageImage());
     for (const auto& [step, instead, expected] : cases) {
         const std::string skipping = std::regex_replace(listing, std::regex(step), instead);
-        bundle.addImage(imageName, std::get<std::vector<uint8_t>>(images::imageOf(skipping)));
+        bundle.addImage(imageName, images::assemble(skipping));
         UpdaterSession session(machine, bundle);
         session.run([&] { session.click("UPDT"); });
         std::vector<Misuse> misuses;

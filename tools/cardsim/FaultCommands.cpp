@@ -121,16 +121,16 @@ std::string checkKind(const std::string& name) {
     return kindsByName().contains(name) ? "" : "Unknown fault " + name + "; see \"cardsim fault kinds\".";
 }
 
-std::optional<uint32_t> codeNamed(const std::string& text) {
+std::optional<uint32_t> parseCode(const std::string& text) {
     try {
-        return images::numberOf(text, UINT32_MAX);
-    } catch (const images::ListingRefusal&) {
+        return images::parseNumber(text, UINT32_MAX);
+    } catch (const files::UserError&) {
         return std::nullopt;
     }
 }
 
 std::string checkCode(const std::string& text) {
-    const auto code = codeNamed(text);
+    const auto code = parseCode(text);
     if (!code) {
         return '"' + text + "\" is not a 32-bit number.";
     }
@@ -142,7 +142,7 @@ std::string checkCode(const std::string& text) {
 void addParameters(CLI::App& command, FaultOptions& options) {
     command
         .add_option_function<std::string>(
-            "--code", [&options](const std::string& text) { options.code = codeNamed(text); },
+            "--code", [&options](const std::string& text) { options.code = parseCode(text); },
             "The foreign identification code, decimal or hexadecimal with 0x")
         ->check(checkCode)
         ->type_name("NUMBER");

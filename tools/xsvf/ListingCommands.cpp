@@ -1,8 +1,6 @@
 #include <memory>
 #include <ostream>
-#include <variant>
 
-#include "files/UserError.h"
 #include "images/Listing.h"
 #include "images/ListingReader.h"
 #include "tools/command_line/CommandLine.h"
@@ -32,13 +30,9 @@ void list(const ListingOptions& options, std::ostream& out) {
 
 void assemble(const ListingOptions& options, std::ostream& out) {
     const std::vector<uint8_t> text = readInput(options.input);
-    const auto result = images::imageOf({reinterpret_cast<const char*>(text.data()), text.size()});
-    if (const auto* const error = std::get_if<images::ListingError>(&result)) {
-        throw files::UserError(inputName(options.input) + ", line " + std::to_string(error->line) + ": " +
-                               error->reason);
-    }
-    writeOutput(options.output, std::get<std::vector<uint8_t>>(result), out, options.output + '\n',
-                options.input);
+    const auto image =
+        images::assemble({reinterpret_cast<const char*>(text.data()), text.size()}, inputName(options.input));
+    writeOutput(options.output, image, out, options.output + '\n', options.input);
 }
 
 }  // namespace

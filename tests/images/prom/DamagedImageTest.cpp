@@ -119,7 +119,7 @@ TEST_F(DamagedImage, AtTenThousandPlacesOfARealOne) {
 TEST_F(DamagedImage, AtEveryPlaceOfOneWithEveryCommand) {
     std::ifstream file(EVERY_COMMAND);
     const std::string listing{std::istreambuf_iterator<char>(file), {}};
-    auto image = std::get<std::vector<uint8_t>>(images::imageOf(listing));
+    auto image = images::assemble(listing);
     open(image);
     for (std::size_t place = 0; place < image.size(); ++place) {
         for (int bit = 0; bit < 8; ++bit) {

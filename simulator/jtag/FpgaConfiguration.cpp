@@ -18,7 +18,7 @@ constexpr std::size_t kChecksumAt = kPromBytes - 4;
 constexpr uint32_t kCrcPolynomial = 0xEDB88320;  // IEEE 802.3, least significant bit first
 
 // Bytes that are taken together: every PROM is checked whenever the machine is switched on.
-constexpr std::size_t kCrcStride = 4;
+constexpr std::size_t kCrcStride = 8;
 
 // [n][byte] is the remainder of the byte with n zero bytes behind it.
 using CrcTables = std::array<std::array<uint32_t, 256>, kCrcStride>;
@@ -43,7 +43,8 @@ uint32_t crc32(std::span<const uint8_t> bytes) {
     for (; bytes.size() >= kCrcStride; bytes = bytes.subspan(kCrcStride)) {
         uint32_t next = 0;
         for (std::size_t i = 0; i < kCrcStride; ++i) {
-            next ^= tables[kCrcStride - 1 - i][((remainder >> (8 * i)) ^ bytes[i]) & 0xFF];
+            const uint32_t carried = i < sizeof remainder ? remainder >> (8 * i) : 0;
+            next ^= tables[kCrcStride - 1 - i][(carried ^ bytes[i]) & 0xFF];
         }
         remainder = next;
     }

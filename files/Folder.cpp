@@ -19,7 +19,7 @@ namespace {
 constexpr mode_t kFolderMode = 0777;  // less the process's mask
 constexpr mode_t kPermissions = 07777;
 
-// What a reader may take until a writer gives up, in tries a pause apart.
+// A writer tries this often to get the lock, with a pause after each try.
 constexpr int kMostTries = 200;
 constexpr std::chrono::milliseconds kPause{10};
 
@@ -72,7 +72,7 @@ bool Folder::isFileAt(const std::string& name, const std::filesystem::path& path
 }
 
 std::vector<std::string> Folder::names() const {
-    // The listing has a descriptor of its own: it moves a position that duplicates would share.
+    // Reading moves a position that duplicates of a descriptor share, so this opens the folder again.
     const int descriptor = ::openat(opened_.descriptor(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     const std::unique_ptr<DIR, int (*)(DIR*)> listing(descriptor < 0 ? nullptr : ::fdopendir(descriptor),
                                                       &::closedir);
@@ -84,7 +84,7 @@ std::vector<std::string> Folder::names() const {
         throw FileError(opened_.name(), "could not be read", reason);
     }
     std::vector<std::string> names;
-    errno = 0;  // the end of the folder leaves it so
+    errno = 0;  // stays so at the end of the folder
     while (const dirent* const entry = ::readdir(listing.get())) {
         std::string name = entry->d_name;
         if (name != "." && name != "..") {
@@ -120,7 +120,8 @@ void Folder::create(const std::string& name, std::span<const uint8_t> content,
                         "could not be created");
     try {
         if (like && S_ISREG(like->st_mode)) {
-            // Only root may give a file away; the mode comes second, since a new owner takes bits of it.
+            // Only root may change the owner. The mode is set last, because changing the owner clears some of
+            // it.
             const bool isGiven = ::fchown(file.descriptor(), like->st_uid, like->st_gid) == 0 ||
                                  ::fchown(file.descriptor(), static_cast<uid_t>(-1), like->st_gid) == 0;
             const mode_t mode = like->st_mode & kPermissions;
@@ -176,7 +177,7 @@ bool Folder::lock(Purpose purpose) const {
         if (tryLock(descriptor, LOCK_EX)) {
             return true;
         }
-        // Readers let others read beside them, a writer does not.
+        // Readers share their lock, a writer does not.
         if (!tryLock(descriptor, LOCK_SH)) {
             return false;
         }

@@ -1,10 +1,9 @@
 #pragma once
 
-// A folder that is opened once, by name, and from then on reached by its descriptor: whatever its name comes
-// to mean, these are the files of the folder that was opened.
+// A folder that is opened by name once and then reached by its descriptor, so its files stay those of the
+// folder that was opened, whatever happens to the name.
 //
-// Its files are ordinary ones: a link is not followed and a pipe is not waited for, both are failures.
-// Failures are FileError.
+// The files are ordinary ones; links and pipes are refused. Failures are FileError.
 
 #include <cstdint>
 #include <filesystem>
@@ -23,13 +22,13 @@ class Folder {
 
     // The name may be a link to a folder.
     explicit Folder(const std::filesystem::path& path);
-    // One that is open already.
+    // A folder that is already open.
     explicit Folder(OpenFile opened) : opened_(std::move(opened)) {}
 
-    // A folder in this one; nothing when there is nothing of that name.
+    // A folder in this one, or nothing if there is none of that name.
     [[nodiscard]] std::optional<Folder> inner(const std::string& name) const;
 
-    // What complaints call the folder, and one of its files.
+    // The names of the folder and of one of its files in messages.
     [[nodiscard]] const std::filesystem::path& path() const { return opened_.name(); }
     [[nodiscard]] std::filesystem::path pathOf(const std::string& name) const {
         return opened_.name() / name;
@@ -40,30 +39,30 @@ class Folder {
     // Whether a path leads to one of its files now.
     [[nodiscard]] bool isFileAt(const std::string& name, const std::filesystem::path& path) const;
 
-    // Everything in it.
+    // The names of everything in the folder.
     [[nodiscard]] std::vector<std::string> names() const;
-    // What is there under a name, links not followed; nothing when nothing is.
+    // What a name stands for, without following links; nothing if there is none of that name.
     [[nodiscard]] std::optional<struct stat> status(const std::string& name) const;
 
-    // An ordinary file that is there.
+    // An existing ordinary file.
     [[nodiscard]] OpenFile file(const std::string& name, Purpose purpose) const;
-    // A new file with a content, which is on the disk when this returns. It gets mode and owner of `like`, if
-    // that is a file and as far as the system permits it. Complaints call it `knownAs`.
+    // Creates a file; its content is on the disk when this returns. If `like` is a file, the new one takes
+    // over its mode and, where the system permits, its owner. Messages call the new file `knownAs`.
     void create(const std::string& name, std::span<const uint8_t> content,
                 const std::optional<struct stat>& like, const std::filesystem::path& knownAs) const;
     void createInner(const std::string& name) const;
 
-    // Moves a file whole into another folder, in place of whatever has its name there, unless that is a
+    // Moves a file into another folder in one step. It replaces what has its name there, unless that is a
     // folder.
     void move(const std::string& name, const Folder& into) const;
-    // The same within the folder, to another name. Complaints call the file `knownAs`.
+    // The same within the folder, to another name. Messages call the file `knownAs`.
     void rename(const std::string& from, const std::string& to, const std::filesystem::path& knownAs) const;
     void remove(const std::string& name) const;
-    // An empty one.
+    // Removes an empty folder.
     void removeInner(const std::string& name) const;
 
-    // Programs that write exclude each other and those that read; a writer waits for readers, who are quick.
-    // False when another program is writing, or reads for longer than that. The lock ends with the Folder.
+    // A program that writes excludes all others. A writer waits up to two seconds for readers, which are
+    // quick. False if another program is writing, or reads for longer. The lock ends with the Folder.
     [[nodiscard]] bool lock(Purpose purpose) const;
     void unlock() const;
 

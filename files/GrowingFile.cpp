@@ -11,7 +11,7 @@
 namespace files {
 namespace {
 
-// The file that is there, if it is of its kind; nothing when nothing is there.
+// An existing file of the kind, or nothing if nothing has the name.
 std::optional<OpenFile> openEarlier(const std::filesystem::path& path, const FileKind& kind, int access) {
     try {
         OpenFile file = OpenFile::ordinary(AT_FDCWD, path, access, path);

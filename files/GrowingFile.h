@@ -1,6 +1,6 @@
 #pragma once
 
-// A file that grows piece by piece, each of which is in the file at once.
+// A file that is written piece by piece; each piece is in the file at once.
 
 #include <cstddef>
 #include <filesystem>
@@ -11,24 +11,23 @@
 
 namespace files {
 
-// What such a file is, in words that follow "is not", and how each of its kind begins.
 struct FileKind {
-    std::string_view name;
-    std::string_view beginning;
+    std::string_view name;       // follows "is not", such as "a recording"
+    std::string_view beginning;  // the bytes with which every file of the kind begins
 };
 
-// Throws FileError unless the file can begin there: nothing is there, or an earlier file of its kind.
+// Throws FileError if something else than an earlier file of the kind has the name.
 void requireReplaceable(const std::filesystem::path& path, const FileKind& kind);
 
 class GrowingFile {
   public:
-    // Begins it anew, in the place of nothing or of an earlier one of its kind. Throws FileError when
-    // something else is there, links included, or when it cannot be created.
+    // Creates the file, or empties an earlier one of the kind. Throws FileError if something else, such as a
+    // link, has the name, or if the file cannot be created.
     GrowingFile(const std::filesystem::path& path, const FileKind& kind);
 
-    // A piece that the system does not take leaves nothing of it behind, and later ones are dropped.
+    // If a piece cannot be written, the file ends with the piece before it, and later pieces are dropped.
     void append(std::string_view piece);
-    // What went wrong, as a FileError says it; empty if nothing did.
+    // Why a piece could not be written, in FileError's words; empty if all were.
     [[nodiscard]] const std::string& failure() const { return failure_; }
 
   private:

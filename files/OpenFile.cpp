@@ -34,7 +34,7 @@ OpenFile OpenFile::ordinary(int folder, const std::filesystem::path& name, int f
             return file;
         }
     } catch (const FileError& error) {
-        // Links, pipes that nobody reads, sockets and folders do not even open.
+        // Links, pipes without a reader, sockets and folders cannot be opened at all.
         const int reason = error.systemError();
         if (reason != ELOOP && reason != ENXIO && reason != EISDIR) {
             throw;
@@ -61,7 +61,7 @@ struct stat OpenFile::status() const {
 }
 
 std::vector<uint8_t> OpenFile::read() const {
-    // Its size is a hint only: a pipe has none, and a file may grow meanwhile.
+    // The size is only a hint: a pipe has none, and a file may grow.
     const struct stat now = status();
     std::vector<uint8_t> content(S_ISREG(now.st_mode)
                                      ? std::min(static_cast<std::size_t>(now.st_size), kMostFileBytes) + 1

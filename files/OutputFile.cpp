@@ -15,7 +15,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Under a name that nothing has yet, whatever the folder's other users are about. Returns the name.
+// Creates a file under a name that is not in use, and returns the name.
 std::string createUnfinished(const Folder& folder, std::span<const uint8_t> content,
                              const std::optional<struct stat>& like, const fs::path& knownAs) {
     for (int number = 0;; ++number) {
@@ -36,7 +36,7 @@ std::string createUnfinished(const Folder& folder, std::span<const uint8_t> cont
 fs::path behindLinks(fs::path path) {
     const fs::path name = path;
     std::error_code error;
-    constexpr int kMostLinks = 40;  // as the system
+    constexpr int kMostLinks = 40;  // the system's own limit
     for (int links = 0; fs::is_symlink(fs::symlink_status(path, error)); ++links) {
         const fs::path goal = fs::read_symlink(path, error);
         if (error || links == kMostLinks) {

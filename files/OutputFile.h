@@ -1,6 +1,6 @@
 #pragma once
 
-// Files that are there whole or not at all.
+// Files that are written completely or not at all.
 
 #include <cstdint>
 #include <filesystem>
@@ -8,16 +8,15 @@
 
 namespace files {
 
-// What a path leads to in the end, past every link, whether anything is there or not. Throws FileError when
-// it leads nowhere.
+// The path with all links at its end followed, whether or not the file exists. Throws FileError if the links
+// lead in a circle.
 [[nodiscard]] std::filesystem::path behindLinks(std::filesystem::path path);
 
-// Whether two names lead to one file, or would once it is there.
+// Whether two names lead to the same file, or are the same name.
 [[nodiscard]] bool isSameFile(const std::filesystem::path& one, const std::filesystem::path& other);
 
-// Puts a file into the place of an ordinary file, whose mode and owner it takes over, or of none. Throws
-// FileError when that cannot be done; what was there is then as it was. It is not to replace the file that it
-// was made from, if that is named.
+// Creates a file, or replaces an ordinary file and takes over its mode and owner. Throws FileError, and
+// leaves everything as it was, if that is not possible or would replace the file named `madeFrom`.
 void writeOutputFile(const std::filesystem::path& path, std::span<const uint8_t> content,
                      const std::filesystem::path& madeFrom = {});
 

@@ -6,7 +6,7 @@ namespace files {
 namespace {
 
 constexpr uint8_t kDelete = 0x7F;
-// UTF-8 has the control characters 0x80 to 0x9F as this byte and their own number.
+// In UTF-8, the control characters 0x80 to 0x9F are this byte followed by their number.
 constexpr uint8_t kUpperControlLead = 0xC2;
 
 void appendNumber(std::string& text, uint8_t byte) {

@@ -1,6 +1,6 @@
 #pragma once
 
-// A file that the user names, all at once.
+// Reading a whole file that the user names.
 
 #include <cstdint>
 #include <filesystem>
@@ -8,8 +8,7 @@
 
 namespace files {
 
-// Whatever the name leads to, a pipe included. Throws FileError; a file of more than kMostFileBytes is a
-// failure, too.
+// The content of a file or pipe. Throws FileError if it cannot be read or has more than kMostFileBytes.
 [[nodiscard]] std::vector<uint8_t> readFile(const std::filesystem::path& path);
 
 }  // namespace files

@@ -39,7 +39,7 @@ void AccessCounter::scan(uint8_t shiftState, uint32_t bits, uint8_t endState, ui
         return;
     }
     go(shiftState);
-    // The last bit goes along with the clock that leaves the Shift state, or needs one of its own.
+    // The clock that leaves the Shift state also shifts the last bit.
     clock(endState == shiftState ? bits : bits - 1);
     go(endState);
     total_.loads += samples;

@@ -1,8 +1,7 @@
 #pragma once
 
-// How many register accesses the player makes for an image, on a card that answers as the image expects.
-//
-// Worked out from the commands and the TAP's state diagram, without the player.
+// The number of register accesses that the player makes for an image, on a card that answers as the image
+// expects. It is calculated from the commands and the TAP's state diagram, without the player.
 
 #include <cstdint>
 #include <optional>
@@ -12,8 +11,8 @@
 
 namespace images {
 
-// A card takes this many accesses in a microsecond, which is how waits are timed. A TCK level is one store
-// and the loads of its settling time; three levels make a cycle.
+// Waits are timed by register accesses, of which a card takes this many in a microsecond. Each TCK level is
+// one store and the loads of its settling time; a TCK cycle has three levels.
 constexpr uint64_t kAccessesPerMicrosecond = 3;
 constexpr uint64_t kSettlingLoads = 5 * kAccessesPerMicrosecond;
 constexpr uint64_t kLevelsPerClock = 3;
@@ -30,10 +29,10 @@ struct Accesses {
     bool operator==(const Accesses&) const = default;
 };
 
-// Counts along with the commands, which have to be ones that CommandRules finds no fault with.
+// Counts the accesses of one command after another. Every command must have passed CommandRules.
 class AccessCounter {
   public:
-    // With what a run itself adds: the reset of the chain, and the idle word before and after.
+    // Begins with the accesses of the run itself: the reset of the chain, and the idle word before and after.
     AccessCounter();
 
     void take(const Command& command);
@@ -47,7 +46,7 @@ class AccessCounter {
     void clock(uint64_t cycles);
     void go(uint8_t state);
     void wait(uint32_t microseconds);
-    // Into a Shift state, through the bits, and on to the end state; `samples` of the bits are read back.
+    // Goes to a Shift state, shifts the bits and goes to the end state; `samples` of the bits are read back.
     void scan(uint8_t shiftState, uint32_t bits, uint8_t endState, uint32_t samples);
     void scanCompared();
 
@@ -59,7 +58,7 @@ class AccessCounter {
     uint32_t waitMicroseconds_ = 0;
 };
 
-// For a whole image; nothing for one that does not come to its XCOMPLETE.
+// The accesses of a whole image, or nothing if it does not reach XCOMPLETE.
 [[nodiscard]] std::optional<Accesses> accessesOf(std::span<const uint8_t> image);
 
 }  // namespace images

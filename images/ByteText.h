@@ -1,6 +1,6 @@
 #pragma once
 
-// Bytes, their number and their place as people read them.
+// Bytes, numbers of bytes and offsets as text.
 
 #include <cstddef>
 #include <cstdint>
@@ -17,7 +17,7 @@ void appendHexadecimal(std::string& text, std::span<const uint8_t> bytes);
 // 0x2F
 [[nodiscard]] std::string byteText(uint8_t byte);
 
-// 0x00002F, with at least so many digits.
+// 0x00002F, with at least this many digits.
 [[nodiscard]] std::string hexadecimalText(uint32_t number, int digits);
 
 // 1 byte, 2 bytes

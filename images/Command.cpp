@@ -3,10 +3,9 @@
 #include <bit>
 
 namespace images {
-
 namespace {
 
-// Takes bytes off the front as long as there are enough; nothing after that.
+// Takes bytes off the front; once there are too few, it takes none.
 class Front {
   public:
     explicit Front(std::span<const uint8_t> bytes) : bytes_(bytes) {}

@@ -4,7 +4,6 @@
 #include <array>
 
 namespace images {
-
 namespace {
 
 constexpr std::array<CommandForm, 19> kForms = {{

@@ -1,6 +1,6 @@
 #pragma once
 
-// What the commands of an image are called, and what follows each opcode.
+// The names of the commands in an image, and the operands of each.
 
 #include <cstdint>
 #include <string_view>
@@ -27,7 +27,7 @@ struct CommandForm {
     Operands operands;
 };
 
-// The form of an opcode, or of a name; null for one that the player does not have.
+// The form of an opcode or a name, or null if the player does not have such a command.
 [[nodiscard]] const CommandForm* formOf(uint8_t opcode);
 [[nodiscard]] const CommandForm* formNamed(std::string_view name);
 

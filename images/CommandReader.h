@@ -1,6 +1,6 @@
 #pragma once
 
-// Takes an image apart, command by command, as the player reads it.
+// Splits an image into its commands as the player does.
 
 #include <cstddef>
 #include <cstdint>
@@ -11,23 +11,23 @@
 
 namespace images {
 
-// What stands where the reader found no further command.
+// Why there is no further command.
 enum class ImageEnd : uint8_t {
-    complete,        // whatever follows XCOMPLETE, perhaps nothing
-    missing,         // nothing, though XCOMPLETE has not come
-    cutOff,          // a command that the image's end cuts off
-    unknownCommand,  // an opcode that the player does not have
+    complete,        // the last command was XCOMPLETE
+    missing,         // the image ends without XCOMPLETE
+    cutOff,          // the image ends within a command
+    unknownCommand,  // the player does not have this opcode
 };
 
-// The image must outlive the reader and its commands. A copy goes on independently.
+// The image must outlive the reader and its commands. A copy reads on independently.
 class CommandReader {
   public:
     explicit CommandReader(std::span<const uint8_t> image) : image_(image) {}
 
-    // The next command; nothing, now and from then on, when there is none.
+    // The next command, or nothing at the end.
     [[nodiscard]] std::optional<Command> next();
 
-    // Where the next command, or whatever stands in its place, begins.
+    // Where the next command begins, or what follows the last.
     [[nodiscard]] std::size_t offset() const { return offset_; }
     [[nodiscard]] std::span<const uint8_t> rest() const { return image_.subspan(offset_); }
     // Why next() returned nothing.

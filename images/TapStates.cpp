@@ -6,7 +6,6 @@
 #include "xsvf/Format.h"
 
 namespace images {
-
 namespace {
 
 constexpr uint8_t kStates = 6;
@@ -18,7 +17,8 @@ struct TapStateRow {
     std::array<uint8_t, kStates> clocks;  // to the states in the order of the rows
 };
 
-// Counted in the standard's state diagram. A reset is five clocks from anywhere.
+// Counted in the state diagram of IEEE 1149.1 along the player's way, which resets with five clocks from any
+// state.
 constexpr std::array<TapStateRow, kStates> kRows = {{
     {kTapTestLogicReset, "Test-Logic-Reset", {5, 1, kNoWay, 4, kNoWay, 5}},
     {kTapRunTestIdle, "Run-Test/Idle", {5, 0, kNoWay, 3, kNoWay, 4}},

@@ -1,6 +1,6 @@
 #pragma once
 
-// The TAP states that an image can name, and how far they are apart.
+// The TAP states that an image can name, and the TCK cycles between them.
 
 #include <cstdint>
 #include <optional>
@@ -8,12 +8,12 @@
 
 namespace images {
 
-// The standard's name of a state code, and back; nothing for a code or a name that the player does not have.
+// IEEE 1149.1's name for a state code, and back; nothing for a code or a name that the player does not have.
 [[nodiscard]] std::optional<std::string_view> tapStateName(uint8_t code);
 [[nodiscard]] std::optional<uint8_t> tapStateCode(std::string_view name);
 
-// TCK cycles of the player's way from one state code to another. Nothing for a way that it refuses, into a
-// Pause state from elsewhere than its own Shift state, and for codes without a name.
+// The number of TCK cycles that the player takes from one state to another. Nothing for codes without a name,
+// and where the player refuses: into a Pause state from any state but its own Shift state.
 [[nodiscard]] std::optional<uint32_t> tapClocks(uint8_t from, uint8_t to);
 
 }  // namespace images

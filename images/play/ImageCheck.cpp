@@ -8,7 +8,6 @@
 #include "images/prom/CommandRules.h"
 
 namespace images {
-
 namespace {
 
 std::optional<std::string> faultOfEnd(const CommandReader& reader) {
@@ -29,12 +28,12 @@ std::optional<std::string> faultOfEnd(const CommandReader& reader) {
     return std::nullopt;
 }
 
-// A PROM in which every bit is programmed: what an image does not erase it cannot write.
+// A PROM in which every bit is programmed, so that an image must erase a page before writing it.
 simulator::PromCells usedProm() {
     return {std::vector<uint8_t>(simulator::kPromBytes, 0x00), 0, 0};
 }
 
-// What is wrong with a PROM that an image has left in this way.
+// What is wrong with the state in which an image has left the PROM.
 std::optional<std::string> faultOfResult(const ImagePlay& play) {
     if (play.isBusy()) {
         return "The image ends before the PROM has had its time for the last operation.";

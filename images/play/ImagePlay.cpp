@@ -16,7 +16,7 @@ namespace {
 // images/ counts a wait's accesses without knowing the simulated card that times them.
 static_assert(images::kAccessesPerMicrosecond == simulator::Clock::kAccessesPerMicrosecond);
 
-// A chain without a card around it, whose time passes as a card's does: by register accesses.
+// A chain without a card. Its time passes as on a card, by register accesses.
 struct BareChain {
     explicit BareChain(simulator::PromCells before)
         : chain(clock, none, std::move(before),
@@ -42,7 +42,7 @@ struct BareChain {
 
 BareChain* gpPlayedOn = nullptr;
 
-// Thrown through the player, which has no other way out.
+// Thrown through the player, which cannot be stopped in another way.
 struct ImageIsOver {};
 
 }  // namespace
@@ -107,7 +107,7 @@ struct ImagePlay::Run {
 ImagePlay::ImagePlay(std::span<const uint8_t> image, simulator::PromCells before)
     : run_(std::make_unique<Run>(std::move(before))) {
     gpPlayedOn = &run_->bare;
-    // The port hands the image out and writes nothing into it.
+    // The port does not write into the image.
     openPort(const_cast<uint8_t*>(image.data()), static_cast<uint32_t>(image.size()), nullptr, nullptr);
     setPort(kPortTMS, 1);
     xsvfInitialize(&run_->info);

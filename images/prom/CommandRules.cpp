@@ -8,7 +8,6 @@
 #include "simulator/jtag/Prom.h"
 
 namespace images {
-
 namespace {
 
 using simulator::Fpga;
@@ -18,7 +17,7 @@ constexpr uint32_t kMostDataBits = uint32_t{MAX_LEN} * 8;
 
 constexpr uint32_t kChainInstructionBits = Prom::kInstructionBits + Fpga::kInstructionBits;
 
-// Of two bytes: the PROM's instruction lies above the FPGA's.
+// The instruction has two bytes, with the PROM's bits above the FPGA's.
 bool isProgramInstruction(const Command& command) {
     if (command.number != kChainInstructionBits) {
         return false;
@@ -36,7 +35,7 @@ std::string stateText(uint8_t code) {
     return name ? std::string(*name) : byteText(code);
 }
 
-// A value that the command uses but does not carry has to have been loaded, at the size in force.
+// A value that the command uses but does not contain must have been loaded with the size now in force.
 std::optional<std::string> loadedFault(const Command& command, const char* what, const char* loader,
                                        std::optional<std::size_t> loadedBytes) {
     if (!loadedBytes) {

@@ -1,6 +1,6 @@
 #pragma once
 
-// What a command must not say in an image that is to ship, as far as the commands before it tell.
+// The rules for the commands of an image that can ship, judged without playing it.
 
 #include <cstddef>
 #include <cstdint>
@@ -13,20 +13,19 @@
 
 namespace images {
 
-// Longer waits are a slip: four times the PROM's longest operation for any wait, a hundred times its due for
-// programming one row, and an hour for everything together.
+// Longer waits are taken for mistakes. The limits are four times the PROM's longest operation for any wait, a
+// hundred times its programming time for a row, and an hour for the whole image.
 constexpr uint32_t kLongestWaitMicroseconds = 4 * simulator::Prom::kEraseMicroseconds;
 constexpr uint32_t kLongestProgramMicroseconds = 100 * simulator::Prom::kProgramMicroseconds;
 constexpr uint64_t kLongestRunSeconds = 3600;
 
-// Watches the commands of one image, in their order. A copy goes on independently.
+// Judges the commands of one image in their order. A copy goes on independently.
 class CommandRules {
   public:
-    // One sentence on what is wrong with the command, or nothing. After a fault there is nothing to go on
-    // with.
+    // What is wrong with the command, in one sentence, or nothing. It must not be called again after a fault.
     [[nodiscard]] std::optional<std::string> faultOf(const Command& command);
 
-    // What the commands so far take on a card.
+    // The accesses that the commands so far make.
     [[nodiscard]] const Accesses& accesses() const { return counter_.total(); }
 
   private:
@@ -40,7 +39,7 @@ class CommandRules {
     void remember(const Command& command);
 
     AccessCounter counter_;
-    // Lengths of the values that were loaded last; nothing for one that never was.
+    // The lengths of the values that were loaded last, or nothing before the first.
     std::optional<std::size_t> expectedBytes_;
     std::optional<std::size_t> compareMaskBytes_;
     std::optional<std::size_t> stepMaskBytes_;

@@ -1,6 +1,6 @@
 #pragma once
 
-// What a configuration is for, in words and as JSON.
+// An FPGA configuration described for people and as JSON.
 
 #include <nlohmann/json.hpp>
 #include <optional>

@@ -8,7 +8,6 @@
 #include "xsvf/Assembler.h"
 
 namespace images {
-
 namespace {
 
 using Assembler = XsvfAssembler<std::vector<uint8_t>>;
@@ -20,18 +19,18 @@ using simulator::Prom;
 
 constexpr uint8_t kChainInstructionBits = Prom::kInstructionBits + Fpga::kInstructionBits;
 
-// Every data shift passes the FPGA's bypass register too. It comes out first and captures 0.
+// Every data shift also passes the FPGA's bypass register, which captures 0 and comes out first.
 constexpr uint32_t kFpgaBypassBits = 1;
 constexpr uint64_t kFpgaBypassMask = 1;
 
-constexpr uint64_t kIdentificationMask = 0x0FFFFFFF;  // the topmost four bits tell the silicon's version
+constexpr uint64_t kIdentificationMask = 0x0FFFFFFF;  // without the four bits of the silicon's version
 constexpr uint64_t kProgrammingMode = 0x34;
 
-// A page that reads back wrongly is read again so often before the image gives up.
+// The number of times that a page is read again if it reads back wrongly.
 constexpr uint8_t kReadRetries = 3;
 
-// A page as it passes the chain, most significant byte first: its last byte leads, everything is one bit
-// higher than in the page, and the bypass bit is the lowest.
+// A page as it is shifted through the chain, most significant byte first. The page's last byte comes first,
+// all bits are one place higher than in the page, and the lowest bit is the bypass register's.
 using PageValue = std::array<uint8_t, kPageBytes + 1>;
 
 PageValue chainValue(std::span<const uint8_t> page) {
@@ -53,8 +52,8 @@ void select(Assembler& xsvf, Prom::Instruction instruction) {
     xsvf.XSIR(kChainInstructionBits, code << Fpga::kInstructionBits | Fpga::kBypass);
 }
 
-// Gives an instruction and the time it takes. The wait is 0 again afterwards, since every compared
-// shift would take it too.
+// Gives an instruction and waits for it. The wait is then set to 0, because it would apply to every compared
+// shift.
 void selectAndWait(Assembler& xsvf, Prom::Instruction instruction, uint32_t microseconds) {
     xsvf.XRUNTEST(microseconds);
     select(xsvf, instruction);
@@ -80,7 +79,7 @@ void enterProgramming(Assembler& xsvf) {
     xsvf.XSDRE(kProgrammingMode << kFpgaBypassBits);
 }
 
-// Only the bypass bit is compared: the PROM has nothing to say yet, but a chain that breaks on the way shows.
+// Only the bypass bit is compared. The PROM has nothing to read yet, but a broken chain is found early.
 void programPages(Assembler& xsvf, std::span<const uint8_t> prom) {
     xsvf.XSDRSIZE(kPageBytes * 8 + kFpgaBypassBits);
     xsvf.XTDOMASK(kFpgaBypassMask);

@@ -1,6 +1,6 @@
 #pragma once
 
-// Turns what a card's PROM is to hold into the firmware image that puts it there.
+// Makes the firmware image that programs given content into a card's PROM.
 
 #include <cstdint>
 #include <span>

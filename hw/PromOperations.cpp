@@ -35,6 +35,26 @@ const char* failureTitle(int32_t error) {
     }
 }
 
+// Returns the player's error code, after an alert, or 0.
+uint16_t playFirmware(uint8_t* image, uint32_t length) {
+    tagSXsvfInfo info;
+    xsvf_iDebugLevel = kTraceFirmware;
+    PlayOnCard(&info, image, length);
+    if (info.iResult != kXsvfNoError) {
+        ShowAlert(failureTitle(info.iResult), "EEPROM Programming Failure!");
+    }
+    return static_cast<uint16_t>(info.iResult);
+}
+
+// Nothing that keeps this from working may hide what broke the write off.
+void restoreAfterException(uint32_t identity) {
+    try {
+        WriteSerialNumber(identity);
+    } catch (...) {
+        // The exception that is on its way already tells why the card needs another write.
+    }
+}
+
 }  // namespace
 
 uint16_t ProtectEEPROM() {
@@ -84,13 +104,13 @@ uint16_t ProgramConfigProm(uint8_t* image, uint32_t length) {
         ShowAlert("Error", "Serial Number is blank!");
     }
 
-    tagSXsvfInfo info;
-    xsvf_iDebugLevel = kTraceFirmware;
-    PlayOnCard(&info, image, length);
-    if (info.iResult != kXsvfNoError) {
-        ShowAlert(failureTitle(info.iResult), "EEPROM Programming Failure!");
-        WriteSerialNumber(identity);
-        return static_cast<uint16_t>(info.iResult);
+    uint16_t error = 0;
+    try {
+        error = playFirmware(image, length);
+    } catch (...) {
+        restoreAfterException(identity);
+        throw;
     }
-    return WriteSerialNumber(identity);
+    const uint16_t identityError = WriteSerialNumber(identity);
+    return error != 0 ? error : identityError;
 }

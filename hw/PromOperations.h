@@ -19,6 +19,7 @@ uint16_t GetSerialNumber(uint32_t* identity);
 uint16_t WriteSerialNumber(uint32_t identity);
 
 // Plays a firmware image of `length` bytes, which erases and programs the whole PROM, then writes the
-// identity held in gSerialNumber back, even if the image failed or that identity is blank. Returns the
-// player's error code if the image failed, after an alert, else what WriteSerialNumber returned.
+// identity held in gSerialNumber back, even if the image failed, if an exception broke it off, or if that
+// identity is blank. Returns the player's error code if the image failed, after an alert, else what
+// WriteSerialNumber returned. Passes the exception on.
 uint16_t ProgramConfigProm(uint8_t* image, uint32_t length);

@@ -143,19 +143,30 @@ TEST_F(Update, FailedWriteKeepsTheIdentityAndCanBeTriedAgain) {
     EXPECT_EQ(card().identity(), identity);
 }
 
-// Whatever goes wrong in a write, the card is warned of, and the program can be used and quit again.
+// Whatever goes wrong in a write, the card is warned of and, as long as it can be reached, keeps its
+// identity; and the program can be used and quit again.
 TEST_F(Update, WriteThatIsBrokenOffByAnExceptionCanBeTriedAgain) {
     UpdaterSession session(machine, bundle);
     session.run([&] {
-        const uint64_t from = session.host.loads + 1000000;
-        session.host.falsifyLoad = [&, from](uint32_t, uint32_t word) {
-            return session.host.loads > from ? throw std::bad_alloc() : word;
-        };
-        session.click("UPDT");
-        session.host.falsifyLoad = nullptr;
-        EXPECT_EQ(session.alerts, (Alerts{confirmation, failure}));
-        EXPECT_EQ(session.shownStatePanes(), idlePanes);
-        EXPECT_TRUE(LApplication::Current()->AttemptQuit(kSaveOptionAsk));
+        for (const bool isReached : {true, false}) {
+            SCOPED_TRACE(isReached ? "the card is reached again at once"
+                                   : "the card is not reached any more");
+            uint64_t from = session.host.loads + 1000000;
+            session.host.falsifyLoad = [&](uint32_t, uint32_t word) {
+                if (session.host.loads <= from) {
+                    return word;
+                }
+                from = isReached ? UINT64_MAX : from;
+                throw std::bad_alloc();
+            };
+            session.alerts.clear();
+            session.click("UPDT");
+            session.host.falsifyLoad = nullptr;
+            EXPECT_EQ(session.alerts, (Alerts{confirmation, failure}));
+            EXPECT_EQ(card().identity() == identity, isReached);
+            EXPECT_EQ(session.shownStatePanes(), idlePanes);
+            EXPECT_TRUE(LApplication::Current()->AttemptQuit(kSaveOptionAsk));
+        }
         session.click("UPDT");
         EXPECT_EQ(session.shownStatePanes(), finishedPanes);
     });

@@ -6,6 +6,9 @@
 // The chain is TDI, PROM, FPGA, TDO. Every instruction is 13 bits, the PROM's 8 above the FPGA's 5, which
 // stay at bypass; every data shift is one bit longer than the PROM's register, and its bit 0 is the FPGA's
 // bypass register, which captures 0.
+//
+// The simulated PROM has its own table of these instructions, on purpose: were this one shared, a mistake in
+// it would not show.
 
 #include <array>
 #include <cstddef>

@@ -2,8 +2,8 @@
 
 // The machine's time: a count of register accesses, three to the microsecond. Nothing else moves it.
 //
-// Whoever waits for a moment asks to be woken at an access count; the clock then wakes the whole machine,
-// which looks after everyone whose time has come. So an access costs one increment and one comparison.
+// A device that waits for a moment asks to be woken at an access count. The clock then wakes the whole
+// machine, which tells every card, so an access costs one increment and one comparison.
 
 #include <algorithm>
 #include <cstdint>
@@ -20,7 +20,7 @@ class Clock {
     uint64_t accesses() const { return accesses_; }
     uint64_t microseconds() const { return accesses_ / kAccessesPerMicrosecond; }
 
-    // Counts one access, before it is carried out. True when somebody has to be woken first.
+    // Counts one access, before it is carried out. True if wake() must be called first.
     [[nodiscard]] bool tick() { return ++accesses_ >= wakeAt_; }
     void wake() {
         wakeAt_ = kNever;
@@ -32,7 +32,7 @@ class Clock {
     // Asks for the wake-up call when the count reaches `accesses`; at the next access if it already has.
     void wakeAt(uint64_t accesses) { wakeAt_ = std::min(wakeAt_, accesses); }
 
-    // Who is called. By then no wake-up is due any more; whoever still waits asks again.
+    // Sets the callback. The pending wake-up is cleared before it runs; those still waiting must ask again.
     void onWake(std::function<void()> callback) { onWake_ = std::move(callback); }
 
     // Continues from the count that an earlier run reached.

@@ -1,9 +1,9 @@
 #pragma once
 
-// What is broken about a card, or will be when its moment comes.
+// What is broken about a card, now or at a set moment.
 //
-// A fault strikes once and then lasts, over power cycles too, until it is taken away. A loss of power is the
-// exception: the next power-up ends it, and it does not come again.
+// A fault strikes once and then lasts, across power cycles too, until it is removed. The exception is a loss
+// of power: the next power-up ends it, and it does not strike again.
 
 #include <array>
 #include <cstddef>
@@ -18,17 +18,17 @@ namespace simulator {
 enum class FaultKind : uint8_t {
     tdoStuckLow,
     tdoStuckHigh,
-    chainBroken,            // TDI reads high whatever is written, TDO floats high
+    chainBroken,            // TDI is high whatever is written, TDO floats high
     foreignIdentification,  // the PROM answers with another identification code
     pageNotTaken,           // programming a page takes its time and changes nothing
-    pageMisread,            // a page reads back wrongly so many times, and rightly after that
+    pageMisread,            // a page reads back wrongly a number of times, then correctly
     userCodeNotTaken,
     slowProgramming,  // programming needs a multiple of the data sheet's time
     powerLost,        // the whole machine goes off
-    cardVanished,     // the card keeps its power, and nobody answers on the bus
+    cardVanished,     // the card keeps its power but does not answer on the bus
     serviceNotOpened,
     serviceNotMapped,
-    serviceSilent,  // the driver does not tell the card's name and location
+    serviceSilent,  // the driver does not report the card's name and location
 };
 
 struct Fault {
@@ -48,7 +48,7 @@ struct Fault {
     FaultKind kind;
     uint32_t code = 0;    // foreignIdentification
     uint32_t page = 0;    // pageNotTaken, pageMisread: 0 to kPromPages - 1
-    uint32_t times = 0;   // pageMisread: how often it is still to come, 1 to kMostTimes; 0 when it is over
+    uint32_t times = 0;   // pageMisread: wrong readings still to come, up to kMostTimes; 0 when it is over
     uint32_t factor = 1;  // slowProgramming: kLeastFactor to kMostFactor
     When when = When::atOnce;
     uint64_t count = 0;  // of accesses or clocks
@@ -79,23 +79,23 @@ class Faults {
   public:
     // Adds one, or replaces the one of the same kind (and page).
     void add(const Fault& fault);
-    // How many went.
+    // Returns how many were removed.
     std::size_t remove(FaultKind kind);
     void restore(std::vector<Fault> faults) { faults_ = std::move(faults); }
     const std::vector<Fault>& all() const { return faults_; }
 
     bool hasStruck(FaultKind kind) const { return struck(kind) != nullptr; }
 
-    // Has those strike whose moment has come; true when there were any.
+    // Triggers every fault that is due at these counts; true if any was.
     [[nodiscard]] bool strike(uint64_t accesses, uint64_t clocks);
-    // The smallest count that one still waits for.
+    // The smallest count that a fault still waits for.
     std::optional<uint64_t> nextCount(Fault::When when) const;
 
-    // As the PROM meets them.
+    // How the faults that have struck change the PROM.
     std::optional<uint32_t> foreignIdentification() const;
     uint32_t programmingFactor() const;
     bool takesPage(std::size_t page) const;
-    // True when a reading of the page that begins now goes wrong, which counts it.
+    // Whether the reading of the page that begins now goes wrong. If so, it is counted.
     [[nodiscard]] bool consumeMisread(std::size_t page);
 
   private:

@@ -1,7 +1,7 @@
 #pragma once
 
-// What was done to the machine that its makers forbid, even where it came out right by luck. A correct update
-// leaves the ledger empty.
+// A record of misuse: what the data sheet forbids, even if it worked by luck. A correct update leaves the
+// ledger empty.
 
 #include <cstdint>
 #include <functional>
@@ -19,11 +19,11 @@ enum class Misuse {
     programmedTwice,         // a page that was not erased was programmed
     noSuchRow,               // program at an address, or of a data register, that leads to no row
     shortScan,               // a register was updated before the scan had filled it
-    strayAccess,             // a load or store outside every live window
-    leftBehind,              // a program ended without giving back what the machine had given it
+    strayAccess,             // a load or store outside every mapped window
+    leftBehind,              // a program ended without releasing what it had been given
 };
 
-// The word that stands for a misuse in files and listings, and back; nothing for a word that is none.
+// The name of a misuse in files and listings, and back; nothing for an unknown name.
 std::string_view misuseName(Misuse misuse);
 std::optional<Misuse> misuseNamed(std::string_view name);
 
@@ -34,7 +34,7 @@ class Ledger {
   public:
     struct Entry {
         Misuse misuse;
-        std::string card;  // its name; empty when no card is concerned
+        std::string card;  // its name; empty if no card is involved
         std::string detail;
         uint64_t firstAccess;  // the clock's count when it first happened
         uint64_t times;
@@ -42,7 +42,7 @@ class Ledger {
         bool operator==(const Entry&) const = default;
     };
 
-    // Enters a misuse; one that is already there with the same words is counted instead.
+    // Adds an entry, or counts an existing one with the same misuse, card and detail.
     void record(Misuse misuse, std::string_view card, std::string_view detail, uint64_t access);
 
     const std::vector<Entry>& entries() const { return entries_; }

@@ -1,7 +1,7 @@
 #pragma once
 
-// A stretch of this process's address space that nothing else will be given and nobody can touch: a load or
-// store that goes past the host is a crash instead of a wrong answer.
+// A reserved, inaccessible stretch of this process's address space: a load or store that bypasses the host
+// crashes instead of giving a wrong answer.
 
 #include <cstddef>
 
@@ -9,7 +9,7 @@ namespace simulator {
 
 class AddressSpace {
   public:
-    // Reserves at least so many bytes, on a page boundary. Throws std::bad_alloc when there are none.
+    // Reserves at least this many bytes, on a page boundary. Throws std::bad_alloc if there are none.
     explicit AddressSpace(std::size_t bytes);
     AddressSpace(AddressSpace&& other) noexcept;
     AddressSpace(const AddressSpace&) = delete;

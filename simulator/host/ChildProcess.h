@@ -1,6 +1,6 @@
 #pragma once
 
-// Starting programs as children of this process.
+// Child processes.
 
 #include <sys/types.h>
 
@@ -10,8 +10,8 @@
 
 namespace simulator {
 
-// Starts a program, named by its absolute path; the arguments do not name it. Returns the child, which the
-// caller waits for, or nothing when the program cannot be started.
+// Starts a program by its absolute path; the arguments do not include its name. Returns the child, which the
+// caller must wait for, or nothing if the program cannot be started.
 [[nodiscard]] std::optional<pid_t> startChild(const std::string& program, std::vector<std::string> arguments);
 
 // Whether a child of this process, running or ended, has not been waited for yet.

@@ -12,8 +12,8 @@ namespace {
 
 using Element = rapidxml::xml_node<>;
 
-// Far beyond any driver's. The parser goes one call deeper for every element within another, which a longer
-// text could drive off the stack.
+// Far more than any driver needs. The parser recurses into nested elements, so a longer text could overflow
+// the stack.
 constexpr std::size_t kLongestPropertyList = 16384;
 
 std::string_view nameOf(const Element* element) {
@@ -28,8 +28,8 @@ const Element* child(const Element* parent, const char* name) {
     return parent == nullptr ? nullptr : parent->first_node(name);
 }
 
-// The value of a key in a property list's dictionary, which holds keys and values in turn; null when it has
-// no such key, or is none.
+// The value of a key in a property list's dictionary, where each key is followed by its value. Null if there
+// is no such key or no dictionary.
 const Element* valueOf(const Element* dictionary, std::string_view key) {
     for (const Element* node = child(dictionary, "key"); node != nullptr; node = node->next_sibling("key")) {
         if (std::string_view(node->value(), node->value_size()) == key) {

@@ -13,7 +13,7 @@ struct DriverBundle {
     std::string serviceClass;  // IOClass of the first of the IOKitPersonalities
 };
 
-// Nothing when the folder is not the well-formed bundle of a driver (CFBundlePackageType KEXT).
+// Nothing if the folder is not a well-formed driver bundle (CFBundlePackageType KEXT).
 std::optional<DriverBundle> readDriverBundle(const std::filesystem::path& folder);
 
 }  // namespace simulator

@@ -14,7 +14,7 @@ namespace fs = std::filesystem;
 
 constexpr const char* kUsage = "wrong arguments.";
 
-// A file or folder and everything below it; empty when there is none.
+// A file or folder and everything below it; empty if it does not exist.
 std::vector<fs::path> treeBelow(const fs::path& top) {
     std::error_code error;
     if (!fs::exists(fs::symlink_status(top, error))) {

@@ -2,10 +2,10 @@
 
 // The tools that a simulated machine's administrator can run.
 //
-// Each is a real child process with an exit status, for whoever started it to wait for. /bin/rm is this
-// computer's own. /usr/sbin/chown, /sbin/kextload and /sbin/kextunload act on the machine alone: its files'
-// owners are remembered here instead of being changed, and drivers come and go in its Drivers. They have
-// acted by the time that the child runs, which then says what the tool has to say and ends as it would.
+// Each is a real child process with an exit status, which the caller must wait for. /bin/rm is this
+// computer's own. /usr/sbin/chown, /sbin/kextload and /sbin/kextunload act on the simulated machine only:
+// owners of files are remembered here instead of being changed, and drivers come and go in its Drivers. They
+// act before the child starts; the child only prints the tool's message and exits with its status.
 
 #include <sys/types.h>
 
@@ -24,10 +24,10 @@ class PrivilegedTools {
     // The drivers must outlive the tools.
     explicit PrivilegedTools(Drivers& drivers) : drivers_(drivers) {}
 
-    // Starts a tool. False when the machine has no such tool or no child could be started.
+    // Starts a tool. False if the machine has no such tool or no child could be started.
     [[nodiscard]] bool run(const std::string& tool, const std::vector<std::string>& arguments);
 
-    // How many of the tools that were started nobody has waited for yet.
+    // How many started tools have not been waited for yet.
     std::size_t unwaitedFor() const;
 
   private:
@@ -35,7 +35,7 @@ class PrivilegedTools {
 
     bool start(const std::string& program, const Arguments& arguments);
 
-    // What a tool complains of; empty when it succeeded.
+    // Return the tool's complaint; empty if it succeeded.
     std::string changeOwner(const Arguments& arguments);
     std::string loadDriver(const Arguments& arguments);
     std::string unloadDriver(const Arguments& arguments);

@@ -14,7 +14,7 @@ namespace {
 constexpr uint64_t kFirstService = 0x1'0000'0001;
 constexpr uint32_t kFirstConnection = 0x1'0001;
 
-// Copies a text, cut where necessary, and fills what is left of its bytes with NUL.
+// Copies a text, truncated if necessary, and fills the rest of the field with NUL.
 void putText(std::span<uint8_t> field, std::string_view text) {
     std::ranges::fill(field, uint8_t{0});
     std::ranges::copy(text.substr(0, field.size() - 1), field.begin());
@@ -109,7 +109,7 @@ std::optional<std::size_t> SimulatedHost::callMethod(uint32_t connection, uint32
     return card_driver::kInformationBytes;
 }
 
-// The ordinary case needs no stack frame; everything else is a call at the very end.
+// The ordinary case needs no stack frame; everything else is a tail call.
 uint32_t SimulatedHost::loadWord(const uint32_t* address) {
     const std::size_t index = view_.indexOf(address);
     if (index >= view_.count) {

@@ -1,6 +1,6 @@
 #pragma once
 
-// The FPGA as the chain sees it: whatever its instruction, one bypass bit.
+// The FPGA as the chain sees it: one bypass bit, whatever the instruction.
 
 #include "simulator/jtag/JtagDevice.h"
 

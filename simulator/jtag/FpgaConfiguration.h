@@ -1,6 +1,6 @@
 #pragma once
 
-// What an FPGA learns from its configuration PROM, and how that lies in the PROM's bytes.
+// What an FPGA reads from its configuration PROM, and the layout of the PROM's bytes.
 //
 //   offset  bytes  content (numbers big-endian)
 //        0      4  "VFPG"
@@ -36,12 +36,12 @@ struct FpgaConfiguration {
     bool operator==(const FpgaConfiguration&) const = default;
 };
 
-// The whole PROM, kPromBytes long, that configures an FPGA so. The same fields give the same bytes
-// everywhere.
+// The PROM content, kPromBytes long, for a configuration. The same fields give the same bytes on every
+// computer.
 std::vector<uint8_t> encodeConfiguration(const FpgaConfiguration& configuration);
 
-// What an FPGA finds in a PROM's bytes; nothing when the length, the header or the checksum is wrong. Whether
-// the model fits the board is for the board to say.
+// The configuration in a PROM's bytes; nothing if the length, header or checksum is wrong. The caller checks
+// that the model fits the board.
 std::optional<FpgaConfiguration> decodeConfiguration(std::span<const uint8_t> prom);
 
 }  // namespace simulator

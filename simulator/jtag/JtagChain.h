@@ -1,6 +1,9 @@
 #pragma once
 
-// A card's JTAG chain: TDI -> PROM -> FPGA -> TDO, clocked by levels.
+// A card's JTAG chain: TDI -> PROM -> FPGA -> TDO, driven by the levels of its signals.
+//
+// The order of the devices and the PROM's instructions are also told in hw/, on purpose: the updater is
+// written from the data sheet and so is this model, so a mistake in one of them shows.
 
 #include <cstdint>
 #include <optional>
@@ -12,12 +15,13 @@ namespace simulator {
 
 class JtagChain {
   public:
-    // What the chain itself remembers while it has power.
+    // What the chain itself loses without power.
     struct State {
         bool tck = false;
         uint64_t clocks = 0;  // rising edges since power-up
         // Bits shifted since the last capture, and whether an update came before they had filled a register.
-        // Only a scan that carries on counts as misuse: a reset on its way through an update is in order.
+        // It is misuse only once the TAP goes on to a state other than reset: on its way to a reset, the TAP
+        // may pass through an update.
         uint64_t scanBits = 0;
         bool shortScan = false;
     };
@@ -27,7 +31,7 @@ class JtagChain {
 
     void losePower();
 
-    // Applies the levels. A change of TCK is an edge; without one nothing happens.
+    // Applies the levels. Nothing happens unless TCK changes, which is an edge.
     void drive(bool tck, bool tms, bool tdi);
     bool tdo() const { return fpga_.tdo(); }
 
@@ -37,7 +41,7 @@ class JtagChain {
     const Fpga& fpga() const { return fpga_; }
     const State& state() const { return state_; }
     void restore(const State& state) { state_ = state; }
-    // Wakes the machine up at the access that follows a rising edge, given by its number since power-up.
+    // Wakes the machine at the access after the rising edge with this number, counted from power-up.
     void wakeAfterClock(std::optional<uint64_t> clock) { wakeAfterClock_ = clock.value_or(0); }
 
   private:

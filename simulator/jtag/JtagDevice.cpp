@@ -3,7 +3,7 @@
 namespace simulator {
 namespace {
 
-// The standard has every instruction register capture 01 in its lowest bits, so that a break shows.
+// Every instruction register captures 01 in its lowest bits, so that a break in the chain shows.
 constexpr uint32_t kCapturedInstruction = 0b01;
 
 }  // namespace

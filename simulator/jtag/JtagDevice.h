@@ -1,10 +1,10 @@
 #pragma once
 
 // One device of a JTAG chain: its TAP controller, its instruction register and the data register that the
-// instruction selects. What the instructions mean is the derived class's.
+// instruction selects. Derived classes give the instructions their meaning.
 //
-// As the standard has it, registers capture and shift on TCK's rising edge, and instructions and data take
-// effect, and TDO changes, on its falling edge. TDO floats, and so reads high, outside the Shift states.
+// Registers capture and shift on TCK's rising edge. On its falling edge, instructions and data take effect
+// and TDO changes. Outside the Shift states TDO floats, and so reads high.
 
 #include <cstddef>
 #include <cstdint>
@@ -16,7 +16,7 @@ namespace simulator {
 
 class JtagDevice {
   public:
-    // Everything here that is lost without power.
+    // Everything that is lost without power.
     struct State {
         TapState tap = TapState::testLogicReset;
         uint32_t instruction = 0;
@@ -50,9 +50,9 @@ class JtagDevice {
 
     // Fills the data register that the present instruction selects.
     virtual void captureData(ShiftRegister& data) = 0;
-    // Takes over what was shifted into it.
+    // Takes what was shifted in.
     virtual void updateData(const ShiftRegister&) {}
-    // A new instruction was shifted in; a reset does not come here.
+    // A new instruction was shifted in. Not called by a reset.
     virtual void instructionUpdated() {}
     // The controller went from one state to a different one.
     virtual void tapMoved(TapState) {}

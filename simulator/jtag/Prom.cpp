@@ -88,7 +88,7 @@ void Prom::captureData(ShiftRegister& data) {
             return data.loadNumber(cells_.protection(), kControlBits);
         case readPageInstruction: {
             std::array<uint8_t, kPageBytes> content{};
-            content.fill(0xFF);  // what is read where no page is
+            content.fill(0xFF);  // what an address without a page reads as
             if (const auto page = pageAtAddress()) {
                 std::ranges::copy(cells_.bytesOf(PromCells::page(*page)), content.begin());
                 if (faults_.consumeMisread(*page)) {
@@ -149,6 +149,7 @@ void Prom::tapMoved(TapState to) {
         return;
     }
     if (to == TapState::runTestIdle) {
+        // What the program owes, and what this PROM takes: they differ while a fault slows it.
         const uint64_t microseconds = timingOf(state_.operation).microseconds;
         dueAt_ = clock_.accesses() + microseconds * Clock::kAccessesPerMicrosecond;
         state_.doneAt = dueAt_ + extraAccesses();
@@ -260,7 +261,7 @@ void Prom::complete() {
 void Prom::breakOff() {
     const auto [name, microseconds] = timingOf(state_.operation);
     const std::string where = state_.operation == Operation::program ? atAddress() : "";
-    // A PROM slower than its data sheet is nobody's misuse.
+    // Only the data sheet's time is owed: a PROM that a fault makes slower is not the program's misuse.
     if (state_.doneAt == 0 || clock_.accesses() < dueAt_) {
         report_(Misuse::shortWait,
                 name + where + " was given less than " + std::to_string(microseconds) + " microseconds.");

@@ -3,8 +3,11 @@
 // The configuration PROM: what its instructions do to its cells, and how long that takes.
 //
 // Program, erase and leaving programming mode begin at Update-IR and then need their time in Run-Test/Idle.
-// The cells hold the damaged row from the beginning and the good one from the moment when the time is up, so
-// that whatever ends the run in between leaves behind what a real PROM would.
+// The cells hold a damaged row from the start and the good one once the time is up, so whatever ends the run
+// in between leaves what a real PROM would hold.
+//
+// hw/PromPrograms tells the same instructions, widths and times, on purpose: the updater must not learn them
+// from the model that it is tried on.
 
 #include <array>
 #include <cstddef>
@@ -60,7 +63,7 @@ class Prom final : public JtagDevice {
     static constexpr std::array<std::string_view, 4> kOperationNames{"none", "program", "erase",
                                                                      "leave programming mode"};
 
-    // What the PROM loses without power, besides its JTAG registers.
+    // What the PROM loses without power, apart from its JTAG registers.
     struct State {
         bool programmingMode = false;
         uint8_t mode = 0;
@@ -70,7 +73,7 @@ class Prom final : public JtagDevice {
         uint8_t controlData = 0;
         Register loadedLast = Register::none;
         Operation operation = Operation::none;
-        uint64_t doneAt = 0;  // access count at which the operation has had its time; 0 before Run-Test/Idle
+        uint64_t doneAt = 0;  // access count at which the operation completes; 0 before Run-Test/Idle
     };
 
     // Clock and faults must outlive the PROM.
@@ -80,10 +83,10 @@ class Prom final : public JtagDevice {
     PromCells& cells() { return cells_; }
 
     void losePower();
-    // Ends an operation whose time is up; one that still runs asks the clock for its moment.
+    // Completes the operation if its time is up, or else asks the clock for the next wake-up.
     void timePassed();
 
-    // True when what the present instruction's scan shifts in takes effect on Update-DR.
+    // Whether Update-DR applies what was shifted in for the current instruction.
     bool loadsOnUpdate() const;
 
     const State& state() const { return state_; }
@@ -96,11 +99,10 @@ class Prom final : public JtagDevice {
     void tapMoved(TapState to) override;
 
     std::optional<std::size_t> pageAtAddress() const;
-    // The row that a program instruction would commit to: both the address and the register loaded last
-    // decide.
+    // The row that a program instruction would write. The address and the register loaded last select it.
     std::optional<PromCells::Row> rowToProgram() const;
     std::string atAddress() const;
-    // What the operation in flight needs beyond the data sheet's time.
+    // How much longer than the data sheet's time the current operation takes.
     uint64_t extraAccesses() const;
     void startProgram();
     void startErase();
@@ -112,7 +114,7 @@ class Prom final : public JtagDevice {
     PromCells cells_;
     MisuseReport report_;
     State state_;
-    uint64_t dueAt_ = 0;  // access count at which the data sheet's time is up, which a fault can outlast
+    uint64_t dueAt_ = 0;  // when the data sheet's time is up: before doneAt if a fault slows the PROM
 };
 
 }  // namespace simulator

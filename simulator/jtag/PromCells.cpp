@@ -7,7 +7,7 @@
 namespace simulator {
 namespace {
 
-// The bit of an image byte that damage turns over: every second byte has one, at a place that looks random.
+// The bit that damage flips in a byte: one in every second byte, in what looks like random places.
 uint8_t damageAt(std::size_t offset) {
     if (offset % 2 != 0) {
         return 0;

@@ -1,7 +1,7 @@
 #pragma once
 
-// What a PROM keeps without power: its pages, the user code and the protection bits, in one image whose bytes
-// are also those of a PROM file.
+// What a PROM keeps without power: its pages, user code and protection bits. The bytes are those of a PROM
+// file.
 //
 //   offset  bytes  content
 //        0 262144  512 pages of 512 bytes; bit b of byte i is bit i * 8 + b of the page
@@ -29,7 +29,7 @@ class PromCells {
     static constexpr uint8_t kProtectionMask = 0b111;
     static constexpr uint32_t kErasedUserCode = 0xFFFFFFFF;
 
-    // A run of the image's bytes that is changed as one.
+    // Bytes that are programmed together.
     struct Row {
         std::size_t offset;
         std::size_t bytes;
@@ -39,18 +39,17 @@ class PromCells {
     static constexpr Row kProtection{kProtectionAt, 1};
     static constexpr Row page(std::size_t number) { return {number * kPageBytes, kPageBytes}; }
 
-    // Told the image's bytes from `offset` on whenever they have changed.
+    // Called after every change with the changed bytes, which begin at `offset`.
     using WriteThrough = std::function<void(std::size_t offset, std::span<const uint8_t> bytes)>;
 
     // Erased.
     PromCells() : bytes_(kBytes, 0xFF) { bytes_[kProtectionAt] = kProtectionMask; }
-    // Ready to be put into a card: programmed pages (kPromBytes of them, as encodeConfiguration makes them),
-    // a user code and protection bits.
+    // With pages (kPromBytes, as encodeConfiguration makes them), a user code and protection bits.
     PromCells(std::span<const uint8_t> pages, uint32_t userCode, uint8_t protection);
-    // The whole image (kBytes).
+    // From the bytes of a PROM file (kBytes).
     explicit PromCells(std::vector<uint8_t> image);
     PromCells(PromCells&&) = default;
-    PromCells& operator=(PromCells&&) = delete;  // cells that are written through change by assign()
+    PromCells& operator=(PromCells&&) = delete;  // assign() writes through
 
     std::span<const uint8_t> bytes() const { return bytes_; }
     std::span<const uint8_t> pages() const { return bytes().first(kPromBytes); }
@@ -59,15 +58,15 @@ class PromCells {
     uint8_t protection() const { return bytes_[kProtectionAt] & kProtectionMask; }
     bool isPageErased(std::size_t number) const;
 
-    // Turns ones of a page into zeros where `data` (kPageBytes of it) has zeros.
+    // Clears the bits of a page that are 0 in `data` (kPageBytes).
     void programPage(std::size_t number, std::span<const uint8_t> data);
     void setUserCode(uint32_t userCode);
     void setProtection(uint8_t protection);
     void erase();
-    // Replaces the whole image (kBytes).
+    // Replaces everything (kBytes).
     void assign(std::span<const uint8_t> image);
 
-    // Makes a scatter of a row's bits wrong, the same one every time; doing it again makes them right.
+    // Flips a scatter of a row's bits, always the same ones, so a second call repairs them.
     void toggleDamage(Row row);
 
     void setWriteThrough(WriteThrough writeThrough) { writeThrough_ = std::move(writeThrough); }

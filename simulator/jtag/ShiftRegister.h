@@ -1,7 +1,7 @@
 #pragma once
 
-// A register of the chain while it is being shifted: bits in at the top, out at the bottom, one step at a
-// time and at the same cost for one bit as for 4096 (the bits stay where they are and the bottom moves).
+// A register of the chain while it is shifted: bits enter at the top and leave at the bottom. A step costs
+// the same for 1 bit as for 4096, since the bits stay in place and the bottom moves.
 
 #include <array>
 #include <cstddef>
@@ -13,14 +13,14 @@ namespace simulator {
 
 class ShiftRegister {
   public:
-    // Bits of the longest register, a page of the PROM. There is room for them from the start, so that
-    // playing an image allocates nothing.
+    // The longest register holds a page of the PROM. Room for it is there from the start, so that playing an
+    // image allocates nothing.
     static constexpr std::size_t kMostBits = 4096;
 
-    // Takes on a length of at most kMostBits and a content. Bit i of the content is bit i % 8 of byte i / 8;
-    // bit 0 leaves first.
+    // Sets the length, at most kMostBits, and the content. Bit i is bit i % 8 of byte i / 8; bit 0 leaves
+    // first.
     void load(std::span<const uint8_t> bytes, std::size_t bits);
-    // The same for a number of at most 32 bits, least significant bit first.
+    // The same for at most 32 bits of a number, least significant bit first.
     void loadNumber(uint32_t number, std::size_t bits);
 
     // The bit that leaves next; an empty register holds 0.
@@ -39,7 +39,7 @@ class ShiftRegister {
 
     std::size_t bits() const { return count_; }
     std::vector<uint8_t> bytes() const;           // (bits() + 7) / 8 of them, unused bits 0
-    void copyTo(std::span<uint8_t> bytes) const;  // the same, into so many bytes
+    void copyTo(std::span<uint8_t> bytes) const;  // the same, into a span of that length
     uint32_t number() const;                      // the lowest 32 bits
 
   private:

@@ -42,7 +42,7 @@ enum class TapState : uint8_t {
 // The state that a rising edge of TCK leads to.
 TapState nextTapState(TapState state, bool tms);
 
-// The state's name in the standard, and back; nothing for a name that is none.
+// The state's standard name, and back; nothing for an unknown name.
 std::string_view tapStateName(TapState state);
 std::optional<TapState> tapStateNamed(std::string_view name);
 

@@ -78,7 +78,7 @@ void putTap(std::string& text, const Tap& tap, const JtagLevels& levels) {
         .append({' ', tap.textIdentifier, '\n'});
 }
 
-// The values that differ from those before; all of them when there were none.
+// The values that have changed; all of them if there were none before.
 std::string changes(const JtagLevels* before, const JtagLevels& now) {
     const bool all = before == nullptr || before->answers != now.answers;
     std::string text;

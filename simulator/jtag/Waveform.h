@@ -1,19 +1,19 @@
 #pragma once
 
-// A recording of a card's JTAG signals: a value change dump as IEEE 1364 has it, for GTKWave and the like.
+// A recording of a card's JTAG signals: a value change dump (IEEE 1364), for GTKWave and the like.
 //
 //   jtag.TCK, .TMS, .TDI, .activity   what was last written to the JTAG output register
 //   jtag.TDO                          what the JTAG input register reads
-//   jtag.prom_tap, jtag.fpga_tap      the TAP controllers' states, as four bits: the order of TapState
-//   jtag.prom_state, jtag.fpga_state  the same as text, which is GTKWave's extension; others may skip it
+//   jtag.prom_tap, jtag.fpga_tap      the TAP controllers' states, as four bits in the order of TapState
+//   jtag.prom_state, jtag.fpga_state  the same as text, an extension of GTKWave that other viewers may ignore
 //
 // While the card does not answer on the bus, everything is unknown: x, and "unknown".
 //
-// Time 0 is the beginning of the run, and the file's comment gives the access that it is. Times are in
+// Time 0 is the start of the run; a comment in the file gives the machine's access count then. Times are in
 // nanoseconds. An access takes a third of a microsecond, so times are rounded to the nearest nanosecond:
-// whole microseconds are exact, and no two accesses fall together.
+// whole microseconds are exact, and no two accesses share a time.
 //
-// Every change is in the file as soon as it has happened, so a run that is killed leaves a whole file.
+// Every change is written at once, so a run that is killed leaves a valid file.
 
 #include <cstdint>
 #include <optional>
@@ -24,12 +24,12 @@
 
 namespace simulator {
 
-// What somebody wants recorded of a card during the next run.
+// What to record of a card during the next run.
 struct RecordingRequest {
     static constexpr uint64_t kMostMicroseconds = 1'000'000'000'000;  // keeps the nanoseconds within 64 bits
 
     std::string file;                           // an absolute path; an earlier recording is replaced
-    uint64_t fromMicroseconds = 0;              // since the beginning of the run
+    uint64_t fromMicroseconds = 0;              // from the start of the run
     uint64_t microseconds = kMostMicroseconds;  // how long
 
     bool operator==(const RecordingRequest&) const = default;
@@ -37,7 +37,7 @@ struct RecordingRequest {
 
 // A card's JTAG signals at one moment.
 struct JtagLevels {
-    bool answers = false;  // whether the card does; if not, the rest means nothing
+    bool answers = false;  // on the bus; if not, the rest means nothing
     bool tck = false;
     bool tms = false;
     bool tdi = false;
@@ -47,31 +47,30 @@ struct JtagLevels {
     TapState fpgaTap = TapState::testLogicReset;
 };
 
-// Throws FileError unless a recording may go there: nothing is there yet, or an earlier recording.
+// Throws FileError if the path holds anything but an earlier recording.
 void requireRecordable(const std::string& file);
 
 class Waveform {
   public:
-    // Begins a run at the machine's access count `accesses`, with the card's signals as they are then. Throws
-    // FileError when the file cannot be created, or MachineError when it does not take its beginning.
+    // Begins a run at the machine's access count `accesses`, with the card's signals at that moment. Throws
+    // FileError if the file cannot be created, or MachineError if its header cannot be written.
     Waveform(const RecordingRequest& request, uint64_t accesses, const JtagLevels& levels);
 
-    // The signals may have changed at an access, which is no earlier than the one before.
+    // Call when signals may have changed. Access counts never decrease.
     void sample(uint64_t accesses, const JtagLevels& levels);
 
-    // The run ends. Throws MachineError when the file has not taken everything; it holds what came before.
+    // Ends the run. Throws MachineError if not everything could be written; what came before is in the file.
     void end(uint64_t accesses);
 
   private:
-    // Puts in what time alone has brought, the beginning or the end of the window. False when the file no
-    // longer takes anything.
+    // Writes the start or end of the window if it has been reached. False once the file cannot be written.
     bool advance(uint64_t accesses);
     void put(uint64_t accesses, const std::string& values);
 
     enum class Stage { before, within, after };  // the window
 
     files::GrowingFile file_;
-    // Access counts. The end is the first that is no longer in the window.
+    // Access counts; ends_ is the first after the window.
     uint64_t runBegins_;
     uint64_t begins_;
     uint64_t ends_;

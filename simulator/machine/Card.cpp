@@ -5,7 +5,7 @@
 namespace simulator {
 namespace {
 
-// "VO" in the low half is what drivers look for; "MX" above it reads as neither when the order is wrong.
+// Drivers look for "VO" in the low half. "MX" above it is something else in either byte order.
 constexpr uint32_t kByteOrderIdentification = 0x4D58564F;
 
 uint32_t byteReversed(uint32_t value) {
@@ -73,7 +73,7 @@ void Card::timePassed() {
 
 void Card::inject(const Fault& fault) {
     faults_.add(fault);
-    meetFaults();  // it may have taken the place of one that had struck
+    meetFaults();  // it may have replaced one that had struck
     timePassed();
 }
 

@@ -49,7 +49,7 @@ constexpr uint32_t kActivityLamp = 0x08;
 constexpr uint32_t kTdo = 0x80;
 }  // namespace registers
 
-// What is soldered and where it is plugged in; no firmware changes it.
+// The hardware and where it is plugged in. No firmware changes it.
 struct Board {
     std::string name;
     std::string location;
@@ -62,16 +62,16 @@ class Card {
     static constexpr uint32_t kRegisterBytes = 0x200;  // memory range 0
     static constexpr uint32_t kMemoryBytes = 0x1000;   // memory range 1: reads 0, ignores stores
 
-    // A card without power. Clock and ledger must outlive it. A fault that takes the machine's power away
-    // calls onPowerLost, from where this card is switched off like all the others.
+    // A card without power. Clock and ledger must outlive it. A fault that cuts the machine's power calls
+    // onPowerLost, which switches off every card, this one included.
     Card(Board board, PromCells cells, Clock& clock, Ledger& ledger, std::function<void()> onPowerLost);
     Card(const Card&) = delete;
     Card& operator=(const Card&) = delete;
 
     const Board& board() const { return board_; }
-    // Changes what is soldered. The model code stays.
+    // Replaces the board's data, except the model code.
     void setBoard(Board board);
-    // The configuration that the FPGA took at power-up; nothing without power, or when it found none for it.
+    // The configuration that the FPGA loaded at power-up; nothing without power or without a valid one.
     const std::optional<FpgaConfiguration>& running() const { return running_; }
     // The identity is the PROM's user code.
     uint32_t identity() const { return cells().userCode(); }
@@ -81,38 +81,37 @@ class Card {
     const JtagChain& chain() const { return chain_; }
     JtagChain& chain() { return chain_; }
 
-    // The configuration in the PROM that this board's FPGA would take; nothing when it would take none.
+    // The configuration that the FPGA would load from the PROM now; nothing if there is no valid one.
     std::optional<FpgaConfiguration> acceptableConfiguration() const;
 
     void powerUp();
     void powerOff();
-    // Carries on with a configuration that was taken at an earlier power-up; the chain is restored
-    // separately, before.
+    // Continues with a configuration that was loaded at an earlier power-up. Restore the chain first.
     void resume(const std::optional<FpgaConfiguration>& running, uint32_t jtagOutput);
-    // Looks after the operation and the faults whose moment has come.
+    // Completes the PROM's operation and triggers the faults that are due.
     void timePassed();
 
     const Faults& faults() const { return faults_; }
-    // A fault for whose moment it is too late already strikes now, if there is power.
+    // A fault whose moment has passed strikes at once, if there is power.
     void inject(const Fault& fault);
-    // Carries on with the faults of an earlier run, before resume().
+    // Restores the faults of an earlier run. Call before resume().
     void restoreFaults(std::vector<Fault> faults) { faults_.restore(std::move(faults)); }
-    // Takes the faults of one kind away, or all of them; returns how many.
+    // Removes the faults of one kind, or all of them. Returns how many.
     std::size_t clearFaults(std::optional<FaultKind> kind = std::nullopt);
 
-    // What is to be recorded of the next run; beginRecording() takes it and makes the file, or throws
-    // MachineError and leaves it.
+    // What to record of the next run. beginRecording() consumes it and creates the file, or throws and keeps
+    // it.
     const std::optional<RecordingRequest>& recordingRequest() const { return recordingRequest_; }
     void requestRecording(std::optional<RecordingRequest> request) { recordingRequest_ = std::move(request); }
     void beginRecording();
-    // Throws MachineError when the recording could not be written to its end.
+    // Throws MachineError if not everything could be written.
     void endRecording();
 
-    // The register value, in its numeric sense, that was last written to the JTAG output.
+    // The number last written to the JTAG output, whatever the card's byte order.
     uint32_t jtagOutput() const { return jtagOutput_; }
 
-    // Memory range 0 or 1; null for any other. Loads come from the window itself, stores to range 0 go to
-    // storeRegister, those to range 1 nowhere. It lives as long as the card.
+    // Memory range 0 or 1; null for any other. It lives as long as the card. Loads read the window itself.
+    // Stores to range 0 must go to storeRegister; those to range 1 have no effect.
     RegisterWindow* window(uint32_t memoryType);
     void storeRegister(uint32_t offset, uint32_t word);
 
@@ -134,11 +133,11 @@ class Card {
     RegisterWindow memory_{kMemoryBytes};
     std::optional<FpgaConfiguration> running_;
     uint32_t jtagOutput_ = 0;
-    uint32_t heldHigh_ = 0;  // signals of the JTAG output that are high whatever is written
+    uint32_t heldHigh_ = 0;  // JTAG output signals that a fault keeps high
     bool hasPower_ = false;
     bool answers_ = false;  // on the bus
     std::optional<RecordingRequest> recordingRequest_;
-    std::unique_ptr<Waveform> recording_;     // null when nothing is recorded
+    std::unique_ptr<Waveform> recording_;     // null if nothing is recorded
     std::array<uint32_t, 2> tdoRegisters_{};  // what the JTAG input register reads while TDO is 0, and 1
 };
 

@@ -1,7 +1,7 @@
 #pragma once
 
-// The drivers of a machine, without which its cards publish no services: the resident one, which is installed
-// or not, and those that were loaded while the machine has been on.
+// The drivers of a machine: the resident one, which is installed or not, and those loaded since the machine
+// was switched on. Without a driver the cards publish no services.
 
 #include <algorithm>
 #include <array>
@@ -20,19 +20,19 @@ constexpr std::array<std::string_view, 3> kPrivateDriverFaultNames{"none", "does
                                                                    "publishes nothing"};
 
 struct Drivers {
-    // How long a driver that was loaded takes until the cards' services are there.
+    // How long a loaded driver takes to publish the cards' services.
     static constexpr uint32_t kSecondsToAttach = 3;
 
     struct Loaded {
         std::string serviceClass;
-        uint32_t secondsToAttach = kSecondsToAttach;  // what is left of them
+        uint32_t secondsToAttach = kSecondsToAttach;  // what is left of it
     };
 
     bool resident = true;
-    // Faults, which stay until somebody takes them away.
-    bool refusesAdministrator = false;  // the administrator's right is denied, and nobody is asked
+    // Faults, which last until they are removed.
+    bool refusesAdministrator = false;  // the administrator's right is denied without asking
     PrivateDriverFault privateDriverFault = PrivateDriverFault::none;
-    // By bundle identifier; gone when the machine is switched off.
+    // By bundle identifier. Lost when the machine is switched off.
     std::map<std::string, Loaded> loaded;
 
     // Whether the cards publish services of a class.

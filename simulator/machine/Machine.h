@@ -1,6 +1,6 @@
 #pragma once
 
-// The whole machine: its cards, its clock, its power and its processes. It is off until it is switched on.
+// The whole machine: its cards, its clock, its power and its processes. It starts switched off.
 
 #include <cstddef>
 #include <cstdint>
@@ -24,28 +24,27 @@ class Machine {
     Machine(const Machine&) = delete;
     Machine& operator=(const Machine&) = delete;
 
-    // Plugs a card in, which only a machine that is off allows. The card lives as long as the machine.
+    // Adds a card; the machine must be off. The card lives until it is removed.
     Card& addCard(Board board, PromCells cells);
-    // Pulls a card out, which only a machine that is off allows too.
+    // Removes a card; the machine must be off.
     void removeCard(std::size_t index);
     std::size_t cardCount() const { return cards_.size(); }
     Card& card(std::size_t index) { return *cards_.at(index); }
     const Card& card(std::size_t index) const { return *cards_.at(index); }
 
     bool isOn() const { return on_; }
-    // Both change nothing when the machine already is so. Each power-up has every FPGA configure itself anew;
-    // switching off breaks off whatever a PROM is doing.
+    // Neither does anything if the machine is already in that state. At power-up every FPGA loads its
+    // configuration; switching off interrupts whatever a PROM is doing.
     void powerOn();
     void powerOff();
-    // What is to be done once a fault has taken the power away: the program, which ran on this machine too,
-    // is to end. Without it the program goes on, with cards that do not answer.
+    // Sets what is called once a fault has cut the power, to end the program that ran on the machine. Without
+    // it the program continues with cards that do not answer.
     void onPowerLost(std::function<void()> programEnds) { programEnds_ = std::move(programEnds); }
-    // Switches on without a power-up, to carry on where an earlier run of a machine that stayed on ended. The
-    // cards are resumed one by one.
+    // Continues an earlier run of a machine that stayed on, without a power-up. Resume the cards first.
     void resume();
 
-    // Begins the recordings that are requested, and ends those that were begun; MachineError as the cards
-    // say.
+    // Begin the recordings that are requested, and end them. Throw what the cards' functions throw; the first
+    // also if two cards would be recorded in the same file.
     void beginRecordings();
     void endRecordings();
 
@@ -58,15 +57,15 @@ class Machine {
     Ledger& ledger() { return ledger_; }
     const Ledger& ledger() const { return ledger_; }
 
-    // What runs while the machine is on, in the order in which the system lists it. Serial numbers stay.
+    // The processes while the machine is on, in the system's order. Their serial numbers never change.
     std::vector<Host::Process> processes() const;
-    // Hands the shut-down event to a process; the login process switches the machine off, the others take no
-    // notice. False when there is no such process.
+    // Sends the shut-down event to a process: the login process switches the machine off, the others ignore
+    // it. False if there is no such process.
     bool deliverShutDownEvent(uint64_t processSerialNumber);
 
   private:
     void losePower();
-    // Has every card look after those whose moment has come.
+    // Calls timePassed() of every card.
     void timePassed();
 
     Clock clock_;

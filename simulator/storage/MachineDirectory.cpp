@@ -24,7 +24,7 @@ using files::Folder;
 
 constexpr const char* kMachineFile = "machine.json";
 
-// Each try meets a save; there are a handful in a run.
+// A try fails only if a save happens during it, and a run has a handful of saves.
 constexpr int kMostViews = 100;
 
 bool isUnmade(const Folder& folder) {
@@ -67,7 +67,7 @@ PromCells readCells(const Folder& folder, const std::string& name) {
     return PromCells(file.read());
 }
 
-// Which save it is that a reader sees.
+// Identifies the save that a reader sees.
 auto versionOf(const Folder& folder) {
     const struct stat status = machineFile(folder).status();
     return std::tuple(status.st_ino, status.st_mtim.tv_sec, status.st_mtim.tv_nsec);
@@ -158,7 +158,7 @@ std::string MachineDirectory::unusedPromName() const {
     for (std::size_t number = promFiles_.size() + 1;; ++number) {
         std::string name = "card-" + std::to_string(number) + ".prom";
         const auto isTaken = [&](const auto& file) { return file->name == name; };
-        // What is there without being the machine's is somebody else's.
+        // A file of this name that is not the machine's belongs to someone else.
         if (std::ranges::none_of(promFiles_, isTaken) && !folder_.status(name)) {
             return name;
         }
@@ -179,7 +179,7 @@ void MachineDirectory::attachPromFile(Card& card, const std::string& name) {
 
 void MachineDirectory::writeIfIntact(PromFile& file, std::size_t offset,
                                      std::span<const uint8_t> bytes) const {
-    // Nobody between here and the program could report a failure; save() tries again and does.
+    // A failure cannot be reported from here; save() tries again and reports it.
     try {
         const files::OpenFile open = folder_.file(file.name, Folder::Purpose::writing);
         requirePromSize(open);
@@ -216,7 +216,7 @@ void MachineDirectory::save() {
             writeIfIntact(*file, 0, {});
         }
     }
-    // First, so that a folder in which a machine begins to appear is one.
+    // First, so that a folder with any file of a machine holds a machine.
     files::Commit commit(folder_, kMachineFile);
     commit.put(kMachineFile, {reinterpret_cast<const uint8_t*>(text.data()), text.size()});
     for (std::size_t index = 0; index < machine_.cardCount(); ++index) {

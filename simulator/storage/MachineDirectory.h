@@ -1,14 +1,14 @@
 #pragma once
 
-// A simulated machine that lives in a folder: machine.json and one .prom file per card (PromCells gives the
-// bytes), so that it survives from run to run and can be inspected and copied.
+// A simulated machine in a folder: machine.json and one .prom file per card (see PromCells for its bytes), so
+// that it survives from run to run and can be inspected and copied.
 //
-// In a run, what a PROM commits goes into its file at once, so a process that is killed leaves what a real
-// PROM would hold. Everything else is saved by save() and by nothing else, all of it or nothing. One process
-// at a time may change a machine; others may look at it meanwhile. The folder is opened once: whatever its
-// name leads to later, the machine stays with the folder that it was opened in.
+// During a run, every change of a PROM is written to its file at once, so a process that is killed leaves
+// what a real PROM would hold. Everything else is saved by save() alone, all of it or nothing. One process at
+// a time may change a machine; others may view it meanwhile. The folder is opened once: the machine stays
+// with it even if its name leads elsewhere later.
 //
-// Failures are MachineError or files::FileError.
+// Failures throw MachineError or files::FileError.
 
 #include <cstddef>
 #include <filesystem>
@@ -25,21 +25,21 @@ namespace simulator {
 class MachineDirectory {
   public:
     enum class OnOpening {
-        powerUp,      // for a run: switched on if it is off, and what PROMs commit is kept at once
-        leaveAsItIs,  // for a change, which nothing shows of before save()
+        powerUp,      // for a run: switched on if it is off, and PROMs write to their files at once
+        leaveAsItIs,  // for a change that does not show before save()
     };
 
-    // A machine without cards, off, in a folder that is not there yet, is empty, or holds nothing but what an
-    // interrupted create() left; nothing of the machine is written into it until save(). Throws when the
-    // folder holds something else or cannot be created.
+    // A machine without cards, switched off, in a folder that is new, empty, or holds only what an
+    // interrupted create() left. Nothing is written until save(). Throws if the folder holds anything else or
+    // cannot be created.
     [[nodiscard]] static std::unique_ptr<MachineDirectory> create(const std::filesystem::path& folder);
 
-    // A machine as it was saved. Throws, leaving the files alone, when there is none, when another process
-    // has it open, or when a file is not what it should be.
+    // A machine as it was saved. Throws, leaving the files alone, if there is none, if another process has it
+    // open, or if a file is not what it should be.
     [[nodiscard]] static std::unique_ptr<MachineDirectory> open(const std::filesystem::path& folder,
                                                                 OnOpening onOpening);
 
-    // The same to look at, also while another process has it open.
+    // The same, to view only, even while another process has it open.
     [[nodiscard]] static std::unique_ptr<const MachineDirectory> view(const std::filesystem::path& folder);
 
     MachineDirectory(const MachineDirectory&) = delete;
@@ -48,27 +48,26 @@ class MachineDirectory {
     Machine& machine() { return machine_; }
     const Machine& machine() const { return machine_; }
 
-    // Whether another process had the machine open when it was viewed. The cells are then those of that
-    // moment, and the rest is what that process saved last.
+    // Whether another process had the machine open when it was viewed. The cells are then as they were at
+    // that moment, and the rest is what was saved last.
     bool isInUse() const { return isInUse_; }
 
-    // Whether something written to a path would take the place of one of the machine's own files, by
-    // whatever name or link.
+    // Whether writing to a path would replace one of the machine's own files, by whatever name or link.
     bool owns(const std::filesystem::path& path) const;
 
-    // Takes a card out of a machine that is off; its PROM's file goes with the next save().
+    // Removes a card; the machine must be off. The next save() deletes its PROM's file.
     void removeCard(std::size_t index);
 
-    // Saves the machine, cards that were added since included. Throws when a file cannot be written; what
-    // could not be written is tried again by the next save(). Throws, too, once all is saved, when a PROM's
-    // file was found to have been replaced by something else.
+    // Saves the machine, including cards that were added. Throws if a file cannot be written; the next save()
+    // tries again. Also throws, after everything has been saved, if a PROM's file had been replaced by
+    // something else.
     void save();
 
   private:
     struct PromFile {
         std::string name;
-        bool behind = false;                  // cells have changed that are not in the file
-        std::optional<std::string> replaced;  // what was found in its place
+        bool behind = false;                  // the file lacks some changes
+        std::optional<std::string> replaced;  // says what was found in its place
     };
 
     explicit MachineDirectory(const std::filesystem::path& folder) : folder_(folder) {}
@@ -76,9 +75,9 @@ class MachineDirectory {
     void lock() const;
     void load();
     std::string unusedPromName() const;
-    // Keeps track of the card's commits from now on.
+    // Writes the card's changes to the file from now on, or notes that it is behind.
     void attachPromFile(Card& card, const std::string& name);
-    // Finds out whether the file is what it should be, and writes if so. If not, the file is behind.
+    // Writes if the file is still what it should be; if not, marks it as behind.
     void writeIfIntact(PromFile& file, std::size_t offset, std::span<const uint8_t> bytes) const;
 
     files::Folder folder_;

@@ -1,9 +1,9 @@
 #pragma once
 
-// A machine as machine.json holds it: everything but the PROMs' cells, which lie in files of their own.
+// A machine as machine.json holds it: everything but the PROMs' cells, which have files of their own.
 //
-// The text is a JSON object. "format" is 1 and changes when an older program would misread the rest; fields
-// that this program does not know are refused, since saving would lose them.
+// The text is a JSON object. "format" changes when an older program would misread the rest. Unknown fields
+// are refused, since saving would lose them.
 
 #include <cstdint>
 #include <functional>
@@ -26,7 +26,7 @@ namespace simulator {
 constexpr int kMachineFormat = 1;
 
 struct StoredMachine {
-    // What a card remembers while it has power.
+    // What a card loses without power.
     struct Powered {
         std::optional<FpgaConfiguration> running;
         uint32_t jtagOutput = 0;
@@ -39,32 +39,32 @@ struct StoredMachine {
     struct Card {
         Board board;
         std::string promFile;            // a plain file name in the machine's directory
-        std::optional<Powered> powered;  // present when the machine is on
+        std::optional<Powered> powered;  // present if the machine is on
         std::vector<Fault> faults;
         std::optional<RecordingRequest> recording;
     };
 
     bool on = false;
     uint64_t accesses = 0;
-    // What is loaded is kept only while the machine is on. A text without drivers is a machine whose resident
-    // driver is installed and that has no fault.
+    // Loaded drivers are stored only while the machine is on. A text without drivers means that the resident
+    // driver is installed and that drivers have no faults.
     Drivers drivers;
     std::vector<Ledger::Entry> ledger;
     std::vector<Card> cards;
 };
 
-// A machine as it is; the names of the PROM files are left to the caller.
+// The machine's state. The caller fills in the names of the PROM files.
 StoredMachine describeMachine(const Machine& machine);
 
-// Has a new machine carry on as a stored one. Each card is given its cells, and is then the caller's to
-// attach a file to before it carries on.
+// Gives a new machine the stored state. Calls cellsOf for each card's cells, then onAdded, where the caller
+// can attach a file, before the card continues.
 void restoreMachine(Machine& machine, const StoredMachine& stored,
                     const std::function<PromCells(const StoredMachine::Card&)>& cellsOf,
                     const std::function<void(Card&, const StoredMachine::Card&)>& onAdded);
 
 std::string encodeMachine(const StoredMachine& machine);
 
-// Throws MachineError, in words to follow the file's name, when the text is no machine.
+// Throws MachineError if the text is not a machine; its sentence follows the file's name and a colon.
 StoredMachine decodeMachine(std::string_view text);
 
 }  // namespace simulator

@@ -189,7 +189,7 @@ Ledger::Entry decodeEntry(JsonObject object) {
     return entry;
 }
 
-// Keeps what one of two equal keys holds from being dropped without a word.
+// Refuses a key that is there twice: the parser would silently drop one of the values.
 class KeyCheck {
   public:
     bool operator()(int /*depth*/, Json::parse_event_t event, const Json& parsed) {
@@ -205,7 +205,7 @@ class KeyCheck {
     }
 
   private:
-    std::vector<std::set<std::string>> keys_;  // of the objects that are being read
+    std::vector<std::set<std::string>> keys_;  // of the objects being read, outermost first
 };
 
 Json parse(std::string_view text) {

@@ -150,7 +150,7 @@ std::string encodeMachine(const StoredMachine& machine) {
                     {"accesses", machine.accesses},      {"drivers", encode(machine.drivers, machine.on)},
                     {"cards", encodeAll(machine.cards)}, {"ledger", encodeAll(machine.ledger)}};
     constexpr int kIndent = 2;
-    // A name that is no UTF-8 must not keep a machine from being saved.
+    // Invalid UTF-8 in a name must not keep a machine from being saved.
     return json.dump(kIndent, ' ', false, Json::error_handler_t::replace) + '\n';
 }
 

@@ -17,7 +17,7 @@ constexpr int kMasterPointerBlocks = 3;
 constexpr int32_t kMemoryReserveBytes = 20000;
 constexpr int32_t kMaxPathBytes = 4096;
 
-// Layouts and alerts come from the bundle, wherever the program was started from.
+// Layouts, alerts and the icon come from the bundle, wherever the program was started from.
 void useBundleResources() {
     const CFBundleRef bundle = CFBundleGetMainBundle();
     if (bundle == nullptr) {
@@ -27,6 +27,7 @@ void useBundleResources() {
     char path[kMaxPathBytes];
     if (CFURLGetFileSystemRepresentation(folder, 1, reinterpret_cast<uint8_t*>(path), sizeof path) != 0) {
         UResources::UseFolder(path);
+        QGuiApplication::setWindowIcon(UResources::LoadIcon());
     }
     CFRelease(folder);
 }

@@ -1,9 +1,11 @@
 // The updater on a simulated machine, which lives in the folder that the command line names.
 
 #include <CLI/CLI.hpp>
+#include <QGuiApplication>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <filesystem>
 #include <iostream>
 #include <string>
 #include <vector>
@@ -11,6 +13,8 @@
 #include "app/UpdaterMain.h"
 #include "app/hosts/AdministratorPrompt.h"
 #include "app/hosts/HostProcess.h"
+#include "app/hosts/UsersMachine.h"
+#include "framework/widgets/LWindow.h"
 #include "framework/widgets/UDisplay.h"
 #include "platform/Host.h"
 #include "simulator/host/SimulatedHost.h"
@@ -50,9 +54,20 @@ int runUpdater() {
     }
 }
 
-int runOn(const std::string& folder) {
+// What the desktop knows the program and its window by.
+void introduce(const std::filesystem::path& folder) {
+    QCoreApplication::setApplicationName("vupdater-simulated");
+    QGuiApplication::setDesktopFileName("com.vornlabs.vupdater.simulated");
+    // The name of "." and the like is that of the folder they lead to.
+    std::error_code ignored;
+    const std::filesystem::path whole = std::filesystem::canonical(folder, ignored);
+    LWindow::UseTitle("Simulated machine \"" + QString::fromStdString(whole.filename()).simplified() + '"');
+}
+
+int runOn(const std::filesystem::path& folder) {
     const auto directory =
         simulator::MachineDirectory::open(folder, simulator::MachineDirectory::OnOpening::powerUp);
+    introduce(folder);
     directory->machine().beginRecordings();
     // From now on the machine is on, also for programs that look at it after this process has been killed.
     directory->save();
@@ -85,16 +100,18 @@ std::string whatIsWrong(const std::vector<std::string>& rest, const CLI::Error& 
 int main(int argc, char** argv) {
     SetUpProcess();
     try {
-        CLI::App arguments("Updates the firmware of the cards in a simulated machine.");
+        CLI::App arguments("Updates the firmware of the cards in a simulated machine.", "vupdater-simulated");
         std::string folder;
         arguments.add_option("machine", folder, "The machine's folder, as cardsim makes it")
-            ->required()
             ->check([](const std::string& name) {
                 return name.empty() ? "The folder name must not be empty." : "";
             });
         arguments.set_version_flag("--version", "vupdater-simulated " VUPDATER_VERSION,
                                    "Print the version and exit");
         arguments.footer(
+            "Without a folder it opens the machine in ~/.local/share/vupdater/machine, or\n"
+            "in the folder that XDG_DATA_HOME names instead of ~/.local/share, and makes it\n"
+            "if there is none.\n\n"
             "Exits with 1 if the machine cannot be opened or saved, with 2 if the command\n"
             "line is wrong, with 3 if the machine loses its power, with 4 if there is no\n"
             "display, with 5 if the display or the session ends under it, and with 0\n"
@@ -114,7 +131,7 @@ int main(int argc, char** argv) {
             return exitCode;
         }
         UDisplay::Open("vupdater-simulated", kNoDisplay);
-        return runOn(folder);
+        return runOn(folder.empty() ? UsersMachine() : std::filesystem::path(folder));
     } catch (const std::exception& error) {
         say(error.what());
         return kFailed;

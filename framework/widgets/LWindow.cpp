@@ -30,6 +30,12 @@ namespace {
 // The program's one menu bar.
 constexpr int32_t kMenuBarLayout = 128;
 
+// Empty while the layouts' own titles are shown.
+QString& Title() {
+    static QString title;
+    return title;
+}
+
 // What stands in the widget that a caption is for; empty for any other label.
 QString ValueNamedBy(const QLabel& caption) {
     if (const auto* popup = qobject_cast<const QComboBox*>(caption.buddy())) {
@@ -49,6 +55,10 @@ LWindow::~LWindow() {
     }
 }
 
+void LWindow::UseTitle(const QString& title) {
+    Title() = title;
+}
+
 LWindow* LWindow::CreateWindow(int32_t layoutID, LCommander* super) {
     LApplication* application = ThrowIfNil(LApplication::Current());
     std::unique_ptr<QWidget> root = UResources::LoadLayout("window", layoutID);
@@ -60,6 +70,9 @@ LWindow* LWindow::CreateWindow(int32_t layoutID, LCommander* super) {
         return nullptr;
     }
     static_cast<void>(root.release());
+    if (!Title().isEmpty()) {
+        window->setWindowTitle(Title());
+    }
     application->AddWindow(window);
     window->SetSuperCommander(super);
     TakeDesktopsButtonOrder(*window);

@@ -27,6 +27,15 @@ void UResources::UseFolder(const std::filesystem::path& folder) {
     Folder() = folder;
 }
 
+QIcon UResources::LoadIcon() {
+    QIcon icon;
+    for (const int size : {16, 32, 48, 128}) {
+        const std::string name = "icon-" + std::to_string(size) + ".png";
+        icon.addFile(QString::fromStdString((Folder() / name).string()), QSize(size, size));
+    }
+    return icon;
+}
+
 std::unique_ptr<QWidget> UResources::LoadLayout(const char* kind, int32_t id) {
     const std::string name = std::string(kind) + "-" + std::to_string(id) + ".ui";
     if (Folder().empty()) {

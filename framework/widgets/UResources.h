@@ -1,7 +1,9 @@
 #pragma once
 
-// The layouts: Qt Designer files named for their kind and number ("window-128.ui") in one folder.
+// The layouts and the icon. Layouts are Qt Designer files named for their kind and number ("window-128.ui"),
+// the icon is a picture in each of several sizes ("icon-16.png"), and all are in one folder.
 
+#include <QIcon>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
@@ -17,5 +19,8 @@ void UseFolder(const std::filesystem::path& folder);
 // Builds what the file <kind>-<id>.ui describes, making the classes that the class registry knows and leaving
 // the others to Qt. Null, with one line on standard error, when the file is missing or malformed.
 std::unique_ptr<QWidget> LoadLayout(const char* kind, int32_t id);
+
+// The icon; one without pictures when they are missing.
+QIcon LoadIcon();
 
 }  // namespace UResources

@@ -2,6 +2,7 @@
 
 #include <QDialogButtonBox>
 #include <QGridLayout>
+#include <QMainWindow>
 #include <QMenuBar>
 #include <QPushButton>
 #include <QScrollArea>
@@ -51,4 +52,13 @@ QLayout* CreateLayout(const QString& className) {
         return new QHBoxLayout;
     }
     return className == QLatin1String("QGridLayout") ? new QGridLayout : nullptr;
+}
+
+void PutInto(QWidget& parent, QWidget* child) {
+    if (auto* window = qobject_cast<QMainWindow*>(&parent)) {
+        window->setCentralWidget(child);
+    } else if (auto* scrolling = qobject_cast<QScrollArea*>(&parent);
+               scrolling != nullptr && scrolling->widget() == nullptr) {
+        scrolling->setWidget(child);
+    }
 }

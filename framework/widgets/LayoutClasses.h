@@ -13,3 +13,6 @@ QWidget* CreateLayoutWidget(const QString& className, QWidget* parent);
 
 // A layout that belongs to no widget yet; null if the class is not known. The caller owns it.
 QLayout* CreateLayout(const QString& className);
+
+// Gives a widget a child that is in no layout. Some have a place of their own for one.
+void PutInto(QWidget& parent, QWidget* child);

@@ -5,10 +5,8 @@
 #include <QGridLayout>
 #include <QHash>
 #include <QLabel>
-#include <QMainWindow>
 #include <QMenu>
 #include <QMetaProperty>
-#include <QScrollArea>
 
 #include "framework/widgets/LayoutClasses.h"
 
@@ -35,16 +33,6 @@ constexpr struct {
     void (QGridLayout::*set)(int pixels);
 } kGridSpacings[] = {{"horizontalSpacing", &QGridLayout::setHorizontalSpacing},
                      {"verticalSpacing", &QGridLayout::setVerticalSpacing}};
-
-// Some widgets have a place of their own for a child that is in no layout.
-void PutInto(QWidget& parent, QWidget* child) {
-    if (auto* window = qobject_cast<QMainWindow*>(&parent)) {
-        window->setCentralWidget(child);
-    } else if (auto* scrolling = qobject_cast<QScrollArea*>(&parent);
-               scrolling != nullptr && scrolling->widget() == nullptr) {
-        scrolling->setWidget(child);
-    }
-}
 
 }  // namespace
 

@@ -9,6 +9,7 @@
 #include "catalogue/CardModels.h"
 #include "framework/core/LException.h"
 #include "framework/core/UKeptException.h"
+#include "framework/widgets/DisplayWatchdog.h"
 #include "framework/widgets/LProgressBar.h"
 #include "framework/widgets/LWindow.h"
 #include "hw/PromOperations.h"
@@ -80,9 +81,12 @@ void CUpdaterApp::WriteFirmware(uint8_t* image, uint32_t bytes) {
     for (int pass = 0; pass < kPassesBeforeWriting; ++pass) {
         ProcessNextEvent();
     }
-    // An exception out of the write is reported later; first of all, the write has failed.
     uint16_t error = kWriteBrokenOff;
-    KeepException([&] { error = ProgramConfigProm(image, bytes); });
+    {
+        const DisplayWatchdog watchdog;
+        // An exception out of the write is reported later; first of all, the write has failed.
+        KeepException([&] { error = ProgramConfigProm(image, bytes); });
+    }
     // Clicks and keys since the last pass were meant for the window as it still is, not for the buttons that
     // are about to appear.
     ProcessNextEvent();

@@ -114,8 +114,8 @@ int main(int argc, char** argv) {
             "if there is none.\n\n"
             "Exits with 1 if the machine cannot be opened or saved, with 2 if the command\n"
             "line is wrong, with 3 if the machine loses its power, with 4 if there is no\n"
-            "display, with 5 if the display or the session ends under it, and with 0\n"
-            "otherwise.");
+            "display, with 5 if the display or the session ends under it, or a display that\n"
+            "froze had to be given up for a write, and with 0 otherwise.");
         arguments.failure_message([](const CLI::App* program, const CLI::Error& error) {
             return "vupdater-simulated: " + whatIsWrong(program->remaining(), error) +
                    "\nFor help: vupdater-simulated --help\n";

@@ -1,6 +1,7 @@
 #include "framework/widgets/DisplayProbe.h"
 
 #include <poll.h>
+#include <sys/socket.h>
 #include <wayland-client.h>
 #include <xcb/xcbext.h>
 
@@ -39,6 +40,10 @@ class X11Probe : public DisplayProbe {
         std::free(error);
         return isAnswered;
     }
+
+    bool CanBreakOff() override { return true; }
+
+    void BreakOff() override { shutdown(xcb_get_file_descriptor(mWindow), SHUT_RDWR); }
 
   protected:
     int Descriptor() override { return xcb_get_file_descriptor(mOwn); }

@@ -21,6 +21,13 @@ class DisplayProbe {
     // Whether the answer has come. Does not wait.
     virtual bool IsAnswered() = 0;
 
+    // Whether BreakOff can do what it says.
+    virtual bool CanBreakOff() { return false; }
+
+    // Ends Qt's connection from this side, on any thread. Whatever waits for something on it goes on, and
+    // finds that the display has gone.
+    virtual void BreakOff() {}
+
     // Waits for something to arrive on the connection.
     void Wait(int milliseconds);
 

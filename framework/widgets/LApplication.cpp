@@ -10,6 +10,7 @@
 #include "framework/core/UKeptException.h"
 #include "framework/widgets/DesktopFit.h"
 #include "framework/widgets/DialogLoop.h"
+#include "framework/widgets/DisplayWatchdog.h"
 #include "framework/widgets/LDialogBox.h"
 #include "framework/widgets/LStaticText.h"
 #include "framework/widgets/LWindow.h"
@@ -143,7 +144,11 @@ void LApplication::ReportUnthrown() {
 }
 
 void LApplication::EndWithoutDisplay() {
-    std::fputs("The display or the session has ended, and the program with it.\n", stderr);
+    std::fputs(
+        DisplayWatchdog::HasBrokenOff()
+            ? "The display stopped answering. The program completed its work without it, and has ended.\n"
+            : "The display or the session has ended, and the program with it.\n",
+        stderr);
     mHasLostDisplay = true;
     mState = State::kQuitting;
 }

@@ -4,8 +4,10 @@
 // program when it goes.
 //
 // A firmware write must not depend on it. So whatever makes Qt talk to the display while work may be under
-// way is done inside Use, and first asks Answers or IsGone.
+// way is done inside Use, and first asks Answers or IsGone. Whoever does such work also makes a
+// DisplayWatchdog, for a display that freezes inside Use.
 
+#include "framework/widgets/DisplayWatchdog.h"
 #include "framework/widgets/ExitGuard.h"
 #include "framework/widgets/PromptDrawing.h"
 
@@ -27,6 +29,7 @@ class UDisplay {
     // meanwhile. The call may then have stopped half-way.
     template <typename Function>
     static void Use(Function function) {
+        const DisplayWatchdog::Section section(DisplayWatchdog::kWhileAsking);
         if (!IsGone() && !ExitGuard::Call(function)) {
             sHasStopped = true;
             NoteGone();
@@ -38,6 +41,7 @@ class UDisplay {
     static void UseInPassing(Function function) {
         if (Answers()) {
             const PromptDrawing prompt;
+            const DisplayWatchdog::Section section(DisplayWatchdog::kWhileWorking);
             Use(function);
         }
     }

@@ -1,7 +1,7 @@
 #pragma once
 
-// A host between the player and another one, with little patience for waits: they pass in leaps, and end the
-// run when there are too many of them. A damaged image can ask for half an hour.
+// A host between the player and another host that shortens waits, and ends the run after too many loads. A
+// damaged image can ask for half an hour.
 
 #include <cstdint>
 #include <functional>
@@ -14,17 +14,19 @@ class ImpatientHost final : public ForwardingHost {
     // Thrown out of a load.
     struct OutOfTime {};
 
-    // `leap` is called, beside the load itself, for each load of a wait longer than any settling of a signal.
+    // `leap` is called for each load of a wait that is longer than a signal takes to settle.
     ImpatientHost(Host& host, std::function<void()> leap) : ForwardingHost(host), leap_(std::move(leap)) {}
 
-    // How many more loads there may be.
+    // The number of loads until the run ends.
     uint64_t loadsLeft = 0;
 
     uint32_t loadWord(const uint32_t* address) override {
-        if (loadsLeft-- == 0)
+        if (loadsLeft-- == 0) {
             throw OutOfTime();
-        if (++loadsSinceStore_ > kLoadsBeforeLeaping)
+        }
+        if (++loadsSinceStore_ > kLoadsBeforeLeaping) {
             leap_();
+        }
         return ForwardingHost::loadWord(address);
     }
     void storeWord(uint32_t* address, uint32_t word) override {

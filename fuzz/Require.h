@@ -1,7 +1,6 @@
 #pragma once
 
-// How a fuzz target says that something does not hold: a line that the fuzzer shows with the input, and the
-// end.
+// Ends a fuzz target when a condition does not hold, with a message that the fuzzer shows with the input.
 
 #include <cstdio>
 #include <cstdlib>

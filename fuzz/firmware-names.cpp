@@ -1,5 +1,5 @@
-// The names of firmware images: which one is chosen for a card, from any names, and names that the image tool
-// makes. The input is a list of names, separated by slashes, which no name holds.
+// The names of firmware images: the choice for a card among any names, and the names that the image tool
+// makes. The input is a list of names separated by slashes.
 
 #include <algorithm>
 #include <cstring>
@@ -24,17 +24,18 @@ void checkChoice(uint16_t model, uint16_t board) {
         require(gusNewFirmwareRev == kNoVersion, "no image has no version");
         return;
     }
-    require(gNewFirmware >= 0 && gNewFirmware < gNumXSVFiles, "the image chosen is one of the table");
+    require(gNewFirmware >= 0 && gNewFirmware < gNumXSVFiles, "the chosen image is in the table");
     const char* const name = gszResourceNames[gNewFirmware];
-    require(catalogue::readImageName(name).modelCode == model, "it is for the card's model");
+    require(catalogue::readImageName(name).modelCode == model, "the chosen image is for the card's model");
     const char letter = FirmwareByteOrderLetter(name);
-    require(letter == 'M' || letter == 'W', "it has one of two byte orders");
+    require(letter == 'M' || letter == 'W', "the chosen image has one of two byte orders");
     if (gusNewFirmwareRev <= 0xFF) {
         const auto version = static_cast<uint8_t>(gusNewFirmwareRev);
         require(IsFirmwareCurrent(letter, version, letter, gusNewFirmwareRev),
-                "a card that has it needs none");
+                "a card with the chosen image is up to date");
         const char other = letter == 'M' ? 'W' : 'M';
-        require(!IsFirmwareCurrent(other, version, letter, gusNewFirmwareRev), "one of the other order does");
+        require(!IsFirmwareCurrent(other, version, letter, gusNewFirmwareRev),
+                "a card of the other byte order is not");
     }
 }
 
@@ -43,8 +44,9 @@ void checkAnyNames(std::string_view names) {
     while (gNumXSVFiles < kMaxFirmwareFiles) {
         const std::size_t end = names.find('/');
         enter(gNumXSVFiles++, names.substr(0, end));
-        if (end == std::string_view::npos)
+        if (end == std::string_view::npos) {
             break;
+        }
         names.remove_prefix(end + 1);
     }
     for (const catalogue::CardModel& model : catalogue::kCardModels) {
@@ -63,23 +65,24 @@ void checkMadeName(const uint8_t* data) {
         catalogue::imageFileName(
             {.modelCode = model.code, .flavour = letter, .version = version, .boardRevision = board})
             .value();
-    require(catalogue::isImageFileName(name), "a name that is made is an image's");
-    require(name.size() < kResourceNameBytes, "a name fits its place in the table");
+    require(catalogue::isImageFileName(name), "the tool makes valid image names");
+    require(name.size() < kResourceNameBytes, "an image name fits the table");
     gNumXSVFiles = 1;
     enter(0, name);
     ChooseFirmware(model.code, board);
-    require(gNewFirmware == 0, "an image is chosen for the card that it was made for");
-    require(gusNewFirmwareRev == version, "its version is the one it was made with");
-    require(FirmwareByteOrderLetter(gszResourceNames[0]) == letter, "so is its byte order");
+    require(gNewFirmware == 0, "an image is chosen for its card");
+    require(gusNewFirmwareRev == version, "the name gives the image's version");
+    require(FirmwareByteOrderLetter(gszResourceNames[0]) == letter, "the name gives the image's byte order");
     ChooseFirmware(model.code, static_cast<uint16_t>(board + 1));
-    require(gNewFirmware == kNoFirmware, "it is not chosen for another board");
+    require(gNewFirmware == kNoFirmware, "an image is not chosen for another board");
 }
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     checkAnyNames({reinterpret_cast<const char*>(data), size});
-    if (size >= 4)
+    if (size >= 4) {
         checkMadeName(data);
+    }
     return 0;
 }

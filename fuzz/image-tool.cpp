@@ -1,4 +1,4 @@
-// Any bytes as what the image tool reads: an image to list and to check, and a listing to assemble.
+// Any bytes as input of the image tool: an image to list and to check, and a listing to assemble.
 
 #include <algorithm>
 #include <span>
@@ -15,35 +15,37 @@
 
 namespace {
 
-// An image within the rules can keep the check busy for long; this many TCK levels do not.
+// A valid image can keep the check busy for a long time, so longer ones are skipped.
 constexpr uint64_t kMostStores = 200'000;
 
 void requireSameAfterListing(std::span<const uint8_t> image) {
     require(std::ranges::equal(images::assemble(images::listingOf(image)), image),
-            "an image is the same after it was listed");
+            "a listing assembles to the listed image");
 }
 
 uint64_t storesUpToAFault(std::span<const uint8_t> image) {
     images::CommandReader reader(image);
     images::CommandRules rules;
-    for (auto command = reader.next(); command && !rules.faultOf(*command);)
+    for (auto command = reader.next(); command && !rules.faultOf(*command);) {
         command = reader.next();
+    }
     return rules.accesses().stores;
 }
 
 void checkImage(std::span<const uint8_t> image) {
-    if (storesUpToAFault(image) > kMostStores)
+    if (storesUpToAFault(image) > kMostStores) {
         return;
+    }
     const images::ImageReport report = images::checkImage(image);
     if (report.fault) {
         require(report.fault->offset <= image.size(), "a fault lies in the image or at its end");
-        require(report.fault->reason.ends_with('.'), "its reason is a sentence");
+        require(report.fault->reason.ends_with('.'), "the reason is a sentence");
         require(!report.configuration, "an image with a fault has no known content");
     } else {
         require(!image.empty() && image.back() == 0, "a good image ends with XCOMPLETE");
         require(report.commands >= 1 && report.commands <= image.size(),
-                "each command takes a byte at least");
-        require(report.accesses.stores <= kMostStores, "a good image takes what was counted");
+                "each command has at least one byte");
+        require(report.accesses.stores <= kMostStores, "a good image makes the accesses that were counted");
     }
 }
 

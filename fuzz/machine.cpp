@@ -1,5 +1,5 @@
-// Any bytes as machine.json and PROM file. The input is the text and, after a NUL, what its cards' PROMs
-// begin with; without it they hold firmware that their boards take.
+// Any bytes as machine.json and PROM files. The input is the text of machine.json and, after a NUL, the first
+// bytes of the cards' PROMs, which otherwise hold firmware for their boards.
 
 #include <algorithm>
 #include <string_view>
@@ -14,7 +14,7 @@ namespace {
 
 using namespace simulator;
 
-// More of them do nothing that these do not, and each has a quarter of a megabyte.
+// More cards find nothing new, and each takes a quarter of a megabyte.
 constexpr std::size_t kMostCards = 3;
 
 PromCells cellsOf(const StoredMachine::Card& card, std::string_view content) {
@@ -28,14 +28,15 @@ PromCells cellsOf(const StoredMachine::Card& card, std::string_view content) {
     return {pages, 0x21307015, PromCells::kProtectionMask};
 }
 
-// What a driver does with whatever cards there are.
+// Opens, reads and writes every card as a driver does.
 void use(Machine& machine) {
     SimulatedHost host(machine, {});
     for (const uint64_t service : host.servicesOfClass(card_driver::kServiceClass)) {
         const auto connection = host.openService(service);
         const auto range = connection ? host.mapMemory(*connection, 0) : std::nullopt;
-        if (!range)
+        if (!range) {
             continue;
+        }
         auto* const words = static_cast<uint32_t*>(range->base);
         for (uint32_t step = 0; step < 64; ++step) {
             host.storeWord(words + registers::kJtagOutput / 4, step % 2 == 0 ? 0x60606060 : 0x20202020);
@@ -47,7 +48,7 @@ void use(Machine& machine) {
 
 void requireSameAfterStoring(const StoredMachine& machine) {
     const std::string text = encodeMachine(machine);
-    require(encodeMachine(decodeMachine(text)) == text, "a machine is the same after it was stored");
+    require(encodeMachine(decodeMachine(text)) == text, "a stored machine reads back as the same");
 }
 
 }  // namespace
@@ -59,12 +60,13 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     try {
         stored = decodeMachine(input.substr(0, end));
     } catch (const MachineError& error) {
-        require(std::string_view(error.what()).ends_with('.'), "a complaint is a sentence");
+        require(std::string_view(error.what()).ends_with('.'), "an error message is a sentence");
         return 0;
     }
     requireSameAfterStoring(stored);
-    if (stored.cards.size() > kMostCards)
+    if (stored.cards.size() > kMostCards) {
         return 0;
+    }
 
     const std::string_view content = input.substr(std::min(end + 1, size));
     Machine machine;
@@ -72,8 +74,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
         machine, stored, [content](const StoredMachine::Card& card) { return cellsOf(card, content); },
         [](Card&, const StoredMachine::Card&) {});
     const auto nameFiles = [&](StoredMachine described) {
-        for (std::size_t index = 0; index < described.cards.size(); ++index)
+        for (std::size_t index = 0; index < described.cards.size(); ++index) {
             described.cards[index].promFile = stored.cards[index].promFile;
+        }
         return described;
     };
     use(machine);

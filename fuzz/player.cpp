@@ -1,4 +1,4 @@
-// Any bytes as a firmware image: the player, the JTAG port and a simulated card with its PROM.
+// Any bytes as a firmware image, played through the JTAG port on a simulated card with its PROM.
 
 #include <cstring>
 #include <memory>
@@ -18,7 +18,7 @@
 uint32_t gSerialNumber = 0;
 void AllowNextEvent() {}
 void UpdateProgressBar(uint32_t bytes) {
-    require(bytes == gulCurrentOffset && bytes % kProgressBytes == 0, "progress comes when it is due");
+    require(bytes == gulCurrentOffset && bytes % kProgressBytes == 0, "progress is reported when it is due");
 }
 bool ShowAlert(const char*, const char*) {
     return true;
@@ -53,7 +53,7 @@ class Bench {
 
     void play(const uint8_t* data, std::size_t size) {
         reset();
-        // The guard's end is the buffer's, where the sanitizer stands.
+        // The guard ends where the buffer does, so the sanitizer notices a read past it.
         uint8_t* const image = buffer_.get() + kLongestImage - size;
         std::memcpy(image, data, size);
         tagSXsvfInfo info;
@@ -69,8 +69,9 @@ class Bench {
 
   private:
     void reset() {
-        if (cellsChanged_)
+        if (cellsChanged_) {
             card_.cells().assign(pristine_);
+        }
         cellsChanged_ = false;
         machine_.ledger().clear();
         machine_.clock().resume(0);
@@ -83,28 +84,30 @@ class Bench {
         require(info.iResult >= kXsvfNoError && info.iResult <= kXsvfDataOverflow,
                 "the error is one of the player's");
         require(info.lCommandsRead >= 1 && static_cast<uint32_t>(info.lCommandsRead) <= gulCurrentOffset,
-                "each command takes a byte at least");
-        require(gulCurrentOffset <= size + kGuardBytes, "no image outruns its guard");
+                "each command has at least one byte");
+        require(gulCurrentOffset <= size + kGuardBytes, "the player never reads past the guard");
         require(card_.jtagOutput() == kJtagActivity, "the port is left idle");
-        for (const Ledger::Entry& entry : machine_.ledger().entries())
+        for (const Ledger::Entry& entry : machine_.ledger().entries()) {
             require(!entry.detail.empty() && entry.times > 0 && entry.misuse != Misuse::strayAccess,
-                    "what the ledger holds is about the PROM");
+                    "only misuse of the PROM is recorded");
+        }
         require(cellsChanged_ ||
                     std::memcmp(card_.cells().bytes().data(), pristine_.data(), pristine_.size()) == 0,
-                "a write is told of");
+                "every change of a cell is reported");
         require(identificationCode() == Prom::kIdentificationCode, "the chain still answers");
         require(card_.cells().protection() <= PromCells::kProtectionMask, "the PROM's bits are bits");
     }
 
-    // By the chain alone, which takes no time.
+    // Reads it from the chain directly, which takes no simulated time.
     uint32_t identificationCode() {
         JtagChain& chain = card_.chain();
         const auto clock = [&](bool tms) {
             chain.drive(true, tms, true);
             chain.drive(false, tms, true);
         };
-        for (const bool tms : {true, true, true, true, true, false, true, false, false, false})
+        for (const bool tms : {true, true, true, true, true, false, true, false, false, false}) {
             clock(tms);  // a reset, then to Shift-DR and past the FPGA's bit
+        }
         uint32_t code = 0;
         for (unsigned bit = 0; bit < Prom::kIdentificationBits; ++bit) {
             code |= (chain.tdo() ? uint32_t{1} : 0) << bit;
@@ -131,7 +134,8 @@ class Bench {
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     static Bench bench;
-    if (size <= kLongestImage)
+    if (size <= kLongestImage) {
         bench.play(data, size);
+    }
     return 0;
 }

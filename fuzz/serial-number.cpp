@@ -1,4 +1,4 @@
-// Serial numbers, as they are typed and as they are shown.
+// Serial numbers as they are typed and shown.
 
 #include <cstring>
 
@@ -15,21 +15,21 @@ void checkTyped(std::string_view text) {
     if (!identity) {
         return;
     }
-    require(isModelCode(identityModelCode(*identity)), "a serial number that is taken is a known model's");
-    require(!isBlankIdentity(*identity) && *identity >> 31 == 0, "it can be written and is not blank then");
+    require(isModelCode(identityModelCode(*identity)), "an accepted serial number is a known model's");
+    require(!isBlankIdentity(*identity) && *identity >> 31 == 0, "an accepted serial number is not blank");
     require(parseTypedSerialNumber(serialNumberText(*identity)) == identity,
-            "what is shown reads back as the same");
-    require(manufactureDateText(*identity) != "Unknown!", "its week is one of a year");
+            "a typed serial number is shown as the same identity");
+    require(manufactureDateText(*identity) != "Unknown!", "an accepted serial number has a valid week");
 }
 
 // Any word can be read from a card.
 void checkShown(uint32_t identity) {
     const std::string text = serialNumberText(identity);
     const auto typed = parseTypedSerialNumber(text);
-    require(!typed || *typed == identity, "no two cards show the same serial number");
+    require(!typed || *typed == identity, "different identities show different serial numbers");
     require(text.size() > kSerialNumberCharacters || parseSerialNumber(text) == identity,
-            "what is shown reads back as the same, valid or not");
-    require(!manufactureDateText(identity).empty(), "there is a text for every date");
+            "a shown serial number reads back as its identity");
+    require(!manufactureDateText(identity).empty(), "every identity has a date text");
 }
 
 }  // namespace

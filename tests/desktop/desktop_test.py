@@ -1,7 +1,7 @@
 """What the tests of the real program on a virtual display share: their frame, their machines, a slow write.
 
-A test is a script that calls run_test with its one function. It is given the folder with the built programs, runs on a
-session bus and in a temporary folder of its own, and exits with 0 only if nothing failed.
+A test is a script that calls run_test with its one function. The script is given the folder of the built programs, has
+its own session bus and temporary folder, and exits with 0 only if nothing failed.
 """
 
 import argparse
@@ -23,13 +23,13 @@ from virtual_desktop import Failure, run_cardsim, say, take_own_session  # noqa:
 IMAGE = "VMBM12A.xsv"
 IDENTITY = "2103070021"
 
-# In an image's listing, once for each page.
+# Each stands in an image's listing once per page.
 PROGRAMMING_WAIT = "XRUNTEST 14000\n"
 READING = "XSIR 13 0x1DFF\n"
 
 
 def run_test(test, **options):
-    """Runs test(programs, folder, arguments). Each option is an argument of the same name, with its default value."""
+    """Runs test(programs, folder, arguments). Each option adds a command-line argument with that name and default."""
     parser = argparse.ArgumentParser()
     parser.add_argument("--programs", type=pathlib.Path,
                         default=pathlib.Path(__file__).resolve().parents[2] / "build/release/bin")
@@ -55,9 +55,9 @@ def check(holds, what):
 
 
 class Machine:
-    """The simulated machine in a folder, which is made if there is none.
+    """The simulated machine in a folder; it is created if the folder does not exist.
 
-    While the updater runs on it, only cells and holds tell what is going on.
+    While the updater runs, only cells() and holds() show the current state.
     """
 
     def __init__(self, programs, folder, *options):
@@ -67,12 +67,12 @@ class Machine:
             run_cardsim(programs, "make", *options, folder)
 
     def copy(self, folder):
-        """The same machine once more, in another folder."""
+        """Copies the machine to another folder."""
         shutil.copytree(self.folder, folder)
         return Machine(self.programs, folder)
 
     def state(self):
-        """What machine.json says; it is only stored when a run begins and ends."""
+        """The content of machine.json, which is saved when a run starts and ends."""
         return json.loads((self.folder / "machine.json").read_text())
 
     def accesses(self):
@@ -82,11 +82,11 @@ class Machine:
         return run_cardsim(self.programs, "show", self.folder)
 
     def cells(self, card=1):
-        """All that the card's PROM holds, also while it is being written."""
+        """The current content of the card's PROM, even during a write."""
         return (self.folder / f"card-{card}.prom").read_bytes()
 
     def holds(self, image, card=1):
-        """Whether the card's PROM holds what the image writes."""
+        """Returns whether the card's PROM holds what the image writes."""
         code = subprocess.run([self.programs / "cardsim", "prom", "compare", self.folder, str(card), image],
                               stdout=subprocess.DEVNULL, check=False).returncode
         check(code in (0, 3), f"The PROM of card {card} could not be compared.")
@@ -96,7 +96,7 @@ class Machine:
         run_cardsim(self.programs, "power-cycle", self.folder)
 
     def check_updated(self, image, card=1, identity=IDENTITY):
-        """The card has the image's firmware and its identity, loads it, and nothing was misused."""
+        """Checks that the card holds and loads the image's firmware, kept its identity and was not misused."""
         check(self.holds(image, card), f"Card {card} does not hold the new firmware.")
         self.power_cycle()
         shown = self.show()
@@ -111,10 +111,10 @@ def image_of(programs):
 
 
 def slow_programs(programs, folder, programming=1_000_000, reading=0):
-    """A copy of the updater in the folder, whose image waits so many microseconds for each of its 512 pages.
+    """Copies the updater to the folder, with an image that waits the given microseconds for each of its 512 pages.
 
-    First it programs them all, then it reads them all back. A million microseconds a page make some five seconds of
-    real time on an idle computer; without a wait, reading back takes less than one.
+    The image programs all pages, then reads them all back. A million microseconds per page take about five seconds of
+    real time on an idle computer; reading back without a wait takes less than one.
     """
     slow = folder / "slow"
     shutil.copytree(programs / "vupdater-simulated.app", slow / "vupdater-simulated.app")
@@ -122,7 +122,7 @@ def slow_programs(programs, folder, programming=1_000_000, reading=0):
         shutil.copy2(programs / program, slow)
     listing = subprocess.run([programs / "xsvf", "list", image_of(programs)], check=True, capture_output=True,
                              text=True).stdout
-    check(listing.count(PROGRAMMING_WAIT) == listing.count(READING) == 512, "The image does not have the usual pages.")
+    check(listing.count(PROGRAMMING_WAIT) == listing.count(READING) == 512, "The image does not have 512 pages.")
     listing = listing.replace(PROGRAMMING_WAIT, f"XRUNTEST {programming}\n")
     listing = listing.replace(READING, f"XRUNTEST {reading}\n{READING}XRUNTEST 0\n")
     (folder / "slow.txt").write_text(listing)
@@ -133,7 +133,7 @@ def slow_programs(programs, folder, programming=1_000_000, reading=0):
 
 @contextlib.contextmanager
 def system_tmp():
-    """The private driver's fixed names in /tmp, for one program at a time, in whatever build or test it runs."""
+    """Reserves the private driver's fixed names in /tmp; other tests, of any build, wait."""
     descriptor = os.open("/tmp", os.O_RDONLY | os.O_DIRECTORY)
     try:
         fcntl.flock(descriptor, fcntl.LOCK_EX)

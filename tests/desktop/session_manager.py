@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""A session manager that only lets clients register. Prints its address, for SESSION_MANAGER, and runs until killed."""
+"""A session manager that accepts clients and nothing more. Prints its address for SESSION_MANAGER; runs until killed."""
 
 import ctypes
 import select

@@ -1,5 +1,6 @@
-"""Random input for the running updater, as fast as the display takes it: whatever a person, an assistive technology,
-a window manager or another process can do to it. The same seed gives the same choices, though not the same moments.
+"""Random input for the running updater, as fast as the display takes it: everything that a person, an assistive
+technology, a window manager or another process can do to it. The same seed makes the same choices, but not at the same
+moments.
 """
 
 import collections
@@ -12,8 +13,8 @@ from Xlib.display import Display as XConnection
 from Xlib.ext import xtest
 from Xlib.protocol import event
 
-# The accessibility library asks its bus for things that have no name any more when a window goes while it is looked at.
-# It is to be refused that, and not to end this process; the updater is held to the rule as ever.
+# When a window closes during a query, the accessibility library sends its bus an invalid name. That must not end this
+# process; in the updater it is still fatal.
 os.environ["DBUS_FATAL_WARNINGS"] = "0"
 UPDATER_ENVIRONMENT = {"DBUS_FATAL_WARNINGS": "1"}
 
@@ -27,11 +28,11 @@ KEYS = [(key,) for key in (
 QUIT_KEYS = ((CONTROL, "q"), (ALT, "F4"))
 SIGNALS = (signal.SIGTERM, signal.SIGINT, signal.SIGHUP, signal.SIGQUIT)
 WHEEL_UP, WHEEL_DOWN = 4, 5
-HARMLESS_WORDS = ("About", "Help")  # in the titles of windows that may come up at any time
+HARMLESS_WORDS = ("About", "Help")  # in the titles of windows that may open at any time
 
 
 class Element:
-    """An element of the updater's windows, and what an assistive technology can do to it."""
+    """An element of the updater's windows, with the actions that an assistive technology has."""
 
     def __init__(self, node):
         self.node = node
@@ -45,7 +46,7 @@ class Element:
         return self.node.get_state_set().contains(Atspi.StateType.SHOWING)
 
     def act(self, random):
-        """Does something to it, hidden and disabled or not, and says what."""
+        """Does something to the element, even if it is hidden or disabled, and returns what."""
         if self.actions > 0 and random.random() < 0.9:
             number = random.randrange(self.actions)
             self.node.do_action(number)
@@ -62,7 +63,7 @@ class Element:
 
 
 class Storm:
-    """A source of input for one run of the updater, which must be showing its main window and nothing else."""
+    """A source of input for one run of the updater, which must show only its main window."""
 
     def __init__(self, display, updater, random):
         self.updater = updater
@@ -70,9 +71,9 @@ class Storm:
         self.tail = collections.deque(maxlen=60)
         self.inputs = 0
         self.quit_requests = 0
-        self.intruders = []  # titles of the other windows that came up
+        self.intruders = []  # titles of the other windows that opened
         self.connection = XConnection(display.name)
-        self.connection.set_error_handler(lambda *_: None)  # windows go while they are being spoken to
+        self.connection.set_error_handler(lambda *_: None)  # windows close at any time
         self.root = self.connection.screen().root
         self.root.change_attributes(event_mask=X.PropertyChangeMask)
         self.known_windows = self._client_windows()
@@ -93,13 +94,13 @@ class Storm:
         self.connection.close()
 
     def strike(self):
-        """One to a few inputs with nothing between them."""
+        """Sends up to 20 inputs without a pause."""
         for _ in range(self.random.randint(1, 20)):
             strike = self.random.choices(list(self.kinds), self.kinds.values())[0]
             self.inputs += 1
             try:
                 strike()
-            except (GLib.Error, error.XError) as failure:  # its object has gone
+            except (GLib.Error, error.XError) as failure:  # its object is gone
                 self._note(f"  {type(failure).__name__}")
         self.connection.flush()
         self.watch_windows()
@@ -113,7 +114,7 @@ class Storm:
             self.known_windows.add(window)
             title = self._title_of(window)
             if title is not None and not any(word in title for word in HARMLESS_WORDS):
-                self._note(f"A window came up: {title}")
+                self._note(f"A window opened: {title}")
                 self.intruders.append(title)
 
     def press(self, *keys):
@@ -138,7 +139,7 @@ class Storm:
 
     def click(self):
         place = self._move()
-        # Beside the window other buttons would open the window manager's own menus.
+        # Next to the window, other buttons would open the window manager's menus.
         button = self.random.choice((1, 1, 1, 2, 3)) if self._is_over_a_window() else 1
         self._note(f"click {button} at {place}")
         self._button(button)
@@ -212,7 +213,7 @@ class Storm:
         xtest.fake_input(self.connection, X.ButtonRelease, number)
 
     def _move(self):
-        """Puts the pointer somewhere over the window or its frame."""
+        """Moves the pointer to a random place on the window or its frame."""
         size = self.window.get_geometry()
         corner = self.root.translate_coords(self.window, 0, 0)
         place = (self.random.randint(corner.x - 2, corner.x + size.width + 2),
@@ -249,7 +250,7 @@ class Storm:
         return process[0] if process else None
 
     def _title_of(self, window):
-        """The title of a window of the updater's; None if it is another's, or has gone."""
+        """The title of a window if it is the updater's; None if it is another program's, or gone."""
         if self._process_of(window) != self.updater.process.pid:
             return None
         title = self._property(window, "_NET_WM_NAME")

@@ -26,7 +26,7 @@ TEST_F(CardAccess, OpensTheCardAtItsIndexAmongAllServices) {
     EXPECT_TRUE(host.openConnections.empty());
 }
 
-TEST_F(CardAccess, MapsTheRangesAskedForAndClosesWhenOneFails) {
+TEST_F(CardAccess, MapsTheRequestedRangesAndClosesIfOneFails) {
     struct Case {
         std::set<uint32_t> mappable;
         bool wantsRange1;

@@ -106,7 +106,7 @@ class ExtractedDriver : public testing::Test {
     fs::path archive;
 };
 
-TEST_F(ExtractedDriver, IsUnpackedOnceTheOldOneIsGone) {
+TEST_F(ExtractedDriver, WaitsUntilTheOldDriverIsGone) {
     const std::string old = "mkdir -p $driver; cd $driver; touch $(seq 2000)";
     const std::string prefix = "driver=" + std::string(SystemTmp::driver) + "; ";
     for (const char* const removal : {"sleep 1; rm -rf $driver", "rm -rf $driver &"}) {
@@ -117,7 +117,7 @@ TEST_F(ExtractedDriver, IsUnpackedOnceTheOldOneIsGone) {
     }
 }
 
-TEST_F(ExtractedDriver, ToolsThatFailAreCleanedUpAfter) {
+TEST_F(ExtractedDriver, CleansUpAfterAFailingTool) {
     const std::string path = std::getenv("PATH");
     ::setenv("PATH", (mine.string() + ":" + path).c_str(), 1);
     inMine("echo 'echo part >\"$3\"; exit 1' >cp; chmod +x cp");
@@ -129,14 +129,14 @@ TEST_F(ExtractedDriver, ToolsThatFailAreCleanedUpAfter) {
     ::setenv("PATH", path.c_str(), 1);
 }
 
-TEST(ShellCommand, IsNotTakenForAnotherChild) {
+TEST(ShellCommand, IsNotMistakenForAnotherChild) {
     leaveEndedChild();
     EXPECT_NE(RunByShell("exit 3"), 0);
     while (::wait(nullptr) > 0) {
     }
 }
 
-TEST_F(ExtractedDriver, BundlePathIsNeverACommand) {
+TEST_F(ExtractedDriver, BundlePathIsNeverRunAsACommand) {
     pack(mine / R"(a"b$(touch pwned)`touch pwned`\"'; touch pwned;')" / "Some.app");
     const fs::path before = fs::current_path();
     fs::current_path(mine);
@@ -145,7 +145,7 @@ TEST_F(ExtractedDriver, BundlePathIsNeverACommand) {
     EXPECT_FALSE(fs::exists(mine / "pwned"));
 }
 
-TEST_F(ExtractedDriver, ArchiveThatHoldsNoneIsNeitherAskedAboutNorKept) {
+TEST_F(ExtractedDriver, RefusesAnArchiveWithoutADriverAndAsksNothing) {
     fs::resize_file(archive, 1500);
     EXPECT_TRUE(installed(::geteuid()).ends_with(notUnpacked));
     EXPECT_TRUE(SystemTmp::isClean());
@@ -168,7 +168,7 @@ const std::pair<std::string, std::string> things[] = {
     {"folder", "mkdir -m 777 $name; ln -s $PWD/folder $name/Contents"}};
 
 // By the user, or by a stranger.
-class PlantedThings : public ExtractedDriver, public testing::WithParamInterface<bool> {
+class PlantedFiles : public ExtractedDriver, public testing::WithParamInterface<bool> {
   protected:
     void expectHarmless(const fs::path& name, bool isStrange, uid_t user) {
         const bool isCopy = name == SystemTmp::archive;
@@ -182,7 +182,7 @@ class PlantedThings : public ExtractedDriver, public testing::WithParamInterface
     }
 };
 
-TEST_P(PlantedThings, AreNeitherFollowedNorWaitedForNorLoaded) {
+TEST_P(PlantedFiles, AreNeverFollowedAwaitedOrLoaded) {
     const bool byStranger = GetParam();
     if (byStranger && ::geteuid() != 0) {
         GTEST_SKIP() << "only root can be two users";
@@ -207,7 +207,7 @@ TEST_P(PlantedThings, AreNeitherFollowedNorWaitedForNorLoaded) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(, PlantedThings, testing::Bool(),
+INSTANTIATE_TEST_SUITE_P(, PlantedFiles, testing::Bool(),
                          [](const auto& by) { return by.param ? "ByAStranger" : "ByTheUser"; });
 
 }  // namespace

@@ -68,7 +68,7 @@ TEST_F(JtagPort, SamplesWithOneReadAndWaitsWithThreePerMicrosecond) {
     expected.insert(expected.end(), 3 + 42000, {false, 0x100, 0x08});
 }
 
-TEST_F(JtagPort, LetsTheApplicationWorkBetweenBytes) {
+TEST_F(JtagPort, YieldsToTheApplicationBetweenBytes) {
     const std::tuple<uint32_t, const char*, uint32_t> cases[] = {
         {999, "", 0x08},
         {1000, "event ", 0x08},

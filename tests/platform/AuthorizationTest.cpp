@@ -6,7 +6,7 @@
 
 namespace {
 
-TEST(Authorization, OnlyTheHeldAdministratorRightRunsTools) {
+TEST(Authorization, RunsToolsOnlyWithTheAdministratorRight) {
     constexpr AuthorizationFlags mayAsk =
         kAuthorizationFlagInteractionAllowed | kAuthorizationFlagExtendRights;
     FakeHost host;

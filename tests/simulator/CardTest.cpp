@@ -15,7 +15,7 @@ class CardTest : public ProbedMachineTest {
     }
 };
 
-TEST_F(CardTest, RegistersLieInTheOrderOfTheFlavour) {
+TEST_F(CardTest, FlavourSetsTheByteOrderOfTheRegisters) {
     const struct {
         uint32_t offset, onVornMx, onK40;
     } kRegisters[] = {{0x08, 0x21, 0x23000000},
@@ -39,7 +39,7 @@ TEST_F(CardTest, RegistersLieInTheOrderOfTheFlavour) {
     EXPECT_EQ(host_.loadWord(little + 0x100 / 4), 0x40000000U);
 }
 
-TEST_F(CardTest, OtherWordsIgnoreStoresAndEveryAccessCounts) {
+TEST_F(CardTest, IgnoresOtherStoresAndCountsEveryAccess) {
     uint32_t* const registers = map(0);
     uint32_t* const memory = map(0, 1);
     const uint64_t accesses = machine_.accesses();
@@ -53,7 +53,7 @@ TEST_F(CardTest, OtherWordsIgnoreStoresAndEveryAccessCounts) {
 }
 
 // An FPGA takes what is whole and meant for its model, whatever the board's revision.
-TEST(CardPowerUpTest, TakesOnlyAConfigurationThatFits) {
+TEST(CardPowerUpTest, LoadsOnlyAMatchingConfiguration) {
     for (uint8_t model = 0x20; model <= 0x25; ++model) {
         const FpgaConfiguration fitting{model, 9, model % 2 == 0 ? 'M' : 'W', 1, 0x1111};
         const auto pages = encodeConfiguration(fitting);
@@ -68,7 +68,7 @@ TEST(CardPowerUpTest, TakesOnlyAConfigurationThatFits) {
     }
 }
 
-TEST_F(CardTest, PowerCycleShowsNewFirmwareAndForgetsTheRest) {
+TEST_F(CardTest, PowerCycleLoadsNewFirmwareAndResetsTheChain) {
     const uint32_t* const version = map(0) + 4;
     card().cells().assign(PromCells(encodeConfiguration({0x21, 1, 'W', 8, 0x6101}), 0, 0).bytes());
     probe_->enterProgramming();

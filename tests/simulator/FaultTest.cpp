@@ -14,7 +14,7 @@ class FaultTest : public ProbedMachineTest {
 };
 
 // The time that the data sheet asks for is enough for the ledger and not for the row.
-TEST_F(FaultTest, SlowProgrammingNeedsMoreThanTheDataSheetSays) {
+TEST_F(FaultTest, SlowProgrammingOutlastsTheDataSheetTime) {
     card().inject({.kind = FaultKind::slowProgramming, .factor = 3});
     probe_->enterProgramming();
     for (const uint64_t microseconds : {14000U, 41980U, 42000U}) {
@@ -26,7 +26,7 @@ TEST_F(FaultTest, SlowProgrammingNeedsMoreThanTheDataSheetSays) {
     EXPECT_EQ(misuses(), std::vector<Misuse>{Misuse::shortWait});
 }
 
-TEST_F(FaultTest, StrikesWhenItIsToldTo) {
+TEST_F(FaultTest, StrikesAtTheChosenMoment) {
     const auto inject = [&](Fault::When when, uint64_t count) {
         card().clearFaults();
         card().inject({.kind = FaultKind::tdoStuckLow, .when = when, .count = count});
@@ -57,7 +57,7 @@ TEST_F(FaultTest, StrikesWhenItIsToldTo) {
     EXPECT_FALSE(probe_->tdo());
 }
 
-TEST_F(FaultTest, LostPowerDamagesWhatIsInFlightAndComesBackOnce) {
+TEST_F(FaultTest, PowerLossDamagesTheRowBeingWrittenAndStrikesOnce) {
     card().cells().erase();
     probe_->enterProgramming();
     probe_->programPage(3, content(0));

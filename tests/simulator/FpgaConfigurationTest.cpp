@@ -7,7 +7,7 @@ namespace simulator {
 constexpr FpgaConfiguration kConfiguration{0x21, 1, 'W', 12, 0x3A1F};
 
 // The bytes are a format that PROM files and firmware images share, so they must not drift.
-TEST(FpgaConfigurationTest, BytesAreFixedAndDamageIsRefused) {
+TEST(FpgaConfigurationTest, EncodingIsFixedAndDamageIsRefused) {
     auto prom = encodeConfiguration(kConfiguration);
     const std::vector<uint8_t> header{'V', 'F', 'P', 'G', 1, 0x21, 1, 'W', 12, 0, 0x3A, 0x1F};
     ASSERT_EQ(prom.size(), 262144U);

@@ -62,7 +62,7 @@ static void injectEveryFault(Card& card) {
 
 // Saved in the middle of everything: a row half programmed, a scan half shifted, a page that has been misread
 // once, and firmware that differs from the PROM.
-TEST_F(MachineDirectoryTest, AMachineThatStaysOnCarriesOnWhereItWas) {
+TEST_F(MachineDirectoryTest, MachineThatStaysOnResumesExactly) {
     std::vector<Fault> faults;
     {
         const auto directory = MachineDirectory::open(folder_, OnOpening::powerUp);
@@ -82,7 +82,7 @@ TEST_F(MachineDirectoryTest, AMachineThatStaysOnCarriesOnWhereItWas) {
         second.enter(Probe::Scan::data);
         second.clocks({0, 0, 0, 0, 0, 0, 0, 0, 0});
         directory->machine().card(2).cells().erase();
-        directory->machine().card(2).requestRecording(RecordingRequest{"/tmp/wave.vcd", 3, 4});
+        directory->machine().card(2).requestRecording(RecordingRequest{folder_ / "wave.vcd", 3, 4});
         directory->machine().drivers().loaded["some"] = {"com_example_other", 1};
         injectEveryFault(directory->machine().card(2));
         faults = directory->machine().card(2).faults().all();
@@ -107,7 +107,7 @@ TEST_F(MachineDirectoryTest, AMachineThatStaysOnCarriesOnWhereItWas) {
     EXPECT_EQ(machine.card(0).identity(), 0x21417003U) << "the time before and after counts together";
 }
 
-TEST_F(MachineDirectoryTest, AKilledProcessLeavesWhatThePromHolds) {
+TEST_F(MachineDirectoryTest, PromFileIsCurrentWhenTheProcessIsKilled) {
     {
         const auto directory = MachineDirectory::open(folder_, OnOpening::powerUp);
         SimulatedHost host(directory->machine(), {});
@@ -122,7 +122,7 @@ TEST_F(MachineDirectoryTest, AKilledProcessLeavesWhatThePromHolds) {
     EXPECT_NE(contentOf(folder_ / "card-1.prom").substr(262144, 3), "\x21\x41\x70") << "broken off";
 }
 
-TEST_F(MachineDirectoryTest, AChangeShowsOnceItIsSavedAndTakesKilledSavesAway) {
+TEST_F(MachineDirectoryTest, SavePublishesChangesAndRemovesInterruptedSaves) {
     fs::permissions(folder_ / "machine.json", fs::perms::owner_all);
     const auto before = filesIn(folder_);
     const auto directory = open();
@@ -139,7 +139,7 @@ TEST_F(MachineDirectoryTest, AChangeShowsOnceItIsSavedAndTakesKilledSavesAway) {
     EXPECT_EQ(fs::status(folder_ / "machine.json").permissions(), fs::perms::owner_all);
 }
 
-TEST_F(MachineDirectoryTest, OthersMayLookAtAMachineInUseButNotChangeIt) {
+TEST_F(MachineDirectoryTest, MachineInUseIsReadOnlyForOthers) {
     const auto run = open(OnOpening::powerUp);
     run->machine().card(0).setBoard({"Not saved", "", 0x21, 1});
     run->machine().card(0).cells().erase();
@@ -158,7 +158,7 @@ TEST_F(MachineDirectoryTest, OthersMayLookAtAMachineInUseButNotChangeIt) {
 
 // The folder is moved and another one put in its place; some of the machine's files are no longer what they
 // were.
-TEST_F(MachineDirectoryTest, ARunKeepsToItsOwnFolderAndFiles) {
+TEST_F(MachineDirectoryTest, RunKeepsToItsOwnFolderAndFiles) {
     const auto run = open(OnOpening::powerUp);
     const fs::path moved = folder_.string() + "-moved";
     fs::copy(folder_, moved, fs::copy_options::recursive);

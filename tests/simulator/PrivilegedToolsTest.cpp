@@ -58,7 +58,7 @@ class PrivilegedToolsTest : public testing::Test {
     SimulatedHost host_{machine_, {}};
 };
 
-TEST_F(PrivilegedToolsTest, ADriverShowsTheCardsFromLoadingToUnloading) {
+TEST_F(PrivilegedToolsTest, DriverShowsTheCardsWhileLoaded) {
     EXPECT_EQ(cards(), 0U);
     EXPECT_EQ(chown("root:wheel"), 0);
     EXPECT_EQ(load(), 0);
@@ -76,7 +76,7 @@ TEST_F(PrivilegedToolsTest, ADriverShowsTheCardsFromLoadingToUnloading) {
     EXPECT_EQ(cards(), 0U) << "a driver that was loaded goes with the power";
 }
 
-TEST_F(PrivilegedToolsTest, OnlyAWellFormedBundleOfRootIsLoaded) {
+TEST_F(PrivilegedToolsTest, LoadsOnlyAWellFormedBundleOwnedByRoot) {
     EXPECT_EQ(chown("somebody:staff"), 0);
     EXPECT_EQ(load(), 1);
     EXPECT_EQ(chown("root:wheel"), 0);

@@ -21,7 +21,7 @@ class PromTest : public ProbedMachineTest {
 
 using Misuses = std::vector<Misuse>;
 
-TEST_F(PromTest, ReadsWhatItHolds) {
+TEST_F(PromTest, ReadsItsContent) {
     EXPECT_EQ(probe_->userCode(0), 0x21307015U);
     card().cells().setProtection(5);
     EXPECT_EQ(probe_->scanRegister(Prom::controlReadInstruction, 0, 3), 5U);
@@ -59,7 +59,7 @@ TEST_F(PromTest, ProgrammingOnlyTurnsOnesIntoZeros) {
 }
 
 // Run-Test/Idle begins at one rising edge and ends at another three stores, and the wait between, later.
-TEST_F(PromTest, AnAccessTooFewDamagesTheRow) {
+TEST_F(PromTest, OneAccessTooFewDamagesTheRow) {
     probe_->enterProgramming();
     probe_->address(0x8000);
     for (const bool enough : {false, true}) {
@@ -72,7 +72,7 @@ TEST_F(PromTest, AnAccessTooFewDamagesTheRow) {
     EXPECT_EQ(misuses(), Misuses{Misuse::shortWait});
 }
 
-TEST_F(PromTest, EarlyLeavingDamagesEveryKindOfRow) {
+TEST_F(PromTest, LeavingEarlyDamagesEveryKindOfRow) {
     probe_->enterProgramming();
     probe_->programUserCode(0x12345678, 13000);
     probe_->controlData(2);
@@ -93,7 +93,7 @@ TEST_F(PromTest, EarlyLeavingDamagesEveryKindOfRow) {
     EXPECT_EQ(misuses(), Misuses(4, Misuse::shortWait));
 }
 
-TEST_F(PromTest, TakesEffectInTimeAndLeaves) {
+TEST_F(PromTest, OperationsTakeEffectInTime) {
     probe_->enterProgramming();
     erase();
     EXPECT_EQ(card().identity(), 0xFFFFFFFFU);
@@ -111,7 +111,7 @@ TEST_F(PromTest, TakesEffectInTimeAndLeaves) {
     EXPECT_EQ(misuses(), Misuses{Misuse::shortWait});
 }
 
-TEST_F(PromTest, NothingIsWrittenOutsideProgrammingModeOrWhereNoRowIs) {
+TEST_F(PromTest, WritesOnlyExistingRowsInProgrammingMode) {
     const std::vector<uint8_t> before(card().cells().bytes().begin(), card().cells().bytes().end());
     probe_->programUserCode(0);
     erase();

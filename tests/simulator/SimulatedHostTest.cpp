@@ -22,7 +22,7 @@ class SimulatedHostTest : public testing::Test {
     SimulatedHost host_{machine_, {}};
 };
 
-TEST_F(SimulatedHostTest, RefusesWhatIsNotThere) {
+TEST_F(SimulatedHostTest, RefusesWhatDoesNotExist) {
     std::array<uint8_t, 512> reply{};
     const uint32_t connection = open(1);
     EXPECT_TRUE(host_.servicesOfClass("com_VornLabs_driver_Other").empty());
@@ -42,7 +42,7 @@ TEST_F(SimulatedHostTest, RefusesWhatIsNotThere) {
     EXPECT_TRUE(host_.closeConnection(connection));
 }
 
-TEST_F(SimulatedHostTest, NumbersAndAddressesAreNotUsedTwice) {
+TEST_F(SimulatedHostTest, NeverReusesNumbersOrAddresses) {
     std::set<uint32_t> connections;
     std::set<void*> bases;
     for (int time = 0; time < 3; ++time) {
@@ -59,7 +59,7 @@ TEST_F(SimulatedHostTest, NumbersAndAddressesAreNotUsedTwice) {
     }
 }
 
-TEST_F(SimulatedHostTest, StrayAccessesReadOnesAndAreNoted) {
+TEST_F(SimulatedHostTest, StrayAccessesReadOnesAndAreRecorded) {
     const uint32_t connection = open(0);
     const auto range = host_.mapMemory(connection, 0).value();
     auto* const base = static_cast<uint32_t*>(range.base);

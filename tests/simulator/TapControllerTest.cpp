@@ -6,7 +6,7 @@ namespace simulator {
 
 using enum TapState;
 
-TEST(TapControllerTest, SixteenStatesByBothValuesOfTms) {
+TEST(TapControllerTest, FollowsTmsThroughAllStates) {
     const struct {
         TapState from, low, high;
         const char* name;

@@ -35,7 +35,7 @@ class WaveformTest : public ProbedMachineTest {
     const std::string file_ = directory_.path() / "waveform.vcd";
 };
 
-TEST_F(WaveformTest, HoldsEveryChangeOfItsWindowAtTheTimeOfItsAccess) {
+TEST_F(WaveformTest, RecordsEveryChangeAtTheTimeOfItsAccess) {
     constexpr uint64_t kFrom = 10;
     constexpr uint64_t kUntil = 90;
     probe_->wait(1);
@@ -78,7 +78,7 @@ TEST_F(WaveformTest, HoldsEveryChangeOfItsWindowAtTheTimeOfItsAccess) {
     }
 }
 
-TEST_F(WaveformTest, ShowsACardThatIsGoneAndARunThatEnds) {
+TEST_F(WaveformTest, ShowsAVanishedCardAndTheEndOfTheRun) {
     card().requestRecording(RecordingRequest{.file = file_});
     machine_.beginRecordings();
     probe_->wait(2);
@@ -94,7 +94,7 @@ TEST_F(WaveformTest, ShowsACardThatIsGoneAndARunThatEnds) {
     EXPECT_EQ(moments[2].nanoseconds, 4000U);
 }
 
-TEST_F(WaveformTest, AFileThatCannotBeWrittenIsNamedAndTheRequestStays) {
+TEST_F(WaveformTest, NamesAFileItCannotWriteAndKeepsTheRequest) {
     for (const std::string& file : {directory_.path().string(), std::string("/dev/full")}) {
         card().requestRecording(RecordingRequest{.file = file});
         const std::string complaint = complaintOf([this] { machine_.beginRecordings(); });
@@ -106,7 +106,7 @@ TEST_F(WaveformTest, AFileThatCannotBeWrittenIsNamedAndTheRequestStays) {
     EXPECT_NE(complaintOf([this] { machine_.beginRecordings(); }), "") << "one file for two cards";
 }
 
-TEST_F(WaveformTest, AFullDiskIsNamedAtTheEndAndWhatCameBeforeIsWhole) {
+TEST_F(WaveformTest, ReportsAFullDiskAndLeavesAReadableFile) {
     // A limit on files in place of a disk that is full. Beyond it a write would end the process.
     const auto before = std::signal(SIGXFSZ, SIG_IGN);
     rlimit limit{};

@@ -26,9 +26,9 @@ const Alert upToDate = {"Error", "The firmware on your card is already up to dat
 
 const std::vector<uint8_t> emptyProgram = {0x00};
 
-using Alerting = UpdaterTest;
+using UpdateAlerts = UpdaterTest;
 
-TEST_F(Alerting, UpToDateCardIsWrittenOnlyAfterCancelAndConfirmation) {
+TEST_F(UpdateAlerts, UpToDateCardIsWrittenOnlyAfterCancelAndConfirmation) {
     bundle.addImage("VMBM10A.xsv", emptyProgram);
     const Alert confirmTen = {"Firmware Update Confirmation",
                               "About to program your VornMX-B with Firmware Version 10"};
@@ -52,7 +52,7 @@ TEST_F(Alerting, UpToDateCardIsWrittenOnlyAfterCancelAndConfirmation) {
 }
 
 // The event loop's pass in which the confirmation is answered can bring a quit as well.
-TEST_F(Alerting, NothingIsWrittenOnceAQuitHasBeenAccepted) {
+TEST_F(UpdateAlerts, NothingIsWrittenOnceAQuitHasBeenAccepted) {
     bundle.addImage(imageName, emptyProgram);
     UpdaterSession session(machine, bundle);
     session.run([&] {
@@ -69,7 +69,7 @@ TEST_F(Alerting, NothingIsWrittenOnceAQuitHasBeenAccepted) {
 }
 
 // Each case puts something else in the image's place while the updater runs.
-TEST_F(Alerting, ImageThatCannotBeLoaded) {
+TEST_F(UpdateAlerts, ReportsAnImageThatCannotBeLoaded) {
     struct Case {
         const char* message;
         const char* title;
@@ -109,7 +109,7 @@ TEST_F(Alerting, ImageThatCannotBeLoaded) {
 
 // Each image is refused by the player in its own way; the identity is in the card afterwards and a good image
 // works.
-TEST_F(Alerting, ImageThatFails) {
+TEST_F(UpdateAlerts, ReportsAFailedImageAndAllowsAnotherTry) {
     const std::string compareIdentification =
         "XSTATE Run-Test/Idle\nXSIR 13 0x1FDF\nXSDRSIZE 33\nXTDOMASK 0x01FFFFFFFF\nXSDRTDO 0x0 ";
     const std::pair<const char*, std::string> cases[] = {
@@ -149,7 +149,7 @@ TEST_F(Alerting, ImageThatFails) {
 
 // The identity has been read or typed by the time that there is an update button; one that is lost in between
 // is warned of.
-TEST_F(Alerting, IdentityThatWasLost) {
+TEST_F(UpdateAlerts, WarnsOfALostIdentity) {
     bundle.addImage(imageName, emptyProgram);
     for (const uint32_t lost : {0U, 0x7FFFFFFFU}) {
         UpdaterSession session(machine, bundle);

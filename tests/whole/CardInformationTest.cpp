@@ -27,7 +27,7 @@ std::vector<std::string> informationOf(const UpdaterSession& session) {
     return texts;
 }
 
-TEST_F(CardInformation, EachCardShowsWhatItIsAndCarries) {
+TEST_F(CardInformation, ShowsEachCardsDetails) {
     using Texts = std::vector<std::string>;
     UpdaterSession session(machine, bundle);
     std::vector<uint32_t> registersRead;
@@ -92,7 +92,7 @@ TEST_F(CardInformation, EachCardShowsWhatItIsAndCarries) {
 
 // Whatever is found wrong with a card ends the updater, after an alert or a line on standard error that says
 // why.
-TEST_F(CardInformation, FatalFindingsQuit) {
+TEST_F(CardInformation, QuitsOnAFatalFinding) {
     struct Case {
         const char* what;
         std::function<void(UpdaterSession&)> prepare;
@@ -141,7 +141,7 @@ TEST_F(CardInformation, FatalFindingsQuit) {
     }
 }
 
-TEST_F(CardInformation, BlankIdentityIsAskedForAndWritten) {
+TEST_F(CardInformation, AsksForABlankIdentityAndWritesIt) {
     using Texts = std::vector<std::string>;
     const Alert invalid = {"Error", "Invalid Serial Number!"};
     const std::deque<std::string> rejected = {"", "2603070021"};

@@ -98,7 +98,7 @@ const Attempt attempts[] = {
 
 class FaultyAttempt : public Faults, public testing::WithParamInterface<Attempt> {};
 
-TEST_P(FaultyAttempt, IsToldAndTheNextOneSucceeds) {
+TEST_P(FaultyAttempt, IsReportedAndTheNextSucceeds) {
     const Attempt& attempt = GetParam();
     UpdaterSession session(machine, bundle);
     session.run([&] {
@@ -132,7 +132,7 @@ TEST_P(FaultyAttempt, IsToldAndTheNextOneSucceeds) {
 INSTANTIATE_TEST_SUITE_P(, FaultyAttempt, testing::ValuesIn(attempts));
 
 // Faults that are there, or strike, when a card is chosen.
-TEST_F(Faults, CardsThatAreFoundBrokenEndTheUpdater) {
+TEST_F(Faults, BrokenCardEndsTheUpdater) {
     const struct {
         Fault fault;
         const char* alert;  // part of the only one; null for none
@@ -163,7 +163,7 @@ TEST_F(Faults, CardsThatAreFoundBrokenEndTheUpdater) {
 }
 
 // The typed identity counts as the card's until the updater ends; the next one asks again.
-TEST_F(Faults, IdentityThatIsTypedAndNotTaken) {
+TEST_F(Faults, ReportsATypedIdentityThatTheCardDoesNotKeep) {
     const struct {
         FaultKind kind;
         UpdaterSession::Alert alert;

@@ -105,7 +105,7 @@ class PowerLoss : public testing::Test {
 // Twentieths of the image's accesses.
 class PowerLossInImage : public PowerLoss, public testing::WithParamInterface<uint64_t> {};
 
-TEST_P(PowerLossInImage, LeavesTheOldFirmwareOrNoneOrTheNew) {
+TEST_P(PowerLossInImage, LeavesOldNoOrNewFirmware) {
     constexpr uint64_t parts = 20;
     uint64_t erasing = 0;     // accesses before the erase
     uint64_t programmed = 0;  // accesses after the last page

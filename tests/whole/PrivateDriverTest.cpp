@@ -85,7 +85,7 @@ TEST_F(PrivateDriver, ShowsTheCardsUntilTheUpdaterQuits) {
     EXPECT_TRUE(machine.drivers().loaded.empty());
 }
 
-TEST_F(PrivateDriver, ThatShowsNoCardIsRemovedAgain) {
+TEST_F(PrivateDriver, IsRemovedIfItShowsNoCard) {
     const Runs all = {deletion, owning, loading, attaching, unloading, detaching, deletion};
     machine.drivers().privateDriverFault = PrivateDriverFault::publishesNothing;
     expectFailure({prompt, noCard}, "", all);
@@ -100,7 +100,7 @@ TEST_F(PrivateDriver, ThatShowsNoCardIsRemovedAgain) {
     expectFailure({prompt, noCard}, "", all);
 }
 
-TEST_F(PrivateDriver, EachStepThatFailsIsSaidAndCleanedUpAfter) {
+TEST_F(PrivateDriver, ReportsAndCleansUpAfterEachFailingStep) {
     const std::vector<std::string> alerts = {prompt, unreachable};
     const auto without = [](const std::string& tool) {
         return [tool](UpdaterSession& session) { session.host.toolsThatDoNotStart = {tool}; };
@@ -133,7 +133,7 @@ TEST_F(PrivateDriver, EachStepThatFailsIsSaidAndCleanedUpAfter) {
     expectFailure(alerts, "", {});
 }
 
-TEST_F(PrivateDriver, StaysLoadedWhenTheMachineGoesDown) {
+TEST_F(PrivateDriver, StaysLoadedWhenTheComputerShutsDown) {
     {
         UpdaterSession session(machine, *bundle);
         session.run([&] {

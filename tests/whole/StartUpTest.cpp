@@ -41,7 +41,7 @@ class StartUp : public UpdaterTest {
     }
 };
 
-TEST_F(StartUp, AboutTellsTheVersionsAndStopsNothing) {
+TEST_F(StartUp, AboutShowsTheVersions) {
     bundle.addImage(imageName, {0x00});
     UpdaterSession session(machine, bundle);
     session.run([&] {
@@ -64,7 +64,7 @@ TEST_F(StartUp, AboutTellsTheVersionsAndStopsNothing) {
     });
 }
 
-TEST_F(StartUp, LayoutWithoutWhatTheUpdaterNeedsEndsIt) {
+TEST_F(StartUp, EndsWithoutARequiredPane) {
     for (const std::string paneID : {"CRDS", "POWR", "PTX1", "FTX2"}) {
         editLayout("name=\"" + paneID + '"', "name=\"GONE\"");
         expectNilPointer(paneID);
@@ -77,7 +77,7 @@ TEST_F(StartUp, LayoutWithoutWhatTheUpdaterNeedsEndsIt) {
     expectNilPointer("no layout");
 }
 
-TEST_F(StartUp, LayoutWithoutWhatTheUpdaterCanDoWithoutIsUsed) {
+TEST_F(StartUp, WorksWithoutOptionalPanes) {
     bundle.addImage(imageName, {0x00});
     for (const char* instead : {R"(class="LPushButton" name="MODL")", R"(class="LStaticText" name="GONE")"}) {
         editLayout(R"(class="LStaticText" name="MODL")", instead);
@@ -103,7 +103,7 @@ TEST_F(StartUp, LayoutWithoutWhatTheUpdaterCanDoWithoutIsUsed) {
     EXPECT_EQ(session.alerts, Alerts());
 }
 
-TEST_F(StartUp, CardsAreListedFromTheFirstToTheLast) {
+TEST_F(StartUp, ListsAllCardsInOrder) {
     for (const std::size_t cards : {1U, 3U, 32U}) {
         simulator::Machine crowd;
         while (crowd.cardCount() < cards) {
@@ -137,7 +137,7 @@ TEST_F(StartUp, CardsAreListedFromTheFirstToTheLast) {
 // front of them. A card that cannot be opened is not even counted, so that the last one is missing too,
 // unless it breaks after the count. One that opens without its window is listed, and ends the updater once
 // chosen.
-TEST_F(StartUp, CardsThatFailMoveThePopupUp) {
+TEST_F(StartUp, LaterCardsMoveUpIfOneFails) {
     using Items = std::vector<std::string>;
     const std::string mx = "VornMX-B in PCI slot 1";
     const std::string k40 = "Vorn K40 in PCI slot 2";
@@ -194,7 +194,7 @@ TEST_F(StartUp, CardsThatFailMoveThePopupUp) {
     }
 }
 
-TEST_F(StartUp, EmptyPopupOnlyOffersTheWayOut) {
+TEST_F(StartUp, EmptyPopupAllowsOnlyQuitting) {
     for (std::size_t card = 0; card < machine.cardCount(); ++card) {
         machine.card(card).inject({.kind = FaultKind::serviceSilent});
     }
@@ -208,7 +208,7 @@ TEST_F(StartUp, EmptyPopupOnlyOffersTheWayOut) {
 }
 
 // Without images, with images whose paths are too long, and with the seventeenth, a card has no new firmware.
-TEST_F(StartUp, ImagesThatAreNotCatalogued) {
+TEST_F(StartUp, UncataloguedImagesAreNotOffered) {
     const Alerts none = {noNewFirmware, noSuitableFirmware};
     const auto expectNone = [&](const TestBundle& used, int bundleFinds, const char* standardError) {
         UpdaterSession session(machine, used);

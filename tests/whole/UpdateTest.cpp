@@ -99,7 +99,7 @@ TEST_F(Update, WritesTheFirmwareAndShowsItAfterThePowerCycle) {
     EXPECT_EQ(session.alerts, (Alerts{{"Error", "The firmware on your card is already up to date!"}}));
 }
 
-TEST_F(Update, FailedWriteKeepsTheIdentityAndCanBeTriedAgain) {
+TEST_F(Update, FailedWriteKeepsTheIdentityAndCanBeRetried) {
     std::vector<uint8_t> image = bytesOf(bundle.resource("VMBM12A.xsv"));
     // Cut off while pages are being programmed.
     const std::vector<uint8_t> truncated(image.begin(), image.begin() + 300000);
@@ -145,7 +145,7 @@ TEST_F(Update, FailedWriteKeepsTheIdentityAndCanBeTriedAgain) {
 
 // Whatever goes wrong in a write, the card is warned of and, as long as it can be reached, keeps its
 // identity; and the program can be used and quit again.
-TEST_F(Update, WriteThatIsBrokenOffByAnExceptionCanBeTriedAgain) {
+TEST_F(Update, WriteAbortedByAnExceptionCanBeRetried) {
     UpdaterSession session(machine, bundle);
     session.run([&] {
         for (const bool isReached : {true, false}) {

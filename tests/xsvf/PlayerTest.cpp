@@ -82,7 +82,7 @@ TEST(Player, DrivesTheChainUpToTheEndOrTheFirstError) {
     }
 }
 
-TEST(Player, LeavesWhatItReadAndCapturedInTheRecord) {
+TEST(Player, RecordsWhatItReadAndCaptured) {
     FakePort port;
     port.tdo = {1, 0, 1, 1, 0, 0, 0, 0, 1, 1};
     const auto info =

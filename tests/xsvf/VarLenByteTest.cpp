@@ -34,7 +34,7 @@ TEST(VarLenByte, AddsAtTheFirstAddendsLength) {
     EXPECT_EQ(sum.sByteCount, 2);
 }
 
-TEST(VarLenByte, NegativeCountTakesBytesWithoutStoringThemElsewhere) {
+TEST(VarLenByte, NegativeCountConsumesBytesWithoutStoringThem) {
     std::vector<uint8_t> image(65536, 0xAA);
     openPort(image.data(), 65536, nullptr, nullptr);
     static var_len_byte values[2];  // and so zero in between, too

@@ -19,7 +19,7 @@ void setNames(std::initializer_list<const char*> names) {
     }
 }
 
-TEST(FirmwareFiles, FirstFileThatFitsWins) {
+TEST(FirmwareFiles, FirstMatchingFileWins) {
     struct Case {
         std::initializer_list<const char*> names;
         uint16_t model;
@@ -41,7 +41,7 @@ TEST(FirmwareFiles, FirstFileThatFitsWins) {
     }
 }
 
-TEST(FirmwareFiles, OverviewTellsWhatEachNameStandsFor) {
+TEST(FirmwareFiles, OverviewExplainsEachName) {
     setNames({"VMBM12A.xsv", "K40W07NC.xsv", "notes.xsv", "DX.xsv"});
     EXPECT_EQ(FirmwareOverview(),
               "VornMX-B, board A: M12 (VMBM12A.xsv)\nVorn K40: W7 (K40W07NC.xsv)\nnotes.xsv\nDX.xsv");
@@ -54,7 +54,7 @@ TEST(FirmwareFiles, CurrentMeansSameLetterAndNotOlder) {
     EXPECT_TRUE(IsFirmwareCurrent(ByteOrderLetter(1), 12, FirmwareByteOrderLetter("VMB?10A"), 10));
 }
 
-TEST(FirmwareFiles, CatalogueHoldsSixteenCutsLongNamesAndLeavesOutLongPaths) {
+TEST(FirmwareFiles, CatalogueLimitsItsEntriesNamesAndPaths) {
     const TemporaryDirectory directory;
     FakeHost host;
     host.bundle = directory.path() / std::string(200 - directory.path().string().size(), 'x');

@@ -34,7 +34,7 @@ class Recorder : public LCommander {
 
 }  // namespace
 
-TEST(Commander, CommandIsHandledHereClimbsOrStopsAtTheTop) {
+TEST(Commander, CommandsClimbUntilHandled) {
     Recorder top(nullptr, 20);
     LCommander middle(&top);
     Recorder bottom(&middle, 30);
@@ -47,7 +47,7 @@ TEST(Commander, CommandIsHandledHereClimbsOrStopsAtTheTop) {
     EXPECT_EQ(top.mObeyed, 1);
 }
 
-TEST(Commander, EveryoneBelowMayRefuseToQuit) {
+TEST(Commander, AnySubcommanderMayRefuseToQuit) {
     Recorder top(nullptr);
     LCommander middle(&top);
     Recorder first(&middle);

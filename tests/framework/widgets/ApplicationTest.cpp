@@ -10,7 +10,7 @@
 #include "framework/widgets/LStaticText.h"
 #include "tests/framework/widgets/Fixture.h"
 
-TEST(Application, ExceptionComesOutOfTheOutermostPassOnly) {
+TEST(Application, ExceptionLeavesOnlyTheOutermostPass) {
     SampleApplication application;
     application.openWindow();
     application.listenTo("UPDT");
@@ -34,7 +34,7 @@ TEST(Application, ExceptionComesOutOfTheOutermostPassOnly) {
     EXPECT_NO_THROW(application.ProcessNextEvent()) << "it is thrown once, and an idle pass does not block";
 }
 
-TEST(Application, RunReportsAnExceptionAndGoesOn) {
+TEST(Application, RunReportsAnExceptionAndContinues) {
     SampleApplication application;
     std::string report;
     application.atStartUp = [&] {
@@ -59,7 +59,7 @@ TEST(Application, RunReportsAnExceptionAndGoesOn) {
     EXPECT_FALSE(application.window->isVisible()) << "no window is left for the clean-up";
 }
 
-TEST(Application, QuitInStartUpEndsTheRunBeforeTheFirstEvent) {
+TEST(Application, QuitDuringStartUpEndsTheRunBeforeTheFirstEvent) {
     SampleApplication application;
     bool eventHappened = false;
     application.atStartUp = [&] {
@@ -77,7 +77,7 @@ TEST(Application, QuitInStartUpEndsTheRunBeforeTheFirstEvent) {
     application.ProcessNextEvent();
 }
 
-TEST(Application, AboutAndHelpDoNotStopTheProgram) {
+TEST(Application, AboutAndHelpAreNotModal) {
     SampleApplication application;
     LWindow& window = application.openWindow();
     for (const CommandT command : {kCommandAbout, kCommandHelp, kCommandAbout}) {
@@ -131,7 +131,7 @@ TEST(Application, MenuItemsFollowTheChainOfCommand) {
     }
 }
 
-TEST(Application, CopiesWhatItsCaptionsName) {
+TEST(Application, CopiesTheDetailsWithTheirCaptions) {
     SampleApplication application;
     LWindow& window = application.openWindow();
     uint8_t enabled = 0;

@@ -64,7 +64,7 @@ TEST_F(PopupButton, BroadcastsItsFirstItemOnceAndEveryPick) {
     EXPECT_EQ(mPopup->GetValue(), 1) << "scrolling is not picking";
 }
 
-TEST_F(PopupButton, KeepsItsItemWhileItCannotBeUsed) {
+TEST_F(PopupButton, KeepsItsItemWhileUnusable) {
     append("first");
     append("second");
     mApplication.ProcessNextEvent();

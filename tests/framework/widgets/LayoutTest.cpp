@@ -69,7 +69,7 @@ bool isClipped(const QLabel& label) {
 
 }  // namespace
 
-TEST(Layout, PanesAreFoundByTheirIDsOnly) {
+TEST(Layout, FindsPanesByIDOnly) {
     SampleApplication application;
     application.openWindow();
     EXPECT_EQ(application.window->FindPaneByID(FourCharCode("NONE")), nullptr);
@@ -78,7 +78,7 @@ TEST(Layout, PanesAreFoundByTheirIDsOnly) {
     EXPECT_THROW(UModalDialogs::AskForOneString(&application, 129, 1102, text), LException);
 }
 
-TEST(Layout, NothingMovesBetweenTheStatesNorIsCutOff) {
+TEST(Layout, NothingMovesOrIsClippedBetweenStates) {
     UQDGlobals::InitializeToolbox();  // before which there is no font to enlarge
     const QFont before = QApplication::font();
     for (const double factor : {1.0, 1.5}) {
@@ -121,7 +121,7 @@ TEST(Layout, NothingMovesBetweenTheStatesNorIsCutOff) {
     QApplication::setLayoutDirection(Qt::LeftToRight);
 }
 
-TEST(Layout, NothingReachesBeyondASmallScreen) {
+TEST(Layout, FitsASmallScreen) {
     UQDGlobals::InitializeToolbox();  // before which there is no font to enlarge
     const QFont before = QApplication::font();
     for (const double factor : {2.0, 4.0}) {
@@ -169,7 +169,7 @@ TEST(Layout, NothingReachesBeyondASmallScreen) {
     QApplication::setFont(before);
 }
 
-TEST(Layout, EveryRowOfButtonsHasTheDesktopsOrder) {
+TEST(Layout, ButtonsFollowTheDesktopsOrder) {
     SampleApplication application;
     application.openWindow();
     const auto dialog = LDialogBox::CreateDialog("dialog", 129, &application);
@@ -195,7 +195,7 @@ TEST(Layout, SecondaryTextFollowsTheThemeAndStaysLegible) {
     }
 }
 
-TEST(Layout, EveryLayoutIsUnderstoodToTheLastProperty) {
+TEST(Layout, ReadsEveryPropertyOfTheShippedLayouts) {
     SampleApplication application;
     const QStringList layouts = QDir(LAYOUTS).entryList({"*.ui"});
     EXPECT_FALSE(layouts.isEmpty());
@@ -209,7 +209,7 @@ TEST(Layout, EveryLayoutIsUnderstoodToTheLastProperty) {
     }
 }
 
-TEST(Layout, WhatIsNotUnderstoodIsToldWithItsLine) {
+TEST(Layout, ReportsUnknownContentWithItsLine) {
     SampleApplication application;
     const QTemporaryDir folder;
     UResources::UseFolder(folder.path().toStdString());

@@ -59,7 +59,7 @@ void answerWith(Qt::Key key) {
 
 }  // namespace
 
-TEST_P(Quit, CanBeRefusedAndIsThenAccepted) {
+TEST_P(Quit, CanBeRefusedAndThenAccepted) {
     SampleApplication application;
     application.agreesToQuit = false;
     application.atStartUp = [&] {
@@ -110,7 +110,7 @@ TEST(Alerts, AreAnsweredByKeyboard) {
     EXPECT_EQ(UModalAlerts::Alert(130), UModalAlerts::kItemOK);
 }
 
-TEST(Alerts, AcceptedQuitCancelsWhatIsUpAndWhatComesLater) {
+TEST(Alerts, AcceptedQuitCancelsOpenAndLaterDialogs) {
     SampleApplication application;
     application.openWindow();
     whenDialogIsUp([&](QWidget& /*dialog*/) {

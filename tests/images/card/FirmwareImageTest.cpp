@@ -20,7 +20,7 @@ bool ShowAlert(const char*, const char*) {
 
 namespace {
 
-TEST(FirmwareImage, ReplacesWhatAPromHoldsAndAllocatesNothing) {
+TEST(FirmwareImage, ReplacesThePromsContentWithoutAllocating) {
     const auto old = simulator::encodeConfiguration({0x21, 1, 'M', 10, 0x5C1F});
     const auto after = simulator::encodeConfiguration({0x21, 1, 'W', 12, 0x6311});
     auto image = images::makeFirmwareImage(std::span<const uint8_t, simulator::kPromBytes>(after));

@@ -93,7 +93,7 @@ class DamagedImage : public testing::Test {
 
 // What comes before a damaged byte is as it was, so each of the images goes on from there; what comes sixteen
 // commands later is the next page.
-TEST_F(DamagedImage, AtTenThousandPlacesOfARealOne) {
+TEST_F(DamagedImage, PlayerAndToolAgreeAtTenThousandPlaces) {
     auto image = images::makeFirmwareImage(std::span<const uint8_t, simulator::kPromBytes>(
         simulator::encodeConfiguration({0x21, 1, 'M', 12, 0x6311})));
     std::vector<std::size_t> places(10'000);
@@ -116,7 +116,7 @@ TEST_F(DamagedImage, AtTenThousandPlacesOfARealOne) {
     }
 }
 
-TEST_F(DamagedImage, AtEveryPlaceOfOneWithEveryCommand) {
+TEST_F(DamagedImage, PlayerAndToolAgreeOnEveryCommand) {
     std::ifstream file(EVERY_COMMAND);
     const std::string listing{std::istreambuf_iterator<char>(file), {}};
     auto image = images::assemble(listing);

@@ -15,13 +15,9 @@
 #include "simulator/machine/Machine.h"
 #include "xsvf/JtagPort.h"
 
-uint32_t gSerialNumber = 0;
 void AllowNextEvent() {}
 void UpdateProgressBar(uint32_t bytes) {
     require(bytes == gulCurrentOffset && bytes % kProgressBytes == 0, "progress is reported when it is due");
-}
-bool ShowAlert(const char*, const char*) {
-    return true;
 }
 
 namespace {

@@ -7,17 +7,13 @@
 #include "tests/support/FakeHost.h"
 #include "xsvf/JtagPort.h"
 
-static std::string asked;  // of the application: "event ", a progress in bytes; in order
+static std::string asked;  // the calls to the application, in order: "event ", or a progress in bytes
 
-uint32_t gSerialNumber = 0;
 void AllowNextEvent() {
     asked += "event ";
 }
 void UpdateProgressBar(uint32_t bytes) {
     asked += std::to_string(bytes) + " ";
-}
-bool ShowAlert(const char* /*title*/, const char* /*message*/) {
-    return true;
 }
 
 namespace {
@@ -32,7 +28,7 @@ class JtagPort : public testing::Test {
     }
     void TearDown() override { EXPECT_EQ(card.accesses, expected); }
 
-    // A word written to the output register, and the reads that give it time.
+    // A word written to the output register, and the reads that let the signal settle.
     void expectWord(uint32_t word, std::size_t reads = 15) {
         expected.push_back({true, 0x100, word});
         expected.insert(expected.end(), reads, {false, 0x100, word});

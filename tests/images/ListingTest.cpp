@@ -18,14 +18,14 @@ TEST(Listing, OfAnyBytesAssemblesBackToThem) {
     std::mt19937 random;
     for (int round = 0; round < 20'000; ++round) {
         Image image(random() % 40);
-        // Few sizes are small and few opcodes known among bytes of any kind.
+        // Small values in every other round: bytes of any value rarely make a known command or a small size.
         std::ranges::generate(image,
                               [&] { return static_cast<uint8_t>(random() % (round % 2 == 0 ? 24 : 256)); });
         ASSERT_EQ(assemble(listingOf(image)), image) << listingOf(image);
     }
 }
 
-// A few bytes can stand for a thousand in either direction.
+// In both directions a few bytes can expand to a thousand.
 TEST(Listing, RefusesToGrowBeyondItsLimit) {
     const Image steps{0x0B, 0xFF, 0x00};  // XSDRINC with 255 values of no size
     EXPECT_GT(listingOf(steps).size(), 1000U);

@@ -30,14 +30,14 @@ TEST(Authorization, RunsToolsOnlyWithTheAdministratorRight) {
 
     host.rightAnswer = Host::RightAnswer::granted;
     EXPECT_EQ(acquire(mayAsk), errAuthorizationSuccess);
-    EXPECT_EQ(run(), errAuthorizationDenied) << "not asked for in advance";
+    EXPECT_EQ(run(), errAuthorizationDenied) << "not preauthorized";
     EXPECT_EQ(acquire(mayAsk | kAuthorizationFlagPreAuthorize), errAuthorizationSuccess);
-    EXPECT_EQ(acquire(0), errAuthorizationSuccess) << "held already, so nobody needs to be asked";
+    EXPECT_EQ(acquire(0), errAuthorizationSuccess) << "already held, so there is no prompt";
     EXPECT_EQ(run(), errAuthorizationSuccess);
     host.toolsThatDoNotStart = {"/tool"};
     EXPECT_EQ(run(), errAuthorizationToolExecuteFailure);
     item.name = "system.login.console";
-    EXPECT_EQ(acquire(mayAsk), errAuthorizationDenied) << "a right that nobody can give";
+    EXPECT_EQ(acquire(mayAsk), errAuthorizationDenied) << "no such right can be granted";
 
     EXPECT_EQ(CountLiveObjects(), LiveObjects{.authorizations = 1});
     EXPECT_EQ(AuthorizationFree(ref, 0), errAuthorizationSuccess);

@@ -34,7 +34,7 @@ TEST(CFBundle, ListsResourcesOfATypeByName) {
     EXPECT_TRUE(CFURLGetFileSystemRepresentation(first, 1, bytes, size));
     EXPECT_EQ(buffer.c_str(), expected);
 
-    // The array owns its URLs, unless somebody retains one.
+    // Releasing the array releases its URLs, except those retained elsewhere.
     CFRetain(first);
     CFRelease(urls);
     EXPECT_EQ(CFGetRetainCount(first), 1);

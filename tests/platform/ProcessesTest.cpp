@@ -23,7 +23,7 @@ TEST(Processes, WalkEndsAtNoProcessAndStartsAgain) {
     EXPECT_EQ(GetProcessInformation(&process, &information), noErr);
     EXPECT_EQ(GetNextProcess(&process), procNotFound);
     EXPECT_EQ(process.lowLongOfPSN, kNoProcess);
-    // No process: the name buffer keeps what the last one left in it.
+    // Without a process, the name buffer keeps the last process's name.
     EXPECT_EQ(GetProcessInformation(&process, &information), procNotFound);
     Str255 second;
     CopyCStringToPascal("second", second);
@@ -34,8 +34,7 @@ TEST(Processes, WalkEndsAtNoProcessAndStartsAgain) {
     information.processInfoLength = 59;
     EXPECT_EQ(GetProcessInformation(&process, &information), paramErr);
 
-    // To a process, nothing but the shut-down event is sent: 'aevt' 'shut', and not 'quit', nor another
-    // class.
+    // Only the shut-down event, 'aevt' 'shut', can be sent: not 'quit', and no other class.
     AEDesc target, reply;
     ASSERT_EQ(AECreateDesc(typeProcessSerialNumber, &process, sizeof process, &target), noErr);
     for (const auto& [eventClass, eventID, result] : {std::tuple{0x61657674U, 0x73687574U, noErr},

@@ -1,5 +1,5 @@
-// Looks at every card of a simulated machine as the updater does, writes a firmware image into one of them if
-// it is given one, and says what it saw and which register accesses it made. The machine stays switched on.
+// Reads every card of a simulated machine as the updater does, writes a firmware image to one of them if
+// given one, and prints what it read and a digest of its register accesses. The machine stays switched on.
 //
 //   traced_update MACHINE [CARD IMAGE]
 
@@ -30,8 +30,8 @@ bool ShowAlert(const char* title, const char* message) {
 
 namespace {
 
-// Condenses the run's register accesses, in their order, to a few lines that two runs share when every access
-// is the same: its offset, whether it loads or stores, and the word as it lies in memory.
+// Condenses the run's register accesses to a few lines. Two runs print the same lines if all accesses have
+// the same order, offset, direction and word as it lies in memory.
 class TracingHost final : public ForwardingHost {
   public:
     using ForwardingHost::ForwardingHost;
@@ -62,7 +62,7 @@ class TracingHost final : public ForwardingHost {
             print();  // so that two runs that differ show where
         }
     }
-    // Rotated before it is multiplied, which alone would never let a word's high bits reach the low ones.
+    // The rotation lets a word's high bits reach the low ones, which multiplication alone would not.
     void mix(uint32_t word) {
         constexpr uint32_t kGoldenRatio = 0x9E3779B1;
         digest_ = (std::rotl(digest_, 5) ^ word) * kGoldenRatio;
@@ -101,7 +101,7 @@ void run(const std::string& folder, int cardToWrite, const std::string& imageFil
         uint32_t bytes = 0;
         const uint32_t connection = OpenCard(card - 1, &base, &bytes, nullptr, nullptr);
         if (connection == 0) {
-            throw std::runtime_error("a card could not be opened");
+            throw std::runtime_error("Card " + std::to_string(card) + " could not be opened.");
         }
         gpRegisters = static_cast<uint32_t*>(base);
         lookAtOpenCard(connection);

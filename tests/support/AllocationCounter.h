@@ -1,7 +1,7 @@
 #pragma once
 
-// Counts what this program asks the heap for, through malloc, calloc, realloc or operator new, which asks
-// malloc. One file of a test program includes it.
+// Counts this program's heap allocations through malloc, calloc, realloc and operator new, which calls
+// malloc. Only one file of a test program may include it.
 
 #include <cstddef>
 
@@ -17,14 +17,14 @@ inline std::size_t allocations = 0;
 extern "C" {
 #if IS_SANITIZED
 
-// The sanitizer answers malloc and its relatives itself, and tells this of each.
+// The sanitizer replaces malloc and its relatives, and calls this for each allocation.
 void __sanitizer_malloc_hook(const volatile void* /*memory*/, std::size_t /*bytes*/) {
     ++allocations;
 }
 
 #else
 
-// The C library's own, under the names that it keeps for those who replace them.
+// The C library's functions, under the names it keeps for programs that replace them.
 void* __libc_malloc(std::size_t bytes);
 void* __libc_calloc(std::size_t count, std::size_t bytes);
 void* __libc_realloc(void* memory, std::size_t bytes);

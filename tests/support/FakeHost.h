@@ -1,7 +1,7 @@
 #pragma once
 
-// A host made of plain containers: services that open, map and answer as a test says, a memory window that
-// remembers every access, a process list.
+// A host made of plain containers: services that open, map and answer as the test sets them, a memory window
+// that records every access, and a process list.
 
 #include <algorithm>
 #include <array>
@@ -40,13 +40,13 @@ class FakeHost : public Host {
     std::filesystem::path bundle;
     std::vector<Card> cards;
     std::string serviceClass = card_driver::kServiceClass;
-    // One window, shared by all cards: what a word's four bytes hold, the one at the lowest address first.
+    // One window for all cards. The byte at a word's lowest address is the first of its hexadecimal digits.
     std::array<uint32_t, windowWords> window = {};
     std::vector<Access> accesses;
     std::vector<Process> processList;
     std::map<uint32_t, std::size_t> openConnections;
     RightAnswer rightAnswer = RightAnswer::granted;
-    // Privileged tools with their arguments, and sleeps in seconds, as they came.
+    // The privileged tools that were run, with their arguments, and the sleeps in seconds, in order.
     std::vector<std::string> privileged;
     std::set<std::string> toolsThatDoNotStart;
 
@@ -111,7 +111,7 @@ class FakeHost : public Host {
 
     RightAnswer askForAdministratorRight() override { return rightAnswer; }
 
-    // Nothing is started, so there is nothing to wait for.
+    // Only records the tool; no process is started.
     bool runPrivilegedTool(const std::string& tool, const std::vector<std::string>& arguments) override {
         std::string run = tool;
         for (const std::string& argument : arguments) {

@@ -1,7 +1,7 @@
 #pragma once
 
-// A host that asks another one everything, for tests that stand between the two in a few of its functions.
-// It is the installed one for as long as it lives.
+// A host that forwards every call to another host. Tests override single functions. It is installed while it
+// exists.
 
 #include <cstdint>
 #include <string>
@@ -42,7 +42,7 @@ class ForwardingHost : public Host {
     void sleepSeconds(uint32_t seconds) override { host_.sleepSeconds(seconds); }
 
   protected:
-    // In bytes, in the card's registers that were mapped last.
+    // The offset in bytes within the most recently mapped registers.
     [[nodiscard]] uint32_t offsetOf(const uint32_t* address) const {
         return static_cast<uint32_t>(address - base_) * 4;
     }

@@ -1,9 +1,8 @@
 #pragma once
 
-// /tmp as one program's own, for tests of what puts files there under fixed names. Whoever else does the
-// same, from this build or another, waits; the two files are gone before and after. A test that hangs
-// meanwhile is ended in time for those who wait to finish within their own limit, and what it started does
-// not hold on to /tmp.
+// Reserves the fixed file names in /tmp for one test. Other tests, of this build or another, wait. The two
+// files are removed before and after. A test that hangs is killed early enough for waiting tests to finish
+// within their time limits, and its child processes do not keep the lock.
 
 #include <fcntl.h>
 #include <pthread.h>
@@ -18,7 +17,7 @@ class SystemTmp {
     static constexpr const char* driver = "/tmp/VUpdater.kext";
 
     SystemTmp() {
-        // A forked child shares the lock for as long as it lives.
+        // A forked child would hold the lock until it ends.
         [[maybe_unused]] static const int registered =
             ::pthread_atfork(nullptr, nullptr, [] { ::close(folder_); });
         folder_ = ::open("/tmp", O_RDONLY | O_DIRECTORY | O_CLOEXEC);

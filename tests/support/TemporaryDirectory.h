@@ -1,6 +1,6 @@
 #pragma once
 
-// A fresh directory that goes away with the object.
+// A new directory that is removed with the object.
 
 #include <cstdlib>
 #include <filesystem>
@@ -12,7 +12,7 @@ class TemporaryDirectory {
     TemporaryDirectory() {
         std::string name = std::filesystem::temp_directory_path() / "vupdater-test-XXXXXX";
         if (mkdtemp(name.data()) == nullptr) {
-            throw std::runtime_error("no temporary directory: " + name);
+            throw std::runtime_error("The temporary directory could not be created: " + name);
         }
         path_ = name;
     }

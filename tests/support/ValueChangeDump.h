@@ -1,6 +1,6 @@
 #pragma once
 
-// A value change dump, read back. Only what the simulator writes is understood; anything else throws.
+// Reads a value change dump. Understands only what the simulator writes, and throws on anything else.
 
 #include <cstdint>
 #include <filesystem>
@@ -11,7 +11,7 @@
 #include <vector>
 
 struct ValueChangeDump {
-    // From a time in the file on: what every variable, by its name, is.
+    // The value of every variable, by name, from a time on.
     struct Moment {
         uint64_t nanoseconds;
         std::map<std::string, std::string> values;
@@ -22,8 +22,9 @@ struct ValueChangeDump {
         std::map<std::string, std::string> names;  // by identifier
         std::map<std::string, std::string> values;
         for (std::string word, type, bits, identifier, name; file >> word;) {
-            if (word == "$dumpvars" || word == "$end")
+            if (word == "$dumpvars" || word == "$end") {
                 continue;
+            }
             if (word == "$var") {
                 file >> type >> bits >> identifier >> name;
                 names[identifier] = name;
@@ -36,15 +37,17 @@ struct ValueChangeDump {
             } else {
                 const bool isLong = word.front() == 'b' || word.front() == 's';
                 identifier = word.substr(1);
-                if (isLong)
+                if (isLong) {
                     file >> identifier;
+                }
                 values[names.at(identifier)] = isLong ? word.substr(1) : word.substr(0, 1);
                 moments.at(moments.size() - 1).values = values;
             }
         }
-        if (moments.empty())
+        if (moments.empty()) {
             throw std::runtime_error(path.string() + " holds no values");
+        }
     }
 
-    std::vector<Moment> moments;  // as they are in the file
+    std::vector<Moment> moments;  // in the file's order
 };

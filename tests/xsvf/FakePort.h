@@ -1,7 +1,6 @@
 #pragma once
 
-// Stands in for the JTAG port: writes down what the player does and answers from a script. One lives at a
-// time.
+// A JTAG port that records what the player does and answers from a script. Only one may exist at a time.
 
 #include <deque>
 #include <string>
@@ -12,14 +11,14 @@
 struct FakePort {
     FakePort();
 
-    // 0 and 1: a TCK cycle with that level of TMS, or o and i when TDI was high; s: a sample of TDO;
-    // w and a number: a wait of so many microseconds.
+    // 0 or 1: a TCK cycle with TMS at that level and TDI low; o or i: the same with TDI high; s: a sample of
+    // TDO; w and a number: a wait in microseconds.
     std::string log;
-    std::deque<uint8_t> tdo;  // the samples to come; then 0
+    std::deque<uint8_t> tdo;  // the next samples; 0 after the last
 };
 
-// "07 08" as bytes.
+// The bytes of a text such as "07 08".
 std::vector<uint8_t> bytesOf(const std::string& hexadecimal);
 
-// Plays an image over the port that lives at the moment.
+// Plays an image over the existing port.
 tagSXsvfInfo played(std::vector<uint8_t> image);

@@ -28,7 +28,7 @@ TEST(TapMoves, ClockTheExactPath) {
             expectMove(states[from], states[to], moves[from][to]);
         }
     }
-    // Codes that are no state's go by their flags.
+    // Other codes act by their flags.
     expectMove(0x01, 0x04, "100");
     expectMove(0x01, 0x60, "1100");
     expectMove(0x04, 0x14, "11100");

@@ -37,7 +37,7 @@ TEST(VarLenByte, AddsAtTheFirstAddendsLength) {
 TEST(VarLenByte, NegativeCountConsumesBytesWithoutStoringThem) {
     std::vector<uint8_t> image(65536, 0xAA);
     openPort(image.data(), 65536, nullptr, nullptr);
-    static var_len_byte values[2];  // and so zero in between, too
+    static var_len_byte values[2];  // static, so that padding is zero, too
     readVal(&values[0], -1);
     EXPECT_EQ(values[0].sByteCount, -1);
     EXPECT_EQ(gulCurrentOffset, 65535U);

@@ -11,12 +11,8 @@
 #include "simulator/host/SimulatedHost.h"
 #include "tests/support/AllocationCounter.h"
 
-uint32_t gSerialNumber = 0;
 void AllowNextEvent() {}
 void UpdateProgressBar(uint32_t) {}
-bool ShowAlert(const char*, const char*) {
-    return true;
-}
 
 namespace {
 
@@ -41,7 +37,7 @@ TEST(FirmwareImage, ReplacesThePromsContentWithoutAllocating) {
         memory = std::calloc(1, 1);
         std::free(memory);
         ::operator delete(::operator new(1));
-        ASSERT_GE(allocations, before + 4) << "they are not counted";
+        ASSERT_GE(allocations, before + 4) << "the counter does not work";
         before = allocations;
         PlayOnCard(&info, image.data(), static_cast<uint32_t>(image.size()));
         EXPECT_EQ(allocations, before);

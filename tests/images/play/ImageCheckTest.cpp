@@ -12,8 +12,8 @@
 
 namespace {
 
-// What is programmed is compared with what is read back, so no single byte can put something else into the
-// PROM unnoticed: not in the commands before the first page, and not at places all over the image.
+// An image compares what it programs with what it reads back. So no wrong byte, in the commands before the
+// first page or anywhere else, can change what is written without a fault.
 TEST(ImageCheck, PassesADamagedImageOnlyIfItWritesTheSame) {
     const simulator::FpgaConfiguration content{0x21, 1, 'M', 12, 0x6311};
     auto image = images::makeFirmwareImage(

@@ -1,5 +1,5 @@
-// One byte of an image is wrong: player and tool take what they find, and as long as the tool finds nothing
-// wrong, they agree on every command's length and on what it takes on a card.
+// One byte of an image is wrong. Until the tool finds a fault, player and tool agree on the length of every
+// command and on the register accesses that it makes.
 
 #include <gtest/gtest.h>
 
@@ -22,19 +22,19 @@ namespace {
 
 constexpr uint64_t manyClocks = 30'000;
 
-// Bits that no card can answer: they are expected, and beyond those that are shifted.
+// Whether bits are expected beyond those that are shifted, which no card can answer.
 bool expectsTooMuch(const tagSXsvfInfo& info) {
     return info.lDrBits % 8 != 0 && info.lvExpected.aucValue[0] >> (info.lDrBits % 8) != 0;
 }
 
-// An image on its way through player, reader and rules together. A copy goes on by itself.
+// An image on its way through player, reader and rules together. A copy continues independently.
 struct Passage {
     tagSXsvfInfo info;
     images::CommandReader reader;
     images::CommandRules rules;
-    bool isFaulty = false;  // to the tool; the player goes on until it notices, too
+    bool isFaulty = false;  // according to the tool; the player may continue for a while
 
-    // Takes one command. False when it was the last.
+    // Takes one command. Returns false if it was the last.
     bool step(AnsweringPort& port) {
         const auto offset = static_cast<uint32_t>(reader.offset());
         if (!isFaulty) {
@@ -69,7 +69,7 @@ class DamagedImage : public testing::Test {
         xsvfInitialize(&passage->info);
     }
 
-    // Takes some commands from where the passage stands, with a byte changed, and is then back.
+    // Takes some commands from the current place with a byte changed, and then returns there.
     void meet(std::vector<uint8_t>& image, std::size_t place, uint8_t change, int commands) {
         Passage damaged = *passage;
         const uint32_t offset = gulCurrentOffset;
@@ -91,8 +91,8 @@ class DamagedImage : public testing::Test {
     std::mt19937 random;
 };
 
-// What comes before a damaged byte is as it was, so each of the images goes on from there; what comes sixteen
-// commands later is the next page.
+// The bytes before the damage are unchanged, so each damaged image continues from the sound one. Sixteen
+// commands later the next page begins.
 TEST_F(DamagedImage, PlayerAndToolAgreeAtTenThousandPlaces) {
     auto image = images::makeFirmwareImage(std::span<const uint8_t, simulator::kPromBytes>(
         simulator::encodeConfiguration({0x21, 1, 'M', 12, 0x6311})));

@@ -7,7 +7,7 @@
 
 namespace {
 
-// After each case everything that the registry handed out has been given back.
+// After each test everything from the registry has been released.
 class CardAccess : public testing::Test {
   protected:
     void TearDown() override { EXPECT_EQ(CountLiveObjects(), LiveObjects()); }
@@ -42,8 +42,7 @@ TEST_F(CardAccess, MapsTheRequestedRangesAndClosesIfOneFails) {
         const uint32_t connection = OpenCard(0, &base0, &size0, c.wantsRange1 ? &base1 : nullptr, &size1);
         EXPECT_EQ(connection != 0, c.opens);
         EXPECT_EQ(host.openConnections.size(), c.opens ? 1u : 0u);
-        // Range 1 is not tried once range 0 has failed, and range 0 keeps its stale address when range 1
-        // fails.
+        // If range 0 fails, range 1 is not tried. If range 1 fails, range 0 keeps its stale address.
         EXPECT_EQ(base0 != nullptr, c.mappable.contains(0));
         EXPECT_EQ(base1 != nullptr, c.opens && c.wantsRange1);
         EXPECT_EQ(size0, base0 != nullptr ? sizeof host.window : 0u);
@@ -59,7 +58,7 @@ TEST_F(CardAccess, CopiesBothTextsOrNeither) {
     EXPECT_EQ(GetCardInformation(OpenCard(1, nullptr, nullptr, nullptr, nullptr), name, location), 0);
     EXPECT_STREQ(name, "old");
     EXPECT_STREQ(location, "old");
-    // Texts that fill their half of the reply without a terminator stay inside the callers' buffers.
+    // Texts that fill their half of the reply without a terminator do not overflow the callers' buffers.
     EXPECT_EQ(GetCardInformation(OpenCard(0, nullptr, nullptr, nullptr, nullptr), name, location), 1);
     EXPECT_EQ(name, std::string(255, 'n'));
     EXPECT_EQ(location, std::string(255, 'l'));

@@ -21,11 +21,11 @@ namespace fs = std::filesystem;
 
 constexpr uid_t victim = 2000;
 constexpr uid_t stranger = 1000;
-constexpr unsigned longestSeconds = 20;  // that an installation takes; whoever waits longer waits for ever
+constexpr unsigned longestSeconds = 20;  // for an installation, which otherwise counts as hanging
 const std::string notCopied = "Could not copy to tmp\n";
 const std::string notUnpacked = "Could not unpax\n";
 
-// Starts a command for /bin/rm, and nothing for the other tools.
+// Runs a shell command in place of /bin/rm, and nothing in place of other tools.
 class RemovingHost : public FakeHost {
   public:
     std::string removal = ":";
@@ -38,7 +38,7 @@ class RemovingHost : public FakeHost {
     }
 };
 
-// Leaves a child that has ended and was not waited for, as a program may inherit one.
+// Leaves a child that has ended and was not waited for, such as a program can inherit.
 void leaveEndedChild() {
     if (::fork() == 0) {
         ::_exit(EXIT_SUCCESS);
@@ -60,7 +60,7 @@ class ExtractedDriver : public testing::Test {
         ASSERT_EQ(std::system(("cd " + mine.string() + " && " + command).c_str()), 0);
     }
 
-    // Makes a bundle with the folder's VUpdater.kext as the driver.
+    // Makes a bundle whose driver is the folder's VUpdater.kext.
     void pack(const fs::path& bundle) {
         host.bundle = bundle;
         archive = bundle / "Contents/Resources/vupdaterkext.pax";
@@ -69,8 +69,8 @@ class ExtractedDriver : public testing::Test {
         fs::copy_file(mine / "packed", archive, fs::copy_options::overwrite_existing);
     }
 
-    // Installs the driver in a process of its own, which belongs to a user and has a terminal that nobody
-    // sits at; what it says.
+    // Installs the driver in a new process with a user's ID and a terminal without a reader. Returns what the
+    // process wrote to standard error.
     std::string installed(uid_t user) {
         int terminal = -1;
         testing::internal::CaptureStderr();
@@ -89,7 +89,7 @@ class ExtractedDriver : public testing::Test {
         ::close(terminal);
         ::close(output);
         const std::string said = testing::internal::GetCapturedStderr();
-        EXPECT_TRUE(WIFEXITED(status)) << "it hangs";
+        EXPECT_TRUE(WIFEXITED(status)) << "the installation hangs";
         EXPECT_EQ(WEXITSTATUS(status), said.ends_with(notCopied) || said.ends_with(notUnpacked) ? 0 : 1);
         EXPECT_EQ(fs::exists(unpacked / "Contents/Info.plist"), WEXITSTATUS(status) == 1);
         if (WEXITSTATUS(status) == 1) {
@@ -156,9 +156,9 @@ TEST_F(ExtractedDriver, RefusesAnArchiveWithoutADriverAndAsksNothing) {
     EXPECT_TRUE(SystemTmp::isClean());
 }
 
-// What may lie under one of the two names when the driver is installed, and the command that puts it there.
-// It would do something to a diary or to a folder, which both belong to the user, or keep the updater
-// waiting, or let others write to what is loaded.
+// What may exist under one of the two names when the driver is installed, and the command that creates it. It
+// could change the user's diary or folder, keep the updater waiting, or let others write to the loaded
+// driver.
 const std::pair<std::string, std::string> things[] = {
     {"FIFO", "mkfifo -m 666 $name"},
     {"file", "echo planted >$name; chmod 666 $name"},
@@ -167,7 +167,7 @@ const std::pair<std::string, std::string> things[] = {
     {"link to a folder", "ln -s $PWD/folder $name"},
     {"folder", "mkdir -m 777 $name; ln -s $PWD/folder $name/Contents"}};
 
-// By the user, or by a stranger.
+// The parameter says whether a stranger, not the user, planted the file.
 class PlantedFiles : public ExtractedDriver, public testing::WithParamInterface<bool> {
   protected:
     void expectHarmless(const fs::path& name, bool isStrange, uid_t user) {
@@ -176,7 +176,7 @@ class PlantedFiles : public ExtractedDriver, public testing::WithParamInterface<
         const bool stays = isStrange || (isCopy && isFolder);
         EXPECT_EQ(installed(user), !stays ? "" : isCopy ? notCopied : notUnpacked);
         EXPECT_EQ(fs::exists(fs::symlink_status(SystemTmp::archive)), stays && isCopy);
-        EXPECT_EQ(fs::is_symlink(name / "Contents"), stays && isFolder) << "what stays is left as it is";
+        EXPECT_EQ(fs::is_symlink(name / "Contents"), stays && isFolder) << "a remaining folder is unchanged";
         EXPECT_EQ(fs::file_size(mine / "diary"), 4U);
         EXPECT_TRUE(fs::is_empty(mine / "folder"));
     }
@@ -197,7 +197,7 @@ TEST_P(PlantedFiles, AreNeverFollowedAwaitedOrLoaded) {
         for (const char* const name : {SystemTmp::archive, SystemTmp::driver}) {
             SCOPED_TRACE(what + " as " + name);
             inMine("name=" + std::string(name) + "; " + command);
-            // A hard link to the user's file is the user's, whoever made it.
+            // A hard link has the owner of its file.
             const bool isStrange = byStranger && what != "hard link";
             ASSERT_EQ(::lchown(name, isStrange ? stranger : user, gid_t(-1)), 0);
             expectHarmless(name, isStrange, user);

@@ -52,7 +52,7 @@ TEST_F(CardTest, IgnoresOtherStoresAndCountsEveryAccess) {
     EXPECT_EQ(machine_.microseconds(), (accesses + 12) / 3);
 }
 
-// An FPGA takes what is whole and meant for its model, whatever the board's revision.
+// An FPGA loads only an undamaged configuration for its model, for any board revision.
 TEST(CardPowerUpTest, LoadsOnlyAMatchingConfiguration) {
     for (uint8_t model = 0x20; model <= 0x25; ++model) {
         const FpgaConfiguration fitting{model, 9, model % 2 == 0 ? 'M' : 'W', 1, 0x1111};

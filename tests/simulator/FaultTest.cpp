@@ -13,7 +13,7 @@ class FaultTest : public ProbedMachineTest {
     std::size_t services(Host& host) { return host.servicesOfClass(card_driver::kServiceClass).size(); }
 };
 
-// The time that the data sheet asks for is enough for the ledger and not for the row.
+// Waiting for the data sheet's time is no misuse, but does not program the row.
 TEST_F(FaultTest, SlowProgrammingOutlastsTheDataSheetTime) {
     card().inject({.kind = FaultKind::slowProgramming, .factor = 3});
     probe_->enterProgramming();
@@ -44,7 +44,7 @@ TEST_F(FaultTest, StrikesAtTheChosenMoment) {
         inject(passed, 1);
         EXPECT_FALSE(probe_->tdo());
     }
-    // One that waits is not forgotten when another strikes, and a power cycle starts the clocks anew.
+    // A waiting fault is kept when another strikes, and a power cycle resets the clock count.
     inject(Fault::When::atClock, chain().state().clocks + 10);
     card().inject({.kind = FaultKind::userCodeNotTaken, .when = Fault::When::atAccess, .count = 1});
     machine_.powerOff();
@@ -82,8 +82,8 @@ TEST_F(FaultTest, PowerLossDamagesTheRowBeingWrittenAndStrikesOnce) {
     EXPECT_EQ(services(host_), 3U) << "the first card's PROM holds no configuration";
 }
 
-// The service of a card that has vanished stays for those who have it open.
-TEST_F(FaultTest, AVanishedCardKeepsItsPower) {
+// A program that has opened a card keeps its service when the card vanishes.
+TEST_F(FaultTest, VanishedCardKeepsItsPower) {
     probe_->enterProgramming();
     probe_->address(0x8000);
     probe_->userCode(0x12345678);

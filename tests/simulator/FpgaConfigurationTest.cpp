@@ -6,13 +6,13 @@ namespace simulator {
 
 constexpr FpgaConfiguration kConfiguration{0x21, 1, 'W', 12, 0x3A1F};
 
-// The bytes are a format that PROM files and firmware images share, so they must not drift.
+// PROM files and firmware images share this encoding, so it must not change.
 TEST(FpgaConfigurationTest, EncodingIsFixedAndDamageIsRefused) {
     auto prom = encodeConfiguration(kConfiguration);
     const std::vector<uint8_t> header{'V', 'F', 'P', 'G', 1, 0x21, 1, 'W', 12, 0, 0x3A, 0x1F};
     ASSERT_EQ(prom.size(), 262144U);
     EXPECT_TRUE(std::equal(header.begin(), header.end(), prom.begin()));
-    // Checksum found with zlib.
+    // The checksum was calculated with zlib.
     EXPECT_EQ(std::vector<uint8_t>(prom.end() - 4, prom.end()),
               (std::vector<uint8_t>{0x8A, 0x54, 0x02, 0x72}));
     EXPECT_EQ(decodeConfiguration(prom), kConfiguration);

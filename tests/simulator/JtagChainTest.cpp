@@ -9,7 +9,7 @@ namespace simulator {
 using JtagChainTest = ProbedMachineTest;
 using Scan = Probe::Scan;
 
-// The FPGA sits next to TDO: its 5 bits come out first, and what goes in first ends up there.
+// The FPGA is next to TDO: its 5 bits come out first, and the first bits shifted in end up there.
 TEST_F(JtagChainTest, ResetSelectsIdentificationAndBypass) {
     const auto captured = probe_->scan(Scan::instruction, Probe::bitsOf(Prom::userCodeInstruction << 5, 13));
     EXPECT_EQ(captured, Probe::bitsOf(0b00000001'00001, 13));
@@ -27,7 +27,7 @@ TEST_F(JtagChainTest, TdoChangesOnTheFallingEdgeAndFloatsHighOutsideShift) {
     probe_->drive(false, false);
     EXPECT_FALSE(probe_->tdo()) << "the bypass bit";
     probe_->drive(true, false);
-    probe_->drive(true, true);  // no edge, so TMS means nothing
+    probe_->drive(true, true);  // not an edge, so TMS is ignored
     EXPECT_FALSE(probe_->tdo());
     probe_->drive(false, false);
     EXPECT_TRUE(probe_->tdo()) << "bit 0 of the identification code";
@@ -40,8 +40,8 @@ TEST_F(JtagChainTest, PauseHoldsAScanWithoutLosingABit) {
     EXPECT_EQ(probe_->shift(std::vector<bool>(24)), Probe::bitsOf(0xF5035093 >> 8, 24));
 }
 
-// Writing a register from half a scan is a mistake; resetting in the middle of one, or reading too little, is
-// not.
+// Writing a register from part of a scan is misuse. Resetting during a scan, or reading only part of a
+// register, is not.
 TEST_F(JtagChainTest, OnlyShortScansThatTakeEffectAreMisuse) {
     probe_->scan(Scan::data, std::vector<bool>(8));  // part of the identification code
     probe_->enter(Scan::instruction);

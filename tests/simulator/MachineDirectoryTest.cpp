@@ -46,7 +46,7 @@ class MachineDirectoryTest : public testing::Test {
     const fs::path& folder_ = temporary_.path();
 };
 
-// A fault of every kind, of which the first has struck and the others wait.
+// Injects a fault of every kind. The first strikes at once, the others wait.
 static void injectEveryFault(Card& card) {
     for (std::size_t kind = 0; kind < kFaultKinds; ++kind) {
         const FaultKindDescription& has = faultKinds()[kind];
@@ -60,8 +60,8 @@ static void injectEveryFault(Card& card) {
     }
 }
 
-// Saved in the middle of everything: a row half programmed, a scan half shifted, a page that has been misread
-// once, and firmware that differs from the PROM.
+// The machine is saved with a row partly programmed, a scan partly shifted, a page misread once, and firmware
+// that differs from the PROM.
 TEST_F(MachineDirectoryTest, MachineThatStaysOnResumesExactly) {
     std::vector<Fault> faults;
     {
@@ -93,7 +93,7 @@ TEST_F(MachineDirectoryTest, MachineThatStaysOnResumesExactly) {
     const auto directory = MachineDirectory::open(folder_, OnOpening::powerUp);
     Machine& machine = directory->machine();
     directory->save();
-    EXPECT_EQ(contentOf(folder_ / "machine.json"), saved) << "nothing lost on the way";
+    EXPECT_EQ(contentOf(folder_ / "machine.json"), saved) << "nothing is lost";
     EXPECT_EQ(machine.ledger().entries().size(), 1U);
     EXPECT_EQ(machine.card(2).running()->version, 7);
     EXPECT_EQ(machine.card(2).faults().all(), faults);
@@ -104,7 +104,7 @@ TEST_F(MachineDirectoryTest, MachineThatStaysOnResumesExactly) {
     EXPECT_EQ(Probe(host, 1).shift(std::vector<bool>(24)), Probe::bitsOf(0xF5035093 >> 8, 24));
     EXPECT_FALSE(Probe(host, 2).tdo()) << "stuck low, at once";
     Probe(host, 0).wait(1000);
-    EXPECT_EQ(machine.card(0).identity(), 0x21417003U) << "the time before and after counts together";
+    EXPECT_EQ(machine.card(0).identity(), 0x21417003U) << "the times before and after the save add up";
 }
 
 TEST_F(MachineDirectoryTest, PromFileIsCurrentWhenTheProcessIsKilled) {
@@ -119,7 +119,7 @@ TEST_F(MachineDirectoryTest, PromFileIsCurrentWhenTheProcessIsKilled) {
         probe.userCode(0x21417005);
         probe.instruction(Prom::programInstruction);
     }
-    EXPECT_NE(contentOf(folder_ / "card-1.prom").substr(262144, 3), "\x21\x41\x70") << "broken off";
+    EXPECT_NE(contentOf(folder_ / "card-1.prom").substr(262144, 3), "\x21\x41\x70") << "interrupted";
 }
 
 TEST_F(MachineDirectoryTest, SavePublishesChangesAndRemovesInterruptedSaves) {
@@ -145,9 +145,9 @@ TEST_F(MachineDirectoryTest, MachineInUseIsReadOnlyForOthers) {
     run->machine().card(0).cells().erase();
     const auto view = MachineDirectory::view(folder_);
     EXPECT_TRUE(view->isInUse());
-    EXPECT_FALSE(view->machine().isOn()) << "as it was saved last";
+    EXPECT_FALSE(view->machine().isOn()) << "as last saved";
     EXPECT_EQ(view->machine().card(0).board().name, "VornMX-B");
-    EXPECT_TRUE(view->machine().card(0).cells().isPageErased(0)) << "as the cells are";
+    EXPECT_TRUE(view->machine().card(0).cells().isPageErased(0)) << "as the cells are now";
     EXPECT_NE(complaintOf([this] { (void)open(); }).find("is in use by another program."), std::string::npos);
     const TemporaryDirectory copy;
     fs::copy(folder_, copy.path(), fs::copy_options::recursive);
@@ -156,8 +156,7 @@ TEST_F(MachineDirectoryTest, MachineInUseIsReadOnlyForOthers) {
     EXPECT_NO_THROW((void)MachineDirectory::open(copy.path(), OnOpening::leaveAsItIs));
 }
 
-// The folder is moved and another one put in its place; some of the machine's files are no longer what they
-// were.
+// During a run the folder is moved, a copy takes its place, and some of the machine's files are replaced.
 TEST_F(MachineDirectoryTest, RunKeepsToItsOwnFolderAndFiles) {
     const auto run = open(OnOpening::powerUp);
     const fs::path moved = folder_.string() + "-moved";
@@ -185,7 +184,7 @@ TEST_F(MachineDirectoryTest, RunKeepsToItsOwnFolderAndFiles) {
     EXPECT_TRUE(filesIn(folder_) == untouched);
     EXPECT_TRUE(contentOf(moved / "diary") == std::string(300000, 'd'));
     EXPECT_EQ(MachineDirectory::view(moved)->machine().card(0).identity(), 0x21417007U);
-    EXPECT_EQ(complaintOf([&] { run->save(); }), "") << "told once";
+    EXPECT_EQ(complaintOf([&] { run->save(); }), "") << "reported once";
     fs::remove_all(moved);
 }
 

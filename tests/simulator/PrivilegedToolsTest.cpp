@@ -33,7 +33,8 @@ class PrivilegedToolsTest : public testing::Test {
             << serviceClass << "</string></dict></dict></dict></plist>";
     }
 
-    // The exit status of a tool, or -1 when there is no such tool. It complains exactly when it fails.
+    // Runs a tool and returns its exit status, or -1 if it does not exist. It must write to standard error
+    // only if it fails.
     int run(const std::string& tool, const std::vector<std::string>& arguments) {
         testing::internal::CaptureStderr();
         int status = -1;
@@ -46,7 +47,7 @@ class PrivilegedToolsTest : public testing::Test {
     int chown(const std::string& owner) { return run("/usr/sbin/chown", {"-R", owner, bundle_}); }
     int load() { return run("/sbin/kextload", {bundle_}); }
     int unload() { return run("/sbin/kextunload", {"-b", "com.example.driver"}); }
-    // The cards that a driver shows once it has had its time.
+    // The number of cards that a driver shows after it had time to attach.
     std::size_t cards() {
         host_.sleepSeconds(Drivers::kSecondsToAttach);
         return host_.servicesOfClass(card_driver::kServiceClass).size();
@@ -68,25 +69,25 @@ TEST_F(PrivilegedToolsTest, DriverShowsTheCardsWhileLoaded) {
     ASSERT_TRUE(host_.mapMemory(*host_.openService(host_.servicesOfClass(card_driver::kServiceClass)[0]), 0));
     EXPECT_EQ(unload(), 0);
     EXPECT_EQ(cards(), 0U);
-    EXPECT_EQ(host_.liveMappings(), 0U) << "what was opened through the driver goes with it";
+    EXPECT_EQ(host_.liveMappings(), 0U) << "its mappings end with the driver";
     EXPECT_EQ(unload(), 1);
     EXPECT_EQ(load(), 0);
     machine_.powerOff();
     machine_.powerOn();
-    EXPECT_EQ(cards(), 0U) << "a driver that was loaded goes with the power";
+    EXPECT_EQ(cards(), 0U) << "a loaded driver does not survive a power cycle";
 }
 
 TEST_F(PrivilegedToolsTest, LoadsOnlyAWellFormedBundleOwnedByRoot) {
-    EXPECT_EQ(chown("somebody:staff"), 0);
+    EXPECT_EQ(chown("user:staff"), 0);
     EXPECT_EQ(load(), 1);
     EXPECT_EQ(chown("root:wheel"), 0);
     std::ofstream(bundle_ / "Contents/added") << "later";
-    EXPECT_EQ(load(), 1) << "one file is the user's";
+    EXPECT_EQ(load(), 1) << "one file belongs to the user";
     EXPECT_EQ(chown("root:wheel"), 0);
     EXPECT_EQ(run("/bin/rm", {"-rf", bundle_}), 0);
     EXPECT_EQ(chown("root:wheel"), 1) << "it is gone";
     writeBundle(card_driver::kServiceClass);
-    EXPECT_EQ(load(), 1) << "new files, the user's again";
+    EXPECT_EQ(load(), 1) << "the new files belong to the user";
     EXPECT_EQ(chown("root:wheel"), 0);
     writeBundle("");
     EXPECT_EQ(load(), 1);

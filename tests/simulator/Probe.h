@@ -1,6 +1,6 @@
 #pragma once
 
-// Drives a simulated card's JTAG chain the way a driver does: by loads and stores in its register window.
+// Drives a simulated card's JTAG chain as a driver does, by loads and stores in its register window.
 
 #include <gtest/gtest.h>
 
@@ -24,7 +24,7 @@ namespace simulator {
 class Probe {
   public:
     enum class Scan { data, instruction };
-    using Bits = std::vector<bool>;  // first the one that is shifted first
+    using Bits = std::vector<bool>;  // in the order of shifting
 
     // Opens and maps one of the machine's services.
     explicit Probe(Host& host, std::size_t index = 0) : host_(host) {
@@ -41,7 +41,7 @@ class Probe {
         write(0x100, (tck ? 0x40U : 0) | (tms ? 0x20U : 0) | (tdi ? 0x10U : 0));
     }
 
-    // One cycle that ends low; makes three stores.
+    // One cycle that ends low, in three stores.
     void clock(bool tms, bool tdi = false) {
         for (const bool tck : {false, true, false}) {
             drive(tck, tms, tdi);
@@ -53,7 +53,7 @@ class Probe {
         }
     }
 
-    // To Run-Test/Idle from anywhere.
+    // From any state to Run-Test/Idle.
     void reset() { clocks({1, 1, 1, 1, 1, 0}); }
     // From Run-Test/Idle to Shift-DR or Shift-IR.
     void enter(Scan which) { which == Scan::data ? clocks({1, 0, 0}) : clocks({1, 1, 0, 0}); }
@@ -67,17 +67,17 @@ class Probe {
         }
         return out;
     }
-    // A whole scan from Run-Test/Idle back to it.
+    // A whole scan, from Run-Test/Idle and back.
     Bits scan(Scan which, const Bits& in) {
         enter(which);
         Bits out = shift(in);
         clocks({1, 0});
         return out;
     }
-    // Gives the PROM an instruction, the FPGA bypass.
+    // Gives the PROM an instruction and the FPGA its bypass instruction.
     void instruction(uint32_t code) { scan(Scan::instruction, bitsOf(code << 5 | 0x1F, 13)); }
 
-    // Scans the PROM's data register behind the FPGA's bypass bit; returns what it held.
+    // Scans the PROM's data register, after the FPGA's bypass bit; returns what it held.
     Bits promData(Bits in) {
         in.insert(in.begin(), false);
         Bits out = scan(Scan::data, in);
@@ -98,7 +98,7 @@ class Probe {
         }
     }
 
-    // An instruction and its data register; returns what the register held.
+    // Gives an instruction and scans its data register; returns what the register held.
     uint32_t scanRegister(uint32_t code, uint32_t value, std::size_t bits) {
         instruction(code);
         return data(value, bits);
@@ -122,7 +122,7 @@ class Probe {
     uint32_t address(uint32_t value) { return scanRegister(Prom::addressInstruction, value, 16); }
     uint32_t userCode(uint32_t value) { return scanRegister(Prom::userCodeInstruction, value, 32); }
     uint32_t controlData(uint32_t value) { return scanRegister(Prom::controlDataInstruction, value, 3); }
-    // An instruction that takes time, and another one after it.
+    // Gives an instruction that takes time, waits, and gives another.
     void operate(uint32_t code, uint64_t microseconds) {
         instruction(code);
         wait(microseconds);
@@ -158,7 +158,7 @@ class Probe {
     bool swap_;
 };
 
-// What an action complains of; empty when it succeeds.
+// The message that an action throws; empty if it succeeds.
 inline std::string complaintOf(const std::function<void()>& action) {
     try {
         action();

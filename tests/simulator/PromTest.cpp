@@ -11,7 +11,7 @@ namespace simulator {
 
 class PromTest : public ProbedMachineTest {
   protected:
-    // Lets the time go by without the accesses that it takes.
+    // Advances the clock instead of making the accesses that an erase takes.
     void erase(uint64_t microseconds = 15'000'000) {
         probe_->instruction(Prom::eraseInstruction);
         machine_.clock().advance(microseconds * 3);
@@ -58,7 +58,7 @@ TEST_F(PromTest, ProgrammingOnlyTurnsOnesIntoZeros) {
     EXPECT_EQ(misuses(), Misuses{Misuse::programmedTwice});
 }
 
-// Run-Test/Idle begins at one rising edge and ends at another three stores, and the wait between, later.
+// Run-Test/Idle lasts from one rising edge to the next: the wait and three stores.
 TEST_F(PromTest, OneAccessTooFewDamagesTheRow) {
     probe_->enterProgramming();
     probe_->address(0x8000);
@@ -104,7 +104,7 @@ TEST_F(PromTest, OperationsTakeEffectInTime) {
         probe_->program();
         EXPECT_EQ(card().protection(), protection) << "replaced, not only cleared";
     }
-    for (const uint64_t microseconds : {3990U, 4000U, 0U}) {  // at last there is nothing left to leave
+    for (const uint64_t microseconds : {3990U, 4000U, 0U}) {  // the last time, the mode is already left
         probe_->operate(Prom::leaveProgrammingInstruction, microseconds);
         EXPECT_EQ(chain().prom().state().programmingMode, microseconds == 3990);
     }
@@ -120,7 +120,7 @@ TEST_F(PromTest, WritesOnlyExistingRowsInProgrammingMode) {
 
     probe_->enterProgramming();
     for (const uint32_t address : {0x0U, 0x20U, 0x4000U, 0x8000U, 0x4001U, 0x21U}) {
-        if (address == 0x8000) {  // no row for page data; those before are none for a user code
+        if (address == 0x8000) {  // has no row for page data; the addresses before have none for a user code
             probe_->scanPage(Prom::pageDataInstruction, cellsOf(77));
         }
         probe_->address(address);

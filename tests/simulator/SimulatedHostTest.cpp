@@ -48,13 +48,13 @@ TEST_F(SimulatedHostTest, NeverReusesNumbersOrAddresses) {
     for (int time = 0; time < 3; ++time) {
         const uint32_t connection = open(0);
         EXPECT_TRUE(connections.insert(connection).second);
-        EXPECT_GT(connection, 0xFFFFU) << "where no card's index is";
+        EXPECT_GT(connection, 0xFFFFU) << "card indices are small";
         for (const uint32_t memoryType : {0U, 1U}) {
             EXPECT_TRUE(bases.insert(host_.mapMemory(connection, memoryType).value().base).second);
         }
         EXPECT_TRUE(host_.closeConnection(connection));
         EXPECT_FALSE(host_.closeConnection(connection));
-        EXPECT_FALSE(host_.closeConnection(0)) << "a card's index is no connection";
+        EXPECT_FALSE(host_.closeConnection(0)) << "a card's index is not a connection";
         EXPECT_EQ(host_.liveMappings(), 0U);
     }
 }
@@ -78,11 +78,14 @@ TEST_F(SimulatedHostTest, StrayAccessesReadOnesAndAreRecorded) {
     EXPECT_EQ(machine_.accesses(), 1U);
 }
 
-TEST_F(SimulatedHostTest, OnlyTheLoginProcessShutsDownAndChildrenLeftAreNoted) {
+TEST_F(SimulatedHostTest, OnlyTheLoginProcessShutsDown) {
     EXPECT_TRUE(host_.deliverShutDownEvent(0x140001));
-    EXPECT_TRUE(machine_.isOn()) << "the Finder cannot";
+    EXPECT_TRUE(machine_.isOn()) << "the Finder cannot shut down";
     EXPECT_TRUE(host_.deliverShutDownEvent(0x80001));
     EXPECT_FALSE(machine_.isOn());
+}
+
+TEST_F(SimulatedHostTest, RecordsChildrenThatAProgramLeaves) {
     host_.programEnded();
     EXPECT_TRUE(machine_.ledger().empty());
     ASSERT_TRUE(host_.runPrivilegedTool("/bin/rm", {"-f", "/nothing/here"}));

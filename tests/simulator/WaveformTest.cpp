@@ -41,13 +41,13 @@ TEST_F(WaveformTest, RecordsEveryChangeAtTheTimeOfItsAccess) {
     probe_->wait(1);
     card().requestRecording(RecordingRequest{.file = file_, .fromMicroseconds = kFrom, .microseconds = 80});
     machine_.beginRecordings();
-    EXPECT_FALSE(card().recordingRequest()) << "for one run alone";
+    EXPECT_FALSE(card().recordingRequest()) << "a request is for one run";
     const uint64_t begin = machine_.accesses();
 
     std::vector<ValueChangeDump::Moment> expected;
     auto values = valuesNow();
     for (uint32_t step = 0; step < 150; ++step) {
-        // A walk through the identification code's scan and on, with the lamp going on and off.
+        // Clocks through a scan of the identification code and further, and switches the lamp on and off.
         const bool tms = step / 2 == 0 || step / 2 > 40;
         probe_->write(0x100, (step % 2) << 6 | (tms ? 0x20U : 0) | (step % 3 == 0 ? 0x10U : 0) |
                                  (step % 50 == 7 ? 0x08U : 0));
@@ -107,7 +107,7 @@ TEST_F(WaveformTest, NamesAFileItCannotWriteAndKeepsTheRequest) {
 }
 
 TEST_F(WaveformTest, ReportsAFullDiskAndLeavesAReadableFile) {
-    // A limit on files in place of a disk that is full. Beyond it a write would end the process.
+    // A file-size limit stands for a full disk. The signal for exceeding it would kill the process.
     const auto before = std::signal(SIGXFSZ, SIG_IGN);
     rlimit limit{};
     ::getrlimit(RLIMIT_FSIZE, &limit);

@@ -8,13 +8,29 @@
 
 namespace {
 
-TEST(Player, DrivesTheChainUpToTheEndOrTheFirstError) {
-    struct {
-        const char* image;
-        std::string log;
-        int32_t error, commands;
-        std::deque<uint8_t> tdo = {};
-    } cases[] = {
+// An image, and what the player makes of it.
+struct Run {
+    const char* image;
+    std::string log;
+    int32_t error, commands;
+    std::deque<uint8_t> tdo = {};
+};
+
+void expectRuns(std::initializer_list<Run> runs) {
+    for (const Run& run : runs) {
+        FakePort port;
+        port.tdo = run.tdo;
+        const auto info = played(bytesOf(run.image));
+        std::string log = run.log;
+        std::erase(log, ' ');
+        EXPECT_EQ(port.log, log) << run.image;
+        EXPECT_EQ(info.iResult, run.error) << run.image;
+        EXPECT_EQ(info.lCommandsRead, run.commands) << run.image;
+    }
+}
+
+TEST(Player, EndsAtCompletionOrTheFirstIllegalCommand) {
+    expectRuns({
         {"00", "11111", 0, 1},
         {"05", "11111", 4, 1},
         {"06", "11111", 4, 1},
@@ -24,15 +40,31 @@ TEST(Player, DrivesTheChainUpToTheEndOrTheFirstError) {
         {"12 01 12 12", "11111 0", 5, 2},
         {"08 00 00 1F 40 00", "11111", 0, 2},
         {"08 00 00 1F 41", "11111", 6, 1},
-        // Scans, least significant bit first; TDO is sampled before each clock.
+    });
+}
+
+TEST(Player, ScansAndWaits) {
+    expectRuns({
+        // Least significant bit first; TDO is sampled before each clock.
         {"12 01 02 0D F5 C6 00", "11111 0 1100 0oo000ooo0o0i io", 0, 3},
         {"08 00 00 00 0A 09 02 A5 03 0D 00", "11111 0100 sos0sos0s0sos0sos0si io", 0, 3},
         // Both end in a Pause state; a scan of no bits only waits.
         {"13 01 14 01 02 01 01 08 00 00 00 01 0E 01 04 00 00 00 07 02 00 00",
          "11111 01100 io iiioo io iio w7", 0, 8},
-        // A scan in parts stays open, and neither they nor its end wait, compared or not.
+        // A scan in parts stays open. Neither its parts nor its end wait, compared or not.
         {"04 00 00 00 09 08 00 00 00 02 0C 01 0D 02 0E 03 0F 01 00 10 02 00 11 03 00 00",
          "11111 0100 o0 0o oi io ioo sos0 s0so sosi io", 0, 9},
+        // A negative wait goes to Run-Test/Idle too.
+        {"04 80 00 00 00 13 01 02 01 01 00", "11111 01100 io iio w-2147483648", 0, 4},
+        // The end state goes back to Run-Test/Idle.
+        {"12 01 14 01 14 00 08 00 00 00 01 0E 01 00", "11111 0 100 i io", 0, 6},
+        // A negative bit count shifts nothing.
+        {"08 FF FF FF F9 09 00", "11111 0100 110", 0, 3},
+    });
+}
+
+TEST(Player, ComparesAndRetries) {
+    expectRuns({
         // Compared under the mask; with what an earlier command expected; in parts without the mask.
         {"08 00 00 00 01 01 01 09 00 01", "11111 0100 s 110", 2, 3},
         {"08 00 00 00 01 01 01 09 00 01 00", "11111 0100 s 110", 0, 4, {1}},
@@ -48,6 +80,11 @@ TEST(Player, DrivesTheChainUpToTheEndOrTheFirstError) {
          0,
          7,
          {0, 1}},
+    });
+}
+
+TEST(Player, StepsThroughValues) {
+    expectRuns({
         // Data 0F, increment 01, new data in the high four bits: then 50 and A1.
         {"08 00 00 00 08 0A 01 F0 0B 0F 02 05 0A 00",
          "11111 0100 sososos o s0s0s0s110 100 s0s0s0s0 sos0sos110 100 sos0s0s0 s0sos0si io", 0, 4},
@@ -64,22 +101,7 @@ TEST(Player, DrivesTheChainUpToTheEndOrTheFirstError) {
         // New data of more than a byte begins with its least significant one.
         {"08 00 00 00 10 0A 00 00 FF FF 0B 00 00 01 01 80 00",
          "11111 0100 s0s0s0s0s0s0s0s0 s0s0s0s0s0s0s0s110 100 s0s0s0s0s0s0s0so sos0s0s0s0s0s0s110", 0, 4},
-        // A negative wait goes to Run-Test/Idle too.
-        {"04 80 00 00 00 13 01 02 01 01 00", "11111 01100 io iio w-2147483648", 0, 4},
-        // The end state goes back to Run-Test/Idle.
-        {"12 01 14 01 14 00 08 00 00 00 01 0E 01 00", "11111 0 100 i io", 0, 6},
-        // A negative bit count shifts nothing.
-        {"08 FF FF FF F9 09 00", "11111 0100 110", 0, 3},
-    };
-    for (auto& each : cases) {
-        FakePort port;
-        port.tdo = each.tdo;
-        const auto info = played(bytesOf(each.image));
-        std::erase(each.log, ' ');
-        EXPECT_EQ(port.log, each.log) << each.image;
-        EXPECT_EQ(info.iResult, each.error) << each.image;
-        EXPECT_EQ(info.lCommandsRead, each.commands) << each.image;
-    }
+    });
 }
 
 TEST(Player, RecordsWhatItReadAndCaptured) {
@@ -93,7 +115,7 @@ TEST(Player, RecordsWhatItReadAndCaptured) {
     EXPECT_STREQ(xsvfErrorText(info.iResult), "ERROR:  Illegal state specification");
     EXPECT_STREQ(xsvfErrorText(kXsvfMaxRetries), "ERROR:  TDO mismatch and exceeded max retries");
 
-    // A second run starts anew, whatever the first one left.
+    // A second run does not depend on the first.
     auto again = info;
     auto completed = bytesOf("00");
     DoXsvf(&again, completed.data(), 1, nullptr, nullptr);

@@ -11,7 +11,7 @@
 
 namespace {
 
-// Puts names into the tables in an order of the test's choosing, which a bundle's listing cannot.
+// Puts names into the table in any order. A bundle lists its files sorted.
 void setNames(std::initializer_list<const char*> names) {
     gNumXSVFiles = 0;
     for (const char* name : names) {

@@ -31,7 +31,7 @@ TEST(WriteTime, IsGivenOnlyForAFileOfPlausibleSize) {
     }
     std::filesystem::remove(image);
     ASSERT_EQ(::mkfifo(image.c_str(), 0600), 0);
-    ::alarm(20);  // Opening a pipe waits for whoever writes.
+    ::alarm(20);  // in case the call opens the pipe, which waits for a writer
     EXPECT_EQ(WriteTimeText(image.c_str()), "");
     ::alarm(0);
 }

@@ -1,4 +1,4 @@
-// Everything that can go wrong is told in its own words, and leaves the window and the card as they were.
+// Every failure of an update has its own alert, and leaves the window and the card as they were.
 
 #include <gtest/gtest.h>
 #include <unistd.h>
@@ -51,7 +51,7 @@ TEST_F(UpdateAlerts, UpToDateCardIsWrittenOnlyAfterCancelAndConfirmation) {
     });
 }
 
-// The event loop's pass in which the confirmation is answered can bring a quit as well.
+// The event loop's pass that answers the confirmation can also accept a quit.
 TEST_F(UpdateAlerts, NothingIsWrittenOnceAQuitHasBeenAccepted) {
     bundle.addImage(imageName, emptyProgram);
     UpdaterSession session(machine, bundle);
@@ -68,7 +68,7 @@ TEST_F(UpdateAlerts, NothingIsWrittenOnceAQuitHasBeenAccepted) {
     EXPECT_EQ(session.alerts, Alerts{confirmation});
 }
 
-// Each case puts something else in the image's place while the updater runs.
+// Each case replaces the image while the updater runs.
 TEST_F(UpdateAlerts, ReportsAnImageThatCannotBeLoaded) {
     struct Case {
         const char* message;
@@ -78,7 +78,7 @@ TEST_F(UpdateAlerts, ReportsAnImageThatCannotBeLoaded) {
     int pipeEnds[2];
     ASSERT_EQ(pipe(pipeEnds), 0);
     const fs::path pipeFile = "/proc/self/fd/" + std::to_string(pipeEnds[0]);
-    const fs::path shortFile = "/sys/devices/system/cpu/online";  // says 4096 bytes and has a few
+    const fs::path shortFile = "/sys/devices/system/cpu/online";  // reports 4096 bytes and has a few
     std::vector<Case> cases = {
         {"Could not open the firmware file.", "Error", [](const fs::path&) {}},
         {"Could not determine the size of the firmware file.", "Error",
@@ -107,8 +107,8 @@ TEST_F(UpdateAlerts, ReportsAnImageThatCannotBeLoaded) {
     close(pipeEnds[1]);
 }
 
-// Each image is refused by the player in its own way; the identity is in the card afterwards and a good image
-// works.
+// The player refuses each image with another error. Afterwards the card has its identity, and a good image
+// can be written.
 TEST_F(UpdateAlerts, ReportsAFailedImageAndAllowsAnotherTry) {
     const std::string compareIdentification =
         "XSTATE Run-Test/Idle\nXSIR 13 0x1FDF\nXSDRSIZE 33\nXTDOMASK 0x01FFFFFFFF\nXSDRTDO 0x0 ";
@@ -128,7 +128,7 @@ TEST_F(UpdateAlerts, ReportsAFailedImageAndAllowsAnotherTry) {
             EXPECT_EQ(session.shownStatePanes(), "ITX0 ITX1 ITX2 CLOS UPDT");
             EXPECT_EQ(machine.card(0).identity(), 0x21307015u);
 
-            // What is clicked during a write does not reach the window as it is afterwards.
+            // A click during a write does not reach a button that appears afterwards.
             bundle.addImage(imageName, emptyProgram);
             bool isClicked = false;
             session.host.falsifyLoad = [&](uint32_t, uint32_t word) {
@@ -147,8 +147,7 @@ TEST_F(UpdateAlerts, ReportsAFailedImageAndAllowsAnotherTry) {
     }
 }
 
-// The identity has been read or typed by the time that there is an update button; one that is lost in between
-// is warned of.
+// The identity is known when the update button appears. If it is lost before the click, an alert warns of it.
 TEST_F(UpdateAlerts, WarnsOfALostIdentity) {
     bundle.addImage(imageName, emptyProgram);
     for (const uint32_t lost : {0U, 0x7FFFFFFFU}) {

@@ -1,14 +1,16 @@
-// Choosing a card: what the window shows, what ends the updater, and what the popup lists.
+// Choosing a card: what the window shows and what ends the updater.
 
 #include <gtest/gtest.h>
 
 #include "framework/widgets/LApplication.h"
+#include "tests/whole/FirstCardUpdate.h"
 #include "tests/whole/UpdaterTest.h"
 
 namespace {
 
 using Alert = UpdaterSession::Alert;
 using Alerts = std::vector<Alert>;
+using Texts = std::vector<std::string>;
 
 class CardInformation : public UpdaterTest {
   protected:
@@ -19,8 +21,8 @@ class CardInformation : public UpdaterTest {
     }
 };
 
-std::vector<std::string> informationOf(const UpdaterSession& session) {
-    std::vector<std::string> texts;
+Texts informationOf(const UpdaterSession& session) {
+    Texts texts;
     for (const char* pane : {"MODL", "PCBR", "FWVR", "FWDT", "SRNO", "MFDT", "NFWR", "FWST"}) {
         texts.push_back(session.text(pane));
     }
@@ -28,121 +30,117 @@ std::vector<std::string> informationOf(const UpdaterSession& session) {
 }
 
 TEST_F(CardInformation, ShowsEachCardsDetails) {
-    using Texts = std::vector<std::string>;
     UpdaterSession session(machine, bundle);
-    std::vector<uint32_t> registersRead;
-    // The version register's upper bytes, in either byte order, say nothing.
-    session.host.falsifyLoad = [&](uint32_t offset, uint32_t word) {
-        if (offset < 0x100) {
-            registersRead.push_back(offset);
-        }
+    // The upper bytes of the version register mean nothing, in either byte order.
+    session.host.falsifyLoad = [](uint32_t offset, uint32_t word) {
         return offset == 0x10 ? word | 0x00ABAB00 : word;
     };
     session.run([&] {
         EXPECT_EQ(session.cardItems().size(), 4u);
-        Texts first = informationOf(session);
-        EXPECT_EQ(first[0], "VornMX-B");
-        EXPECT_EQ(first[1], "A");
-        EXPECT_EQ(first[2], "M10");
-        EXPECT_EQ(first[4], "2103070021");
-        EXPECT_EQ(first[5], "Feb 12, 2003");
-        EXPECT_EQ(first[6], "M12");
-        EXPECT_EQ(first[7], "Newer firmware is available");
+        EXPECT_EQ(informationOf(session), (Texts{"VornMX-B", "A", "M10", "May 17, 2004", "2103070021",
+                                                 "Feb 12, 2003", "M12", "Newer firmware is available"}));
         EXPECT_EQ(session.text("TIME"), "Writing takes about a minute and a half.");
-
-        registersRead.clear();
         session.pickCard(2);
-        EXPECT_EQ(registersRead, (std::vector<uint32_t>{0x00, 0x08, 0x0C, 0x10, 0x14, 0x18}));
-        Texts second = informationOf(session);
-        EXPECT_EQ(second[0], "Vorn K40");
-        EXPECT_EQ(second[1], "B");
-        EXPECT_EQ(second[2], "W7");
-        EXPECT_EQ(second[6], "W7");
-        EXPECT_EQ(second[7], "This card has the newest firmware");
-
-        // Choosing the open card again reads nothing, and forgets that its firmware is the newest.
-        const uint64_t accesses = machine.accesses();
-        session.pickOpenCardAgain();
-        EXPECT_EQ(machine.accesses(), accesses);
-        session.cancelled = {"Firmware Update Confirmation"};
-        session.click("UPDT");
-
+        EXPECT_EQ(informationOf(session), (Texts{"Vorn K40", "B", "W7", "Mar 09, 2005", "2304190204",
+                                                 "May 07, 2004", "W7", "This card has the newest firmware"}));
         session.pickCard(3);
-        Texts third = informationOf(session);
-        EXPECT_EQ(third[0], "Vorn DX8");
-        EXPECT_EQ(third[1], "NC");
-        EXPECT_EQ(third[2], "W7");
-        EXPECT_EQ(third[6], "M5");
-        EXPECT_EQ(third[7], "Other firmware is available");
-        // The letters differ, so the older image is offered and not called up to date.
+        EXPECT_EQ(informationOf(session), (Texts{"Vorn DX8", "NC", "W7", "Nov 23, 2004", "2405411337",
+                                                 "Oct 08, 2005", "M5", "Other firmware is available"}));
+        session.cancelled = {confirmation.title};
         session.click("UPDT");
 
-        // Without an image for the card the text of the one before stays.
+        // Without an image for the card, the text for the card before stays.
         session.typed = {"2506110042"};
         session.pickCard(4);
         EXPECT_EQ(session.text("NFWR"), "M5");
         EXPECT_EQ(session.text("FWST"), "No firmware for this card");
     });
-    EXPECT_EQ(
-        session.alerts,
-        (Alerts{{"Firmware Update Confirmation", "About to program your Vorn K40 with Firmware Version 7"},
-                {"Firmware Update Confirmation", "About to program your Vorn DX8 with Firmware Version 5"},
-                {"Error", "Unable to determine New Firmware Version!"}}));
+    // The DX8's letters differ, so its older image is offered without an alert that it is up to date.
+    EXPECT_EQ(session.alerts,
+              (Alerts{{confirmation.title, "About to program your Vorn DX8 with Firmware Version 5"},
+                      noNewFirmware}));
 }
 
-// Whatever is found wrong with a card ends the updater, after an alert or a line on standard error that says
-// why.
+TEST_F(CardInformation, ReadsACardOnceWhenItIsPicked) {
+    UpdaterSession session(machine, bundle);
+    std::vector<uint32_t> registersRead;
+    session.host.falsifyLoad = [&](uint32_t offset, uint32_t word) {
+        if (offset < 0x100) {
+            registersRead.push_back(offset);
+        }
+        return word;
+    };
+    session.run([&] {
+        registersRead.clear();
+        session.pickCard(2);
+        EXPECT_EQ(registersRead, (std::vector<uint32_t>{0x00, 0x08, 0x0C, 0x10, 0x14, 0x18}));
+        // Picking the open card again reads nothing, and forgets that its firmware is the newest.
+        const uint64_t accesses = machine.accesses();
+        session.pickOpenCardAgain();
+        EXPECT_EQ(machine.accesses(), accesses);
+        session.cancelled = {confirmation.title};
+        session.click("UPDT");
+    });
+    EXPECT_EQ(session.alerts,
+              (Alerts{{confirmation.title, "About to program your Vorn K40 with Firmware Version 7"}}));
+}
+
+constexpr uint32_t noOffset = 1;  // of a register
+constexpr const char* cancelledEntry = "GetSerialNumberDialog returned false\n";
+
+// What is read from a register, the card's identity, and the alerts and standard error before the updater
+// ends.
+const struct {
+    const char* what;
+    uint32_t offset, word;
+    uint32_t identity;
+    Alerts alerts;
+    const char* standardError;
+} fatalFindings[] = {
+    {"no byte order reads right",
+     0x000,
+     0xFFFFFFFF,
+     identity,
+     {{"Byte Swap Error", "Unable to properly read the Byte Swap ID!"}},
+     ""},
+    {"no such model",
+     0x008,
+     0x26,
+     identity,
+     {{"Error", "Unable to properly read the VornMX/K40/DX8 Device ID!"}},
+     ""},
+    {"TDO stuck low, so the identity cannot be read", 0x108, 0, identity, {}, cancelledEntry},
+    {"blank identity", noOffset, 0, 0xFFFFFFFF, {}, cancelledEntry},
+    {"identity of no model",
+     noOffset,
+     0,
+     0x11307015,
+     {{"Error", "Unable to properly determine the Serial Number of the VornMX/K40/DX8!"}},
+     cancelledEntry},
+    {"identity of another model",
+     noOffset,
+     0,
+     0x23307015,
+     {{"Error", "VornMX/K40/DX8 Serial Number does not match Device ID!"}},
+     ""}};
+
 TEST_F(CardInformation, QuitsOnAFatalFinding) {
-    struct Case {
-        const char* what;
-        std::function<void(UpdaterSession&)> prepare;
-        Alerts alerts;
-        const char* standardError;
-    };
-    const auto falsify = [](uint32_t at, uint32_t value) {
-        return [at, value](UpdaterSession& session) {
-            session.host.falsifyLoad = [at, value](uint32_t offset, uint32_t word) {
-                return offset == at ? value : word;
-            };
-        };
-    };
-    const auto setIdentity = [this](uint32_t identity) {
-        return [this, identity](UpdaterSession&) { machine.card(0).cells().setUserCode(identity); };
-    };
-    const char* const cancelledEntry = "GetSerialNumberDialog returned false\n";
-    const Case cases[] = {
-        {"no byte order reads right",
-         falsify(0x000, 0xFFFFFFFF),
-         {{"Byte Swap Error", "Unable to properly read the Byte Swap ID!"}},
-         ""},
-        {"no such model",
-         falsify(0x008, 0x26),
-         {{"Error", "Unable to properly read the VornMX/K40/DX8 Device ID!"}},
-         ""},
-        {"TDO stuck low, so the identity cannot be read", falsify(0x108, 0), {}, cancelledEntry},
-        {"blank identity", setIdentity(0xFFFFFFFF), {}, cancelledEntry},
-        {"identity of no model",
-         setIdentity(0x11307015),
-         {{"Error", "Unable to properly determine the Serial Number of the VornMX/K40/DX8!"}},
-         cancelledEntry},
-        {"identity of another model",
-         setIdentity(0x23307015),
-         {{"Error", "VornMX/K40/DX8 Serial Number does not match Device ID!"}},
-         ""}};
-    for (const Case& c : cases) {
+    for (const auto& each : fatalFindings) {
+        SCOPED_TRACE(each.what);
+        card().cells().setUserCode(each.identity);
         UpdaterSession session(machine, bundle);
-        c.prepare(session);
+        session.host.falsifyLoad = [&](uint32_t offset, uint32_t word) {
+            return offset == each.offset ? each.word : word;
+        };
         bool quitByItself = false;
         session.run([&] { quitByItself = LApplication::Current()->IsQuitting(); });
-        EXPECT_TRUE(quitByItself) << c.what;
-        EXPECT_EQ(session.alerts, c.alerts) << c.what;
-        EXPECT_EQ(session.standardError, c.standardError) << c.what;
-        machine.card(0).cells().setUserCode(0x21307015);
+        EXPECT_TRUE(quitByItself);
+        EXPECT_EQ(session.alerts, each.alerts);
+        EXPECT_EQ(session.standardError, each.standardError);
     }
 }
 
 TEST_F(CardInformation, AsksForABlankIdentityAndWritesIt) {
-    using Texts = std::vector<std::string>;
     const Alert invalid = {"Error", "Invalid Serial Number!"};
     const std::deque<std::string> rejected = {"", "2603070021"};
     machine.card(0).cells().setUserCode(0xFFFFFFFF);
@@ -162,14 +160,15 @@ TEST_F(CardInformation, AsksForABlankIdentityAndWritesIt) {
     }
     EXPECT_EQ(machine.card(0).identity(), 0x21307015u);
 
-    // A serial number of another model is accepted as such, and then found not to belong to this card.
+    // The serial number of another model is accepted and written, and then does not match the card.
     machine.card(2).cells().setUserCode(0);
     UpdaterSession session(machine, bundle);
     session.typed = {"2303070021"};
     session.run([&] { session.pickCard(3); });
     EXPECT_EQ(session.alerts, (Alerts{{"Error", "VornMX/K40/DX8 Serial Number does not match Device ID!"}}));
     EXPECT_EQ(machine.card(2).identity(), 0x23307015u);
-    // Which is why the dialog tells how this model's begin, and nothing of another card stands behind it.
+    // So the dialog says how this model's serial numbers begin, and the window behind it shows no other
+    // card's.
     EXPECT_NE(session.identityQuestion.find("every Vorn DX8 begins with 24"), std::string::npos);
     EXPECT_EQ(session.identityQuestion.find('^'), std::string::npos);
     EXPECT_EQ(session.behindIdentityDialog, "Vorn DX8 – –");

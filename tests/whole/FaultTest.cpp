@@ -1,5 +1,5 @@
-// Cards that break while the updater works on them: what it says, what is in the PROM afterwards, and that
-// the next attempt succeeds.
+// Cards that break during an update: the alerts, the PROM's content afterwards, and the success of the next
+// attempt.
 
 #include <gtest/gtest.h>
 
@@ -26,7 +26,7 @@ constexpr uint32_t blank = 0xFFFFFFFF;
 
 constexpr uint8_t firstByte = 0x5A;
 
-// A firmware image that does to two pages what a whole one does to all.
+// A firmware image for the first two pages only.
 std::vector<uint8_t> twoPageImage() {
     std::vector<uint8_t> content(std::size_t{2} * simulator::kPageBytes);
     content[0] = firstByte;
@@ -43,7 +43,7 @@ class Faults : public UpdaterTest {
     }
 };
 
-// One fault that strikes when Update is clicked, or so many JTAG clocks or accesses later.
+// A fault that strikes after a count of JTAG clocks or accesses from the click on Update, and its effects.
 struct Attempt {
     Fault fault;
     Alerts alerts;
@@ -92,7 +92,7 @@ const Attempt attempts[] = {
     {{.kind = FaultKind::pageMisread, .page = 1, .times = 4}, pageFails, identity, firstByte, true},
     {{.kind = FaultKind::pageMisread, .page = 1, .times = 3}, {confirmation}, identity, firstByte, true},
     {{.kind = FaultKind::userCodeNotTaken}, identityFails, blank, firstByte, true},
-    // Slower than it may be, which damages rows and yet is no misuse.
+    // Too slow for the waits, which damages rows and yet is no misuse.
     {{.kind = FaultKind::slowProgramming, .factor = 2}, bothFail, {}, {}, false},
     {vanishedInErase, writesBlindly, blank, erased, false}};
 
@@ -131,11 +131,11 @@ TEST_P(FaultyAttempt, IsReportedAndTheNextSucceeds) {
 
 INSTANTIATE_TEST_SUITE_P(, FaultyAttempt, testing::ValuesIn(attempts));
 
-// Faults that are there, or strike, when a card is chosen.
+// Faults that strike before or while a card is read.
 TEST_F(Faults, BrokenCardEndsTheUpdater) {
     const struct {
         Fault fault;
-        const char* alert;  // part of the only one; null for none
+        const char* alert;  // part of the only alert; null if there is none
     } cases[] = {{{.kind = FaultKind::tdoStuckLow}, nullptr},
                  {{.kind = FaultKind::chainBroken}, nullptr},
                  {{.kind = FaultKind::foreignIdentification, .code = foreignCode}, nullptr},
@@ -162,7 +162,7 @@ TEST_F(Faults, BrokenCardEndsTheUpdater) {
     }
 }
 
-// The typed identity counts as the card's until the updater ends; the next one asks again.
+// The updater shows the typed identity until it ends; the next run asks again.
 TEST_F(Faults, ReportsATypedIdentityThatTheCardDoesNotKeep) {
     const struct {
         FaultKind kind;
@@ -178,12 +178,12 @@ TEST_F(Faults, ReportsATypedIdentityThatTheCardDoesNotKeep) {
         EXPECT_EQ(session.alerts, Alerts{each.alert});
         EXPECT_EQ(session.identityDialogs.size(), 1u);
         card().clearFaults();
-        // TDO does not keep the PROM from taking what it is given.
+        // The PROM can still be written while TDO is stuck.
         EXPECT_EQ(card().identity(), each.kind == FaultKind::tdoStuckLow ? identity : blank);
     }
 }
 
-// The same image without one of the things that a PROM needs.
+// The same image without one of the steps that a PROM needs.
 TEST_F(Faults, SkippedStepsShowInTheLedger) {
     const struct {
         const char* step;

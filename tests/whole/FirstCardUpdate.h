@@ -1,6 +1,6 @@
 #pragma once
 
-// An update of the default machine's first card to version 12: what the window says and shows.
+// The window's texts and states in an update of the default machine's first card to version 12.
 
 #include "tests/whole/UpdaterSession.h"
 

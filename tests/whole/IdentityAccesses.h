@@ -1,15 +1,14 @@
 #pragma once
 
-// What an update's work on the identity adds to the image's register accesses: it is written, protected and
-// read back.
+// The register accesses that an update makes after the image, to write the identity, protect it and read it
+// back.
 
 #include <vector>
 
 #include "hw/PromPrograms.h"
 #include "images/AccessCount.h"
 
-// Reading stops at a comparison that fails in all its nine attempts, before the last instruction and
-// XCOMPLETE.
+// Reading ends at a comparison that fails in all nine attempts, before the last instruction and XCOMPLETE.
 inline std::vector<uint8_t> readProgramAsPlayed() {
     constexpr std::size_t bytesNotPlayed = 4 + 1;
     constexpr std::size_t comparisonBytes = 1 + 2 * kUserCodeBytes;

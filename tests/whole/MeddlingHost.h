@@ -1,7 +1,7 @@
 #pragma once
 
-// A host between the updater and another one, which counts register accesses and can falsify what the updater
-// sees.
+// A host between the updater and another host, which counts register accesses and can falsify what the
+// updater reads.
 
 #include <cstdint>
 #include <functional>
@@ -21,24 +21,24 @@ class MeddlingHost final : public ForwardingHost {
     uint64_t loads = 0;
     uint64_t stores = 0;
 
-    // The tools that were run with the administrator's rights, with their arguments, and sleeps in seconds,
-    // as they came. And those that do not even start.
+    // The tools run with the administrator's rights, with their arguments, and the sleeps in seconds, in
+    // order.
     std::vector<std::string> privileged;
     std::set<std::string> toolsThatDoNotStart;
     // Called before each tool.
     std::function<void()> beforeTool;
 
-    // What runs, in place of the other host's processes, and who received the shut-down event.
+    // Replaces the other host's processes.
     std::optional<std::vector<Process>> processList;
-    std::vector<uint64_t> shutDownEvents;
+    std::vector<uint64_t> shutDownEvents;  // the processes that received one
 
-    // How often the program still finds its bundle.
+    // How many more times the program finds its bundle.
     int bundleFinds = std::numeric_limits<int>::max();
 
     // Called before each attempt to open a service.
     std::function<void()> beforeOpening;
 
-    // What a load returns, from its offset in the window and the true word; null leaves every word as it is.
+    // Returns a load's result from its offset in the window and the true word; null changes nothing.
     std::function<uint32_t(uint32_t offset, uint32_t word)> falsifyLoad;
 
     std::filesystem::path bundleDirectory() override {

@@ -1,4 +1,4 @@
-// The power goes somewhere in the write of a whole image, and comes back.
+// The power fails during the write of a whole image, and returns.
 
 #include <gtest/gtest.h>
 #include <sys/wait.h>
@@ -38,12 +38,12 @@ class PowerLoss : public testing::Test {
     // A window's threads do not survive being forked.
     void SetUp() override {
         if (UpdaterSession::hasRun) {
-            GTEST_SKIP() << "a window has been up in this process; ctest gives each test one of its own";
+            GTEST_SKIP() << "a window was open in this process; ctest runs each test in a new one";
         }
     }
 
-    // Starts the updater in a process of its own and has the power go so many accesses after Update was
-    // clicked, with which the process ends.
+    // Starts the updater in a new process, in which the power fails after a number of accesses from the click
+    // on Update. The process ends with it.
     void update(uint64_t accesses) {
         const pid_t child = fork();
         if (child == 0) {
@@ -52,7 +52,7 @@ class PowerLoss : public testing::Test {
             simulator::Machine& machine = directory->machine();
             machine.onPowerLost([&] {
                 directory->save();
-                testing::internal::GetCapturedStderr();  // which removes its file
+                testing::internal::GetCapturedStderr();  // removes its file
                 std::_Exit(powerWasLost);
             });
             UpdaterSession session(machine, bundle);
@@ -69,7 +69,7 @@ class PowerLoss : public testing::Test {
         ASSERT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == powerWasLost) << status;
     }
 
-    // What the next start finds: the firmware's version, 0 for a card that is off the bus.
+    // Checks the next start: the firmware's version, or 0 for a card that is not on the bus.
     void expectAfterwards(int version, bool keepsIdentity) {
         std::optional<SystemTmp> tmp;
         if (version == 0) {

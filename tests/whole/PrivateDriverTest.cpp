@@ -1,4 +1,4 @@
-// A machine whose cards no driver shows: the updater asks, loads its own driver, and removes it when it ends.
+// A machine without a resident driver: the updater asks, loads its own driver, and removes it at the end.
 
 #include <gtest/gtest.h>
 
@@ -37,15 +37,15 @@ class PrivateDriver : public testing::Test {
 
     void TearDown() override { EXPECT_TRUE(machine.ledger().empty()); }
 
-    // Starts the updater, which ends without a window: after dialogs whose texts begin like these, a last
-    // line on standard error, and these runs and sleeps. Nothing stays loaded, and nothing in /tmp.
+    // Starts the updater, which must end without a window: after dialogs whose texts begin as given, with
+    // this last line on standard error, these tools and sleeps, no loaded driver, and nothing left in /tmp.
     void expectFailure(
         const std::vector<std::string>& texts, const std::string& lastLine, const Runs& runs,
         const std::function<void(UpdaterSession&)>& prepare = [](UpdaterSession&) {}) {
         SCOPED_TRACE(lastLine);
         UpdaterSession session(machine, *bundle);
         prepare(session);
-        session.run([] { ADD_FAILURE() << "there is no window to sit in front of"; });
+        session.run([] { ADD_FAILURE() << "a window opened"; });
         ASSERT_EQ(session.alerts.size(), texts.size());
         for (std::size_t i = 0; i < texts.size(); ++i) {
             EXPECT_TRUE(session.alerts[i].message.starts_with(texts[i])) << session.alerts[i];
@@ -76,7 +76,7 @@ TEST_F(PrivateDriver, ShowsTheCardsUntilTheUpdaterQuits) {
     });
     EXPECT_TRUE(wasShown);
     EXPECT_EQ(open, (std::vector<std::size_t>{4, 0}))
-        << "the card that was shown is closed before its driver goes";
+        << "the open card must be closed before its driver is unloaded";
     ASSERT_EQ(session.alerts.size(), 1u);
     EXPECT_EQ(session.alerts[0].title, promptTitle);
     EXPECT_EQ(session.host.privileged,
@@ -119,7 +119,7 @@ TEST_F(PrivateDriver, ReportsAndCleansUpAfterEachFailingStep) {
     expectFailure(alerts, "Could not copy to tmp\n", {});
     std::filesystem::remove(archive);
     expectFailure(alerts, "Could not find pax in resource.\n", {});
-    // The layouts and the list of images have been found by then.
+    // The layouts and the list of images find the bundle first.
     expectFailure(alerts, "Could not get main bundle\n", {}, losing(2));
     expectFailure(alerts, "Could not Authenticate\n", {},
                   [](UpdaterSession& session) { session.cancelled = {promptTitle}; });
@@ -128,7 +128,7 @@ TEST_F(PrivateDriver, ReportsAndCleansUpAfterEachFailingStep) {
     machine.drivers().refusesAdministrator = false;
     std::filesystem::remove(bundle->resource("dialog-200.ui"));
     expectFailure({unreachable}, "Could not Authenticate\n", {});
-    // A path that is too long is not told.
+    // A path that is too long is not reported on standard error.
     bundle.emplace(std::string(200, 'x')).addShippedResource("vupdaterkext.pax");
     expectFailure(alerts, "", {});
 }
@@ -147,7 +147,7 @@ TEST_F(PrivateDriver, StaysLoadedWhenTheComputerShutsDown) {
     machine.powerOn();
     UpdaterSession session(machine, *bundle);
     session.run([&] { EXPECT_EQ(session.text("FWVR"), "M12"); });
-    EXPECT_EQ(session.alerts.size(), 1u) << "loaded anew, over the bundle that was left";
+    EXPECT_EQ(session.alerts.size(), 1u) << "loaded again, over the bundle that was left";
     EXPECT_TRUE(SystemTmp::isClean());
 }
 

@@ -1,4 +1,4 @@
-// The power-down button: who is asked to shut the computer down.
+// The power-down button: which processes are asked to shut the computer down.
 
 #include <gtest/gtest.h>
 

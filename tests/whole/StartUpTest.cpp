@@ -1,4 +1,4 @@
-// Starting up: layouts that are not as they should be, more and fewer cards, and cards and images that fail.
+// Starting up: with broken layouts, with one card and with many, and with cards and images that fail.
 
 #include <gtest/gtest.h>
 
@@ -20,7 +20,7 @@ using Alerts = std::vector<UpdaterSession::Alert>;
 
 class StartUp : public UpdaterTest {
   protected:
-    // Replaces text in the main window's layout, as it ships.
+    // Replaces text in the main window's layout as shipped.
     void editLayout(const std::string& from, const std::string& to) {
         const TestBundle fresh;
         std::ifstream in(fresh.resource("window-128.ui"));
@@ -30,7 +30,7 @@ class StartUp : public UpdaterTest {
         std::ofstream(bundle.resource("window-128.ui")) << layout.replace(at, from.size(), to);
     }
 
-    // Starts the updater, which reports a missing object and ends without having done anything.
+    // Starts the updater, which must report a missing object and end without any access to a card.
     void expectNilPointer(const std::string& what) {
         UpdaterSession session(machine, bundle);
         session.run();
@@ -53,7 +53,7 @@ TEST_F(StartUp, AboutShowsTheVersions) {
         EXPECT_FALSE(about->findChild<QLabel*>("VERS")->text().isEmpty());
         EXPECT_EQ(about->findChild<QLabel*>("DETL")->text(), "VornMX-B, board A: M12 (VMBM12A.xsv)");
 
-        // Command 2 is everybody's to use, and does nothing.
+        // Command 2 is always available, and does nothing.
         uint8_t enabled = 0;
         uint8_t marked = 0;
         uint16_t mark = 0;
@@ -93,7 +93,7 @@ TEST_F(StartUp, WorksWithoutOptionalPanes) {
             EXPECT_EQ(session.shownStatePanes(), finishedPanes);
         });
     }
-    // A control that broadcasts what nobody knows.
+    // A control that broadcasts an unknown message.
     editLayout("<string>UPDT</string>", "<string>NONE</string>");
     UpdaterSession session(machine, bundle);
     session.run([&] {
@@ -133,43 +133,46 @@ TEST_F(StartUp, ListsAllCardsInOrder) {
     }
 }
 
-// What cannot be opened or described is not listed, and those behind it move up: their items open the card in
-// front of them. A card that cannot be opened is not even counted, so that the last one is missing too,
-// unless it breaks after the count. One that opens without its window is listed, and ends the updater once
-// chosen.
+using Items = std::vector<std::string>;
+const std::string mx = "VornMX-B in PCI slot 1";
+const std::string k40 = "Vorn K40 in PCI slot 2";
+const std::string dx8 = "Vorn DX8 in PCI slot 3";
+constexpr int counted = 3;  // openings while the cards are counted
+
+// A card that fails, the popup's items, and what picking one of them shows.
+const struct {
+    FaultKind kind;
+    std::size_t broken;
+    int openingsBefore;
+    Items items;
+    int picked;
+    bool ends;
+    const char* model;
+} failingCards[] = {{FaultKind::serviceNotOpened, 0, 0, {k40}, 1, true, "–"},
+                    {FaultKind::serviceNotOpened, 1, 0, {mx}, 1, false, "VornMX-B"},
+                    {FaultKind::serviceNotOpened, 2, 0, {mx, k40}, 2, false, "Vorn K40"},
+                    {FaultKind::serviceNotOpened, 0, counted, {k40, dx8}, 1, true, "–"},
+                    {FaultKind::serviceNotOpened, 1, counted, {mx, dx8}, 2, true, "–"},
+                    {FaultKind::serviceNotOpened, 2, counted, {mx, k40}, 2, false, "Vorn K40"},
+                    {FaultKind::serviceSilent, 0, 0, {k40, dx8}, 1, false, "VornMX-B"},
+                    {FaultKind::serviceSilent, 1, 0, {mx, dx8}, 2, false, "Vorn K40"},
+                    {FaultKind::serviceSilent, 2, 0, {mx, k40}, 2, false, "Vorn K40"},
+                    {FaultKind::serviceNotMapped, 0, 0, {mx, k40, dx8}, 1, true, "–"},
+                    {FaultKind::serviceNotMapped, 1, 0, {mx, k40, dx8}, 2, true, "–"},
+                    {FaultKind::serviceNotMapped, 2, 0, {mx, k40, dx8}, 3, true, "–"}};
+
+// Cards that cannot be opened or described are not listed. Later cards move up, and their items open the card
+// before them. A card that cannot be opened is not counted either, so the last card is missing too, unless
+// the card fails after the count. A card that opens but cannot be mapped is listed, and ends the updater when
+// picked.
 TEST_F(StartUp, LaterCardsMoveUpIfOneFails) {
-    using Items = std::vector<std::string>;
-    const std::string mx = "VornMX-B in PCI slot 1";
-    const std::string k40 = "Vorn K40 in PCI slot 2";
-    const std::string dx8 = "Vorn DX8 in PCI slot 3";
-    constexpr int counted = 3;
-    const struct {
-        FaultKind kind;
-        std::size_t broken;
-        int openingsBefore;
-        Items items;
-        int picked;
-        bool ends;
-        const char* model;  // that is shown in the end
-    } cases[] = {{FaultKind::serviceNotOpened, 0, 0, {k40}, 1, true, "–"},
-                 {FaultKind::serviceNotOpened, 1, 0, {mx}, 1, false, "VornMX-B"},
-                 {FaultKind::serviceNotOpened, 2, 0, {mx, k40}, 2, false, "Vorn K40"},
-                 {FaultKind::serviceNotOpened, 0, counted, {k40, dx8}, 1, true, "–"},
-                 {FaultKind::serviceNotOpened, 1, counted, {mx, dx8}, 2, true, "–"},
-                 {FaultKind::serviceNotOpened, 2, counted, {mx, k40}, 2, false, "Vorn K40"},
-                 {FaultKind::serviceSilent, 0, 0, {k40, dx8}, 1, false, "VornMX-B"},
-                 {FaultKind::serviceSilent, 1, 0, {mx, dx8}, 2, false, "Vorn K40"},
-                 {FaultKind::serviceSilent, 2, 0, {mx, k40}, 2, false, "Vorn K40"},
-                 {FaultKind::serviceNotMapped, 0, 0, {mx, k40, dx8}, 1, true, "–"},
-                 {FaultKind::serviceNotMapped, 1, 0, {mx, k40, dx8}, 2, true, "–"},
-                 {FaultKind::serviceNotMapped, 2, 0, {mx, k40, dx8}, 3, true, "–"}};
     machine.powerOff();
     machine.removeCard(3);
     machine.powerOn();
     for (const char* image : {imageName, "K40W07B.xsv", "DX8M05NC.xsv"}) {
         bundle.addImage(image, {0x00});
     }
-    for (const auto& each : cases) {
+    for (const auto& each : failingCards) {
         SCOPED_TRACE(std::string(simulator::describe(each.kind).name) + ' ' + std::to_string(each.broken));
         UpdaterSession session(machine, bundle);
         session.host.beforeOpening = [&, openings = 0]() mutable {
@@ -207,7 +210,8 @@ TEST_F(StartUp, EmptyPopupAllowsOnlyQuitting) {
     EXPECT_EQ(session.alerts, Alerts{noSuitableFirmware});
 }
 
-// Without images, with images whose paths are too long, and with the seventeenth, a card has no new firmware.
+// A card has no new firmware if there are no images, if an image's path is too long, or if the image is the
+// seventeenth.
 TEST_F(StartUp, UncataloguedImagesAreNotOffered) {
     const Alerts none = {noNewFirmware, noSuitableFirmware};
     const auto expectNone = [&](const TestBundle& used, int bundleFinds, const char* standardError) {
@@ -220,7 +224,7 @@ TEST_F(StartUp, UncataloguedImagesAreNotOffered) {
     };
     expectNone(bundle, 100, "");
     bundle.addImage(imageName, {0x00});
-    expectNone(bundle, 1, "Could not get main bundle\n");  // found for the layouts, and never again
+    expectNone(bundle, 1, "Could not get main bundle\n");  // found once, for the layouts
     TestBundle deep(std::string(200, 'x'));
     deep.addImage(imageName, {0x00});
     expectNone(deep, 100, "");

@@ -31,63 +31,24 @@ class Update : public UpdaterTest {
 };
 
 TEST_F(Update, WritesTheFirmwareAndShowsItAfterThePowerCycle) {
-    Accesses made;
-    std::vector<int> progress;
     {
         UpdaterSession session(machine, bundle);
-        // Beats once in every pass of the event loop.
-        int beats = 0;
-        QTimer heart;
-        heart.callOnTimeout([&] { beats += session.isShown("PTX0") ? 1 : 0; });
-        session.onProgress = [&](int value) {
-            if (progress.empty()) {
-                EXPECT_EQ(beats, 50 + 3) << "the window settles, and is kept alive every 1000 bytes";
-                heart.stop();
-            }
-            // The window's look and its ways out, halfway through the write.
-            if (value >= 500 && (progress.empty() || progress.back() < 500)) {
-                EXPECT_EQ(session.shownStatePanes(), "PTX0 PTX1 PGRS");
-                EXPECT_FALSE(session.isEnabled("CRDS"));
-                EXPECT_FALSE(session.isEmphasised("NOQU"));
-                session.meddle();
-                EXPECT_TRUE(session.isEmphasised("NOQU")) << "a refused quit is told";
-                EXPECT_EQ(dynamic_cast<QComboBox&>(*session.pane("CRDS")).currentIndex(), 0);
-            }
-            progress.push_back(value);
-        };
         session.run([&] {
-            EXPECT_EQ(session.shownStatePanes(), "ITX0 ITX1 ITX2 CLOS UPDT");
+            EXPECT_EQ(session.shownStatePanes(), idlePanes);
             EXPECT_EQ(session.text("FWVR"), "M10");
             EXPECT_EQ(session.text("NFWR"), "M12");
-            const Accesses before = {session.host.stores, session.host.loads};
-            heart.start();
             session.click("UPDT");
-            made = {session.host.stores - before.stores, session.host.loads - before.loads};
-            EXPECT_EQ(session.shownStatePanes(), "FTX0 FTX1 FTX2 POWR");
+            EXPECT_EQ(session.shownStatePanes(), finishedPanes);
             EXPECT_EQ(session.window()->focusWidget(), session.pane("POWR"));
             EXPECT_FALSE(session.isEnabled("CRDS"));
-            // The card runs what it loaded at power-up until the power has been off.
-            EXPECT_EQ(card().running()->version, 10);
+            EXPECT_EQ(card().running()->version, 10) << "until the power has been off";
             session.click("POWR");
         });
         EXPECT_EQ(session.alerts, Alerts{confirmation});
         EXPECT_NE(session.standardError.find("/VMBM12A.xsv for firmware\n"), std::string::npos);
     }
     EXPECT_FALSE(machine.isOn());
-    EXPECT_TRUE(machine.ledger().empty());
     EXPECT_EQ(card().identity(), identity);
-
-    // The image, then the identity written, protected and read back.
-    const std::vector<uint8_t> image = bytesOf(bundle.resource("VMBM12A.xsv"));
-    Accesses expected = identityAccesses();
-    expected += images::accessesOf(image).value();
-    EXPECT_EQ(made.stores, expected.stores);
-    EXPECT_EQ(made.loads, expected.loads);
-
-    // One step per 3000 bytes, never backwards.
-    EXPECT_TRUE(std::is_sorted(progress.begin() + 1, progress.end()));
-    EXPECT_GT(progress.back(), 995);
-
     machine.powerOn();
     UpdaterSession session(machine, bundle);
     session.run([&] {
@@ -99,9 +60,50 @@ TEST_F(Update, WritesTheFirmwareAndShowsItAfterThePowerCycle) {
     EXPECT_EQ(session.alerts, (Alerts{{"Error", "The firmware on your card is already up to date!"}}));
 }
 
+TEST_F(Update, InputDuringAWriteChangesNothing) {
+    UpdaterSession session(machine, bundle);
+    int passes = 0;  // of the event loop during the write
+    QTimer timer;
+    timer.callOnTimeout([&] { passes += session.isShown("PTX0") ? 1 : 0; });
+    std::vector<int> progress;
+    session.onProgress = [&](int value) {
+        if (progress.empty()) {
+            EXPECT_EQ(passes, 50 + 3) << "50 to show the new state, then one per 1000 bytes";
+            timer.stop();
+        }
+        if (value >= 500 && (progress.empty() || progress.back() < 500)) {
+            EXPECT_EQ(session.shownStatePanes(), "PTX0 PTX1 PGRS");
+            EXPECT_FALSE(session.isEnabled("CRDS"));
+            EXPECT_FALSE(session.isEmphasised("NOQU"));
+            session.meddle();
+            EXPECT_TRUE(session.isEmphasised("NOQU")) << "a quit was refused";
+            EXPECT_EQ(dynamic_cast<QComboBox&>(*session.pane("CRDS")).currentIndex(), 0);
+        }
+        progress.push_back(value);
+    };
+    Accesses made;
+    session.run([&] {
+        const Accesses before = {session.host.stores, session.host.loads};
+        timer.start();
+        session.click("UPDT");
+        made = {session.host.stores - before.stores, session.host.loads - before.loads};
+        EXPECT_EQ(session.shownStatePanes(), finishedPanes);
+    });
+    EXPECT_EQ(session.alerts, Alerts{confirmation});
+
+    // The image, then the identity written, protected and read back.
+    Accesses expected = identityAccesses();
+    expected += images::accessesOf(bytesOf(bundle.resource(imageName))).value();
+    EXPECT_EQ(made, expected);
+
+    // One step per 3000 bytes, never backwards.
+    EXPECT_TRUE(std::is_sorted(progress.begin() + 1, progress.end()));
+    EXPECT_GT(progress.back(), 995);
+}
+
 TEST_F(Update, FailedWriteKeepsTheIdentityAndCanBeRetried) {
     std::vector<uint8_t> image = bytesOf(bundle.resource("VMBM12A.xsv"));
-    // Cut off while pages are being programmed.
+    // It ends among the pages.
     const std::vector<uint8_t> truncated(image.begin(), image.begin() + 300000);
     bundle.addImage(imageName, truncated);
 
@@ -112,7 +114,7 @@ TEST_F(Update, FailedWriteKeepsTheIdentityAndCanBeRetried) {
         session.click("UPDT");
         EXPECT_EQ(session.shownStatePanes(), "ITX0 ITX1 ITX2 CLOS UPDT");
         EXPECT_TRUE(session.isEnabled("CRDS"));
-        // What the card still runs is not what it would load.
+        // The card still runs firmware that is no longer in its PROM.
         session.pickCard(2);
         session.pickCard(1);
         EXPECT_EQ(session.text("FWST"), "The last update failed");
@@ -122,14 +124,14 @@ TEST_F(Update, FailedWriteKeepsTheIdentityAndCanBeRetried) {
 
         bundle.addImage(imageName, image);
         session.click("UPDT");
-        EXPECT_EQ(progress.at(0), 0) << "another attempt begins at the beginning";
+        EXPECT_EQ(progress.at(0), 0) << "the next attempt starts at 0";
         EXPECT_EQ(session.shownStatePanes(), "FTX0 FTX1 FTX2 POWR");
         gProgressMax = 8'000'000;
         UpdateProgressBar(4'294'968);
         EXPECT_EQ(progress.back(), 0) << "the bar counts in 32 bits";
         gProgressMax = 1;
         UpdateProgressBar(2);
-        EXPECT_EQ(progress.back(), 1000) << "it ends at its end";
+        EXPECT_EQ(progress.back(), 1000) << "no value is past the end";
     });
     EXPECT_EQ(session.alerts, (Alerts{confirmation,
                                       {"Illegal Command Error", "EEPROM Programming Failure!"},
@@ -143,14 +145,14 @@ TEST_F(Update, FailedWriteKeepsTheIdentityAndCanBeRetried) {
     EXPECT_EQ(card().identity(), identity);
 }
 
-// Whatever goes wrong in a write, the card is warned of and, as long as it can be reached, keeps its
-// identity; and the program can be used and quit again.
+// After an exception in a write, the user is warned, the card keeps its identity if it can be reached, and
+// the program can be used and quit again.
 TEST_F(Update, WriteAbortedByAnExceptionCanBeRetried) {
     UpdaterSession session(machine, bundle);
     session.run([&] {
         for (const bool isReached : {true, false}) {
-            SCOPED_TRACE(isReached ? "the card is reached again at once"
-                                   : "the card is not reached any more");
+            SCOPED_TRACE(isReached ? "the card can be reached again at once"
+                                   : "the card can no longer be reached");
             uint64_t from = session.host.loads + 1000000;
             session.host.falsifyLoad = [&](uint32_t, uint32_t word) {
                 if (session.host.loads <= from) {
@@ -171,7 +173,7 @@ TEST_F(Update, WriteAbortedByAnExceptionCanBeRetried) {
         EXPECT_EQ(session.shownStatePanes(), finishedPanes);
     });
     EXPECT_EQ(card().identity(), identity);
-    machine.ledger().clear();  // of the erase that was broken off
+    machine.ledger().clear();  // of the interrupted erase
 }
 
 }  // namespace

@@ -73,8 +73,7 @@ void UpdaterSession::run(const std::function<void()>& script) {
     hasRun = true;
     testing::internal::CaptureStderr();
     whenShown_ = [this, &script] {
-        // Posted when the window comes up, this is delivered before the popup's first broadcast, which comes
-        // now.
+        // Posted when the window opened, this runs before the popup's first broadcast, which is sent now.
         QCoreApplication::sendPostedEvents();
         EXPECT_NE(window()->focusWidget(), nullptr);
         if (auto* const bar = qobject_cast<QProgressBar*>(pane("PGRS"))) {
@@ -111,8 +110,8 @@ void UpdaterSession::expectNothingLeft() {
     for (const auto& entry : machine_.ledger().entries()) {
         EXPECT_NE(entry.misuse, simulator::Misuse::leftBehind) << entry.detail;
     }
-    // Filling the popup closes card indexes instead of connections, and so leaves one open per card, also for
-    // those that are then not listed because they do not answer. They go with a driver that is unloaded.
+    // Filling the popup closes card indices instead of connections, so one per card stays open, also for
+    // cards that are not listed because they do not answer. They end when a driver is unloaded.
     const bool wasUnloaded = machine_.isOn() && !machine_.drivers().publishes(card_driver::kServiceClass);
     EXPECT_EQ(simulatedHost.openConnections(), wasUnloaded ? 0u : opened_);
 }
@@ -154,7 +153,7 @@ void UpdaterSession::click(const char* paneID) {
 }
 
 void UpdaterSession::press(Qt::Key key, Qt::KeyboardModifiers modifiers) {
-    QApplication::setActiveWindow(window());  // which shortcuts and mnemonics ask for
+    QApplication::setActiveWindow(window());  // shortcuts and mnemonics need it
     QTest::keyClick(window()->windowHandle(), key, modifiers);
 }
 
@@ -242,8 +241,8 @@ void UpdaterSession::answerIdentityDialog(QWidget* dialog, QLineEdit& field) {
     QTest::keyClick(&field, Qt::Key_Return);
 }
 
-// A held key, which may have brought this alert up, does not answer it: neither repetitions marked as such,
-// nor those that are a release and a press at the same moment.
+// A held key, which may have opened this alert, does not answer it: neither with marked repetitions, nor with
+// those that are a release and a press at the same moment.
 void UpdaterSession::holdKeys(QWidget* dialog) {
     for (const int key : {Qt::Key_Return, Qt::Key_Escape, Qt::Key_Space}) {
         QKeyEvent marked(QEvent::KeyPress, key, Qt::NoModifier, QString(), true);
@@ -273,7 +272,7 @@ void UpdaterSession::answer(QWidget* dialog) {
         alert = {dialog->windowTitle().toStdString(), textsOf(*dialog)};
     }
     alerts.push_back(alert);
-    // Nobody quits while a half-written card is being warned of.
+    // A quit is refused while the alert warns of a half-written card.
     if (alert.title == "EEPROM Programming Failure") {
         EXPECT_FALSE(LApplication::Current()->AttemptQuit(kSaveOptionAsk));
     }
@@ -290,6 +289,6 @@ void UpdaterSession::answer(QWidget* dialog) {
             return;
         }
     }
-    ADD_FAILURE() << "an alert without a default button: " << alert;
+    ADD_FAILURE() << "no default button in the alert " << alert;
     QTest::keyClick(dialog, Qt::Key_Escape);
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-// One run of the updater in this process, on a simulated machine, with somebody in front of its window.
+// One run of the updater in this process, on a simulated machine, with a script that uses its window.
 
 #include <QEvent>
 #include <QObject>
@@ -18,7 +18,7 @@
 
 class QLineEdit;
 
-// A bundle of its own: the real layouts, and whatever firmware images a test puts in.
+// A new bundle with the real layouts and the firmware images that a test adds.
 class TestBundle {
   public:
     explicit TestBundle(const std::string& name = "Some.app");
@@ -28,7 +28,7 @@ class TestBundle {
         return path() / "Contents/Resources" / name;
     }
 
-    // Puts in one of the images that ship, or one made of the bytes given.
+    // Adds a shipped file, or an image of the given bytes.
     void addShippedResource(const std::string& name);
     void addImage(const std::string& name, const std::vector<uint8_t>& bytes);
 
@@ -52,45 +52,43 @@ class UpdaterSession : public QObject {
     UpdaterSession(simulator::Machine& machine, const TestBundle& bundle);
     ~UpdaterSession() override;
 
-    // Starts the updater, has the script sit in front of its window, if there is one, once the first card has
-    // been shown, and ends the updater if the script has not. Without a window it has to end by itself.
-    // Alerts are answered with their default button as they come, save those whose titles or messages are
-    // listed in cancelled.
+    // Starts the updater and, if it opens a window, runs the script after the first card is shown, and then
+    // ends the updater if the script has not. Without a window the updater must end by itself. Alerts are
+    // answered with their default button, except those whose title or message is listed in `cancelled`.
     void run(const std::function<void()>& script = [] {});
     std::vector<std::string> cancelled;
-    // Whether any has been run in this process.
+    // Whether any session has run in this process.
     static inline bool hasRun = false;
 
-    // What is typed into one identity dialog after the other; when nothing is left, it is cancelled. And what
-    // each dialog's field held, selected, when it came up.
+    // The texts to type into successive identity dialogs; further dialogs are cancelled. And the text that
+    // each dialog's field held, selected, when it opened.
     std::deque<std::string> typed;
     std::vector<std::string> identityDialogs;
-    // What the last identity dialog said, and the window's MODL, SRNO and MFDT behind it.
+    // The last identity dialog's text, and the window's MODL, SRNO and MFDT meanwhile.
     std::string identityQuestion;
     std::string behindIdentityDialog;
 
-    // What has been shown so far, and what came out on standard error during run.
+    // The alerts shown so far, and standard error during run().
     std::vector<Alert> alerts;
     std::string standardError;
 
-    // Called from the event loop whenever the progress bar's value changes.
+    // Called from the event loop when the progress bar's value changes.
     std::function<void(int value)> onProgress;
 
-    // The window's panes, by ID. text and isShown need the pane to be there.
+    // The window's panes, by ID. For text() and isShown() the pane must exist.
     QWidget* window() const;
     QWidget* pane(const char* paneID) const;
     std::string text(const char* paneID) const;
     bool isShown(const char* paneID) const { return pane(paneID)->isVisible(); }
     bool isEnabled(const char* paneID) const { return pane(paneID)->isEnabled(); }
     bool isEmphasised(const char* paneID) const;
-    // Which of the window's state panes are shown, in one string.
+    // The visible state panes, in one string.
     std::string shownStatePanes() const;
 
     void click(const char* paneID);
-    // Presses a key in the window, which then is the active one.
+    // Makes the window active and presses a key in it.
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
-    // Tries everything that begins an update, chooses a card or ends the program, while nothing of it may
-    // work.
+    // Tries everything that starts an update, chooses a card or ends the program. None of it may work now.
     void meddle();
     // Picks an item (1-based) of the card popup with the keyboard.
     void pickCard(int item);
@@ -108,13 +106,13 @@ class UpdaterSession : public QObject {
     void holdKeys(QWidget* dialog);
     void answerIdentityDialog(QWidget* dialog, QLineEdit& field);
 
-    // That the updater which has ended gave back what it had, save the popup's connections.
+    // Checks that the updater released everything except the popup's connections.
     void expectNothingLeft();
-    // The cards in the popup, and those that are missing from it because they did not answer.
+    // The number of cards in the popup, and of those missing because they did not answer.
     std::size_t countCardsOfPopup() const;
 
     simulator::Machine& machine_;
-    std::size_t opened_ = 0;  // cards, while the popup was filled
-    // What is to be done once the window has come up.
+    std::size_t opened_ = 0;  // cards opened to fill the popup
+    // Called once, after the window has opened.
     std::function<void()> whenShown_;
 };

@@ -1,7 +1,7 @@
 #pragma once
 
-// What most of the whole program's tests begin with: the default machine, switched on, and a bundle without
-// images. Nobody may have misused a card when they end.
+// The start of most tests of the whole program: the default machine, switched on, and a bundle without
+// images. At the end, no card may have been misused.
 
 #include <gtest/gtest.h>
 

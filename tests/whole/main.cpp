@@ -1,4 +1,4 @@
-// The whole program's tests share one QApplication, made as the updater makes it.
+// The tests of the whole program share one QApplication, created as in the updater.
 
 #include <gtest/gtest.h>
 
@@ -9,8 +9,8 @@
 
 namespace {
 
-// The offscreen platform tells that it has no window manager; what the updater says itself must stay
-// readable.
+// Drops the offscreen platform's messages about its missing window manager, so that only the updater's own
+// remain.
 void handleQtMessage(QtMsgType /*type*/, const QMessageLogContext& /*context*/, const QString& message) {
     if (!message.startsWith("This plugin does not support")) {
         std::fprintf(stderr, "%s\n", qPrintable(message));

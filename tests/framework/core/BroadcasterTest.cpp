@@ -36,7 +36,7 @@ TEST(Broadcaster, AllowsListenersToChangeDuringABroadcast) {
         broadcaster.AddListener(&added);
     };
     broadcaster.BroadcastMessage(1);
-    EXPECT_TRUE(added.mHeard.empty()) << "hears the next message only";
+    EXPECT_TRUE(added.mHeard.empty()) << "hears only the next message";
     EXPECT_EQ(first.mHeard.size(), 1U) << "once, although added twice";
     EXPECT_EQ(last.mHeard.size(), 1U);
     broadcaster.BroadcastMessage(2);

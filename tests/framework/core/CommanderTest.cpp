@@ -6,7 +6,7 @@
 
 namespace {
 
-// Handles one command and counts what it was asked.
+// Handles one command, and counts commands and requests to quit.
 class Recorder : public LCommander {
   public:
     explicit Recorder(LCommander* super, CommandT handled = 0) : LCommander(super), mHandled(handled) {}
@@ -29,7 +29,7 @@ class Recorder : public LCommander {
     int mObeyed = 0;
     int mAsked = 0;
     bool mAgrees = true;
-    std::unique_ptr<Recorder> mDestroyed;  // once this one is asked to quit
+    std::unique_ptr<Recorder> mDestroyed;  // when this one is asked to quit
 };
 
 }  // namespace
@@ -42,7 +42,7 @@ TEST(Commander, CommandsClimbUntilHandled) {
     EXPECT_TRUE(bottom.ObeyCommand(30, nullptr));
     EXPECT_TRUE(bottom.ObeyCommand(20, nullptr));
     EXPECT_FALSE(bottom.ObeyCommand(40, nullptr));
-    EXPECT_FALSE(top.ObeyCommand(30, nullptr)) << "commands do not sink";
+    EXPECT_FALSE(top.ObeyCommand(30, nullptr)) << "commands do not pass downwards";
     EXPECT_EQ(bottom.mObeyed, 1);
     EXPECT_EQ(top.mObeyed, 1);
 }
@@ -56,15 +56,15 @@ TEST(Commander, AnySubcommanderMayRefuseToQuit) {
     EXPECT_TRUE(top.AttemptQuit(kSaveOptionAsk));
     first.mAgrees = false;
     EXPECT_FALSE(top.AttemptQuit(kSaveOptionAsk));
-    EXPECT_EQ(second.mAsked, 1) << "nobody is asked after a refusal";
+    EXPECT_EQ(second.mAsked, 1) << "a refusal ends the question";
     first.mAgrees = true;
     top.mAgrees = false;
     EXPECT_FALSE(top.AttemptQuit(kSaveOptionAsk));
-    EXPECT_EQ(first.mAsked, 2) << "nor below one";
+    EXPECT_EQ(first.mAsked, 2) << "a refusal at the top, too";
     top.mAgrees = true;
     first.mDestroyed = std::make_unique<Recorder>(&middle);
     first.mDestroyed->mAgrees = false;
-    EXPECT_TRUE(top.AttemptQuit(kSaveOptionAsk)) << "who is gone has no say";
+    EXPECT_TRUE(top.AttemptQuit(kSaveOptionAsk)) << "destroyed commanders are not asked";
 }
 
 TEST(Commander, ChainSurvivesDestructionInEitherOrder) {

@@ -20,7 +20,7 @@ TEST(Application, ExceptionLeavesOnlyTheOutermostPass) {
         if (application.heard.back() == FourCharCode("CLOS")) {
             throw LException(FourCharCode("test"));
         }
-        // Long work, into which a click falls whose listener throws, and an event whose handler does.
+        // During long work, the listener of a click throws, and so does the handler of an event.
         inEventLoop([&] { application.pane<LPushButton>("CLOS").click(); });
         inEventLoop([] { throw LException(LException::kNilPointer); });
         application.ProcessNextEvent();
@@ -31,7 +31,7 @@ TEST(Application, ExceptionLeavesOnlyTheOutermostPass) {
     EXPECT_THROW(application.ProcessNextEvent(), LException);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "Further error: framework exception \"nilP\"\n");
     EXPECT_TRUE(workWentOn);
-    EXPECT_NO_THROW(application.ProcessNextEvent()) << "it is thrown once, and an idle pass does not block";
+    EXPECT_NO_THROW(application.ProcessNextEvent()) << "it is thrown once, and an idle pass does not wait";
 }
 
 TEST(Application, RunReportsAnExceptionAndContinues) {
@@ -41,7 +41,7 @@ TEST(Application, RunReportsAnExceptionAndContinues) {
         application.openWindow();
         inEventLoop([&] {
             for (int pass = 0; pass < 50; ++pass) {
-                application.ProcessNextEvent();  // from inside work, with nothing pending: must not wait
+                application.ProcessNextEvent();  // during work and with nothing pending: must not wait
             }
             KeepException([] { throw LException(LException::kNilPointer); });
             inEventLoop([&] {
@@ -50,13 +50,13 @@ TEST(Application, RunReportsAnExceptionAndContinues) {
                 report = alert->property("informativeText").toString().toStdString();
                 pressKey(*alert, Qt::Key_Return);
             });
-            // Reached only if the loop goes on after the report.
+            // Reached only if the loop continues after the report.
             inEventLoop([&] { inEventLoop([&] { application.DoQuit(); }); });
         });
     };
     application.Run();
     EXPECT_NE(report.find("nilP"), std::string::npos) << report;
-    EXPECT_FALSE(application.window->isVisible()) << "no window is left for the clean-up";
+    EXPECT_FALSE(application.window->isVisible()) << "no window remains during clean-up";
 }
 
 TEST(Application, QuitDuringStartUpEndsTheRunBeforeTheFirstEvent) {
@@ -84,10 +84,11 @@ TEST(Application, AboutAndHelpAreNotModal) {
         ASSERT_TRUE(window.ObeyCommand(command));
     }
     const auto dialogs = window.findChildren<QDialog*>();
-    ASSERT_EQ(dialogs.size(), 2) << "asked for twice, shown once";
+    ASSERT_EQ(dialogs.size(), 2) << "the same page opens only once";
     EXPECT_FALSE(dialogs[0]->isModal() || dialogs[1]->isModal());
     application.ClosePages();
-    EXPECT_FALSE(dialogs[0]->isVisible() || dialogs[1]->isVisible()) << "would hide how a write ended";
+    EXPECT_FALSE(dialogs[0]->isVisible() || dialogs[1]->isVisible())
+        << "pages would hide the result of a write";
     ASSERT_TRUE(window.ObeyCommand(kCommandHelp));
     application.DoQuit();
     EXPECT_FALSE(dialogs[0]->isVisible() || dialogs[1]->isVisible());
@@ -95,7 +96,7 @@ TEST(Application, AboutAndHelpAreNotModal) {
 
 namespace {
 
-// Knows one command, which nobody else does, and has a name for it.
+// Knows one command, and names it.
 struct Namer : LCommander {
     using LCommander::LCommander;
     void FindCommandStatus(CommandT command, uint8_t& outEnabled, uint8_t& outUsesMark, uint16_t& outMark,
@@ -120,14 +121,14 @@ TEST(Application, MenuItemsFollowTheChainOfCommand) {
         QAction* action = menu->actions().first();
         emit menu->aboutToShow();
         EXPECT_TRUE(action->isEnabled());
-        action->setProperty("command", 4711);  // a command that nobody knows
+        action->setProperty("command", 4711);  // an unknown command
         emit menu->aboutToShow();
         EXPECT_FALSE(action->isEnabled());
         action->setProperty("command", 4712);
         emit menu->aboutToShow();
         EXPECT_EQ(action->text(), "A&&B");
         emit menu->aboutToHide();
-        EXPECT_TRUE(action->isEnabled()) << "or its shortcut would stay dead";
+        EXPECT_TRUE(action->isEnabled()) << "a disabled item has no shortcut";
     }
 }
 
@@ -139,7 +140,7 @@ TEST(Application, CopiesTheDetailsWithTheirCaptions) {
     uint16_t mark = 0;
     Str255 name;
     window.FindCommandStatus(kCommandCopyDetails, enabled, marked, mark, name);
-    EXPECT_EQ(enabled, 0) << "there is nothing yet";
+    EXPECT_EQ(enabled, 0) << "there is nothing to copy";
     application.pane<LStaticText>("SRNO").SetText("2103070021", 10);
     application.pane<LStaticText>("FWVR").SetText("M10", 3);
     application.pane<LStaticText>("FWST").SetText("Outdated", 8);

@@ -38,7 +38,7 @@ TEST_F(PopupButton, BroadcastsItsFirstItemOnceAndEveryPick) {
     append("first");
     append("second");
     EXPECT_EQ(mPopup->GetValue(), 1);
-    EXPECT_TRUE(mApplication.heard.empty()) << "not before the event loop runs";
+    EXPECT_TRUE(mApplication.heard.empty()) << "only from the event loop";
     mApplication.ProcessNextEvent();
     mApplication.ProcessNextEvent();
     EXPECT_EQ(mApplication.heard, std::vector<MessageT>{FourCharCode("CRDS")});
@@ -46,13 +46,13 @@ TEST_F(PopupButton, BroadcastsItsFirstItemOnceAndEveryPick) {
 
     mPopup->SetValue(2);
     mPopup->SetValue(3);
-    EXPECT_TRUE(mApplication.heard.empty()) << "setting the value is not picking";
+    EXPECT_TRUE(mApplication.heard.empty()) << "setting the value is no pick";
 
     for (const std::size_t picks : {1U, 2U}) {
         mPopup->showPopup();
         QTest::keyClick(mPopup->view(), Qt::Key_Return);
         EXPECT_EQ(mPopup->GetValue(), 2);
-        EXPECT_EQ(mApplication.heard.size(), picks) << "picking the same item again counts";
+        EXPECT_EQ(mApplication.heard.size(), picks) << "the same item can be picked again";
     }
     QTest::keyClick(mPopup, Qt::Key_Up);
     EXPECT_EQ(mPopup->GetValue(), 1);
@@ -61,7 +61,7 @@ TEST_F(PopupButton, BroadcastsItsFirstItemOnceAndEveryPick) {
     QWheelEvent wheel(QPointF(5, 5), mPopup->mapToGlobal(QPointF(5, 5)), QPoint(), QPoint(0, -120),
                       Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
     QApplication::sendEvent(mPopup, &wheel);
-    EXPECT_EQ(mPopup->GetValue(), 1) << "scrolling is not picking";
+    EXPECT_EQ(mPopup->GetValue(), 1) << "scrolling is no pick";
 }
 
 TEST_F(PopupButton, KeepsItsItemWhileUnusable) {
@@ -77,7 +77,7 @@ TEST_F(PopupButton, KeepsItsItemWhileUnusable) {
     };
     mPopup->showPopup();
     inEventLoop([&] {
-        tryEverything();  // the list was open when the alert came
+        tryEverything();  // the list was open when the alert appeared
         pressKey(*QApplication::activeModalWidget(), Qt::Key_Return);
         tryEverything();
     });
@@ -93,7 +93,7 @@ TEST_F(PopupButton, ShowsTextsLiterallyAndElidesLongOnes) {
     const char* metacharacters = "A;B (C !D <E /F ^G -H &I &&J";
     append(metacharacters);
     EXPECT_EQ(mPopup->currentText(), metacharacters);
-    EXPECT_NE(qobject_cast<QStyledItemDelegate*>(mPopup->itemDelegate()), nullptr) << "a menu would eat '&'";
+    EXPECT_NE(qobject_cast<QStyledItemDelegate*>(mPopup->itemDelegate()), nullptr) << "a menu would hide '&'";
 
     const std::string longText(250, 'M');
     const int width = mPopup->width();
@@ -107,7 +107,7 @@ TEST_F(PopupButton, ShowsTextsLiterallyAndElidesLongOnes) {
     mPopup->hidePopup();
 }
 
-// Asks for a button to be pressed as a screen reader does.
+// Presses a button as a screen reader does.
 void pressByAssistiveTechnology(LPushButton& button) {
     QAccessible::queryAccessibleInterface(&button)->actionInterface()->doAction(
         QAccessibleActionInterface::pressAction());
@@ -130,7 +130,7 @@ TEST(PushButton, IsPressedAtOnceOrNotAtAll) {
 
     button.setFocus();
     inEventLoop([&] {
-        QApplication::setActiveWindow(&window);  // as when the keyboard has not reached the alert yet
+        QApplication::setActiveWindow(&window);  // as if the alert did not have the keyboard yet
         tryEverything();
         window.findChild<QAction*>("quitAction")->trigger();  // as assistive technology does
         button.Hide();                                        // in a window that is not the active one
@@ -138,11 +138,11 @@ TEST(PushButton, IsPressedAtOnceOrNotAtAll) {
         ASSERT_NE(alert, nullptr);
         pressKey(*alert, Qt::Key_Return);
         button.Show();
-        tryEverything();  // answered, the alert is gone, but nobody has the answer yet
+        tryEverything();  // the alert is answered, but has not returned yet
         button.Hide();
     });
     EXPECT_EQ(UModalAlerts::Alert(130), UModalAlerts::kItemOK);
-    EXPECT_EQ(application.timesAsked, 0) << "the menu waits for the alert as well";
+    EXPECT_EQ(application.timesAsked, 0) << "the menu is blocked by the alert too";
     EXPECT_EQ(window.focusWidget(), nullptr);
     button.setFocus();  // which assistive technology can do
     for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return}) {
@@ -167,8 +167,8 @@ TEST(PushButton, ReturnPressesTheFocusedOrTheDefaultButton) {
     EXPECT_EQ(application.heard, std::vector<MessageT>{FourCharCode("UPDT")}) << "the default button";
     application.pane<LPushButton>("CLOS").setFocus();
     pressKey(window, Qt::Key_Return);
-    EXPECT_EQ(application.heard.back(), FourCharCode("CLOS")) << "but not when another button has the focus";
-    // And it looks so.
+    EXPECT_EQ(application.heard.back(), FourCharCode("CLOS")) << "the focused button comes first";
+    // The default button looks different then.
     const QImage focused = application.pane<LPushButton>("UPDT").grab().toImage();
     application.pane<LPopupButton>("CRDS").setFocus();
     EXPECT_NE(application.pane<LPushButton>("UPDT").grab().toImage(), focused);

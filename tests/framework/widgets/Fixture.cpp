@@ -59,8 +59,8 @@ void inEventLoop(const std::function<void()>& function) {
 }
 
 void pressKey(QWidget& window, Qt::Key key, Qt::KeyboardModifiers modifiers) {
-    // Nobody lets a key go and presses it again within the millisecond that time stamps are rounded to; a key
-    // that is held does.
-    QTest::qWait(2);
-    QTest::keyClick(window.windowHandle(), key, modifiers);
+    // A key released and pressed again in the same millisecond, the resolution of time stamps, counts as
+    // held.
+    constexpr int delayMilliseconds = 2;
+    QTest::keyClick(window.windowHandle(), key, modifiers, delayMilliseconds);
 }

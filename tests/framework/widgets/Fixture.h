@@ -12,7 +12,7 @@
 #include "framework/widgets/LPane.h"
 #include "framework/widgets/LWindow.h"
 
-// An application whose reactions a test supplies and which remembers what it heard.
+// An application that reacts as the test says, and records the messages that it hears.
 class SampleApplication : public LApplication, public LListener {
   public:
     SampleApplication();
@@ -24,7 +24,7 @@ class SampleApplication : public LApplication, public LListener {
     // Builds window 128, as the updater does, and shows it.
     LWindow& openWindow();
 
-    // A pane of that window, as the class that the test expects it to be.
+    // A pane of that window, of the class that the test expects.
     template <typename Pane>
     Pane& pane(const char* name) {
         return dynamic_cast<Pane&>(*ThrowIfNil(window->FindPaneByID(CodeFromName(name))));
@@ -41,8 +41,8 @@ class SampleApplication : public LApplication, public LListener {
     std::function<void()> reaction = [] {};
 };
 
-// Has the event loop call something, at the earliest in its next pass.
+// Calls a function from the event loop, in its next pass at the earliest.
 void inEventLoop(const std::function<void()>& function);
 
-// Presses a key in whichever window has the keyboard.
+// Presses and releases a key in a window.
 void pressKey(QWidget& window, Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);

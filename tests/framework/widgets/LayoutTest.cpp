@@ -61,6 +61,22 @@ class PaintCounter : public QObject {
     int mTimes = 0;
 };
 
+// Multiplies the size of the program's font, as a desktop's setting can.
+class FontScale {
+  public:
+    explicit FontScale(double factor) {
+        QFont font = mBefore;
+        font.setPointSizeF(mBefore.pointSizeF() * factor);
+        QApplication::setFont(font);
+    }
+    ~FontScale() { QApplication::setFont(mBefore); }
+    FontScale(const FontScale&) = delete;
+    FontScale& operator=(const FontScale&) = delete;
+
+  private:
+    const QFont mBefore = QApplication::font();
+};
+
 bool isClipped(const QLabel& label) {
     return label.wordWrap()
                ? label.height() < label.heightForWidth(label.width())
@@ -79,13 +95,10 @@ TEST(Layout, FindsPanesByIDOnly) {
 }
 
 TEST(Layout, NothingMovesOrIsClippedBetweenStates) {
-    UQDGlobals::InitializeToolbox();  // before which there is no font to enlarge
-    const QFont before = QApplication::font();
+    UQDGlobals::InitializeToolbox();  // without which there is no font to scale
     for (const double factor : {1.0, 1.5}) {
+        const FontScale scale(factor);
         QApplication::setLayoutDirection(factor > 1 ? Qt::RightToLeft : Qt::LeftToRight);
-        QFont font = before;
-        font.setPointSizeF(before.pointSizeF() * factor);
-        QApplication::setFont(font);
         SampleApplication application;
         LWindow& window = application.openWindow();
         QApplication::processEvents();
@@ -117,17 +130,13 @@ TEST(Layout, NothingMovesOrIsClippedBetweenStates) {
             EXPECT_GE(button->width(), button->sizeHint().width()) << button->text().toStdString();
         }
     }
-    QApplication::setFont(before);
     QApplication::setLayoutDirection(Qt::LeftToRight);
 }
 
 TEST(Layout, FitsASmallScreen) {
-    UQDGlobals::InitializeToolbox();  // before which there is no font to enlarge
-    const QFont before = QApplication::font();
+    UQDGlobals::InitializeToolbox();  // without which there is no font to scale
     for (const double factor : {2.0, 4.0}) {
-        QFont font = before;
-        font.setPointSizeF(before.pointSizeF() * factor);
-        QApplication::setFont(font);
+        const FontScale scale(factor);
         SampleApplication application;
         LWindow& window = application.openWindow();
         std::vector<const QWidget*> shown = {&window};
@@ -155,7 +164,7 @@ TEST(Layout, FitsASmallScreen) {
         EXPECT_TRUE(scrolling == nullptr || factor > 3 || scrolling->horizontalScrollBar()->maximum() == 0);
         EXPECT_FALSE(application.pane<LPushButton>("UPDT").visibleRegion().isEmpty())
             << "buttons never scroll";
-        // Whatever does not fit can be scrolled to, and is when it gets the focus.
+        // What does not fit scrolls into view when it gets the focus.
         QApplication::setActiveWindow(&window);
         for (const char* name : {"SRNO", "CRDS"}) {
             auto* const pane = window.findChild<QWidget*>(name);
@@ -166,7 +175,6 @@ TEST(Layout, FitsASmallScreen) {
             EXPECT_FALSE(isClipped(*label)) << label->objectName().toStdString();
         }
     }
-    QApplication::setFont(before);
 }
 
 TEST(Layout, ButtonsFollowTheDesktopsOrder) {

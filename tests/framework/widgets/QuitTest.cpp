@@ -44,7 +44,7 @@ int16_t showStandardAlert() {
     return hit;
 }
 
-// Does something with the dialog that is up when the event loop gets to it.
+// Acts on the dialog that is open in the event loop's next pass.
 void whenDialogIsUp(const std::function<void(QWidget&)>& action) {
     inEventLoop([action] {
         QWidget* dialog = QApplication::activeModalWidget();
@@ -123,7 +123,7 @@ TEST(Alerts, AcceptedQuitCancelsOpenAndLaterDialogs) {
     EXPECT_EQ(showStandardAlert(), kAlertStdAlertCancelButton);
     ASSERT_TRUE(application.IsQuitting());
 
-    // Nobody answers these: shown, they would hang.
+    // If these were shown, the test would hang.
     Str255 text = {0};
     EXPECT_EQ(showStandardAlert(), kAlertStdAlertCancelButton);
     EXPECT_FALSE(UModalDialogs::AskForOneString(&application, 129, 1101, text));

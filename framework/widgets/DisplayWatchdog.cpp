@@ -69,16 +69,10 @@ void DisplayWatchdog::Watch(const std::stop_token& stop) {
         if (!isAsking) {
             mProbe->Ask();
             isAsking = true;
-        } else if (beats >= kBeatsBeforeQuestion + gPatience) {
-            BreakOff(section);
+        } else if (beats >= kBeatsBeforeQuestion + gPatience && gSection == section) {
+            gHasBrokenOff = true;
+            mProbe->BreakOff();
             return;
         }
-    }
-}
-
-void DisplayWatchdog::BreakOff(uint32_t section) {
-    if (gSection == section) {
-        gHasBrokenOff = true;
-        mProbe->BreakOff();
     }
 }

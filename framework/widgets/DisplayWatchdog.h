@@ -5,11 +5,11 @@
 // Qt waits for some of the display's replies without a limit, so a display that answered a moment ago can
 // hold up what must not wait. While an object of this class exists, a thread of its own looks at how long the
 // main thread is in Qt's hands. If that takes long it asks the display, on a connection of its own. A display
-// that only is slow answers, and is left alone. If there is no answer the thread breaks Qt's connection off.
-// To Qt the display has then ended, which stops the wait.
+// that is merely slow answers, and is left alone. If there is no answer the thread breaks Qt's connection
+// off. To Qt the display has then ended, which stops the wait.
 //
-// There is one such object at most, on the main thread. Where the display cannot be asked, or its connection
-// not be broken off, it does nothing.
+// There is one such object at most, on the main thread. It does nothing where the display cannot be asked,
+// nor on Wayland, where Qt does not tell which connection is its own.
 
 #include <cstdint>
 #include <memory>
@@ -51,7 +51,6 @@ class DisplayWatchdog {
 
   private:
     void Watch(const std::stop_token& stop);
-    void BreakOff(uint32_t section);
 
     std::unique_ptr<DisplayProbe> mProbe;
     std::jthread mThread;

@@ -25,14 +25,14 @@ constexpr unsigned longestSeconds = 20;  // for an installation, which otherwise
 const std::string notCopied = "Could not copy to tmp\n";
 const std::string notUnpacked = "Could not unpax\n";
 
-// Runs a shell command in place of /bin/rm, and nothing in place of other tools.
+// Runs a shell command in place of /bin/rm, and an empty one in place of other tools.
 class RemovingHost : public FakeHost {
   public:
     std::string removal = ":";
 
     bool runPrivilegedTool(const std::string& tool, const std::vector<std::string>& arguments) override {
-        if (tool == "/bin/rm" && ::fork() == 0) {
-            ::execl("/bin/sh", "sh", "-c", removal.c_str(), nullptr);
+        if (::fork() == 0) {
+            ::execl("/bin/sh", "sh", "-c", tool == "/bin/rm" ? removal.c_str() : ":", nullptr);
         }
         return FakeHost::runPrivilegedTool(tool, arguments);
     }
@@ -80,6 +80,9 @@ class ExtractedDriver : public testing::Test {
             ::dup2(output, STDERR_FILENO);
             ::alarm(longestSeconds);
             ::umask(0);
+            if (::fork() == 0) {
+                ::pause();  // a child that runs until the terminal closes
+            }
             leaveEndedChild();
             AuthorizationRef ref = nullptr;
             ::_exit(::setreuid(user, user) == 0 ? ExtractAndLoadKext(&ref) : EXIT_FAILURE + 1);

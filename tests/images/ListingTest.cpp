@@ -14,7 +14,7 @@ using Image = std::vector<uint8_t>;
 using images::assemble;
 using images::listingOf;
 
-TEST(Listing, OfAnyBytesAssemblesBackToThem) {
+TEST(Listing, AnyBytesSurviveARoundTrip) {
     std::mt19937 random;
     for (int round = 0; round < 20'000; ++round) {
         Image image(random() % 40);

@@ -61,6 +61,6 @@ void inEventLoop(const std::function<void()>& function) {
 void pressKey(QWidget& window, Qt::Key key, Qt::KeyboardModifiers modifiers) {
     // A key released and pressed again in the same millisecond, the resolution of time stamps, counts as
     // held.
-    constexpr int delayMilliseconds = 2;
-    QTest::keyClick(window.windowHandle(), key, modifiers, delayMilliseconds);
+    QTest::qWait(2);
+    QTest::keyClick(window.windowHandle(), key, modifiers);
 }

@@ -35,7 +35,7 @@ std::optional<OpenFile> openEarlier(const std::filesystem::path& path, const Fil
 OpenFile begin(const std::filesystem::path& path, const FileKind& kind) {
     if (auto earlier = openEarlier(path, kind, O_RDWR)) {
         if (::ftruncate(earlier->descriptor(), 0) != 0) {
-            throw FileError(path, "could not be begun anew", errno);
+            throw FileError(path, "could not be emptied", errno);
         }
         return std::move(*earlier);
     }

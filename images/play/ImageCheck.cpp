@@ -17,7 +17,7 @@ std::optional<std::string> faultOfEnd(const CommandReader& reader) {
             if (rest.empty()) {
                 return std::nullopt;
             }
-            return "XCOMPLETE ends the image here, with " + bytesText(rest.size()) + " to come.";
+            return "The image continues for " + bytesText(rest.size()) + " after XCOMPLETE.";
         case ImageEnd::missing:
             return "The image ends without XCOMPLETE.";
         case ImageEnd::cutOff:
@@ -36,7 +36,7 @@ simulator::PromCells usedProm() {
 // What is wrong with the state in which an image has left the PROM.
 std::optional<std::string> faultOfResult(const ImagePlay& play) {
     if (play.isBusy()) {
-        return "The image ends before the PROM has had its time for the last operation.";
+        return "The image ends before the PROM has finished the last operation.";
     }
     if (play.isInProgrammingMode()) {
         return "The image ends while the PROM is still in programming mode.";
@@ -75,7 +75,7 @@ ImageReport checkImage(std::span<const uint8_t> image) {
     }
     note(faultOfEnd(reader));
     if (!play.hasWritten()) {
-        note("The image ends and has written nothing.");
+        note("The image ends without erasing or programming a page.");
     }
     if (!report.fault) {
         report.configuration = simulator::decodeConfiguration(play.content().pages());

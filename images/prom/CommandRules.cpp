@@ -39,7 +39,7 @@ std::string stateText(uint8_t code) {
 std::optional<std::string> loadedFault(const Command& command, const char* what, const char* loader,
                                        std::optional<std::size_t> loadedBytes) {
     if (!loadedBytes) {
-        return name(command) + " uses " + what + ", but no " + loader + " has loaded any.";
+        return name(command) + " uses " + what + ", but no " + loader + " comes before it.";
     }
     if (*loadedBytes != command.first.size()) {
         return name(command) + " has data of " + bytesText(command.first.size()) + ", but " + what + " of " +
@@ -115,7 +115,7 @@ CommandRules::Fault CommandRules::instructionFault(const Command& command) const
 CommandRules::Fault CommandRules::stateFault(const Command& command) const {
     const auto code = static_cast<uint8_t>(command.number);
     if (!tapStateName(code)) {
-        return "XSTATE " + byteText(code) + " is none of the player's six states.";
+        return "XSTATE " + byteText(code) + " is not one of the player's six states.";
     }
     if (!tapClocks(counter_.tapState(), code)) {
         return "XSTATE cannot lead from " + stateText(counter_.tapState()) + " to " + stateText(code) + ".";

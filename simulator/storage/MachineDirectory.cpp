@@ -233,7 +233,7 @@ void MachineDirectory::save() {
     std::string replaced;
     for (const auto& file : promFiles_) {
         file->behind = false;
-        replaced += file->replaced ? *file->replaced + " It was written anew. " : "";
+        replaced += file->replaced ? *file->replaced + " It was rewritten. " : "";
         file->replaced.reset();
     }
     if (!replaced.empty()) {

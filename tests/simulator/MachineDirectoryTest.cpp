@@ -178,7 +178,7 @@ TEST_F(MachineDirectoryTest, RunKeepsToItsOwnFolderAndFiles) {
     const std::string told = complaintOf([&] { run->save(); });
     for (const std::string text :
          {"card-1.prom: is not an ordinary file.", "card-2.prom: is not an ordinary file.",
-          "card-3.prom: is 10 bytes long instead of 262149. It was written anew."}) {
+          "card-3.prom: is 10 bytes long instead of 262149. It was rewritten."}) {
         EXPECT_NE(told.find(text), std::string::npos) << told;
     }
     EXPECT_TRUE(filesIn(folder_) == untouched);

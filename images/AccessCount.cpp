@@ -5,12 +5,6 @@
 
 namespace images {
 
-Accesses& Accesses::operator+=(const Accesses& other) {
-    stores += other.stores;
-    loads += other.loads;
-    return *this;
-}
-
 AccessCounter::AccessCounter() {
     constexpr uint64_t kIdleWords = 2;
     total_.stores = kIdleWords;
@@ -50,12 +44,8 @@ void AccessCounter::scanCompared() {
     wait(waitMicroseconds_);
 }
 
-void AccessCounter::take(const Command& command) {
+void AccessCounter::scanData(const Command& command) {
     switch (command.opcode()) {
-        case XsvfOpcode::XSIR:
-            scan(kTapShiftIR, command.number, instructionEnd_, 0);
-            wait(waitMicroseconds_);
-            break;
         case XsvfOpcode::XSDR:
         case XsvfOpcode::XSDRTDO:
             scanCompared();
@@ -79,6 +69,17 @@ void AccessCounter::take(const Command& command) {
         case XsvfOpcode::XSDRTDOE:
             scan(kTapShiftDR, dataBits_, dataEnd_, dataBits_);
             break;
+        default:
+            break;
+    }
+}
+
+void AccessCounter::take(const Command& command) {
+    switch (command.opcode()) {
+        case XsvfOpcode::XSIR:
+            scan(kTapShiftIR, command.number, instructionEnd_, 0);
+            wait(waitMicroseconds_);
+            break;
         case XsvfOpcode::XSTATE:
             go(static_cast<uint8_t>(command.number));
             break;
@@ -94,11 +95,8 @@ void AccessCounter::take(const Command& command) {
         case XsvfOpcode::XSDRSIZE:
             dataBits_ = command.number;
             break;
-        case XsvfOpcode::XCOMPLETE:
-        case XsvfOpcode::XTDOMASK:
-        case XsvfOpcode::XREPEAT:
-        case XsvfOpcode::XSETSDRMASKS:
-            break;
+        default:
+            scanData(command);
     }
 }
 

@@ -25,7 +25,6 @@ struct Accesses {
     [[nodiscard]] double seconds() const {
         return static_cast<double>(count()) / (1e6 * double{kAccessesPerMicrosecond});
     }
-    Accesses& operator+=(const Accesses& other);
     bool operator==(const Accesses&) const = default;
 };
 
@@ -49,6 +48,8 @@ class AccessCounter {
     // Goes to a Shift state, shifts the bits and goes to the end state; `samples` of the bits are read back.
     void scan(uint8_t shiftState, uint32_t bits, uint8_t endState, uint32_t samples);
     void scanCompared();
+    // The commands that shift the data register. Other commands make no accesses.
+    void scanData(const Command& command);
 
     Accesses total_;
     uint8_t tapState_ = kTapTestLogicReset;

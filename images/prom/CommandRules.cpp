@@ -48,6 +48,35 @@ std::optional<std::string> loadedFault(const Command& command, const char* what,
     return std::nullopt;
 }
 
+std::optional<std::string> sizeFault(const Command& command) {
+    if (command.number > kMostDataBits) {
+        return "XSDRSIZE asks for " + std::to_string(command.number) + " bits; the player takes up to " +
+               std::to_string(kMostDataBits) + ".";
+    }
+    return std::nullopt;
+}
+
+std::optional<std::string> waitFault(const Command& command) {
+    if (command.number > std::numeric_limits<int32_t>::max()) {
+        return "XRUNTEST " + std::to_string(command.number) +
+               " is read as a negative wait, so the player would not wait at all.";
+    }
+    if (command.number > kLongestWaitMicroseconds) {
+        return "XRUNTEST waits " + std::to_string(command.number) +
+               " microseconds; nothing on a card takes more than " +
+               std::to_string(kLongestWaitMicroseconds) + ".";
+    }
+    return std::nullopt;
+}
+
+std::optional<std::string> endStateFault(const Command& command) {
+    if (command.number > kXsvfEndPause) {
+        return name(command) + " " + std::to_string(command.number) +
+               " is not an end state; only 0 and 1 are.";
+    }
+    return std::nullopt;
+}
+
 }  // namespace
 
 std::optional<std::string> CommandRules::faultOf(const Command& command) {
@@ -64,33 +93,16 @@ std::optional<std::string> CommandRules::faultOf(const Command& command) {
 CommandRules::Fault CommandRules::ownFault(const Command& command) const {
     switch (command.opcode()) {
         case XsvfOpcode::XSDRSIZE:
-            if (command.number > kMostDataBits) {
-                return "XSDRSIZE asks for " + std::to_string(command.number) +
-                       " bits; the player takes up to " + std::to_string(kMostDataBits) + ".";
-            }
-            return std::nullopt;
+            return sizeFault(command);
         case XsvfOpcode::XRUNTEST:
-            if (command.number > std::numeric_limits<int32_t>::max()) {
-                return "XRUNTEST " + std::to_string(command.number) +
-                       " is read as a negative wait, so the player would not wait at all.";
-            }
-            if (command.number > kLongestWaitMicroseconds) {
-                return "XRUNTEST waits " + std::to_string(command.number) +
-                       " microseconds; nothing on a card takes more than " +
-                       std::to_string(kLongestWaitMicroseconds) + ".";
-            }
-            return std::nullopt;
+            return waitFault(command);
         case XsvfOpcode::XSIR:
             return instructionFault(command);
         case XsvfOpcode::XSTATE:
             return stateFault(command);
         case XsvfOpcode::XENDIR:
         case XsvfOpcode::XENDDR:
-            if (command.number > kXsvfEndPause) {
-                return name(command) + " " + std::to_string(command.number) +
-                       " is not an end state; only 0 and 1 are.";
-            }
-            return std::nullopt;
+            return endStateFault(command);
         case XsvfOpcode::XSDR:
         case XsvfOpcode::XSDRTDO:
             return comparisonFault(command);

@@ -44,9 +44,9 @@ class Commit {
 void recover(const Folder& folder, const std::string& first);
 
 // An ordinary file as the last complete commit left it, even while another is under way.
-[[nodiscard]] OpenFile committedFile(const Folder& folder, const std::string& name);
+OpenFile committedFile(const Folder& folder, const std::string& name);
 
 // Whether a name is that of one of the inner folders.
-[[nodiscard]] bool belongsToCommits(const std::string& name);
+bool belongsToCommits(const std::string& name);
 
 }  // namespace files

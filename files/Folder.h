@@ -26,26 +26,24 @@ class Folder {
     explicit Folder(OpenFile opened) : opened_(std::move(opened)) {}
 
     // A folder in this one, or nothing if there is none of that name.
-    [[nodiscard]] std::optional<Folder> inner(const std::string& name) const;
+    std::optional<Folder> inner(const std::string& name) const;
 
     // The names of the folder and of one of its files in messages.
-    [[nodiscard]] const std::filesystem::path& path() const { return opened_.name(); }
-    [[nodiscard]] std::filesystem::path pathOf(const std::string& name) const {
-        return opened_.name() / name;
-    }
+    const std::filesystem::path& path() const { return opened_.name(); }
+    std::filesystem::path pathOf(const std::string& name) const { return opened_.name() / name; }
     // Whether a path leads to this folder now.
-    [[nodiscard]] bool isAt(const std::filesystem::path& path) const;
+    bool isAt(const std::filesystem::path& path) const;
 
     // Whether a path leads to one of its files now.
-    [[nodiscard]] bool isFileAt(const std::string& name, const std::filesystem::path& path) const;
+    bool isFileAt(const std::string& name, const std::filesystem::path& path) const;
 
     // The names of everything in the folder.
-    [[nodiscard]] std::vector<std::string> names() const;
+    std::vector<std::string> names() const;
     // What a name stands for, without following links; nothing if there is none of that name.
-    [[nodiscard]] std::optional<struct stat> status(const std::string& name) const;
+    std::optional<struct stat> status(const std::string& name) const;
 
     // An existing ordinary file.
-    [[nodiscard]] OpenFile file(const std::string& name, Purpose purpose) const;
+    OpenFile file(const std::string& name, Purpose purpose) const;
     // Creates a file; its content is on the disk when this returns. If `like` is a file, the new one takes
     // over its mode and, where the system permits, its owner. Messages call the new file `knownAs`.
     void create(const std::string& name, std::span<const uint8_t> content,

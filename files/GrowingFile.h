@@ -28,7 +28,7 @@ class GrowingFile {
     // If a piece cannot be written, the file ends with the piece before it, and later pieces are dropped.
     void append(std::string_view piece);
     // Why a piece could not be written, in FileError's words; empty if all were.
-    [[nodiscard]] const std::string& failure() const { return failure_; }
+    const std::string& failure() const { return failure_; }
 
   private:
     OpenFile file_;

@@ -23,18 +23,18 @@ class OpenFile {
     OpenFile(int folder, const std::filesystem::path& name, int flags, std::filesystem::path knownAs,
              const char* failure = "could not be opened");
     // The same, but refuses everything except an ordinary file, without following links or waiting for pipes.
-    [[nodiscard]] static OpenFile ordinary(int folder, const std::filesystem::path& name, int flags,
-                                           const std::filesystem::path& knownAs);
+    static OpenFile ordinary(int folder, const std::filesystem::path& name, int flags,
+                             const std::filesystem::path& knownAs);
     OpenFile(OpenFile&& other) noexcept;
     OpenFile& operator=(OpenFile&&) = delete;
     ~OpenFile();
 
-    [[nodiscard]] int descriptor() const { return descriptor_; }
-    [[nodiscard]] const std::filesystem::path& name() const { return name_; }
-    [[nodiscard]] struct stat status() const;
+    int descriptor() const { return descriptor_; }
+    const std::filesystem::path& name() const { return name_; }
+    struct stat status() const;
 
     // The whole content. A file of more than kMostFileBytes is a failure.
-    [[nodiscard]] std::vector<uint8_t> read() const;
+    std::vector<uint8_t> read() const;
     // After a failure, some of the bytes may have been written.
     void write(std::size_t offset, std::span<const uint8_t> bytes) const;
     // Returns when the content is on the disk.

@@ -10,10 +10,10 @@ namespace files {
 
 // The path with all links at its end followed, whether or not the file exists. Throws FileError if the links
 // lead in a circle.
-[[nodiscard]] std::filesystem::path behindLinks(std::filesystem::path path);
+std::filesystem::path behindLinks(std::filesystem::path path);
 
 // Whether two names lead to the same file, or are the same name.
-[[nodiscard]] bool isSameFile(const std::filesystem::path& one, const std::filesystem::path& other);
+bool isSameFile(const std::filesystem::path& one, const std::filesystem::path& other);
 
 // Creates a file, or replaces an ordinary file and takes over its mode and owner. Throws FileError, and
 // leaves everything as it was, if that is not possible or would replace the file named `madeFrom`.

@@ -9,6 +9,6 @@ namespace files {
 
 // The text with each control character replaced by its number, such as \x1B. It is one line. Other bytes stay
 // as they are.
-[[nodiscard]] std::string printable(std::string_view text);
+std::string printable(std::string_view text);
 
 }  // namespace files

@@ -9,6 +9,6 @@
 namespace files {
 
 // The content of a file or pipe. Throws FileError if it cannot be read or has more than kMostFileBytes.
-[[nodiscard]] std::vector<uint8_t> readFile(const std::filesystem::path& path);
+std::vector<uint8_t> readFile(const std::filesystem::path& path);
 
 }  // namespace files

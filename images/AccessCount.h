@@ -21,10 +21,8 @@ struct Accesses {
     uint64_t stores = 0;
     uint64_t loads = 0;
 
-    [[nodiscard]] uint64_t count() const { return stores + loads; }
-    [[nodiscard]] double seconds() const {
-        return static_cast<double>(count()) / (1e6 * double{kAccessesPerMicrosecond});
-    }
+    uint64_t count() const { return stores + loads; }
+    double seconds() const { return static_cast<double>(count()) / (1e6 * double{kAccessesPerMicrosecond}); }
     bool operator==(const Accesses&) const = default;
 };
 
@@ -36,10 +34,10 @@ class AccessCounter {
 
     void take(const Command& command);
 
-    [[nodiscard]] const Accesses& total() const { return total_; }
-    [[nodiscard]] uint8_t tapState() const { return tapState_; }
-    [[nodiscard]] uint32_t dataBits() const { return dataBits_; }
-    [[nodiscard]] uint32_t waitMicroseconds() const { return waitMicroseconds_; }
+    const Accesses& total() const { return total_; }
+    uint8_t tapState() const { return tapState_; }
+    uint32_t dataBits() const { return dataBits_; }
+    uint32_t waitMicroseconds() const { return waitMicroseconds_; }
 
   private:
     void clock(uint64_t cycles);
@@ -60,6 +58,6 @@ class AccessCounter {
 };
 
 // The accesses of a whole image, or nothing if it does not reach XCOMPLETE.
-[[nodiscard]] std::optional<Accesses> accessesOf(std::span<const uint8_t> image);
+std::optional<Accesses> accessesOf(std::span<const uint8_t> image);
 
 }  // namespace images

@@ -15,15 +15,15 @@ constexpr char kHexadecimalDigits[] = "0123456789ABCDEF";
 void appendHexadecimal(std::string& text, std::span<const uint8_t> bytes);
 
 // 0x2F
-[[nodiscard]] std::string byteText(uint8_t byte);
+std::string byteText(uint8_t byte);
 
 // 0x00002F, with at least this many digits.
-[[nodiscard]] std::string hexadecimalText(uint32_t number, int digits);
+std::string hexadecimalText(uint32_t number, int digits);
 
 // 1 byte, 2 bytes
-[[nodiscard]] std::string bytesText(std::size_t bytes);
+std::string bytesText(std::size_t bytes);
 
 // An image's offset, at least six digits without a prefix, as listings and faults give it.
-[[nodiscard]] std::string offsetText(std::size_t offset);
+std::string offsetText(std::size_t offset);
 
 }  // namespace images

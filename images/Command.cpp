@@ -27,8 +27,8 @@ class Front {
         return result;
     }
 
-    [[nodiscard]] bool isShort() const { return isShort_; }
-    [[nodiscard]] std::size_t taken() const { return taken_; }
+    bool isShort() const { return isShort_; }
+    std::size_t taken() const { return taken_; }
 
   private:
     std::span<const uint8_t> bytes_;

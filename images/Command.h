@@ -20,12 +20,12 @@ struct Command {
     // The second data register value; or all step values, of which `number` is the count.
     std::span<const uint8_t> second;
 
-    [[nodiscard]] XsvfOpcode opcode() const { return form->opcode; }
+    XsvfOpcode opcode() const { return form->opcode; }
 };
 
 // The number of bytes that a value of this many bits has in an image. The player keeps it in 16 bits, so a
 // very large number of bits gives a small one.
-[[nodiscard]] std::size_t valueBytes(uint32_t bits);
+std::size_t valueBytes(uint32_t bits);
 
 // The lengths in bytes of the data register values and step values of the following commands.
 struct ValueSizes {

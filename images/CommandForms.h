@@ -28,7 +28,7 @@ struct CommandForm {
 };
 
 // The form of an opcode or a name, or null if the player does not have such a command.
-[[nodiscard]] const CommandForm* formOf(uint8_t opcode);
-[[nodiscard]] const CommandForm* formNamed(std::string_view name);
+const CommandForm* formOf(uint8_t opcode);
+const CommandForm* formNamed(std::string_view name);
 
 }  // namespace images

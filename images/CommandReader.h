@@ -28,10 +28,10 @@ class CommandReader {
     [[nodiscard]] std::optional<Command> next();
 
     // Where the next command begins, or what follows the last.
-    [[nodiscard]] std::size_t offset() const { return offset_; }
-    [[nodiscard]] std::span<const uint8_t> rest() const { return image_.subspan(offset_); }
+    std::size_t offset() const { return offset_; }
+    std::span<const uint8_t> rest() const { return image_.subspan(offset_); }
     // Why next() returned nothing.
-    [[nodiscard]] ImageEnd end() const;
+    ImageEnd end() const;
 
   private:
     std::span<const uint8_t> image_;

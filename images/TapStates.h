@@ -9,11 +9,11 @@
 namespace images {
 
 // IEEE 1149.1's name for a state code, and back; nothing for a code or a name that the player does not have.
-[[nodiscard]] std::optional<std::string_view> tapStateName(uint8_t code);
-[[nodiscard]] std::optional<uint8_t> tapStateCode(std::string_view name);
+std::optional<std::string_view> tapStateName(uint8_t code);
+std::optional<uint8_t> tapStateCode(std::string_view name);
 
 // The number of TCK cycles that the player takes from one state to another. Nothing for codes without a name,
 // and where the player refuses: into a Pause state from any state but its own Shift state.
-[[nodiscard]] std::optional<uint32_t> tapClocks(uint8_t from, uint8_t to);
+std::optional<uint32_t> tapClocks(uint8_t from, uint8_t to);
 
 }  // namespace images

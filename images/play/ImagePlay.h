@@ -24,17 +24,17 @@ class ImagePlay {
 
     // Plays the next command. Returns a sentence if the player cannot go on.
     [[nodiscard]] std::optional<std::string> playCommand();
-    [[nodiscard]] bool isComplete() const;
+    bool isComplete() const;
 
     // The first misuse of the PROM, such as a wait that is too short, in a sentence.
     [[nodiscard]] std::optional<std::string> misuse() const;
     // True while the PROM needs more time for an operation, and while it can be programmed.
-    [[nodiscard]] bool isBusy() const;
-    [[nodiscard]] bool isInProgrammingMode() const;
+    bool isBusy() const;
+    bool isInProgrammingMode() const;
     // True once a page has been erased or programmed.
-    [[nodiscard]] bool hasWritten() const;
+    bool hasWritten() const;
     // What the PROM holds now.
-    [[nodiscard]] const simulator::PromCells& content() const;
+    const simulator::PromCells& content() const;
 
   private:
     struct Run;

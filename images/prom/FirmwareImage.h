@@ -14,6 +14,6 @@ namespace images {
 // the content has, and reads each of them back. A player stops at the first thing that is not as it should
 // be; the PROM is then as far as it got. Firmware has all kPromPages pages, laid out as
 // simulator/jtag/FpgaConfiguration.h says; the content is a whole number of them in any case.
-[[nodiscard]] std::vector<uint8_t> makeFirmwareImage(std::span<const uint8_t> content);
+std::vector<uint8_t> makeFirmwareImage(std::span<const uint8_t> content);
 
 }  // namespace images

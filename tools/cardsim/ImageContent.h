@@ -11,6 +11,6 @@ namespace cardsim {
 // Plays an image (a file, or - for standard input) on a chain with an erased PROM, and returns what is in the
 // PROM afterwards. Throws std::runtime_error, naming the file, when it cannot be read, fails, or ends before
 // it is complete.
-[[nodiscard]] simulator::PromCells contentOfImage(const std::string& file);
+simulator::PromCells contentOfImage(const std::string& file);
 
 }  // namespace cardsim

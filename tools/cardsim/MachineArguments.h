@@ -14,8 +14,8 @@ namespace cardsim {
 // Failures are files::UserError.
 
 // The machine in a folder as it was left: to change, or to look at, even while another program has it open.
-[[nodiscard]] std::unique_ptr<simulator::MachineDirectory> openMachine(const std::string& folder);
-[[nodiscard]] std::unique_ptr<const simulator::MachineDirectory> viewMachine(const std::string& folder);
+std::unique_ptr<simulator::MachineDirectory> openMachine(const std::string& folder);
+std::unique_ptr<const simulator::MachineDirectory> viewMachine(const std::string& folder);
 
 // Throws if the file is one of the machine's own.
 void requireForeign(const simulator::MachineDirectory& directory, const std::string& file);

@@ -16,7 +16,7 @@ void showMachine(const simulator::Machine& machine, std::ostream& out);
 
 // The same as an object, and whether another program has the machine open. Values that the machine does not
 // have, or that a card does not tell, are null.
-[[nodiscard]] nlohmann::ordered_json machineJson(const simulator::Machine& machine, bool isInUse);
+nlohmann::ordered_json machineJson(const simulator::Machine& machine, bool isInUse);
 
 // A machine's drivers in one line, such as "resident" or "none; administrator refused".
 std::string describe(const simulator::Drivers& drivers);

@@ -27,7 +27,7 @@ void refuseStandardInputTwice(const std::vector<std::string>& names);
 std::string inputName(const std::string& name);
 
 // A whole file, or all of standard input.
-[[nodiscard]] std::vector<uint8_t> readInput(const std::string& name);
+std::vector<uint8_t> readInput(const std::string& name);
 
 // Throws if writing to the file would harm a simulated machine: in a machine's folder, its machine.json, an
 // existing .prom file, and the folders of a save under way.

@@ -4,9 +4,9 @@
 #include <algorithm>
 #include <string_view>
 
+#include "files/UserError.h"
 #include "fuzz/Require.h"
 #include "platform/CardDriver.h"
-#include "simulator/base/MachineError.h"
 #include "simulator/host/SimulatedHost.h"
 #include "simulator/storage/StoredMachine.h"
 
@@ -59,7 +59,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     StoredMachine stored;
     try {
         stored = decodeMachine(input.substr(0, end));
-    } catch (const MachineError& error) {
+    } catch (const files::UserError& error) {
         require(std::string_view(error.what()).ends_with('.'), "an error message is a sentence");
         return 0;
     }

@@ -3,8 +3,8 @@
 #include <array>
 #include <string_view>
 
+#include "files/UserError.h"
 #include "simulator/base/Clock.h"
-#include "simulator/base/MachineError.h"
 
 namespace simulator {
 namespace {
@@ -113,7 +113,7 @@ Waveform::Waveform(const RecordingRequest& request, uint64_t accesses, const Jta
       levels_(levels) {
     file_.append(header(accesses));
     if (!advance(accesses)) {
-        throw MachineError(file_.failure());
+        throw files::UserError(file_.failure());
     }
 }
 
@@ -134,7 +134,7 @@ void Waveform::end(uint64_t accesses) {
         put(accesses, {});
     }
     if (!file_.failure().empty()) {
-        throw MachineError(file_.failure());
+        throw files::UserError(file_.failure());
     }
 }
 

@@ -53,13 +53,13 @@ void requireRecordable(const std::string& file);
 class Waveform {
   public:
     // Begins a run at the machine's access count `accesses`, with the card's signals at that moment. Throws
-    // FileError if the file cannot be created, or MachineError if its header cannot be written.
+    // files::UserError if the file cannot be created or its header cannot be written.
     Waveform(const RecordingRequest& request, uint64_t accesses, const JtagLevels& levels);
 
     // Call when signals may have changed. Access counts never decrease.
     void sample(uint64_t accesses, const JtagLevels& levels);
 
-    // Ends the run. Throws MachineError if not everything could be written; what came before is in the file.
+    // Ends the run. Throws files::UserError if something could not be written; the file has what came before.
     void end(uint64_t accesses);
 
   private:

@@ -104,7 +104,7 @@ class Card {
     const std::optional<RecordingRequest>& recordingRequest() const { return recordingRequest_; }
     void requestRecording(std::optional<RecordingRequest> request) { recordingRequest_ = std::move(request); }
     void beginRecording();
-    // Throws MachineError if not everything could be written.
+    // Throws files::UserError if not everything could be written.
     void endRecording();
 
     // The number last written to the JTAG output, whatever the card's byte order.

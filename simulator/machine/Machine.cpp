@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "files/OutputFile.h"
-#include "simulator/base/MachineError.h"
+#include "files/UserError.h"
 
 namespace simulator {
 namespace {
@@ -75,7 +75,7 @@ void Machine::beginRecordings() {
                 return files::isSameFile(file, request->file);
             };
             if (std::ranges::any_of(taken, isSame)) {
-                throw MachineError(request->file + ": two cards are to be recorded there.");
+                throw files::UserError(request->file + ": two cards are to be recorded there.");
             }
             taken.push_back(request->file);
         }

@@ -3,18 +3,18 @@
 #include <charconv>
 #include <utility>
 
-#include "simulator/base/MachineError.h"
+#include "files/UserError.h"
 
 namespace simulator {
 
 JsonObject::JsonObject(const Json& json, std::string path) : json_(json), path_(std::move(path)) {
     if (!json_.is_object()) {
-        throw MachineError((path_.empty() ? "the file" : path_) + " is not an object.");
+        throw files::UserError((path_.empty() ? "the file" : path_) + " is not an object.");
     }
 }
 
 void JsonObject::complain(const std::string& key, const std::string& what) const {
-    throw MachineError(pathOf(key) + " " + what);
+    throw files::UserError(pathOf(key) + " " + what);
 }
 
 const JsonObject::Json& JsonObject::at(const std::string& key) {

@@ -1,7 +1,7 @@
 #pragma once
 
 // One JSON object while it is being read. Every function that finds something other than what it expects
-// throws MachineError, in a sentence that begins with the field's path, such as cards[2].prom.address.
+// throws files::UserError, in a sentence that begins with the field's path, such as cards[2].prom.address.
 
 #include <algorithm>
 #include <array>

@@ -12,7 +12,7 @@
 #include "files/Commit.h"
 #include "files/FileError.h"
 #include "files/OutputFile.h"
-#include "simulator/base/MachineError.h"
+#include "files/UserError.h"
 #include "simulator/storage/StoredMachine.h"
 
 namespace simulator {
@@ -49,8 +49,8 @@ StoredMachine readMachine(const Folder& folder) {
     const std::vector<uint8_t> text = file.read();
     try {
         return decodeMachine({reinterpret_cast<const char*>(text.data()), text.size()});
-    } catch (const MachineError& error) {
-        throw MachineError(file.name().string() + ": " + error.what());
+    } catch (const files::UserError& error) {
+        throw files::UserError(file.name().string() + ": " + error.what());
     }
 }
 
@@ -238,7 +238,7 @@ void MachineDirectory::save() {
     }
     if (!replaced.empty()) {
         replaced.pop_back();
-        throw MachineError(replaced);
+        throw files::UserError(replaced);
     }
 }
 

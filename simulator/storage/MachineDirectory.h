@@ -8,7 +8,7 @@
 // a time may change a machine; others may view it meanwhile. The folder is opened once: the machine stays
 // with it even if its name leads elsewhere later.
 //
-// Failures throw MachineError or files::FileError.
+// Failures are files::UserError.
 
 #include <cstddef>
 #include <filesystem>

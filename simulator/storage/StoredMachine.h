@@ -64,7 +64,7 @@ void restoreMachine(Machine& machine, const StoredMachine& stored,
 
 std::string encodeMachine(const StoredMachine& machine);
 
-// Throws MachineError if the text is not a machine; its sentence follows the file's name and a colon.
+// Throws files::UserError if the text is not a machine; its sentence follows the file's name and a colon.
 StoredMachine decodeMachine(std::string_view text);
 
 }  // namespace simulator

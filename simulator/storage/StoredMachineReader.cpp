@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "catalogue/CardModels.h"
-#include "simulator/base/MachineError.h"
+#include "files/UserError.h"
 #include "simulator/storage/JsonObject.h"
 #include "simulator/storage/StoredMachine.h"
 
@@ -199,7 +199,8 @@ class KeyCheck {
             keys_.pop_back();
         } else if (event == Json::parse_event_t::key &&
                    !keys_.back().insert(parsed.get<std::string>()).second) {
-            throw MachineError("the key \"" + parsed.get<std::string>() + "\" is there twice in one object.");
+            throw files::UserError("the key \"" + parsed.get<std::string>() +
+                                   "\" is there twice in one object.");
         }
         return true;
     }
@@ -213,9 +214,9 @@ Json parse(std::string_view text) {
         KeyCheck check;
         return Json::parse(text, std::ref(check));
     } catch (const Json::parse_error& error) {
-        throw MachineError("not JSON at byte " + std::to_string(error.byte) + ".");
+        throw files::UserError("not JSON at byte " + std::to_string(error.byte) + ".");
     } catch (const Json::out_of_range&) {
-        throw MachineError("a number in it is too large.");
+        throw files::UserError("a number in it is too large.");
     }
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <optional>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -73,6 +74,12 @@ OpenFile committedFile(const Folder& folder, const std::string& name) {
         }
     }
     return folder.file(name, Folder::Purpose::reading);
+}
+
+bool isCommitted(const std::filesystem::path& folder, const std::string& name) {
+    std::error_code ignored;
+    return std::filesystem::exists(folder / name, ignored) ||
+           std::filesystem::exists(folder / kComplete / name, ignored);
 }
 
 Commit::Commit(const Folder& folder, std::string first)

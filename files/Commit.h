@@ -11,6 +11,7 @@
 // folder's lock for writing. Failures are FileError.
 
 #include <cstdint>
+#include <filesystem>
 #include <span>
 #include <string>
 
@@ -45,6 +46,10 @@ void recover(const Folder& folder, const std::string& first);
 
 // An ordinary file as the last complete commit left it, even while another is under way.
 OpenFile committedFile(const Folder& folder, const std::string& name);
+
+// Whether a folder has a file of this name, even if a commit that took effect has not yet moved it into
+// place.
+bool isCommitted(const std::filesystem::path& folder, const std::string& name);
 
 // Whether a name is that of one of the inner folders.
 bool belongsToCommits(const std::string& name);

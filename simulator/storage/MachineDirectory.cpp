@@ -13,6 +13,7 @@
 #include "files/FileError.h"
 #include "files/OutputFile.h"
 #include "files/UserError.h"
+#include "simulator/storage/MachineFiles.h"
 #include "simulator/storage/StoredMachine.h"
 
 namespace simulator {
@@ -21,8 +22,6 @@ namespace {
 namespace fs = std::filesystem;
 using files::FileError;
 using files::Folder;
-
-constexpr const char* kMachineFile = "machine.json";
 
 // A try fails only if a save happens during it, and a run has a handful of saves.
 constexpr int kMostViews = 100;
@@ -156,7 +155,7 @@ bool MachineDirectory::owns(const fs::path& path) const {
 
 std::string MachineDirectory::unusedPromName() const {
     for (std::size_t number = promFiles_.size() + 1;; ++number) {
-        std::string name = "card-" + std::to_string(number) + ".prom";
+        std::string name = "card-" + std::to_string(number) + kPromExtension;
         const auto isTaken = [&](const auto& file) { return file->name == name; };
         // A file of this name that is not the machine's belongs to someone else.
         if (std::ranges::none_of(promFiles_, isTaken) && !folder_.status(name)) {

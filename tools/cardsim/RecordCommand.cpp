@@ -6,6 +6,7 @@
 #include "files/OutputFile.h"
 #include "files/UserError.h"
 #include "simulator/jtag/Waveform.h"
+#include "simulator/storage/MachineFiles.h"
 #include "tools/cardsim/Commands.h"
 #include "tools/cardsim/MachineArguments.h"
 #include "tools/cardsim/MachineText.h"
@@ -68,7 +69,7 @@ void record(RecordOptions options, std::ostream& out) {
     } else {
         options.request.file = resolved(options.request.file);
         requireForeign(*directory, options.request.file);
-        tools::requireOutsideMachines(options.request.file);
+        simulator::requireOutsideMachines(options.request.file);
         requireUsable(options.request.file, directory->machine(), card);
         card.requestRecording(options.request);
     }

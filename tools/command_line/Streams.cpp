@@ -3,22 +3,17 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
-#include <filesystem>
 #include <iostream>
 
-#include "files/Commit.h"
 #include "files/FileError.h"
 #include "files/OpenFile.h"
 #include "files/OutputFile.h"
 #include "files/WholeFile.h"
+#include "simulator/storage/MachineFiles.h"
 #include "tools/command_line/CommandLine.h"
 
 namespace tools {
 namespace {
-
-namespace fs = std::filesystem;
-
-constexpr const char* kMachineFile = "machine.json";
 
 std::vector<uint8_t> readStandardInput() {
     constexpr std::size_t kPieceBytes = 65536;
@@ -38,13 +33,6 @@ std::vector<uint8_t> readStandardInput() {
         throw files::FileError("standard input", "could not be read");
     }
     return bytes;
-}
-
-// Even if a save was interrupted and its files are not yet in place.
-bool isMachine(const fs::path& folder) {
-    std::error_code ignored;
-    return fs::exists(folder / kMachineFile, ignored) ||
-           fs::exists(folder / ".saved" / kMachineFile, ignored);
 }
 
 }  // namespace
@@ -77,24 +65,13 @@ std::vector<uint8_t> readInput(const std::string& name) {
     return isStandardStream(name) ? readStandardInput() : files::readFile(name);
 }
 
-void requireOutsideMachines(const std::string& name) {
-    const fs::path goal = files::behindLinks(name);
-    const std::string fileName = goal.filename();
-    std::error_code ignored;
-    const bool wouldHarm = files::belongsToCommits(fileName) || fileName == kMachineFile ||
-                           (goal.extension() == ".prom" && fs::exists(fs::symlink_status(goal, ignored)));
-    if (wouldHarm && isMachine(goal.parent_path())) {
-        throw files::FileError(name, "would replace a file of the simulated machine in that folder");
-    }
-}
-
 void writeOutput(const std::string& name, std::span<const uint8_t> content, std::ostream& out,
                  const std::string& message, const std::string& madeFrom) {
     if (isStandardStream(name)) {
         out.write(reinterpret_cast<const char*>(content.data()),
                   static_cast<std::streamsize>(content.size()));
     } else {
-        requireOutsideMachines(name);
+        simulator::requireOutsideMachines(name);
         files::writeOutputFile(name, content, isStandardStream(madeFrom) ? "" : madeFrom);
         out << message;
     }

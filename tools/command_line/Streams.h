@@ -29,10 +29,6 @@ std::string inputName(const std::string& name);
 // A whole file, or all of standard input.
 std::vector<uint8_t> readInput(const std::string& name);
 
-// Throws if writing to the file would harm a simulated machine: in a machine's folder, its machine.json, an
-// existing .prom file, and the folders of a save under way.
-void requireOutsideMachines(const std::string& name);
-
 // Creates or replaces an ordinary file and then prints `message` to `out`; for "-", prints the content alone.
 // Throws if the file cannot be written, belongs to a simulated machine, or is the one it was made from.
 void writeOutput(const std::string& name, std::span<const uint8_t> content, std::ostream& out,

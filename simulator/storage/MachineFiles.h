@@ -1,0 +1,16 @@
+#pragma once
+
+// The files of a machine's folder, and their protection from other programs.
+
+#include <filesystem>
+
+namespace simulator {
+
+constexpr const char* kMachineFile = "machine.json";
+constexpr const char* kPromExtension = ".prom";
+
+// Throws files::FileError if writing to the file would harm a simulated machine: in a machine's folder, its
+// machine.json, an existing .prom file, and the folders of a save under way.
+void requireOutsideMachines(const std::filesystem::path& file);
+
+}  // namespace simulator

@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "catalogue/ImageName.h"
 #include "images/ByteText.h"
 #include "images/CommandReader.h"
 #include "images/play/ImagePlay.h"
@@ -81,6 +82,26 @@ ImageReport checkImage(std::span<const uint8_t> image) {
         report.configuration = simulator::decodeConfiguration(play.content().pages());
     }
     return report;
+}
+
+std::optional<std::string> nameFault(const std::optional<simulator::FpgaConfiguration>& content,
+                                     const std::optional<std::string>& fileName) {
+    if (!content) {
+        return !fileName || catalogue::isImageFileName(*fileName)
+                   ? std::nullopt
+                   : std::optional("The name is not that of an image for any card.");
+    }
+    const auto rightName = catalogue::imageFileName({.modelCode = content->modelCode,
+                                                     .flavour = content->flavour,
+                                                     .version = content->version,
+                                                     .boardRevision = content->boardRevision});
+    if (!rightName) {
+        return "The content is for a model, board or version that no file name can tell.";
+    }
+    if (fileName && *fileName != *rightName) {
+        return "The name does not fit, the content is that of " + *rightName + ".";
+    }
+    return std::nullopt;
 }
 
 }  // namespace images

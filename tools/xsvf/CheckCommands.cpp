@@ -5,7 +5,6 @@
 #include <ostream>
 #include <vector>
 
-#include "catalogue/ImageName.h"
 #include "files/UserError.h"
 #include "images/ByteText.h"
 #include "images/play/ImageCheck.h"
@@ -64,14 +63,6 @@ void showAll(const std::vector<std::string>& names, std::ostream& out, std::ostr
     }
 }
 
-// The name of the image that puts this into a PROM. Nothing for a configuration that no name can tell.
-std::optional<std::string> imageFileNameFor(const simulator::FpgaConfiguration& content) {
-    return catalogue::imageFileName({.modelCode = content.modelCode,
-                                     .flavour = content.flavour,
-                                     .version = content.version,
-                                     .boardRevision = content.boardRevision});
-}
-
 // What is wrong with the image or its name, in one sentence or as the lack of one.
 std::optional<std::string> faultOf(const images::ImageReport& report, const std::string& name,
                                    bool mustBeKnown) {
@@ -81,23 +72,9 @@ std::optional<std::string> faultOf(const images::ImageReport& report, const std:
     if (!report.configuration && mustBeKnown) {
         return "The content is not a configuration the simulated card can read.";
     }
-    const auto rightName =
-        report.configuration ? imageFileNameFor(*report.configuration) : std::optional<std::string>();
-    if (report.configuration && !rightName) {
-        return "The content is for a model, board or version that no file name can tell.";
-    }
-    if (isStandardStream(name)) {
-        return std::nullopt;
-    }
-    const std::string fileName = fs::path(name).filename().string();
-    if (!report.configuration) {
-        return catalogue::isImageFileName(fileName)
-                   ? std::nullopt
-                   : std::optional("The name is not that of an image for any card.");
-    }
-    return fileName == *rightName
-               ? std::nullopt
-               : std::optional("The name does not fit, the content is that of " + *rightName + ".");
+    return images::nameFault(report.configuration, isStandardStream(name)
+                                                       ? std::nullopt
+                                                       : std::optional(fs::path(name).filename().string()));
 }
 
 struct Verdict {

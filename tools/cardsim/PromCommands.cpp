@@ -4,8 +4,8 @@
 #include <vector>
 
 #include "files/UserError.h"
+#include "images/play/ImagePlay.h"
 #include "tools/cardsim/Commands.h"
-#include "tools/cardsim/ImageContent.h"
 #include "tools/cardsim/MachineArguments.h"
 #include "tools/command_line/CommandLine.h"
 #include "tools/command_line/Streams.h"
@@ -50,6 +50,20 @@ void load(const PromOptions& options, std::ostream& out) {
     card.cells().assign(image);
     directory->save();
     out << "Loaded the PROM of " << nameOf(card) << " from " << tools::inputName(options.file) << ".\n";
+}
+
+// What an image leaves in an erased PROM.
+PromCells contentOfImage(const std::string& file) {
+    const std::vector<uint8_t> image = tools::readInput(file);
+    images::ImagePlay play(image);
+    while (!play.isComplete()) {
+        if (const auto fault = play.playCommand()) {
+            throw UserError(tools::inputName(file) + ": " + *fault);
+        }
+    }
+    PromCells content;
+    content.assign(play.content().bytes());
+    return content;
 }
 
 // "0 to 3, 7"

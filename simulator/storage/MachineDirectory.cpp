@@ -200,13 +200,17 @@ void MachineDirectory::removeCard(std::size_t index) {
     promFiles_.erase(promFiles_.begin() + static_cast<std::ptrdiff_t>(index));
 }
 
+void MachineDirectory::attachNewPromFiles() {
+    for (std::size_t index = promFiles_.size(); index < machine_.cardCount(); ++index) {
+        attachPromFile(machine_.card(index), unusedPromName());
+        promFiles_.back()->behind = true;
+    }
+}
+
 void MachineDirectory::save() {
+    attachNewPromFiles();
     StoredMachine stored = describeMachine(machine_);
-    for (std::size_t index = 0; index < machine_.cardCount(); ++index) {
-        if (index == promFiles_.size()) {
-            attachPromFile(machine_.card(index), unusedPromName());
-            promFiles_.back()->behind = true;
-        }
+    for (std::size_t index = 0; index < promFiles_.size(); ++index) {
         stored.cards[index].promFile = promFiles_[index]->name;
     }
     const std::string text = encodeMachine(stored);
@@ -218,7 +222,7 @@ void MachineDirectory::save() {
     // First, so that a folder with any file of a machine holds a machine.
     files::Commit commit(folder_, kMachineFile);
     commit.put(kMachineFile, {reinterpret_cast<const uint8_t*>(text.data()), text.size()});
-    for (std::size_t index = 0; index < machine_.cardCount(); ++index) {
+    for (std::size_t index = 0; index < promFiles_.size(); ++index) {
         if (promFiles_[index]->behind) {
             commit.put(promFiles_[index]->name, machine_.card(index).cells().bytes());
         }
@@ -229,6 +233,10 @@ void MachineDirectory::save() {
             folder_.remove(name);
         }
     }
+    finishSave();
+}
+
+void MachineDirectory::finishSave() {
     std::string replaced;
     for (const auto& file : promFiles_) {
         file->behind = false;

@@ -77,8 +77,11 @@ class MachineDirectory {
     std::string unusedPromName() const;
     // Writes the card's changes to the file from now on, or notes that it is behind.
     void attachPromFile(Card& card, const std::string& name);
+    void attachNewPromFiles();
     // Writes if the file is still what it should be; if not, marks it as behind.
     void writeIfIntact(PromFile& file, std::size_t offset, std::span<const uint8_t> bytes) const;
+    // No file is behind now. Throws if one had been replaced.
+    void finishSave();
 
     files::Folder folder_;
     bool isInUse_ = false;

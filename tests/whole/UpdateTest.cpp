@@ -97,6 +97,7 @@ TEST_F(Update, InputDuringAWriteChangesNothing) {
     EXPECT_EQ(made, expected);
 
     // One step per 3000 bytes, never backwards.
+    ASSERT_FALSE(progress.empty());
     EXPECT_TRUE(std::is_sorted(progress.begin() + 1, progress.end()));
     EXPECT_GT(progress.back(), 995);
 }

@@ -30,6 +30,16 @@ Card& Machine::addCard(Board board, PromCells cells) {
         std::make_unique<Card>(std::move(board), std::move(cells), clock_, ledger_, [this] { losePower(); }));
 }
 
+std::string Machine::freeSlot() const {
+    for (std::size_t slot = 1;; ++slot) {
+        std::string location = "PCI slot " + std::to_string(slot);
+        const auto isThere = [&](const auto& card) { return card->board().location == location; };
+        if (std::ranges::none_of(cards_, isThere)) {
+            return location;
+        }
+    }
+}
+
 void Machine::removeCard(std::size_t index) {
     assert(!on_ && index < cards_.size());
     cards_.erase(cards_.begin() + static_cast<std::ptrdiff_t>(index));

@@ -28,6 +28,8 @@ class Machine {
     Card& addCard(Board board, PromCells cells);
     // Removes a card; the machine must be off.
     void removeCard(std::size_t index);
+    // The first "PCI slot N" in which there is no card.
+    std::string freeSlot() const;
     std::size_t cardCount() const { return cards_.size(); }
     Card& card(std::size_t index) { return *cards_.at(index); }
     const Card& card(std::size_t index) const { return *cards_.at(index); }

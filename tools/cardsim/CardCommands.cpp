@@ -79,19 +79,6 @@ void changeSpecialRow(const CardOptions& options, PromCells& cells) {
     }
 }
 
-std::string firstFreeSlot(const Machine& machine) {
-    for (std::size_t slot = 1;; ++slot) {
-        std::string location = "PCI slot " + std::to_string(slot);
-        bool isFree = true;
-        for (std::size_t index = 0; index < machine.cardCount(); ++index) {
-            isFree = isFree && machine.card(index).board().location != location;
-        }
-        if (isFree) {
-            return location;
-        }
-    }
-}
-
 void addCard(const CardOptions& options, std::ostream& out) {
     if (options.firmware.has_value() != options.date.has_value()) {
         tools::refuseUsage("Give both --firmware and --date, or neither for an empty PROM.");
@@ -101,7 +88,7 @@ void addCard(const CardOptions& options, std::ostream& out) {
     requireOff(machine);
     const catalogue::CardModel& model = *catalogue::modelByName(options.model);
     Board board{.name = std::string(model.name),
-                .location = firstFreeSlot(machine),
+                .location = machine.freeSlot(),
                 .modelCode = model.code,
                 .revision = 0};
     changeBoard(options, board);

@@ -10,6 +10,7 @@
 #include "framework/widgets/LWindow.h"
 #include "framework/widgets/StandardAlert.h"
 
+uint32_t gSerialNumber = 0;
 uint32_t gProgressMax = 0;
 LProgressBar* gpProgressBar = nullptr;
 

@@ -6,12 +6,13 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QScreen>
+#include <QScrollArea>
 #include <QStyle>
 #include <algorithm>
 #include <vector>
 
 QSize RoomOnScreen(const QWidget& widget) {
-    // A window's frame is not known until the window is shown; this is more than any usual one.
+    // A window's frame is not known until the window is shown; this is larger than any usual one.
     constexpr QSize kFrame(12, 44);
     return widget.screen()->availableSize() - kFrame;
 }
@@ -23,6 +24,35 @@ int ComfortableTextWidth(const QLabel& label) {
                      RoomOnScreen(label).width() * 3 / 4});
 }
 
+QScrollArea* MakeScroll(QWidget& contents) {
+    auto* scrolled = contents.findChild<QWidget*>("scrolled", Qt::FindDirectChildrenOnly);
+    if (scrolled == nullptr) {
+        return nullptr;
+    }
+    auto* area = new QScrollArea;
+    area->setFrameShape(QFrame::NoFrame);
+    area->setWidgetResizable(true);
+    delete contents.layout()->replaceWidget(scrolled, area);
+    area->setWidget(scrolled);
+    return area;
+}
+
+void FitOnScreen(QDialog& dialog) {
+    const QSize room = RoomOnScreen(dialog);
+    QSize size = dialog.testAttribute(Qt::WA_Resized) ? dialog.size() : dialog.sizeHint();
+    if (size.height() > room.height() || size.width() > room.width()) {
+        dialog.layout()->setSizeConstraint(QLayout::SetDefaultConstraint);
+        if (const QScrollArea* area = MakeScroll(dialog)) {
+            // The height of the scrolling part follows from its width, which is now that of the texts.
+            for (QLabel* label : area->findChildren<QLabel*>()) {
+                label->setMaximumWidth(QWIDGETSIZE_MAX);
+            }
+            size.rwidth() += dialog.style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+        }
+        dialog.resize(size.boundedTo(room));
+    }
+}
+
 void TakeDesktopsButtonOrder(QWidget& window) {
     const int order = window.style()->styleHint(QStyle::SH_DialogButtonLayout, nullptr, &window);
     if (order != QDialogButtonBox::WinLayout && order != QDialogButtonBox::KdeLayout) {
@@ -30,7 +60,7 @@ void TakeDesktopsButtonOrder(QWidget& window) {
     }
     for (QHBoxLayout* row : window.findChildren<QHBoxLayout*>()) {
         if (qobject_cast<QDialogButtonBox*>(row->parentWidget()) != nullptr) {
-            continue;  // has ordered its buttons itself
+            continue;  // orders its buttons itself
         }
         std::vector<QPushButton*> buttons;
         for (int i = row->count() - 1; i >= 0; --i) {

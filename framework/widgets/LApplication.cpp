@@ -15,7 +15,6 @@
 #include "framework/widgets/LStaticText.h"
 #include "framework/widgets/LWindow.h"
 #include "framework/widgets/QuitRequests.h"
-#include "framework/widgets/ScrollingPart.h"
 #include "framework/widgets/StandardAlert.h"
 #include "framework/widgets/UDisplay.h"
 #include "framework/widgets/UQDGlobals.h"
@@ -57,7 +56,7 @@ LApplication::LApplication() {
 }
 
 LApplication::~LApplication() {
-    // Windows on a display that is gone are left to the end of the process.
+    // If the display is gone, windows are left until the process ends.
     UDisplay::Use([this] {
         while (!mWindows.empty()) {
             delete mWindows.back();
@@ -74,7 +73,7 @@ void LApplication::Run() {
     mState = State::kStartingUp;
     try {
         StartUp();
-        // What an alert's own event loop kept meanwhile.
+        // An alert's own event loop may have kept an exception.
         UKeptException::RethrowKept();
     } catch (...) {
         Report(std::current_exception());
@@ -91,11 +90,11 @@ void LApplication::Run() {
         }
     }
     ReportUnthrown();
-    // Without it a start-up, too, or a quit has come to its end in a way that nobody chose.
+    // If the display is gone, even a start-up or a quit has not ended as the user wanted.
     if (UDisplay::IsGone()) {
         EndWithoutDisplay();
     }
-    // What the destructors still have to do may take its time; nobody should click into a window meanwhile.
+    // The destructors may take some time; the user must not click into a window meanwhile.
     UDisplay::Use([this] {
         while (QWidget* popup = QApplication::activePopupWidget()) {
             popup->close();
@@ -217,7 +216,7 @@ void LApplication::ShowPage(const char* name, int32_t layoutID,
             return;
         }
         fill(*made);
-        page = made.release();  // the window it belongs to owns it from here
+        page = made.release();  // the window that it belongs to owns it from now on
         page->setObjectName(name);
         mPages.emplace_back(page);
         QObject::connect(new QShortcut(QKeySequence::Close, page), &QShortcut::activated, page,

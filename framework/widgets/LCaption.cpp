@@ -1,11 +1,10 @@
 #include "framework/widgets/LCaption.h"
 
-#include "framework/widgets/LabelAlignment.h"
-#include "framework/widgets/SecondaryColour.h"
+#include "framework/widgets/TextLook.h"
 
 namespace {
 
-// Clearly second to the values, and still well above the contrast that people with weak eyes need.
+// Clearly weaker than the values, and still with more contrast than people with weak eyes need.
 constexpr float kStrength = 0.7F;
 
 }  // namespace

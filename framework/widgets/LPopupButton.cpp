@@ -9,16 +9,16 @@
 #include <QToolTip>
 #include <QWheelEvent>
 
-#include "framework/widgets/SecondaryColour.h"
+#include "framework/widgets/TextLook.h"
 
 namespace {
 
-// While a card is written its name stays the most important one in the window.
+// While a card is being written, its name is still the most important one in the window.
 constexpr float kDisabledStrength = 0.7F;
 
 constexpr QEvent::Type kFirstItemAppeared = QEvent::User;
 
-// Shows texts as they stand, where a menu would find mnemonics and tabs in them, in rows with some space.
+// Shows texts literally, where a menu would interpret mnemonics and tabs, in rows with some space.
 class ItemDelegate : public QStyledItemDelegate {
   public:
     using QStyledItemDelegate::QStyledItemDelegate;
@@ -96,8 +96,8 @@ void LPopupButton::initStyleOption(QStyleOptionComboBox* option) const {
     QComboBox::initStyleOption(option);
     const QRect field =
         style()->subControlRect(QStyle::CC_ComboBox, option, QStyle::SC_ComboBoxEditField, this);
-    // Styles draw the text in the field less one pixel on either side. A text as wide as the field would lose
-    // its end there, where equal cards differ.
+    // Styles leave one pixel of the field free on either side. A text as wide as the field would lose its
+    // end, where equal cards differ.
     option->currentText =
         option->fontMetrics.elidedText(option->currentText, Qt::ElideMiddle, field.width() - 2);
 }

@@ -5,7 +5,7 @@
 #include <QFrame>
 
 #include "framework/widgets/LPane.h"
-#include "framework/widgets/SecondaryColour.h"
+#include "framework/widgets/TextLook.h"
 
 class LSeparator : public QFrame, public LPane {
   public:

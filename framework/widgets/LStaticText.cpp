@@ -4,7 +4,7 @@
 #include <QMouseEvent>
 #include <QVariant>
 
-#include "framework/widgets/LabelAlignment.h"
+#include "framework/widgets/TextLook.h"
 
 namespace {
 
@@ -34,8 +34,8 @@ void LStaticText::Emphasise(bool isEmphasised) {
 }
 
 void LStaticText::mousePressEvent(QMouseEvent* event) {
-    // Selected text could be dragged, and Qt drags in an event loop of its own: whatever long work this event
-    // is handled in would wait for as long as the user holds the button.
+    // Selected text could be dragged, and Qt drags in a separate event loop: long work that handles this
+    // event would wait for as long as the user holds the button.
     if (event->button() == Qt::LeftButton) {
         setSelection(0, 0);
     }
@@ -52,7 +52,7 @@ QSize LStaticText::minimumSizeHint() const {
 
 void LStaticText::focusInEvent(QFocusEvent* event) {
     if (event->reason() == Qt::ActiveWindowFocusReason) {
-        return;  // nobody asked for it, so no insertion mark appears
+        return;  // not asked for, so no insertion mark appears
     }
     QLabel::focusInEvent(event);
     if (IsByTab(*event)) {

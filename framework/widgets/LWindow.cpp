@@ -21,7 +21,6 @@
 #include "framework/widgets/LApplication.h"
 #include "framework/widgets/LSeparator.h"
 #include "framework/widgets/MenuBar.h"
-#include "framework/widgets/ScrollingPart.h"
 #include "framework/widgets/UDisplay.h"
 #include "framework/widgets/UResources.h"
 
@@ -36,7 +35,7 @@ QString& Title() {
     return title;
 }
 
-// What stands in the widget that a caption is for; empty for any other label.
+// The text of the widget that a caption names; empty for any other label.
 QString ValueNamedBy(const QLabel& caption) {
     if (const auto* popup = qobject_cast<const QComboBox*>(caption.buddy())) {
         return popup->currentText();
@@ -188,7 +187,7 @@ bool LWindow::event(QEvent* event) {
 }
 
 bool LWindow::eventFilter(QObject* /*watched*/, QEvent* event) {
-    // Contents that scroll tell the scroll area, and not the window, that they have changed.
+    // Contents that scroll report changes to the scroll area, not to the window.
     if (event->type() == QEvent::LayoutRequest) {
         KeepRoomForContents();
     }
@@ -207,7 +206,7 @@ void LWindow::FitOnScreen() {
     const QSize room = RoomOnScreen(*this) - QSize(0, menuBar()->sizeHint().height());
     if (contents->layout()->totalSizeHint().width() > room.width()) {
         for (QLabel* label : contents->findChildren<QLabel*>()) {
-            // What can be selected is a value, which is to stay in one piece; none takes more than this.
+            // A text that can be selected is a value and must not wrap; none is longer than this.
             constexpr int kLongestValue = 11;
             label->setProperty("leastCharacters",
                                std::min(label->property("leastCharacters").toInt(), kLongestValue));
@@ -228,7 +227,7 @@ void LWindow::ScrollContents() {
     if (auto* column = qobject_cast<QBoxLayout*>(centralWidget()->layout())) {
         constexpr int kGap = 12;
         const int below = column->indexOf(mScrollArea) + 1;
-        column->insertWidget(below, new LSeparator);  // or texts would be cut off at nothing
+        column->insertWidget(below, new LSeparator);  // marks where the texts above are cut off
         column->insertSpacing(below + 1, kGap);
     }
     centralWidget()->setMinimumSize(0, 0);
@@ -243,8 +242,8 @@ void LWindow::ScrollContents() {
 }
 
 void LWindow::KeepRoomForContents() {
-    // A main window does not ask its contents how high they are at a given width, so wrapped texts would be
-    // cut off at the bottom; the contents get their full height as the least one instead.
+    // A main window does not ask its contents for their height at a given width, so wrapped texts would be
+    // cut off at the bottom. So the contents get their full height as their minimum.
     QWidget* contents = Contents();
     if (contents == nullptr || contents->layout() == nullptr) {
         return;

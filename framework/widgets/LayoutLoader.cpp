@@ -8,8 +8,6 @@
 #include <QMenu>
 #include <QMetaProperty>
 
-#include "framework/widgets/LayoutClasses.h"
-
 namespace {
 
 constexpr struct {
@@ -109,7 +107,7 @@ void LayoutLoader::ReadWidgetProperty(QWidget& widget) {
     if (qobject_cast<QLabel*>(&widget) != nullptr && property.name == "buddy") {
         mBuddies.push_back({&widget, property.value.toString(), property.line});
     } else if (&widget == mRoot.get() && property.name == "geometry") {
-        widget.resize(property.value.toRect().size());  // where it is shown is not for the layout to say
+        widget.resize(property.value.toRect().size());  // the layout does not say where it is shown
     } else {
         SetProperty(widget, property);
     }
@@ -279,8 +277,9 @@ void LayoutLoader::SetProperty(QObject& object, const LayoutReader::Property& pr
     if (index < 0 && property.isDynamic) {
         object.setProperty(property.name.constData(), property.value);
     } else if (index < 0 || !type.property(index).write(&object, property.value)) {
-        mReader.Complain("\"" + property.name + "\" is no property of this object, or takes no such value",
-                         property.line);
+        mReader.Complain(
+            "\"" + property.name + "\" is not a property of this object, or cannot have this value",
+            property.line);
     }
 }
 

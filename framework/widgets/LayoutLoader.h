@@ -2,14 +2,14 @@
 
 // Builds the widgets that a Qt Designer file describes.
 //
-// Qt's own loader of these files knows every class that Qt has, and brings in libraries that the program has
-// no other use for: much of its time to start. This one knows what layouts here use, and refuses the rest.
+// Qt's own loader knows every class in Qt and needs libraries that the program does not use otherwise, which
+// would take much of its time to start. This one knows what the layouts here use and refuses the rest.
 
 #include <QString>
 #include <memory>
 #include <vector>
 
-#include "framework/widgets/LayoutPlace.h"
+#include "framework/widgets/LayoutParts.h"
 #include "framework/widgets/LayoutReader.h"
 
 class QFile;
@@ -18,9 +18,9 @@ class QWidget;
 
 class LayoutLoader {
   public:
-    // The widgets in a file that is open; each is made by the class registry if that knows the class. Null
-    // when anything is unknown or malformed, save a property that the object does not have, which is left
-    // out. Standard error tells the line of either.
+    // Builds the widgets in an open file, each with the class registry if that knows its class. Null if
+    // anything is unknown or malformed, except a property that the object does not have: that is left out.
+    // Standard error names the line in both cases.
     static std::unique_ptr<QWidget> Load(QFile& file);
 
   private:

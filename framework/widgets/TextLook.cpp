@@ -1,7 +1,9 @@
-#include "framework/widgets/SecondaryColour.h"
+#include "framework/widgets/TextLook.h"
 
 #include <QApplication>
 #include <QEvent>
+#include <QLabel>
+#include <QStyle>
 #include <QWidget>
 #include <functional>
 #include <utility>
@@ -16,7 +18,7 @@ QColor SurroundingColour(const QWidget& widget, float strength) {
     return colour;
 }
 
-// Colours a widget at once and each time that its surroundings change.
+// Colours a widget at once and whenever its surroundings change.
 class Colouring : public QObject {
   public:
     Colouring(QWidget& widget, std::function<void()> colour) : QObject(&widget), mColour(std::move(colour)) {
@@ -40,7 +42,7 @@ class Colouring : public QObject {
 void TakeSecondaryColour(QWidget& widget, float strength) {
     new Colouring(widget, [&widget, strength] {
         const QColor colour = SurroundingColour(widget, strength);
-        // Setting the palette comes back here as a change of palette.
+        // Setting the palette calls this again.
         if (widget.palette().color(QPalette::Active, QPalette::WindowText) != colour) {
             QPalette own = widget.palette();
             own.setColor(QPalette::WindowText, colour);
@@ -61,4 +63,11 @@ void KeepLegibleWhenDisabled(QWidget& widget, float strength) {
             widget.setPalette(own);
         }
     });
+}
+
+void AlignWithLayout(QLabel& label) {
+    if (!label.wordWrap()) {
+        label.setAlignment(QStyle::visualAlignment(label.layoutDirection(), label.alignment()) |
+                           Qt::AlignAbsolute);
+    }
 }

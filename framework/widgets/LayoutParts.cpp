@@ -1,4 +1,4 @@
-#include "framework/widgets/LayoutClasses.h"
+#include "framework/widgets/LayoutParts.h"
 
 #include <QDialogButtonBox>
 #include <QGridLayout>
@@ -60,5 +60,29 @@ void PutInto(QWidget& parent, QWidget* child) {
     } else if (auto* scrolling = qobject_cast<QScrollArea*>(&parent);
                scrolling != nullptr && scrolling->widget() == nullptr) {
         scrolling->setWidget(child);
+    }
+}
+
+void LayoutPlace::Put(QWidget* widget) const {
+    if (auto* grid = qobject_cast<QGridLayout*>(&layout)) {
+        grid->addWidget(widget, row, column, rows, columns);
+    } else {
+        layout.addWidget(widget);
+    }
+}
+
+void LayoutPlace::Put(QLayout* inner) const {
+    if (auto* grid = qobject_cast<QGridLayout*>(&layout)) {
+        grid->addLayout(inner, row, column, rows, columns);
+    } else if (auto* box = qobject_cast<QBoxLayout*>(&layout)) {
+        box->addLayout(inner);
+    }
+}
+
+void LayoutPlace::Put(QLayoutItem* item) const {
+    if (auto* grid = qobject_cast<QGridLayout*>(&layout)) {
+        grid->addItem(item, row, column, rows, columns);
+    } else {
+        layout.addItem(item);
     }
 }

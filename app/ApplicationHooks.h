@@ -1,7 +1,7 @@
 #pragma once
 
-// The small functions that the whole application uses: alerts, the progress of a write, texts in a window.
-// ShowAlert, UpdateProgressBar and AllowNextEvent are declared by the hardware layer, which calls them, too.
+// Small functions for the whole application: alerts, the progress of a write, texts in a window. The hardware
+// layer declares ShowAlert, UpdateProgressBar and AllowNextEvent, because it calls them, too.
 
 #include <cstdint>
 
@@ -19,5 +19,5 @@ extern LProgressBar* gpProgressBar;
 // left alone.
 void SetWindowItemText(LWindow* window, PaneIDT paneID, const char* text);
 
-// Shows the text of such a pane in bold, or no longer.
+// Turns bold on or off for the text of such a pane.
 void EmphasiseWindowItemText(LWindow* window, PaneIDT paneID, bool isEmphasised);

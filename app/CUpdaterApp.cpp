@@ -27,7 +27,7 @@ CUpdaterApp* gpTheApp = nullptr;
 
 namespace {
 
-// Claimed and always enabled, and does nothing: a menu may carry it without effect.
+// Always enabled and handled here, but does nothing: a menu can contain it without effect.
 constexpr CommandT kInertCommand = 2;
 
 constexpr int32_t kDriverLoaded = 1;
@@ -39,7 +39,7 @@ CUpdaterApp::CUpdaterApp() {
         RegisterAppearanceClient();
     }
     RegisterClasses();
-    // What an earlier application object found does not count for this one.
+    // Forget what an earlier application object found.
     gpRegisters = nullptr;
     gbSwap = 0;
     gusDeviceID = 0;

@@ -1,7 +1,7 @@
 #pragma once
 
 // The one application object: start-up and shutdown, the main window and its states, the open card, the
-// update run. Its functions stand in CUpdaterApp.cpp unless a heading names another file.
+// update run. Its functions are in CUpdaterApp.cpp unless a heading names another file.
 
 #include <Security/Authorization.h>
 
@@ -25,25 +25,25 @@ class CUpdaterApp : public LApplication, public LListener, public LBroadcaster {
   public:
     CUpdaterApp();
 
-    // Closes the open card; then either removes the private driver that this run loaded or, when the user
-    // asked for it, has the computer shut down.
+    // Closes the open card. Then shuts the computer down if the user asked for that; otherwise removes the
+    // private driver if this run loaded it.
     ~CUpdaterApp() override;
 
-    // Claims the inert command 2; everything else climbs.
+    // Handles command 2, which does nothing, and passes everything else up the chain.
     bool ObeyCommand(CommandT command, void* parameter) override;
     void FindCommandStatus(CommandT command, uint8_t& outEnabled, uint8_t& outUsesMark, uint16_t& outMark,
                            unsigned char* outName) override;
 
-    // Refuses exactly while the firmware is being written.
+    // Refuses while the firmware is being written, and only then.
     bool AttemptQuitSelf(int32_t saveOption) override;
 
-    // Lists the firmware images, counts the cards (installing the private driver when there are none) and
-    // builds the main window. Throws "nilP" when the window or one of its controls is missing.
+    // Lists the firmware images, counts the cards (installing the private driver if there are none) and
+    // builds the main window. Throws "nilP" if the window or one of its controls is missing.
     void StartUp() override;
 
-    // In MainWindow.cpp. Reacts to the main window's four controls, one at a time: while a card is being read
-    // or updated nothing else is begun, and once it has been updated only the power-down is left. The
-    // parameter is not used.
+    // In MainWindow.cpp. Reacts to the main window's four controls, one at a time: nothing else starts while
+    // a card is being read or updated, and after an update only the power-down is left. The parameter is not
+    // used.
     void ListenToMessage(MessageT message, void* parameter) override;
 
   protected:
@@ -57,20 +57,19 @@ class CUpdaterApp : public LApplication, public LListener, public LBroadcaster {
 
     bool Accepts(MessageT message) const;
 
-    // Appends one popup item per card that can be opened and described. Throws "nilP" without a popup.
+    // Appends one popup item per card that can be opened and described. Throws "nilP" if there is no popup.
     void PopulateCardsPopup(LWindow* window);
 
-    // Shows, hides, enables and disables panes for mWindowState and redraws at once. Throws "nilP" for a
-    // missing pane.
+    // Shows, hides, enables and disables panes for mWindowState and redraws at once. Throws "nilP" if a pane
+    // is missing.
     void UpdateWindowState();
 
-    // Shows during a write that the program cannot be quit; a refused quit emphasises it.
+    // Shows, during a write, that the program cannot be quit. A refused quit emphasises it.
     void ShowWhetherToQuit();
 
     // CardInformation.cpp
 
-    // Opens the card chosen in the popup, shows it, and chooses its firmware image; quits on any fatal
-    // finding.
+    // Opens the card chosen in the popup, shows it, and chooses its firmware image; quits on a fatal error.
     void UpdateCardInfo();
 
     // The steps of UpdateCardInfo, in order. Each returns false if the application has to quit.
@@ -78,7 +77,7 @@ class CUpdaterApp : public LApplication, public LListener, public LBroadcaster {
     bool ReadCardRegisters(uint16_t& outFirmwareVersion);
     bool ReadCardIdentity();
     void ChooseFirmwareForCard(uint8_t firmwareVersion);
-    // Shows below the card's values what they and the choice mean.
+    // Says below the card's values whether there is newer firmware for it.
     void ShowFirmwareState();
 
     // UpdateRun.cpp
@@ -89,36 +88,36 @@ class CUpdaterApp : public LApplication, public LListener, public LBroadcaster {
     // Writes a loaded image into the card and takes the window through the run's states.
     void WriteFirmware(uint8_t* image, uint32_t bytes);
 
-    // Gives the keyboard to the button that comes next after a write.
+    // Gives the keyboard to the button that the user needs next after a write.
     void OfferNextStep();
 
     // IdentityEntry.cpp
 
-    // Asks for the identity of a card that has none, keeps it in gSerialNumber and writes it into the card.
+    // Asks for the identity of a card that has none, stores it in gSerialNumber and writes it into the card.
     // Returns false if the user cancelled.
     bool GetSerialNumberDialog();
 
-    // Authorization under which the private driver was installed; null when none is.
+    // Authorization under which the private driver was installed; null if there is none.
     AuthorizationRef mDriverRef = nullptr;
-    // 1 when this run loaded the private driver; 0 when it loaded none.
+    // 1 if this run loaded the private driver, else 0.
     int32_t mDriverLoadResult = 0;
     int32_t mCardCount = 0;
-    // 1-based popup item of the card that is open; -1 when none has been opened.
+    // 1-based popup item of the open card; -1 if none has been opened.
     int32_t mCurrentCardItem = -1;
     // Owned by the framework's window list.
     LWindow* mMainWindow = nullptr;
     int32_t mWindowState = kWindowIdle;
     bool mPowerDownOnExit = false;
-    // Connection of the open card; 0 when none is open.
+    // Connection of the open card; 0 if none is open.
     uint32_t mCardConnection = 0;
     // The open card already carries the chosen firmware or a newer one.
     bool mFirmwareIsCurrent = false;
-    // Popup items of the cards whose update has failed: the firmware they still run says nothing about their
-    // PROMs.
+    // Popup items of the cards whose update has failed. The firmware that such a card still runs says nothing
+    // about what its PROM holds now.
     std::set<int32_t> mFailedCardItems;
-    // A message is being acted on, dialogs and the firmware write included.
+    // A message is being handled, including its dialogs and the firmware write.
     bool mIsBusy = false;
 };
 
-// The application object while there is one.
+// The application object, or null.
 extern CUpdaterApp* gpTheApp;

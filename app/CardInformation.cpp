@@ -23,14 +23,14 @@
 
 namespace {
 
-// Shown until the value has been read, so that the previous card's is not taken for it.
+// Shown until the value has been read, in place of the previous card's.
 constexpr const char* kNotKnownYet = "–";
 
 uint16_t readLowHalf(uint32_t offsetBytes) {
     return static_cast<uint16_t>(MacReadULONG(RegisterAt(offsetBytes)));
 }
 
-// Sets gbSwap to the order in which the byte-swap identification reads right; false if there is none.
+// Sets gbSwap to the order in which the byte-swap identification is correct. Returns false if neither is.
 bool decideByteOrder() {
     for (const uint8_t byteSwap : {uint8_t{1}, uint8_t{0}}) {
         gbSwap = byteSwap;
@@ -95,7 +95,7 @@ bool CUpdaterApp::ReadCardRegisters(uint16_t& outFirmwareVersion) {
     gusPCBRev = readLowHalf(kBoardRevisionRegister);
     outFirmwareVersion = readLowHalf(kFirmwareVersionRegister);
     const uint16_t firmwareDate = readLowHalf(kFirmwareDateRegister);
-    // Part of the sequence of reads that cards are known to take; its value is not used.
+    // Cards are known to accept this sequence of reads, so this one stays although its value is not used.
     readLowHalf(kReservedRegister);
 
     SetWindowItemText(mMainWindow, kModelPane, catalogue::modelName(gusDeviceID).c_str());
@@ -164,7 +164,7 @@ void CUpdaterApp::ShowFirmwareState() {
     } else if (mFirmwareIsCurrent) {
         text = "This card has the newest firmware";
     } else if (FirmwareByteOrderLetter(gszResourceNames[gNewFirmware]) != ByteOrderLetter(gbSwap)) {
-        // Of two versions in different byte orders neither is the newer one.
+        // Versions with different byte orders cannot be compared.
         text = "Other firmware is available";
     }
     SetWindowItemText(mMainWindow, kFirmwareStatePane, text);

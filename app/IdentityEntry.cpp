@@ -1,4 +1,4 @@
-// CUpdaterApp's identity entry: asking for the serial number of a card that carries none.
+// CUpdaterApp's identity entry: asking for the serial number of a card that has none.
 
 #include "app/ApplicationHooks.h"
 #include "app/CUpdaterApp.h"
@@ -18,7 +18,7 @@ bool CUpdaterApp::GetSerialNumberDialog() {
     while (UModalDialogs::AskForOneString(this, kIdentityDialog, kSerialNumberField, text, card)) {
         if (const auto identity = catalogue::parseTypedSerialNumber(TextOfPascal(text))) {
             gSerialNumber = *identity;
-            // Reports its own failures; the identity counts as entered all the same.
+            // Reports its own failures; the identity counts as entered even then.
             WriteSerialNumber(gSerialNumber);
             return true;
         }

@@ -52,7 +52,7 @@ void CUpdaterApp::PopulateCardsPopup(LWindow* window) {
 }
 
 bool CUpdaterApp::Accepts(MessageT message) const {
-    // The window offers nothing else either, but a card is at stake: this does not rely on the window alone.
+    // The window offers nothing else, but a card is at stake, so this does not rely on the window alone.
     switch (mWindowState) {
         case kWindowUpdating:
             return false;
@@ -123,7 +123,7 @@ void CUpdaterApp::UpdateWindowState() {
             }
         }
     }
-    // Callers go straight into long work, so the window must not wait for the event loop.
+    // Callers go straight on to long work, so the window cannot wait for the event loop.
     mMainWindow->Refresh();
     mMainWindow->UpdatePort();
 }

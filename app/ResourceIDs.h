@@ -1,9 +1,9 @@
 #pragma once
 
-// How the updater names its layouts and what is in them: layouts by the numbers in their file names, panes by
-// their object names. A control sends its own pane ID as its message.
+// The updater's layouts, by the numbers in their file names, and their panes, by their object names. A
+// control's message is its own pane ID.
 //
-// The menu bar, the About box and the help page, which every program has, the framework knows itself.
+// The framework itself knows the menu bar, the About box and the help page, which every program has.
 
 #include "framework/core/FourCharCode.h"
 
@@ -27,11 +27,11 @@ constexpr PaneIDT kIdleText0Pane = FourCharCode("ITX0");
 constexpr PaneIDT kIdleText1Pane = FourCharCode("ITX1");
 constexpr PaneIDT kIdleText2Pane = FourCharCode("ITX2");
 
-// Captions and bar, shown while the firmware is written.
+// Captions and bar, shown while the firmware is being written.
 constexpr PaneIDT kProgressText0Pane = FourCharCode("PTX0");
 constexpr PaneIDT kProgressText1Pane = FourCharCode("PTX1");
 constexpr PaneIDT kProgressBarPane = FourCharCode("PGRS");
-// Says that the program cannot be quit meanwhile.
+// Says that the program cannot be quit during a write.
 constexpr PaneIDT kNoQuittingPane = FourCharCode("NOQU");
 
 // Texts shown after a successful write.
@@ -39,7 +39,7 @@ constexpr PaneIDT kFinishedText0Pane = FourCharCode("FTX0");
 constexpr PaneIDT kFinishedText1Pane = FourCharCode("FTX1");
 constexpr PaneIDT kFinishedText2Pane = FourCharCode("FTX2");
 
-// What the chosen card is and carries.
+// The chosen card and its firmware.
 constexpr PaneIDT kModelPane = FourCharCode("MODL");
 constexpr PaneIDT kBoardRevisionPane = FourCharCode("PCBR");
 constexpr PaneIDT kFirmwareVersionPane = FourCharCode("FWVR");
@@ -48,6 +48,6 @@ constexpr PaneIDT kSerialNumberPane = FourCharCode("SRNO");
 constexpr PaneIDT kManufactureDatePane = FourCharCode("MFDT");
 constexpr PaneIDT kNewFirmwarePane = FourCharCode("NFWR");
 
-// What that means for the card, and how long a write takes; shown while idle.
+// Whether there is newer firmware, and how long a write takes; shown while idle.
 constexpr PaneIDT kFirmwareStatePane = FourCharCode("FWST");
 constexpr PaneIDT kWriteTimePane = FourCharCode("TIME");

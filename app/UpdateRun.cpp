@@ -34,7 +34,7 @@ void CUpdaterApp::UpdateFirmware() {
         ShowAlert("Error", "Could not find suitable firmware for the selected card.");
         return;
     }
-    // OK leaves the card as it is; Cancel is how a card is deliberately written again.
+    // OK leaves the card as it is; Cancel writes it again on purpose.
     if (mFirmwareIsCurrent && ShowAlert("Error", "The firmware on your card is already up to date!")) {
         return;
     }
@@ -62,10 +62,10 @@ void CUpdaterApp::UpdateFirmware() {
 }
 
 void CUpdaterApp::OfferNextStep() {
-    // Clicks and keys from while the window was being redrawn were not meant for the buttons that appeared,
-    // which ignore them as long as the run goes on.
+    // Clicks and keys made while the window was being redrawn were not meant for the buttons that appeared,
+    // which ignore them during the run.
     ProcessNextEvent();
-    // Somebody who passed the time with the help has to see how the write ended.
+    // A user who is reading the help must see how the write ended.
     ClosePages();
     mMainWindow->CallForAttention();
     const PaneIDT next = mWindowState == kWindowFinished ? kPowerDownButtonPane : kUpdateButtonPane;
@@ -84,10 +84,10 @@ void CUpdaterApp::WriteFirmware(uint8_t* image, uint32_t bytes) {
     uint16_t error = kWriteBrokenOff;
     {
         const DisplayWatchdog watchdog;
-        // An exception out of the write is reported later; first of all, the write has failed.
+        // An exception from the write is reported later; what matters first is that the write has failed.
         KeepException([&] { error = ProgramConfigProm(image, bytes); });
     }
-    // Clicks and keys since the last pass were meant for the window as it still is, not for the buttons that
+    // Clicks and keys since the last pass were meant for the window as it is now, not for the buttons that
     // are about to appear.
     ProcessNextEvent();
     if (error != 0) {

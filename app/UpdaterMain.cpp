@@ -17,7 +17,7 @@ constexpr int kMasterPointerBlocks = 3;
 constexpr int32_t kMemoryReserveBytes = 20000;
 constexpr int32_t kMaxPathBytes = 4096;
 
-// Layouts, alerts and the icon come from the bundle, wherever the program was started from.
+// Layouts, alerts and the icon come from the bundle, wherever the program is started from.
 void useBundleResources() {
     const CFBundleRef bundle = CFBundleGetMainBundle();
     if (bundle == nullptr) {

@@ -1,8 +1,8 @@
 #pragma once
 
-// The process entry, the same on every host: a host's main installs its Host and calls this.
+// The program's entry, the same on every host: a host's main installs its Host and calls this.
 
-// The exit code after the display or the session has ended under the updater.
+// The exit code if the display or the session ends while the updater runs.
 constexpr int kDisplayLost = 5;
 
 // Runs the updater until it has quit, and returns the process's exit code: 0, or kDisplayLost.

@@ -1,15 +1,15 @@
 #pragma once
 
-// What every host's main needs of its process.
+// Setting up the process, and finding its bundle, for every host's main.
 
 #include <filesystem>
 
-// Makes the process independent of how it was started. The first thing that main calls, before anything opens
-// a file. Connects closed standard descriptors to /dev/null; lets a write to a closed pipe or beyond a limit
-// on files fail instead of ending the process; and lets children be waited for although the parent process
-// ignored the end of its own.
+// Makes the process independent of how it was started. main calls it first, before anything opens a file.
+// Connects closed standard descriptors to /dev/null, makes writes to a closed pipe or beyond a file size
+// limit fail instead of ending the process, and makes it possible to wait for children even if the parent
+// process ignored the end of its own.
 void SetUpProcess();
 
-// The program's bundle, on a host that has no bundles of its own: the folder named for the program, such as
-// vupdater-simulated.app, beside it. Empty if it is not there.
+// The program's bundle, on a host without bundles: the folder beside the program that is named for it, such
+// as vupdater-simulated.app. Empty if there is none.
 std::filesystem::path BundleBesideExecutable();

@@ -1,4 +1,4 @@
-// The updater on a simulated machine, which lives in the folder that the command line names.
+// The updater on a simulated machine, which is stored in the folder that the command line names.
 
 #include <CLI/CLI.hpp>
 #include <QGuiApplication>
@@ -33,7 +33,7 @@ void say(const char* what) {
     std::fprintf(stderr, "vupdater-simulated: %s\n", what);
 }
 
-// Ends the process as a loss of power ends a machine's programs, whatever is under way.
+// Ends the process at once, as a loss of power does.
 [[noreturn]] void losePower(simulator::MachineDirectory& directory) {
     say("The machine has lost its power.");
     try {
@@ -44,7 +44,7 @@ void say(const char* what) {
     std::_Exit(kPowerWasLost);
 }
 
-// Reports errors here, because the machine is saved all the same.
+// Reports errors here, because the machine must be saved even after one.
 int runUpdater() {
     try {
         return UpdaterMain();
@@ -54,11 +54,11 @@ int runUpdater() {
     }
 }
 
-// What the desktop knows the program and its window by.
+// Sets the names by which the desktop knows the program and its window.
 void introduce(const std::filesystem::path& folder) {
     QCoreApplication::setApplicationName("vupdater-simulated");
     QGuiApplication::setDesktopFileName("com.vornlabs.vupdater.simulated");
-    // The name of "." and the like is that of the folder they lead to.
+    // A path such as "." gets the name of the folder that it leads to.
     std::error_code ignored;
     const std::filesystem::path whole = std::filesystem::canonical(folder, ignored);
     LWindow::UseTitle("Simulated machine \"" + QString::fromStdString(whole.filename()).simplified() + '"');
@@ -69,7 +69,7 @@ int runOn(const std::filesystem::path& folder) {
         simulator::MachineDirectory::open(folder, simulator::MachineDirectory::OnOpening::powerUp);
     introduce(folder);
     directory->machine().beginRecordings();
-    // From now on the machine is on, also for programs that look at it after this process has been killed.
+    // Programs that look at the machine after this process has been killed must see that it is on.
     directory->save();
     directory->machine().onPowerLost([&directory] { losePower(*directory); });
     int exitCode = 0;
@@ -85,7 +85,7 @@ int runOn(const std::filesystem::path& folder) {
     return exitCode;
 }
 
-// An unexpected word is reported before a missing one, which it may have been meant to be.
+// An unexpected word is reported before a missing one, because it may be that one, mistyped.
 std::string whatIsWrong(const std::vector<std::string>& rest, const CLI::Error& error) {
     for (const std::string& word : rest) {
         if (word.size() > 1 && word.front() == '-') {
@@ -114,8 +114,8 @@ int main(int argc, char** argv) {
             "if there is none.\n\n"
             "Exits with 1 if the machine cannot be opened or saved, with 2 if the command\n"
             "line is wrong, with 3 if the machine loses its power, with 4 if there is no\n"
-            "display, with 5 if the display or the session ends under it, or a display that\n"
-            "froze had to be given up for a write, and with 0 otherwise.");
+            "display, with 5 if the display or the session ends while it runs, or had to be\n"
+            "given up for a write because it froze, and with 0 otherwise.");
         arguments.failure_message([](const CLI::App* program, const CLI::Error& error) {
             return "vupdater-simulated: " + whatIsWrong(program->remaining(), error) +
                    "\nFor help: vupdater-simulated --help\n";

@@ -1,6 +1,6 @@
 #pragma once
 
-// The firmware images that travel in the bundle, known by their names alone (catalogue/ImageName.h).
+// The firmware images in the bundle, known only by their names (catalogue/ImageName.h).
 
 #include <cstdint>
 #include <string>
@@ -21,26 +21,26 @@ extern int32_t gNewFirmware;
 extern uint16_t gusNewFirmwareRev;
 
 // Fills at most max paths from the bundle, in the bundle's order, and returns how many. A path that does not
-// fit is passed over. Without a bundle there are none, and a line on standard error says so.
+// fit is skipped. Without a bundle there are none, and a line on standard error says so.
 int32_t GetXSVFilesInBundle(char (*paths)[kResourcePathBytes], int32_t max);
 
 // Fills both tables and the count. A file name too long for its entry is cut to fit.
 void CatalogueFirmwareFiles();
 
 // Sets gNewFirmware and gusNewFirmwareRev to the first image in the tables for a model and board revision,
-// whatever its version and byte order; to kNoFirmware and kNoVersion when there is none.
+// whatever its version and byte order; to kNoFirmware and kNoVersion if there is none.
 void ChooseFirmware(uint16_t modelCode, uint16_t boardRevision);
 
-// What the tables hold, a line per image: "VornMX-B, board A: M12 (VMBM12A.xsv)"; the name alone when it
-// stands for no model or board.
+// The images in the tables, one line each: "VornMX-B, board A: M12 (VMBM12A.xsv)"; only the name if it stands
+// for no known model and board.
 std::string FirmwareOverview();
 
-// 'W' for a card whose registers need a byte swap, 'M' for one whose registers do not. It is the flavour of
-// the firmware that the card runs.
+// 'W' for a card whose registers need a byte swap, 'M' for one whose registers do not. This is also the
+// flavour of the card's firmware.
 char ByteOrderLetter(uint8_t byteSwap);
 
 // The flavour of an image, 'M' or 'W'.
 char FirmwareByteOrderLetter(const char* name);
 
-// A card is up to date when the image has the card's byte order and is not newer than what the card runs.
+// A card is up to date if the image has the card's byte order and is not newer than what the card runs.
 bool IsFirmwareCurrent(char cardLetter, uint8_t cardVersion, char fileLetter, uint16_t fileVersion);

@@ -31,7 +31,7 @@ void PowerDown() {
     Str255 name = {0};
     ProcessSerialNumber process = {0, kNoProcess};
     OSErr walked = noErr;
-    // The walk ends only after the process that GetNextProcess left behind has been examined too.
+    // The process that GetNextProcess leaves behind when it fails is examined, too.
     do {
         walked = GetNextProcess(&process);
         ProcessInfoRec information = {kProcessInfoRecordLength, name, {}, nullptr};

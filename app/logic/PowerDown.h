@@ -2,6 +2,5 @@
 
 // Asking the system to shut the computer down.
 
-// Sends the shut-down event to every process named "loginwindow". Failures are not reported: the event is
-// then simply not sent to that process.
+// Sends the shut-down event to every process named "loginwindow". Failures are not reported.
 void PowerDown();

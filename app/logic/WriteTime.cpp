@@ -12,10 +12,10 @@
 
 namespace {
 
-// Fifteen times as much as the images that ship have, and loaded before anybody notices.
+// Fifteen times the size of the images that ship, and still loaded without a noticeable delay.
 constexpr std::uintmax_t kLargestImageBytes = 16 * 1024 * 1024;
 
-// A pipe would keep us waiting, and a huge file would fill the memory, only because a card is looked at.
+// Looking at a card must not mean waiting for a pipe, or filling the memory with a huge file.
 bool canBeAnImage(const char* path) {
     std::error_code notARegularFile;
     const std::uintmax_t bytes = std::filesystem::file_size(path, notARegularFile);

@@ -4,10 +4,9 @@
 
 #include <string>
 
-// A sentence for people, such as "Writing takes about a minute and a half."; empty for what is no
-// regular file of at most 16 MiB that holds an image which comes to its end. Worked out from the image
-// itself, whatever the card's machine makes of it.
+// A sentence such as "Writing takes about a minute and a half.", worked out from the image alone. Empty
+// unless the path is that of a regular file of at most 16 MiB with an image that plays to its end.
 std::string WriteTimeText(const char* imagePath);
 
-// "about a minute and a half": seconds, rounded as a person would say it.
+// Seconds, rounded as a person would say it: "about a minute and a half".
 std::string RoundedDuration(double seconds);

@@ -1,7 +1,7 @@
 #pragma once
 
-// Four-character codes: four ASCII characters packed into 32 bits, the first one most significant. Panes,
-// messages, save options and errors are named by them.
+// Four-character codes: four ASCII characters packed into 32 bits, the first one most significant. They name
+// panes, messages, save options and errors.
 
 #include <cstdint>
 #include <string>
@@ -11,7 +11,7 @@ using PaneIDT = int32_t;
 using MessageT = int32_t;
 using CommandT = int32_t;
 
-// FourCharCode("CRDS") is 0x43524453. Anything but four characters is refused by the compiler.
+// FourCharCode("CRDS") is 0x43524453. The compiler refuses anything but four characters.
 consteval int32_t FourCharCode(const char (&text)[5]) {
     uint32_t code = 0;
     for (int index = 0; index < 4; ++index) {
@@ -25,5 +25,5 @@ consteval int32_t FourCharCode(const char (&text)[5]) {
 // nothing.
 int32_t CodeFromName(std::string_view name);
 
-// The four characters of a code, as an error report shows them; a '?' stands for what cannot be printed.
+// The four characters of a code, for error reports, with a '?' for each that cannot be printed.
 std::string TextOfCode(int32_t code);

@@ -51,8 +51,7 @@ bool LCommander::AttemptQuit(int32_t saveOption) {
     if (!AttemptQuitSelf(saveOption)) {
         return false;
     }
-    // A commander may ask the user, and others may be closed and destroyed meanwhile; these have no say any
-    // more.
+    // A commander may ask the user, and others may be destroyed meanwhile; these are not asked.
     const std::vector<LCommander*> asked = mSubCommanders;
     return std::ranges::all_of(asked, [&](LCommander* sub) {
         return std::ranges::find(mSubCommanders, sub) == mSubCommanders.end() || sub->AttemptQuit(saveOption);

@@ -15,7 +15,7 @@ constexpr CommandT kCommandQuit = 10;
 constexpr CommandT kCommandHelp = 1000;
 constexpr CommandT kCommandCopyDetails = 1001;
 
-// What to do about unsaved work on the way out: ask the user.
+// What to do about unsaved work when quitting: ask the user.
 constexpr int32_t kSaveOptionAsk = FourCharCode("ask ");
 
 class LCommander : public virtual LAttachable {
@@ -26,7 +26,8 @@ class LCommander : public virtual LAttachable {
     // Moves this commander, with everything below it, under another one, or under none (null).
     void SetSuperCommander(LCommander* super);
 
-    // Carries out a command and returns whether anyone did. The parameter is the sender's, and may be null.
+    // Carries out a command, here or further up, and returns whether that was possible. The parameter belongs
+    // to the sender and may be null.
     virtual bool ObeyCommand(CommandT command, void* parameter = nullptr);
 
     // Says how a command shows in a menu: whether it can be chosen, whether it carries a mark and which (0 is
@@ -35,7 +36,7 @@ class LCommander : public virtual LAttachable {
     virtual void FindCommandStatus(CommandT command, uint8_t& outEnabled, uint8_t& outUsesMark,
                                    uint16_t& outMark, unsigned char* outName);
 
-    // Whether this commander alone lets the program end.
+    // Whether this commander itself agrees to quit.
     virtual bool AttemptQuitSelf(int32_t saveOption);
 
     // Asks this commander and everything below it, and stops at the first refusal.

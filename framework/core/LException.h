@@ -1,7 +1,7 @@
 #pragma once
 
-// What the framework throws: an error named by a four-character code. LApplication::Run reports what nobody
-// caught; an application throws it, too, for a pane that its layout lacks.
+// What the framework throws: an error named by a four-character code. LApplication::Run reports it if it is
+// not caught. An application throws it, too, if its layout lacks a pane.
 
 #include <cstdint>
 #include <exception>
@@ -21,7 +21,7 @@ class LException : public std::exception {
     std::string mText;
 };
 
-// Returns the pointer, or throws "nilP" when it is null.
+// Returns the pointer, or throws "nilP" if it is null.
 template <typename Type>
 Type* ThrowIfNil(Type* pointer) {
     if (pointer == nullptr) {

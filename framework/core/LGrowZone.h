@@ -1,8 +1,7 @@
 #pragma once
 
-// A reserve of memory. When an allocation fails, the reserve is released, once, and the allocation is tried
-// again, so that there is room to finish and to tell the user. The latest zone is in charge until it is
-// destroyed.
+// A reserve of memory. If an allocation fails, the reserve is released, once, and the allocation is tried
+// again, so that there is room to finish and to tell the user. The latest zone is used until it is destroyed.
 
 #include <cstdint>
 #include <memory>

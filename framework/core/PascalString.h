@@ -9,8 +9,8 @@ using Str255 = unsigned char[256];
 using StringPtr = unsigned char*;
 using ConstStringPtr = const unsigned char*;
 
-// Copies a text into a Pascal string. What does not fit is cut off between two characters, never inside one.
-// It is the framework's own, because CopyCStringToPascal is a Mac service, and the framework knows none.
+// Copies a text into a Pascal string. A text that does not fit is cut off between two characters, never
+// inside one. The framework cannot use CopyCStringToPascal, a Mac service, because it knows none.
 void PascalFromText(std::string_view text, Str255 outString);
 
 // The text as an ordinary string; empty for a null pointer.

@@ -7,10 +7,10 @@
 
 namespace UEnvironment {
 
-// The desktop draws controls in an appearance (theme) of its own.
+// The desktop draws controls in its own appearance (theme).
 constexpr uint32_t kHasAppearance = 0x1000;
 
-// Qt always brings an appearance; no other feature is known.
+// Qt always has an appearance; no other feature is known.
 inline bool HasFeature(uint32_t feature) {
     return feature == kHasAppearance;
 }
@@ -21,6 +21,5 @@ inline bool HasFeature(uint32_t feature) {
 // nothing to prepare.
 inline void InitializeHeap(int /*masterPointerBlocks*/) {}
 
-// Registers the program for themed controls. Qt themes every control without being asked, so this has nothing
-// left to do.
+// Registers the program for themed controls. Qt themes every control anyway, so this does nothing.
 inline void RegisterAppearanceClient() {}

@@ -22,8 +22,8 @@ QWidget* ModalParent() {
 
 namespace {
 
-// A dialog that comes up while its window is still on its way to the screen was centred on where the window
-// is not; this centres it again once the window is there.
+// A dialog that is shown before its window has reached its place on the screen is centred on the wrong place.
+// This centres it again once the window is there.
 class CentreOnceExposed : public QObject {
   public:
     CentreOnceExposed(QDialog& dialog, QWindow& window) : QObject(&dialog), mDialog(dialog) {
@@ -79,14 +79,14 @@ int RunModal(QDialog& dialog) {
         UDisplay::Use([parent] { QApplication::alert(parent); });
     }
     const Unanswered unanswered(dialog);
-    // The dialog's own loop would keep its address on a stack that may be given up half-way.
+    // The dialog's own loop would keep its address on a stack that may be abandoned half-way.
     dialog.setModal(true);
     dialog.setResult(QDialog::Rejected);
     UDisplay::Use([&dialog] { dialog.show(); });
     while (!UDisplay::IsGone() && dialog.isVisible()) {
         UDisplay::Use([] { QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents); });
     }
-    // The answer and the end of the program may have come in one pass.
+    // The answer and the end of the program may have come in the same pass.
     const bool isToEnd = UDisplay::IsGone() || (application != nullptr && application->IsQuitting());
     return isToEnd ? static_cast<int>(QDialog::Rejected) : dialog.result();
 }

@@ -21,7 +21,7 @@ class X11Probe : public DisplayProbe {
     ~X11Probe() override { xcb_disconnect(mOwn); }
 
     bool IsGone() override {
-        // A single client can be thrown out while the server lives on.
+        // The server can close one connection and keep running.
         return xcb_connection_has_error(mOwn) != 0 || xcb_connection_has_error(mWindow) != 0 ||
                HasHungUp(xcb_get_file_descriptor(mWindow));
     }

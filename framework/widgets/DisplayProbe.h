@@ -6,13 +6,13 @@
 
 class DisplayProbe {
   public:
-    // Opens a connection of its own to the display that Qt shows the window on. Null on a platform without a
-    // display server, and if the server takes no further connection.
+    // Opens a separate connection to the display that Qt shows the window on. Null on a platform without a
+    // display server, or if the server accepts no further connection.
     static std::unique_ptr<DisplayProbe> Create();
 
     virtual ~DisplayProbe() = default;
 
-    // Whether the server has gone, or has thrown out Qt's connection. Does not wait.
+    // Whether the server has gone, or has closed Qt's connection. Does not wait.
     virtual bool IsGone() = 0;
 
     // Sends the question. At most one may be unanswered.
@@ -21,11 +21,11 @@ class DisplayProbe {
     // Whether the answer has come. Does not wait.
     virtual bool IsAnswered() = 0;
 
-    // Whether BreakOff can do what it says.
+    // Whether BreakOff has an effect.
     virtual bool CanBreakOff() { return false; }
 
-    // Ends Qt's connection from this side, on any thread. Whatever waits for something on it goes on, and
-    // finds that the display has gone.
+    // Ends Qt's connection from this side, on any thread. Whatever is waiting on it continues, and finds that
+    // the display has gone.
     virtual void BreakOff() {}
 
     // Waits for something to arrive on the connection.

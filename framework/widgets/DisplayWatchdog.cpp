@@ -6,7 +6,7 @@
 namespace {
 
 // Time is counted in the thread's own beats, not by the clock, so that a process which was itself stopped for
-// a while does not take that for the display's silence.
+// a while does not mistake that for the display's silence.
 constexpr std::chrono::milliseconds kBeat(100);
 constexpr int32_t kBeatsBeforeQuestion = 20;
 

@@ -59,7 +59,7 @@ bool ExitGuard::CallPlain(void (*function)(void* context), void* context) {
 }
 
 void ExitGuard::Leave() {
-    // A forked child may well end before it has become another program.
+    // A forked child is free to end before it has become another program.
     if (gInnermost != nullptr && gInnermost->process == getpid()) {
         std::longjmp(gInnermost->registers, 1);
     }

@@ -4,26 +4,26 @@
 // breaks off.
 //
 // Those libraries call exit or _exit from deep inside a pass of the event loop, with a firmware write waiting
-// below it. The program brings its own exit and _exit, which the dynamic linker prefers; inside a guarded
-// call on the same thread they drop what the library was doing and go back to the guard. Everywhere else they
-// end the process as usual. The library is then left in the middle of its work, locks included, so it must
-// not be asked for anything any more.
+// below it. The program has its own exit and _exit, which the dynamic linker prefers. Inside a guarded call
+// on the same thread they drop what the library was doing and return to the guard; everywhere else they end
+// the process as usual. The library is left in the middle of its work, with its locks held, so it must not be
+// called any more.
 
 class ExitGuard {
   public:
-    // Calls a function. Returns false if it tried to end the process. Outside the library that it calls, the
-    // function must not keep anything on the stack that a destructor would have to release.
+    // Calls a function. Returns false if it tried to end the process. Destructors of objects on its stack
+    // then do not run, so outside the library that it calls nothing on the stack may need one.
     template <typename Function>
     static bool Call(Function function) {
         return CallPlain([](void* context) { (*static_cast<Function*>(context))(); }, &function);
     }
 
-    // Ends the innermost guarded call of this thread, as an attempt to end the process does. Does nothing
+    // Ends the innermost guarded call of this thread, as an attempt to end the process would. Does nothing
     // outside one.
     static void Leave();
 
-    // Sets what is called when a thread other than the main one tries to end the process; that thread then
-    // sleeps for ever.
+    // Sets the function that is called if a thread other than the main one tries to end the process; that
+    // thread then sleeps for ever.
     static void SetHandlerForOtherThreads(void (*handler)());
 
   private:

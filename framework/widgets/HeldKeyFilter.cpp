@@ -30,8 +30,8 @@ bool HeldKeyFilter::eventFilter(QObject* watched, QEvent* event) {
         mReleasedAt = key->timestamp();
         return false;
     }
-    // A window system that repeats keys by releasing and pressing them in the same instant does not always
-    // get the repetition marked as one.
+    // Window systems that repeat a key by releasing and pressing it at the same instant do not always mark
+    // the repetition as one.
     const bool isRepetition = key->isAutoRepeat() || (key->timestamp() != 0 && key->key() == mReleasedKey &&
                                                       key->timestamp() == mReleasedAt);
     return isRepetition && GivesAnswer(key->key(), watched);

@@ -1,5 +1,14 @@
 #pragma once
 
+// The application: the top of the chain of command, the event loop, and the list of windows, which it owns.
+// At most one exists at a time, on the main thread. Creating it creates the QApplication if there is none
+// yet.
+//
+// Every way out calls DoQuit: the menu, a window's close box, the end of the desktop session, the signals
+// SIGTERM, SIGINT, SIGHUP and SIGQUIT (while this object exists), and the application itself. If the
+// connection to the display or the session manager breaks, no one is asked: work under way is completed
+// without a display, and then Run says so on standard error and returns.
+
 #include <QDialog>
 #include <QPointer>
 #include <exception>
@@ -14,13 +23,6 @@ class LDialogBox;
 class LWindow;
 class QuitRequests;
 
-// The application: the top of the chain of command, the event loop, and the list of windows, which it owns.
-// At most one exists at a time, on the main thread. Making one makes the QApplication if there is none yet.
-//
-// Every way out is a call of DoQuit: the menu, a window's close box, the end of the desktop session, the
-// signals SIGTERM, SIGINT, SIGHUP and SIGQUIT (while this object exists), and the application's own wish. If
-// the display or the session manager breaks off, nobody is asked: the work that is under way is completed
-// without a display, and then Run says so on standard error and returns.
 class LApplication : public LCommander {
   public:
     LApplication();
@@ -36,25 +38,25 @@ class LApplication : public LCommander {
 
     // One pass of the event loop. Called by Run it sleeps until something happens; called from inside long
     // work it handles what is pending and returns at once, and does nothing while the display does not
-    // answer. An exception that an event handler threw comes out of the outermost pass only, after everything
-    // below it has returned.
+    // answer. An exception from an event handler leaves only the outermost pass, after everything below it
+    // has returned.
     void ProcessNextEvent();
 
-    // Ends the application if everybody in the chain of command agrees, and otherwise calls QuitRefused. A
-    // dialog that is up is dismissed as cancelled, and one that is asked for later is cancelled without being
-    // shown.
+    // Quits if everyone in the chain of command agrees, and otherwise calls QuitRefused. A dialog that is up
+    // is dismissed as cancelled; a later one is cancelled without being shown.
     void DoQuit(int32_t saveOption = kSaveOptionAsk);
 
     // Whether a quit has been accepted.
     bool IsQuitting() const { return mState == State::kQuitting; }
 
-    // Closes the About box and the help, which may hide what their window has to say.
+    // Closes the About box and the help, which may cover what the window shows.
     void ClosePages();
 
-    // What the About box tells besides the versions, in lines; asked for when the box is made.
+    // Sets what the About box shows besides the versions, in lines. The function is called when the box is
+    // created.
     void SetAboutDetails(std::function<std::string()> details) { mAboutDetails = std::move(details); }
 
-    // Whether Run returned because the display or the session manager broke off.
+    // Whether Run returned because the connection to the display or the session manager broke.
     bool HasLostDisplay() const { return mHasLostDisplay; }
 
     // Handles About, Help and Quit. Quit can be chosen while AttemptQuitSelf agrees.
@@ -69,11 +71,11 @@ class LApplication : public LCommander {
     // Called once by Run, before the first event.
     virtual void StartUp();
 
-    // Tells the user that the program goes on although it was asked to quit: beeps.
+    // Tells the user that the program does not quit: beeps.
     virtual void QuitRefused();
 
-    // Shows the dialog of dialog-128.ui, which does not stop the program from going on with its work. Its
-    // pane "VERS" tells the version that QCoreApplication knows, "QTVR" Qt's, and "DETL" the details.
+    // Shows the dialog of dialog-128.ui and returns at once. Its pane "VERS" shows the version that
+    // QCoreApplication knows, "QTVR" Qt's, and "DETL" the details.
     virtual void ShowAboutBox();
 
     // Shows the page of dialog-130.ui in the same way.
@@ -86,7 +88,7 @@ class LApplication : public LCommander {
     void AddWindow(LWindow* window);
     void RemoveWindow(LWindow* window);
     void Report(const std::exception_ptr& exception);
-    // Reports what was kept in the pass in which the program ended.
+    // Reports what was kept in the pass that ended the program.
     void ReportUnthrown();
     // Shows what a layout describes beside the front window, which owns it from the first time on.
     void ShowPage(const char* name, int32_t layoutID, const std::function<void(LDialogBox&)>& fill);

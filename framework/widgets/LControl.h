@@ -1,9 +1,9 @@
 #pragma once
 
-// A pane with a value that the user can act on. When that happens it broadcasts its value message, with the
-// value (int32_t*) as the parameter. The layout gives the message as the property "valueMessage", four
-// characters in a string; without one the control is silent. So is one that is not usable, whatever reaches
-// its widget: an event from before the window changed, a key, assistive technology.
+// A pane with a value. When the user acts on it, it broadcasts its value message, with the value (int32_t*)
+// as the parameter. The layout gives the message as the property "valueMessage", four characters in a string;
+// without one the control is silent. So is a control that is not usable, whatever reaches its widget: an
+// event from before the window changed, a key, assistive technology.
 
 #include "framework/core/LBroadcaster.h"
 #include "framework/widgets/LPane.h"

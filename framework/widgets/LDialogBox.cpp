@@ -11,8 +11,8 @@
 
 namespace {
 
-// A dialog that cannot be resized is as wide as its texts, and Qt would give these 20 to 80 characters a
-// line, whatever the screen.
+// A dialog that cannot be resized is as wide as its texts, and Qt would wrap these at 20 to 80 characters,
+// whatever the screen.
 void WrapTexts(const LDialogBox& dialog) {
     if (dialog.layout() == nullptr || dialog.layout()->sizeConstraint() != QLayout::SetFixedSize) {
         return;

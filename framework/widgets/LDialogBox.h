@@ -18,7 +18,7 @@ class LDialogBox : public QDialog, public LPane, public LCommander {
     LDialogBox();
 
     // Builds the hidden dialog of <kind>-<layoutID>.ui, centred on the application's front window. Null, with
-    // one line on standard error, when there is no usable layout.
+    // one line on standard error, if there is no usable layout.
     static std::unique_ptr<LDialogBox> CreateDialog(const char* kind, int32_t layoutID, LCommander* super);
 
     LPane* FindPaneByID(PaneIDT paneID) const;
@@ -27,6 +27,6 @@ class LDialogBox : public QDialog, public LPane, public LCommander {
     void FillIn(const std::vector<std::string>& parameters);
 
     // Shows the dialog, waits for the answer and returns whether it was OK. After an accepted quit the dialog
-    // is not shown: the answer is Cancel. A quit accepted meanwhile is answered the same way.
+    // is not shown and the answer is Cancel. It is also Cancel if a quit is accepted meanwhile.
     bool DoDialog();
 };

@@ -15,7 +15,7 @@ void LPane::Show() {
 
 void LPane::Hide() {
     // Qt moves the keyboard away from a hidden widget only in the active window. In any other, such as one
-    // that a dialog has just been in front of, the keys would go on to reach the widget that nobody sees.
+    // that was just behind a dialog, keys would still reach the hidden widget.
     mWidget->clearFocus();
     mWidget->hide();
 }

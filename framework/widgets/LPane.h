@@ -28,7 +28,7 @@ class LPane : public virtual LAttachable {
     // Gives the pane its window's keyboard.
     void TakeKeyboard();
 
-    // Has the event loop redraw the pane.
+    // Marks the pane to be redrawn by the event loop.
     void Refresh();
 
     // Called once, after the layout has set all the widget's properties.

@@ -21,9 +21,9 @@ class LPopupButton : public QComboBox, public LControl {
     // Numbers without an item are ignored.
     void SetValue(int32_t value) override;
 
-    // Appends one item. No character has a meaning in a menu here, so the text is shown as it stands whether
-    // or not metacharacters are to be ignored. A text too long for the popup loses its middle, since equal
-    // cards differ in their slots, at the end; the tool tip then shows it in full.
+    // Appends one item. No character has a special meaning in a menu here, so the text is shown as it is
+    // whether or not metacharacters are ignored. A text too long for the popup is cut in the middle, because
+    // equal cards differ at the end, in their slots; the tool tip then shows it in full.
     void AppendMenu(ConstStringPtr itemText, bool ignoreMetacharacters);
 
     // Shows the list if the popup is usable.

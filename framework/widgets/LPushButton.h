@@ -1,8 +1,8 @@
 #pragma once
 
 // A button; broadcasts when it is pressed. Its value is always 0. Its mnemonic and assistive technology press
-// it at once, where Qt would wait a tenth of a second, during which the window can change. If a button has
-// the focus, it has the default look, too, because Return presses it.
+// it at once, where Qt would wait a tenth of a second, during which the window can change. A button that has
+// the focus also has the default look, because Return presses it.
 
 #include <QPushButton>
 

@@ -19,7 +19,7 @@ class LStaticText : public QLabel, public LPane {
     // Shows `length` bytes of UTF-8. A null pointer or a length below 1 empties the pane.
     void SetText(const char* text, int32_t length);
 
-    // Shows the text in bold, or no longer.
+    // Turns bold on or off.
     void Emphasise(bool isEmphasised);
 
     QSize sizeHint() const override;

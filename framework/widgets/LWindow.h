@@ -1,8 +1,8 @@
 #pragma once
 
-// A window. The application's window list owns it; its close box asks the chain of command to quit. It copies
-// what its captions name, a line each, as text. On a screen that is too small for its contents they are
-// packed more closely, and its widget "scrolled" scrolls if that is not enough.
+// A window. The application's window list owns it; its close box asks the chain of command to quit. It can
+// copy the values that its captions name, as text, one line each. On a screen that is too small, its contents
+// move closer together; if that is not enough, its widget "scrolled" scrolls.
 
 #include <QMainWindow>
 
@@ -18,12 +18,12 @@ class LWindow : public QMainWindow, public LPane, public LCommander {
     LWindow();
     ~LWindow() override;
 
-    // Gives the windows that are created from then on this title instead of their layouts'. The desktop shows
-    // the program's name after it.
+    // Gives windows created from then on this title instead of their layouts'. The desktop shows the
+    // program's name after it.
     static void UseTitle(const QString& title);
 
     // Builds the hidden window that window-<layoutID>.ui describes, gives it the menu bar and puts it on the
-    // application's window list. Null, with one line on standard error, when there is no usable layout.
+    // application's window list. Null, with one line on standard error, if there is no usable layout.
     static LWindow* CreateWindow(int32_t layoutID, LCommander* super);
 
     // The pane with that ID, or null. dynamic_cast tells what else it is (LBroadcaster, LStaticText, ...).
@@ -31,15 +31,15 @@ class LWindow : public QMainWindow, public LPane, public LCommander {
 
     void Show() override;
 
-    // Handles copying the details.
+    // Handles kCommandCopyDetails.
     bool ObeyCommand(CommandT command, void* parameter = nullptr) override;
     void FindCommandStatus(CommandT command, uint8_t& outEnabled, uint8_t& outUsesMark, uint16_t& outMark,
                            unsigned char* outName) override;
 
-    // Draws the window's present state now, without waiting for the event loop.
+    // Draws the window's current state now, without waiting for the event loop.
     void UpdatePort();
 
-    // Has the desktop point the user to the window, if it is not the active one.
+    // Asks the desktop to point the user to the window if it is not the active one.
     void CallForAttention();
 
   protected:

@@ -103,7 +103,7 @@ QVariant LayoutReader::Value() {
     if (type == u"bool") {
         return Text() == QLatin1String("true");
     }
-    // The names of enumerators are for the property to understand.
+    // The property itself interprets the names of enumerators.
     if (type == u"enum" || type == u"set" || type == u"cstring") {
         return Text();
     }

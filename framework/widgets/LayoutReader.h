@@ -23,22 +23,22 @@ class LayoutReader {
         qint64 line = 0;
     };
 
-    // The file is open, and stays so while it is read. Its outermost element becomes the current one.
+    // The file must be open, and stay open while it is read. Its outermost element becomes the current one.
     explicit LayoutReader(QFile& file);
 
-    // Calls a function, which takes the element or refuses it, for every element within the current one, and
-    // passes that one's end.
+    // Calls a function for every element within the current one, which it must read or refuse; then moves
+    // past the current one's end.
     void ForEachElement(const std::function<void()>& take);
 
-    // Calls a function for every property, where nothing else is expected within the current element.
+    // Calls a function for every property within the current element and refuses anything else.
     void ForEachProperty(const std::function<void(const Property&)>& take);
 
-    // What the current element is called, and its attributes; an empty string for one that it does not have.
+    // The name of the current element, and its attributes; an attribute that it does not have is empty.
     QStringView Name() const { return mXml.name(); }
     QString Attribute(const char* name) const;
     qint64 Line() const { return mXml.lineNumber(); }
 
-    // Each of these passes the end of the current element; for the last one that is a property.
+    // Each of these moves past the end of the current element, which for the last one is a property.
     void Skip() { mXml.skipCurrentElement(); }
     QString Text() { return mXml.readElementText(); }
     int Number();
@@ -56,7 +56,7 @@ class LayoutReader {
         return isKnown ? static_cast<Enumeration>(value) : Enumeration();
     }
 
-    // Whose texts these are, for a translator.
+    // Sets the context in which translators find the texts.
     void SetTranslationContext(const QString& context) { mTranslationContext = context.toUtf8(); }
 
     void Refuse(const QString& why);

@@ -17,7 +17,7 @@ PromptDrawing::~PromptDrawing() {
     gIsOn = mWasOn;
 }
 
-// Qt asks where the focus is only to learn that the server has come that far, and does not read the answer.
+// Qt asks where the focus is only to learn that the server has got that far, and does not read the answer.
 extern "C" xcb_get_input_focus_reply_t* xcb_get_input_focus_reply(xcb_connection_t* connection,
                                                                   xcb_get_input_focus_cookie_t cookie,
                                                                   xcb_generic_error_t** error) {

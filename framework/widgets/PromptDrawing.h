@@ -1,10 +1,9 @@
 #pragma once
 
-// Before Qt draws over a picture that it has given to an X server, it waits until the server has taken that
-// one; if the server freezes in between, for ever. The program brings its own version of the function that
-// waits, which the dynamic linker prefers. While an object of this class exists, that does not wait on its
-// thread. At worst the server then shows a picture that is half the old and half the new one, until it takes
-// the new one.
+// Before Qt draws over a picture that it has sent to an X server, it waits until the server has taken that
+// one: for ever, if the server freezes meanwhile. The program has its own version of the function that waits,
+// which the dynamic linker prefers. While an object of this class exists, that function does not wait on its
+// thread. At worst the server shows half of the old and half of the new picture until it takes the new one.
 
 class PromptDrawing {
   public:

@@ -38,8 +38,8 @@ QuitRequests::QuitRequests(LApplication& application) : mApplication(application
 }
 
 QuitRequests::~QuitRequests() {
-    // The sender may repeat the signal while the program cleans up and saves, which must not cut that short.
-    // So once it is quitting, the signals keep their handler, and its pipe stays open, until it ends.
+    // The signal may be repeated while the program cleans up and saves, and must not cut that short. So after
+    // an accepted quit the signals keep their handler, and its pipe stays open, until the program ends.
     if (mSignalPipe[0] < 0 || mApplication.IsQuitting()) {
         return;
     }

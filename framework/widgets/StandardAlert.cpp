@@ -52,7 +52,7 @@ void SetTexts(QMessageBox& box, const QString& title, const QString& explanation
     }
 }
 
-// The box's buttons, at the index of the number that a hit on them reports.
+// The box's buttons, indexed by the number that a hit reports.
 using Buttons = std::array<QAbstractButton*, 4>;
 
 Buttons AddButtons(QMessageBox& box, const AlertStdAlertParamRec& parameters) {
@@ -111,7 +111,7 @@ int16_t Ask(AlertType type, ConstStringPtr title, ConstStringPtr explanation,
     }
     RunModal(*box);
     const int16_t hit = HitIn(*box, buttons, record.cancelButton);
-    // On a display that is gone it is left to the end of the process.
+    // If the display is gone, the box is left until the process ends.
     UDisplay::Use([box] { delete box; });
     return hit;
 }
@@ -123,7 +123,7 @@ int16_t StandardAlert(AlertType type, ConstStringPtr title, ConstStringPtr expla
     const AlertStdAlertParamRec record = parameters != nullptr ? *parameters : AlertStdAlertParamRec();
     const int16_t hit = Ask(type, title, explanation, record);
     if (UDisplay::IsGone()) {
-        // A write that failed without a display must not look like one that did not.
+        // A failed write must not look like a successful one only because there is no display.
         std::fprintf(stderr, "Unanswered alert: %s: %s\n", TextOfPascal(title).c_str(),
                      TextOfPascal(explanation).c_str());
     }

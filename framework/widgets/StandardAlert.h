@@ -17,7 +17,7 @@ constexpr int16_t kAlertStdAlertOKButton = 1;
 constexpr int16_t kAlertStdAlertCancelButton = 2;
 constexpr int16_t kAlertStdAlertOtherButton = 3;
 
-// In place of a button's text: the system's own, in the user's language.
+// Given as a button's text: the system's own text, in the user's language.
 inline constexpr unsigned char kAlertDefaultOKText[] = {2, 'O', 'K'};
 inline constexpr unsigned char kAlertDefaultCancelText[] = {6, 'C', 'a', 'n', 'c', 'e', 'l'};
 
@@ -37,8 +37,7 @@ struct AlertStdAlertParamRec {
 };
 
 // Shows the alert, waits for the answer and stores the number of the button. Texts are shown character for
-// character. After an accepted quit the alert is not shown: the answer is the record's cancelButton. So it is
-// when the display is gone or goes meanwhile; the texts then go to standard error. Returns 0 (there is no
-// failure to report).
+// character. After an accepted quit the alert is not shown and the answer is the record's cancelButton. So is
+// the answer if the display is gone or goes meanwhile; the texts then go to standard error. Always returns 0.
 int16_t StandardAlert(AlertType type, ConstStringPtr title, ConstStringPtr explanation,
                       const AlertStdAlertParamRec* parameters, int16_t* outItemHit);

@@ -1,6 +1,6 @@
 #pragma once
 
-// The pane classes that only layouts need to name.
+// The pane classes that only layouts name.
 
 namespace UControlRegistry {
 

@@ -18,20 +18,19 @@ using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
 constexpr milliseconds kPatience(100);
-// How long an answer is taken for fresh: in a simulated write passes follow each other faster.
+// How long an answer counts as fresh: in a simulated write passes follow each other faster.
 constexpr milliseconds kFresh(2);
 
 std::atomic<bool> gIsGone = false;
 bool gIsAsking = false;
-// Halved each time that the display does not answer in time, so that a slow one adds little to a write.
+// Halved each time the display does not answer in time, so that a slow one adds little to a write.
 milliseconds gPatience = kPatience;
 steady_clock::time_point gLastAnswer;
 
 std::string gProgramName;
 int gExitCodeWithout = 0;
 
-// Qt has no display to go on with, and would abort. What it has to say before that is about plugins, and of
-// no use to the person who reads it.
+// Without a display Qt aborts. Its own messages before that are about plug-ins and do not help the user.
 void ReportNoDisplay(QtMsgType type, const QMessageLogContext& /*context*/, const QString& /*message*/) {
     if (type == QtFatalMsg) {
         std::fprintf(
@@ -43,7 +42,7 @@ void ReportNoDisplay(QtMsgType type, const QMessageLogContext& /*context*/, cons
     }
 }
 
-// Null where there is nothing to ask.
+// Null if there is nothing to ask.
 DisplayProbe* Probe() {
     static const std::unique_ptr<DisplayProbe> probe = DisplayProbe::Create();
     return probe.get();

@@ -10,8 +10,8 @@
 
 namespace {
 
-// Delivers every event there is. What a handler throws stops here: it would unwind the event loop's frames,
-// which are not made for that, and a firmware write that may be running below them.
+// Delivers every event. An exception from a handler stops here: it would unwind the event loop's frames,
+// which do not allow that, and a firmware write that may be running below them.
 class EventLoopApplication : public QApplication {
   public:
     using QApplication::QApplication;
@@ -47,7 +47,7 @@ void UQDGlobals::InitializeToolbox() {
     // know the program by this name.
     static int argumentCount = 1;
     static char* arguments[] = {program_invocation_name, nullptr};
-    // Qt's own globals go away in an order of their own when the process ends, so this object outlives them.
+    // Qt destroys its own globals in an unknown order when the process ends, so this object outlives them.
     static QApplication* application = new EventLoopApplication(argumentCount, arguments);
     // The chain of command decides whether closing a window ends the program.
     application->setQuitOnLastWindowClosed(false);
@@ -56,7 +56,7 @@ void UQDGlobals::InitializeToolbox() {
 
 #if defined(__has_feature)
 #if __has_feature(address_sanitizer)
-// The font library under Qt never gives back a little of what it allocates.
+// The font library under Qt never frees some of its memory.
 extern "C" const char* __lsan_default_suppressions();   // NOLINT(bugprone-reserved-identifier)
 extern "C" const char* __lsan_default_suppressions() {  // NOLINT(bugprone-reserved-identifier)
     return "leak:libfontconfig";

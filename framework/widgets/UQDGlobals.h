@@ -4,7 +4,7 @@
 
 namespace UQDGlobals {
 
-// Makes the QApplication that everything on screen needs. Further calls change nothing. It lives until the
+// Creates the QApplication that everything on screen needs. Further calls change nothing. It lives until the
 // process ends, so that one process can run several application objects one after the other.
 void InitializeToolbox();
 

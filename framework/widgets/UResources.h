@@ -12,15 +12,15 @@ class QWidget;
 
 namespace UResources {
 
-// Names the folder, usually the bundle's Contents/Resources. The process entry calls this before anything is
+// Sets the folder, usually the bundle's Contents/Resources. The process entry calls this before anything is
 // loaded; until then there are no layouts.
 void UseFolder(const std::filesystem::path& folder);
 
-// Builds what the file <kind>-<id>.ui describes, making the classes that the class registry knows and leaving
-// the others to Qt. Null, with one line on standard error, when the file is missing or malformed.
+// Builds what the file <kind>-<id>.ui describes, from classes in the class registry and of Qt. Null, with one
+// line on standard error, if the file is missing or malformed.
 std::unique_ptr<QWidget> LoadLayout(const char* kind, int32_t id);
 
-// The icon; one without pictures when they are missing.
+// The icon; empty if its pictures are missing.
 QIcon LoadIcon();
 
 }  // namespace UResources

@@ -18,7 +18,7 @@ bool matchCards(io_iterator_t* iterator) {
                                         iterator) == kIOReturnSuccess;
 }
 
-// The iterator's service at a position, owned by the caller, or 0 when it has none; those before it are
+// The iterator's service at a position, owned by the caller, or 0 if there is none; those before it are
 // released.
 io_service_t serviceAt(io_iterator_t iterator, int index) {
     int position = 0;
@@ -38,7 +38,7 @@ bool mapRange(io_connect_t connection, uint32_t memoryType, void** base, uint32_
         kIOReturnSuccess) {
         return false;
     }
-    // The Mac hands addresses out as numbers.
+    // The Mac returns addresses as numbers.
     *base = reinterpret_cast<void*>(address);  // NOLINT(performance-no-int-to-ptr)
     return true;
 }
@@ -107,7 +107,7 @@ int GetCardInformation(uint32_t connection, char* name, char* location) {
     if (!askForInformation(connection, information)) {
         return 0;
     }
-    // A driver terminates both texts; one that does not must not hand out texts without an end.
+    // A driver terminates both texts. If one does not, they end here.
     information[kCardTextBytes - 1] = '\0';
     information[card_driver::kInformationBytes - 1] = '\0';
     std::memcpy(name, information, kCardTextBytes);

@@ -13,16 +13,16 @@ namespace {
 
 constexpr mode_t kForUsAlone = S_IRWXU;
 
-// While another process removes entries, too: how often a folder is cleared, and the pause in between.
+// How often a folder is cleared while another process is removing entries, too, and the pause in between.
 constexpr int kClearings = 100;
 constexpr std::chrono::milliseconds kBetweenClearings(50);
 
-bool isSomebodyElses(const char* path) {
+bool belongsToAnotherUser(const char* path) {
     struct stat entry;
     return ::lstat(path, &entry) == 0 && entry.st_uid != ::geteuid();
 }
 
-// Removal stops at an entry that another process has removed first.
+// remove_all stops at an entry that another process has removed first.
 void clear(const char* path) {
     std::error_code error;
     for (int i = 0; i < kClearings; ++i) {
@@ -43,7 +43,7 @@ bool TakeFile(const char* path) {
 }
 
 bool TakeFolder(const char* path) {
-    if (isSomebodyElses(path)) {
+    if (belongsToAnotherUser(path)) {
         return false;
     }
     clear(path);

@@ -21,7 +21,7 @@ std::string Quoted(std::string_view text) {
 int RunByShell(const std::string& command) {
     const pid_t child = ::fork();
     if (child == 0) {
-        // A session of its own leaves the terminal behind. Both settings end with the child.
+        // A new session has no terminal. Both settings end with the child.
         ::setsid();
         ::umask(S_IRWXG | S_IRWXO);
         ::_exit(std::system(command.c_str()) == 0 ? EXIT_SUCCESS : EXIT_FAILURE);

@@ -5,9 +5,9 @@
 #include <string>
 #include <string_view>
 
-// A text in double quotes for a shell command, escaped so that nothing in it is taken for a command.
+// A text in double quotes for a shell command, escaped so that the shell interprets nothing in it.
 std::string Quoted(std::string_view text);
 
-// Runs a command by the shell and waits for it; 0 if it succeeded. It has no terminal, so no tool can stop to
-// ask a question there, and what it creates is for this user alone.
+// Runs a command in the shell and waits for it. Returns 0 if it succeeded. It has no terminal, so no tool can
+// stop to ask a question, and only this user can access what it creates.
 int RunByShell(const std::string& command);

@@ -27,11 +27,11 @@ constexpr char kDriverBundle[] = "/tmp/VUpdater.kext";
 constexpr char kDriverIdentifier[] = "com.VornLabs.driver.VornMx";
 constexpr CFIndex kArchivePathBytes = 256;
 
-// The driver needs time to attach to the cards, and to let go of them.
+// The driver needs time to attach to the cards, and to detach from them.
 constexpr uint32_t kAttachSeconds = 4;
 constexpr uint32_t kDetachSeconds = 2;
 
-// A program can inherit a child that has already ended, which would be taken for the tool.
+// A program can inherit a child that has already ended; wait would mistake it for the tool.
 void reapEndedChildren() {
     while (::waitpid(-1, nullptr, WNOHANG) > 0) {
     }
@@ -89,8 +89,8 @@ bool copyArchive(const char* path) {
     return copied;
 }
 
-// pax would write through a link at the bundle's name, and into another user's folder. An archive can hold a
-// link instead of the bundle.
+// pax would write through a link at the bundle's name, or into another user's folder, so the name is taken
+// first. The archive may hold a link instead of the bundle, so that is checked afterwards.
 bool unpackArchive() {
     if (!TakeFolder(kDriverBundle)) {
         return false;
@@ -124,7 +124,7 @@ bool putIntoTmp(AuthorizationRef authorization, CFURLRef archive) {
     return unpacked;
 }
 
-// Gives the driver bundle the owner that the system insists on, and loads it.
+// Gives the driver bundle the owner that the system requires, and loads it.
 bool load(AuthorizationRef authorization) {
     if (runPrivileged(authorization, "/usr/sbin/chown", {"-R", "root:wheel", kDriverBundle}) !=
         errAuthorizationSuccess) {

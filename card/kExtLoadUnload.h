@@ -6,7 +6,7 @@
 
 #include <cstdint>
 
-// Makes an authorization and asks for the administrator's right. Returns 1 if it was granted, else 0. The
+// Creates an authorization and asks for the administrator's right. Returns 1 if it was granted, else 0. The
 // caller frees the reference, which may be non-null after a failure too.
 int32_t Authenticate(AuthorizationRef* ref);
 
@@ -15,9 +15,9 @@ int32_t Authenticate(AuthorizationRef* ref);
 // system may still have refused the driver. Otherwise deletes what it copied and unpacked and returns 0 with
 // a null reference. Standard error says what failed, unless the archive's path is too long.
 //
-// Whatever another user puts at the two names in /tmp is neither written to nor followed nor waited for; if
-// it cannot be removed, copying or unpacking fails. This relies on /tmp being sticky. A process of the same
-// user can still change what was unpacked until it belongs to root.
+// Nothing that another user puts at the two names in /tmp is written to, followed or waited for; if it cannot
+// be removed, copying or unpacking fails. This relies on /tmp being sticky. A process of the same user can
+// still change what was unpacked until it belongs to root.
 int32_t ExtractAndLoadKext(AuthorizationRef* ref);
 
 // Unloads the driver, deletes what was unpacked and frees the authorization, leaving the reference null.

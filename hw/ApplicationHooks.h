@@ -11,8 +11,8 @@ void AllowNextEvent();
 // Shows how many bytes of the firmware image have been consumed so far.
 void UpdateProgressBar(uint32_t bytes);
 
-// Shows the program's one kind of alert, a title and a message (NUL-terminated UTF-8), and returns true if it
-// was answered with OK.
+// Shows an alert with a title and a message (NUL-terminated UTF-8), and returns true if it was answered with
+// OK.
 bool ShowAlert(const char* title, const char* message);
 
 // Identity word of the open card, or a blank one (catalogue::isBlankIdentity).

@@ -23,8 +23,8 @@ void setSignal(uint32_t signal, int16_t value) {
     }
 }
 
-// Waits for a clock level to settle, where most of a firmware write is spent. Unrolled, since the loop itself
-// would take a good part of that time.
+// Waits for a clock level to settle. Unrolled, because most of a firmware write is spent here and the loop
+// itself would take a good part of it.
 void settle() {
     constexpr int32_t kReads = kReadsPerMicrosecond * kSettlingMicroseconds;
 #pragma GCC unroll kReads

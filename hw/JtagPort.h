@@ -1,7 +1,7 @@
 #pragma once
 
 // The JTAG port on the card's two registers: the operations of xsvf/JtagPort.h, and playing over them. The
-// simulated card names the bits for itself, so that its judgement stays independent of this.
+// simulated card has its own list of the bits, on purpose: a mistake in a shared one would pass every test.
 //
 // Every TCK level is one write of the whole output register and 15 reads of it, which give the level 5
 // microseconds to settle; sampling TDO is one read of the input register. These counts pace the JTAG clock.
@@ -22,7 +22,7 @@ constexpr uint32_t kJtagTDO = 0x80;
 constexpr int32_t kReadsPerMicrosecond = 3;
 constexpr int32_t kSettlingMicroseconds = 5;
 
-// After how many bytes of an image the application may handle an event, and shows the progress.
+// Bytes of an image after which the application may handle an event, and shows the progress.
 constexpr uint32_t kEventBytes = 1000;
 constexpr uint32_t kProgressBytes = 3000;
 

@@ -46,12 +46,12 @@ uint16_t playFirmware(uint8_t* image, uint32_t length) {
     return static_cast<uint16_t>(info.iResult);
 }
 
-// Nothing that keeps this from working may hide what broke the write off.
+// A failure here must not hide the exception that broke the write off.
 void restoreAfterException(uint32_t identity) {
     try {
         WriteSerialNumber(identity);
     } catch (...) {
-        // The exception that is on its way already tells why the card needs another write.
+        // The exception being handled already tells why the card needs another write.
     }
 }
 
@@ -84,7 +84,7 @@ uint16_t WriteSerialNumber(uint32_t identity) {
         return static_cast<uint16_t>(info.iResult);
     }
 
-    // A failure to protect does not count: the identity is written if it reads back.
+    // A failure to protect does not count: if the identity reads back, it is written.
     ProtectEEPROM();
     uint32_t readBack = 0;
     if (GetSerialNumber(&readBack) != 0) {

@@ -14,11 +14,11 @@ constexpr uint32_t kModeBits = 7;
 constexpr uint32_t kControlBits = 4;
 constexpr uint32_t kBothBypassedBits = 2;
 
-// Every data value here lies one bit higher than in the PROM's register, above the FPGA's bypass bit.
+// Every data value here is one bit higher than in the PROM's register, above the FPGA's bypass bit.
 
-// The identification code as each program wants it. Protecting takes every version (bits 28-31) and the eight
-// parts that bits 16-18 tell apart; reading takes every part that shares its bits 0-15 and 19-23, and also
-// compares the bypass bit.
+// The identification code that each program expects. Protecting accepts every version (bits 28-31) and the
+// eight parts that bits 16-18 distinguish; reading accepts every part with the same bits 0-15 and 19-23, and
+// also compares the bypass bit.
 constexpr uint64_t kProtectCodeMask = 0x001FF1FFFE;
 constexpr uint64_t kProtectCode = 0x01EA06A126;
 constexpr uint64_t kReadCodeMask = 0x0001F1FFFF;
@@ -27,7 +27,7 @@ constexpr uint64_t kOnesAboveBypass = 0x01FFFFFFFE;
 
 constexpr uint64_t kCompareNothing = 0;
 
-// What programming mode is entered with.
+// The data with which programming mode is entered.
 constexpr uint64_t kProtectMode = 0x68;
 constexpr uint64_t kUserCodeMode = 0x08;
 
@@ -37,7 +37,7 @@ constexpr uint64_t kProtected = 0x06;
 // The row that holds the user code and the protection bits.
 constexpr uint64_t kSpecialRow = 0x010000;
 
-// Each write step replaces this with the identity; as it stands it is a blank one.
+// A blank identity; PatchIdentity replaces it in each write step.
 constexpr uint64_t kBlankUserCode = 0x01FFFFFFFE;
 constexpr uint64_t kWholeUserCode = 0x01FFFFFFFF;
 constexpr uint64_t kBypassBitAsOne = 0x00FFFFFFFF;
@@ -59,8 +59,8 @@ constexpr auto enterProgramming = [](auto& xsvf, uint64_t mode) {
     xsvf.XSDRTDO(mode, 0);
 };
 
-// The user code is compared with the bypass bit expected as 1, which no working chain delivers: reading stops
-// here with the code captured, and PatchIdentity narrows the mask to what writing is to verify.
+// The comparison expects the bypass bit as 1, which no working chain delivers, so reading stops here with the
+// user code captured. For writing, PatchIdentity narrows the mask to what must be verified.
 constexpr auto enterAndReadUserCode = [](auto& xsvf) {
     enterProgramming(xsvf, kUserCodeMode);
     xsvf.XSDRSIZE(kAddressBits);

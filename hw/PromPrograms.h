@@ -1,14 +1,11 @@
 #pragma once
 
 // The XSVF programs that read, write and protect the identity in a card's configuration PROM. The simulated
-// PROM has its own list of instructions, on purpose: it must not learn them from what it judges.
+// PROM has its own list of instructions, on purpose: a mistake in a shared one would pass every test.
 //
 // The chain is TDI, PROM, FPGA, TDO. Every instruction is 13 bits, the PROM's 8 above the FPGA's 5, which
 // stay at bypass; every data shift is one bit longer than the PROM's register, and its bit 0 is the FPGA's
 // bypass register, which captures 0.
-//
-// The simulated PROM has its own table of these instructions, on purpose: were this one shared, a mistake in
-// it would not show.
 
 #include <array>
 #include <cstddef>
@@ -35,7 +32,7 @@ constexpr std::size_t kWriteProgramSize = 310;
 extern const std::array<uint8_t, kProtectProgramSize> kProtectProgram;
 
 // Captures the user code in a comparison that no working chain can pass: command kReadUserCodeCommand expects
-// the FPGA's bypass bit as 1. A run that stops there, with a kUserCodeBytes long expected value, holds the
+// the FPGA's bypass bit as 1. A run that stops there, with an expected value of kUserCodeBytes, holds the
 // user code in its captured value, bit 0 being the bypass bit.
 extern const std::array<uint8_t, kReadProgramSize> kReadProgram;
 constexpr int32_t kReadUserCodeCommand = 20;
@@ -46,7 +43,7 @@ extern const std::array<uint8_t, kWriteProgramSize> kWriteProgram;
 
 // Where the identity goes in kWriteProgram: the data of the three program steps, then the mask of the verify
 // step. As a mask it compares exactly the bits that are 1 in the identity, against an expectation of all ones
-// save the topmost, so that an identity with bit 31 set fails its verify.
+// except the topmost bit, so that an identity with bit 31 set fails its verify.
 constexpr std::array<std::size_t, 4> kIdentityOffsets = {78, 138, 198, 275};
 
 // Puts an identity into all four fields of a copy of kWriteProgram.

@@ -1,6 +1,6 @@
 #pragma once
 
-// The Core Foundation objects that the services make and look into.
+// The Core Foundation objects that the services create and read.
 
 #include <CoreFoundation/CoreFoundation.h>
 

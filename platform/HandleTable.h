@@ -9,13 +9,13 @@
 #include <type_traits>
 #include <utility>
 
-// Objects by handle, a number or a pointer that nobody follows. Handles start above 0xFFFF, so that none is
-// ever mistaken for an index, and are not used twice. An unknown handle is answered with null or false, never
-// with a crash: the updater closes a number that was never a handle, and must get away with it.
+// Objects by handle: a number, or a pointer that is never dereferenced. Handles start above 0xFFFF, so that
+// none can be mistaken for an index, and are never reused. An unknown handle gives null or false, never a
+// crash: the updater does close a number that was never a handle.
 template <typename Handle, typename Object>
 class HandleTable {
   public:
-    // Tables whose handles must not be confused begin at different places less than 4 apart.
+    // Tables whose handles must differ start at different numbers less than 4 apart.
     explicit HandleTable(uint32_t first = 0x10003) : mNext(first) {}
 
     Handle add(Object object) {
@@ -34,7 +34,7 @@ class HandleTable {
         return entry == mEntries.end() ? nullptr : &entry->second;
     }
 
-    // Destroys the object; false when there is none.
+    // Destroys the object; false if there is none.
     bool release(Handle handle) { return mEntries.erase(numberOf(handle)) != 0; }
 
     std::size_t size() const { return mEntries.size(); }

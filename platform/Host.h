@@ -18,8 +18,8 @@
 
 class Host {
   public:
-    // A range of a card's memory as it appears in this process. The base is good for address arithmetic and
-    // for loadWord and storeWord; it need not be memory that the processor can reach by itself.
+    // A range of a card's memory as it appears in this process. The base is only for address arithmetic,
+    // loadWord and storeWord; the processor need not be able to access it directly.
     struct MappedRange {
         void* base;
         uint32_t bytes;
@@ -43,17 +43,17 @@ class Host {
     // The application's bundle (a folder that holds Contents/Resources), or an empty path if there is none.
     virtual std::filesystem::path bundleDirectory() = 0;
 
-    // The services that match a driver class at this moment, in the registry's order. The numbers are the
-    // host's own and stay valid for the host's life.
+    // The services that match a driver class now, in the registry's order. The numbers are the host's own and
+    // stay valid for the host's life.
     virtual std::vector<uint64_t> servicesOfClass(std::string_view className) = 0;
 
     // Opens a connection to a service. Returns a connection number that is above 0xFFFF, so that it can be
-    // mistaken neither for "none" nor for a card index, and is not handed out again; or nothing if the
-    // service cannot be opened.
+    // mistaken neither for "none" nor for a card index, and is never reused; or nothing if the service cannot
+    // be opened.
     virtual std::optional<uint32_t> openService(uint64_t service) = 0;
 
-    // Closes a connection and takes its mappings away. Returns false, changing nothing, when the number is
-    // not an open connection.
+    // Closes a connection and takes its mappings away. Returns false, changing nothing, if the number is not
+    // an open connection.
     virtual bool closeConnection(uint32_t connection) = 0;
 
     // Maps one of the card's memory ranges (0 or 1). The mapping lasts until its connection is closed.
@@ -61,7 +61,7 @@ class Host {
     virtual std::optional<MappedRange> mapMemory(uint32_t connection, uint32_t memoryType) = 0;
 
     // Calls a driver method that takes no input and answers with a structure (platform/CardDriver.h). Returns
-    // how many bytes of the reply were filled, or nothing, leaving the reply alone, when the driver refuses.
+    // how many bytes of the reply were filled, or nothing, leaving the reply alone, if the driver refuses.
     virtual std::optional<std::size_t> callMethod(uint32_t connection, uint32_t method,
                                                   std::span<uint8_t> reply) = 0;
 
@@ -71,11 +71,11 @@ class Host {
     virtual uint32_t loadWord(const uint32_t* address) = 0;
     virtual void storeWord(uint32_t* address, uint32_t word) = 0;
 
-    // The running processes, in the order in which the system lists them. The one that logs people in, and
-    // shuts down when the event is delivered to it, is named "loginwindow".
+    // The running processes, in the order in which the system lists them. The one that users log in with, and
+    // that shuts the computer down when it gets the event, is named "loginwindow".
     virtual std::vector<Process> processes() = 0;
 
-    // Hands the system's shut-down event to a process. Returns false when there is no such process.
+    // Hands the system's shut-down event to a process. Returns false if there is no such process.
     virtual bool deliverShutDownEvent(uint64_t processSerialNumber) = 0;
 
     // Asks the user at the computer for the administrator's right, and returns with the answer.
@@ -87,7 +87,7 @@ class Host {
     // /usr/sbin/chown, /sbin/kextload and /sbin/kextunload.
     virtual bool runPrivilegedTool(const std::string& tool, const std::vector<std::string>& arguments) = 0;
 
-    // Lets this many seconds pass on the machine before returning.
+    // Returns after this many seconds of machine time.
     virtual void sleepSeconds(uint32_t seconds) = 0;
 };
 
@@ -95,9 +95,8 @@ namespace platform {
 extern Host* installedHost;
 }
 
-// Makes a host the one that answers from now on, with nothing handed out: what the services handed out on the
-// host before it is gone. The caller keeps ownership and installs null before destroying the host. Everything
-// runs on one thread.
+// Installs a host. Whatever the services handed out on the previous host becomes invalid. The caller keeps
+// ownership and installs null before destroying the host. Everything runs on one thread.
 void InstallHost(Host* host);
 
 // The installed host; calling a service without one is a bug. Inline, because every register access passes

@@ -1,7 +1,7 @@
 #pragma once
 
-// What the Mac services have handed out and not been given back since the host was installed, so that a leak
-// is something one can see.
+// What the Mac services have handed out since the host was installed and not been given back, so that leaks
+// can be seen.
 
 #include <cstddef>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-// What the Mac services have handed out and keep for their callers. It belongs to the installed host: a host
-// finds the tables empty when it is installed, and they go when it is replaced.
+// What the Mac services have handed out and keep for their callers. The tables belong to the installed host:
+// they are empty when it is installed and go when it is replaced.
 
 #include <Carbon/AppleEvents.h>
 #include <CoreFoundation/CoreFoundation.h>
@@ -48,7 +48,7 @@ struct ServiceTables {
     HandleTable<CFTypeRef, CFObject> objects;
     HandleTable<void*, DescriptorData> descriptors;
     HandleTable<AuthorizationRef, Authorization> authorizations;
-    // The one bundle that can be asked for. A Get function hands it out, so nobody releases it.
+    // The only bundle. A Get function hands it out, so it is never released.
     std::filesystem::path mainBundle;
 };
 

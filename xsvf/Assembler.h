@@ -1,6 +1,6 @@
 #pragma once
 
-// Writes XSVF: one method per command, named as the command, appends its bytes to a sink.
+// Writes XSVF. Each command has a method of the same name that appends its bytes to a sink.
 //
 // It works at compile time, for the programs that are built in, and at run time, for whole firmware images. A
 // sink is anything with push_back(uint8_t): a std::vector, or FixedBytes.
@@ -13,7 +13,7 @@
 #include "xsvf/Format.h"
 
 // A data register value, given as a number or as bytes, most significant first, which must stay alive until
-// it has been written. It is written with as many bytes as the data size in force needs; missing high bytes
+// it has been written. It is written with as many bytes as the current data size needs; missing high bytes
 // are 0, surplus ones are dropped.
 class XsvfValue {
   public:
@@ -98,7 +98,7 @@ class XsvfAssembler {
     std::size_t mDataBytes = 0;
 };
 
-// A sink of fixed capacity. At compile time, a byte too many does not compile.
+// A sink of fixed capacity, for compile time, where one byte too many is an error.
 template <std::size_t kCapacity>
 struct FixedBytes {
     std::array<uint8_t, kCapacity> bytes{};

@@ -35,9 +35,9 @@ enum class XsvfOpcode : uint8_t {
 };
 constexpr uint8_t kXsvfOpcodes = 21;
 
-// A TAP state in one byte of flags, and the operand of XSTATE. Elsewhere that operand is a state's number;
-// only the stable states outside the scans (0 and 1) have the same one here, and the player translates no
-// others.
+// A TAP state in one byte of flags, and the operand of XSTATE. Elsewhere that operand is a state's number.
+// Only the stable states outside the scans (0 and 1) have the same number here, and the player does not
+// translate the others.
 constexpr uint8_t kTapPauseFlag = 0x02;
 constexpr uint8_t kTapShiftFlag = 0x04;
 constexpr uint8_t kTapDataFlag = 0x10;
@@ -55,7 +55,7 @@ constexpr uint8_t kTapShiftIR = kTapInstructionFlag | kTapShiftFlag;
 constexpr uint8_t kXsvfEndIdle = 0;
 constexpr uint8_t kXsvfEndPause = 1;
 
-// How a run ends. The numbers travel up to the window's alerts.
+// How a run ends. The numbers reach the window's alerts.
 enum XsvfError : int32_t {
     kXsvfNoError = 0,
     kXsvfUnknown = 1,

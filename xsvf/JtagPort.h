@@ -36,5 +36,5 @@ uint8_t readTDOBit();
 // Waits by register accesses, the port's only clock. Negative and zero waits return at once.
 void waitTime(int32_t microseconds);
 
-// Hands out the image's next byte, and every so often lets the application draw and show progress.
+// Stores the image's next byte, and from time to time has the application handle an event or show progress.
 void readByte(uint8_t* out);

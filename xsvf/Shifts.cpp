@@ -23,7 +23,7 @@ void waitInIdle(uint8_t* state, int32_t microseconds) {
     }
 }
 
-// A wait and a quarter; an absurd one wraps at 32 bits.
+// A wait made a quarter longer; an absurdly long one wraps at 32 bits.
 int32_t lengthened(int32_t wait) {
     return static_cast<int32_t>(static_cast<uint32_t>(wait) + static_cast<uint32_t>(wait >> 2));
 }

@@ -20,7 +20,7 @@ void xsvfShiftOnly(int32_t bits, const var_len_byte* in, var_len_byte* captured)
 
 // Shifts from the start state (Shift-DR or Shift-IR) to the end state, and again up to retryLimit times while
 // the comparison fails. With a wait, a failing attempt that will be repeated first goes through Pause-DR back
-// to Shift-DR, and each repetition waits a quarter longer; every attempt captures anew. When start and end
+// to Shift-DR, and each repetition waits a quarter longer; every attempt captures again. When start and end
 // state are the same, the scan stays open and nothing waits. Returns 0, 2 for a mismatch, or 3 for a mismatch
 // after all retries.
 int32_t xsvfShift(uint8_t* state, uint8_t startState, int32_t bits, const var_len_byte* in,

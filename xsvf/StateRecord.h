@@ -36,5 +36,5 @@ int32_t xsvfInfoInit(tagSXsvfInfo* info);
 // The record owns nothing, so there is nothing to release.
 void xsvfInfoCleanup(tagSXsvfInfo* info);
 
-// The player's name for an error code; a code that it does not have counts as unknown.
+// The player's text for an error code; any other code counts as unknown.
 const char* xsvfErrorText(int32_t error);

@@ -20,8 +20,8 @@ void reset() {
     }
 }
 
-// Out of a scan as far as Update, or, when it is only paused and to go on, back to its Shift state. Returns
-// the state code that the walk goes on from.
+// Leaves a scan as far as Update; or, if it is only paused and continues, goes back to its Shift state.
+// Returns the state code from which the walk continues.
 uint8_t leaveScan(uint8_t current, uint8_t target) {
     if ((current & kTapPauseFlag) != 0 && sharesRegister(current, target)) {
         step(1, "EXIT2");

@@ -13,8 +13,8 @@ struct var_len_byte {
     uint8_t aucValue[MAX_LEN + 1] = {};
 };
 
-// Takes the next bytes of the image into the value. A negative count takes 65536 + byteCount bytes, the way a
-// 16-bit counter runs down to 0; what exceeds the value's capacity is taken and dropped.
+// Takes the next bytes of the image into the value. A negative count takes 65536 + byteCount bytes, as a
+// 16-bit counter that runs down to 0 does; bytes beyond the value's capacity are taken and dropped.
 void readVal(var_len_byte* value, int16_t byteCount);
 
 // 1 if the actual value equals the expected one in every bit that is 1 in the mask (all bits without a mask),

@@ -22,7 +22,7 @@ struct ProcessInfoRec {
     void* processAppSpec;
 };
 
-// Replaces a serial number by that of the next process in the list, starting from kNoProcess. At the end of
+// Replaces a serial number with that of the next process in the list, starting from kNoProcess. At the end of
 // the list it becomes kNoProcess again and the result is procNotFound.
 OSErr GetNextProcess(ProcessSerialNumber* process);
 

@@ -30,13 +30,13 @@ void CFRelease(CFTypeRef object);
 // The retain count; 0 if the object is not alive.
 CFIndex CFGetRetainCount(CFTypeRef object);
 
-// The running application's bundle, or null when it has none.
+// The running application's bundle, or null if it has none.
 CFBundleRef CFBundleGetMainBundle();
 
 // The URL of the bundle's resource folder, whether or not it is there.
 CFURLRef CFBundleCopyResourcesDirectoryURL(CFBundleRef bundle);
 
-// The URL of the resource file of a name and a type (its extension; null for a file without one). A null
+// The URL of the resource file with a name and a type (its extension; null for a file without one). A null
 // subdirectory means the resource folder itself. Null if there is no such file.
 CFURLRef CFBundleCopyResourceURL(CFBundleRef bundle, CFStringRef name, CFStringRef type,
                                  CFStringRef subdirectory);

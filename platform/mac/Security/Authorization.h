@@ -58,7 +58,7 @@ OSStatus AuthorizationCopyRights(AuthorizationRef authorization, const Authoriza
 
 // Starts a tool with the administrator's right, which the authorization must hold (errAuthorizationDenied).
 // The arguments do not name the tool and end in a null pointer. Success means that the tool was started, as a
-// child of this process, which has to wait for it. There is no pipe to the tool: that argument must be null.
+// child of this process, which must wait for it. There is no pipe to the tool: that argument must be null.
 OSStatus AuthorizationExecuteWithPrivileges(AuthorizationRef authorization, const char* pathToTool,
                                             AuthorizationFlags options, char* const* arguments,
                                             std::FILE** communicationsPipe);

@@ -1,5 +1,4 @@
-// A file of its own, so that the compiler knows as little about the host here as it does in the player's
-// port.
+// A separate file, so that the compiler knows as little about the host here as it does in the player's port.
 
 #include "benchmarks/BareLoop.h"
 
@@ -9,8 +8,8 @@
 namespace benchmarks {
 namespace {
 
-// What the player reads in a row, unrolled as it is there: a loop around every single read would make the
-// measure slower than what is measured.
+// The reads that the player makes in a row, unrolled as they are there: with a loop around each read this
+// would be slower than the player.
 constexpr uint64_t kReadsInARow = kReadsPerMicrosecond * kSettlingMicroseconds;
 
 }  // namespace

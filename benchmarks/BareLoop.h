@@ -1,6 +1,6 @@
 #pragma once
 
-// The measure of the player and the simulator: register accesses and nothing else.
+// What the player and the simulator are measured against: register accesses and nothing else.
 
 #include <cstdint>
 
@@ -11,7 +11,7 @@ struct Accesses {
     uint64_t stores = 0;
 };
 
-// So many accesses of the open card's JTAG output register.
+// Accesses the open card's JTAG output register that many times.
 void makeAccesses(const Accesses& accesses);
 
 }  // namespace benchmarks

@@ -15,7 +15,7 @@
 #include "simulator/host/SimulatedHost.h"
 #include "simulator/machine/DefaultMachine.h"
 
-// An application that has nothing to do.
+// An application that does nothing.
 uint32_t gSerialNumber = 0;
 void AllowNextEvent() {}
 void UpdateProgressBar(uint32_t /*bytes*/) {}
@@ -28,7 +28,7 @@ namespace {
 
 constexpr int kRepetitions = 15;
 constexpr int kImageRepetitions = 5;
-// Small images are played so often that every size takes its time.
+// Small images are played often enough for every size to take a measurable time.
 constexpr std::size_t kBytesToPlay = 1'000'000;
 
 PlainMemoryHost plainMemory;
@@ -83,7 +83,8 @@ void playerOverPlainMemory(benchmark::State& state) {
     }
 }
 
-// All that the updater does to the card: the image, and the identity written back, protected and read.
+// Everything that an update does to the card: it plays the image, then writes the identity back, protects it
+// and reads it.
 void simulatedUpdate(benchmark::State& state) {
     auto image = firmwareImage();
     simulator::Machine machine;
@@ -100,7 +101,7 @@ void simulatedUpdate(benchmark::State& state) {
             state.SkipWithError("the update failed");
     }
     if (!machine.ledger().empty() || machine.card(0).acceptableConfiguration()->version != 12)
-        state.SkipWithError("the update did not do its work");
+        state.SkipWithError("the card did not get the new firmware");
     InstallHost(nullptr);
 }
 

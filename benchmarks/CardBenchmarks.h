@@ -7,7 +7,7 @@
 
 namespace benchmarks {
 
-// Names of the benchmarks, which the reporter knows their results by.
+// Names of the benchmarks, by which the reporter finds their results.
 constexpr const char* kBareLoop = "bare loop";
 constexpr const char* kPlayer = "player over plain memory";
 constexpr const char* kSimulatedUpdate = "simulated update";
@@ -16,7 +16,8 @@ constexpr const char* kSimulatedUpdate = "simulated update";
 constexpr const char* kLoads = "loads";
 constexpr const char* kStores = "stores";
 
-// An image of this size over plain memory, and the counter that holds the image's true size in bytes.
+// The benchmark of an image of this size over plain memory, and the counter that holds the image's true size
+// in bytes.
 [[nodiscard]] std::string imageName(std::size_t bytes);
 constexpr const char* kImageBytes = "bytes";
 constexpr std::size_t kImageSizes[] = {1'000, 8'000, 64'000, 512'000, 8'000'000};

@@ -15,13 +15,13 @@ namespace {
 
 using Assembler = XsvfAssembler<std::vector<uint8_t>>;
 
-// Zeroes the operand of the XTDOMASK that has this one.
+// Zeroes the operand of the XTDOMASK command that has this mask.
 void clearMask(std::vector<uint8_t>& image, std::span<const uint8_t> mask) {
     std::vector<uint8_t> command{static_cast<uint8_t>(XsvfOpcode::XTDOMASK)};
     command.insert(command.end(), mask.begin(), mask.end());
     const auto found = std::search(image.begin(), image.end(), command.begin(), command.end());
     if (found == image.end())
-        throw std::logic_error("the firmware image has other masks than it had");
+        throw std::logic_error("the firmware image does not have the expected masks");
     std::fill_n(found + 1, mask.size(), uint8_t{0});
 }
 
@@ -35,8 +35,8 @@ std::vector<uint8_t> firmwareImage() {
 
 std::vector<uint8_t> unmaskedFirmwareImage() {
     std::vector<uint8_t> image = firmwareImage();
-    // Of the identification code, and of the pages that are read back. The one of the pages that are
-    // programmed compares a single bit, which is 0 anyway.
+    // The masks for the identification code and for reading pages back. The mask for programming pages
+    // compares a single bit, which is 0 anyway.
     constexpr std::array<uint8_t, 5> identification{0x00, 0x1F, 0xFF, 0xFF, 0xFF};
     std::array<uint8_t, simulator::kPageBytes + 1> everyBit{};
     everyBit.fill(0xFF);

@@ -8,15 +8,15 @@
 
 namespace benchmarks {
 
-// A firmware image as the bundle has it: erases the PROM, programs all its pages and reads every page back.
+// A firmware image like those in the bundle: erases the PROM, programs all its pages and reads every page
+// back.
 [[nodiscard]] std::vector<uint8_t> firmwareImage();
 
-// The same with its compare masks cleared, so that it plays to its end, at the same cost, where no chain
-// answers: every comparison is made in full and finds nothing to object to.
+// The same with its compare masks cleared, so that it plays to its end at the same cost where no chain
+// answers: every comparison is made in full and passes.
 [[nodiscard]] std::vector<uint8_t> unmaskedFirmwareImage();
 
-// An image of at most so many bytes, at least 1000, made of nothing but equal compared data shifts of 512
-// bits.
+// An image of at most that many bytes (at least 1000), which consists of compared data shifts of 512 bits.
 [[nodiscard]] std::vector<uint8_t> imageOfShifts(std::size_t bytes);
 
 }  // namespace benchmarks

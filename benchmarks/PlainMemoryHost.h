@@ -1,7 +1,7 @@
 #pragma once
 
-// A host with one card whose registers are plain memory: an access costs what reaching the host costs, and
-// nothing else. TDO always reads 0.
+// A host with one card whose registers are plain memory: an access costs no more than the call of the host.
+// TDO always reads 0.
 
 #include <array>
 #include <cstdint>

@@ -22,7 +22,7 @@ namespace {
 constexpr int kRepetitions = 25;
 constexpr int kUpdateRepetitions = 5;
 
-// What the observer (window/ObserverPlugin.h) in a process tells. Moments are of the monotonic clock.
+// What the observer (window/ObserverPlugin.h) in a process reports. Moments are those of the monotonic clock.
 struct Observation {
     double shownNanoseconds = 0;   // when the first window had been drawn
     double workedNanoseconds = 0;  // processor time until then
@@ -35,7 +35,7 @@ double nanosecondsNow() {
         .count();
 }
 
-// Runs a program with the observer in it until that has seen what it waits for and ends it.
+// Runs a program with the observer in it, which ends the program once it has seen what it waits for.
 Observation observe(const char* observer, const std::string& program, const char* argument) {
     ::setenv("QT_QPA_PLATFORM", "offscreen", 0);  // scripts/benchmark gives a virtual display
     ::setenv("QT_PLUGIN_PATH", OBSERVER_FOLDER, 1);
@@ -58,7 +58,7 @@ Observation observe(const char* observer, const std::string& program, const char
     std::ifstream(report) >> observation.shownNanoseconds >> observation.workedNanoseconds >>
         observation.updateNanoseconds >> observation.peakKilobytes;
     if (observation.peakKilobytes == 0)
-        throw std::runtime_error(program + " did not come to what is measured");
+        throw std::runtime_error(program + " ended before it could be measured");
     return observation;
 }
 
@@ -68,13 +68,13 @@ void makeMachine(const std::filesystem::path& folder) {
     directory->save();
 }
 
-// Which program, and whether it is given a machine, which is made for the run.
+// A program, and whether it gets a machine, which is created for the run.
 struct Program {
     const char* path;
     bool takesMachine;
 };
 
-// Time of an update, or until the first window.
+// Measures the time of an update, or until the first window.
 void run(benchmark::State& state, const char* observer, const Program& program) {
     Observation seen;
     for (auto _ : state) {

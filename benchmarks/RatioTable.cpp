@@ -33,7 +33,7 @@ void RatioTable::ReportRuns(const std::vector<Run>& runs) {
             allMet_ = false;
             continue;
         }
-        // A process's own time is the one that it told.
+        // A separate process reports its own time.
         const bool isProcess = run.counters.contains(kPeakBytes);
         const double seconds = (isProcess ? run.real_accumulated_time : run.cpu_accumulated_time) /
                                static_cast<double>(run.iterations);
@@ -83,7 +83,7 @@ void RatioTable::Finalize() {
     for (const auto& [name, least] : least_) {
         std::printf("  %-26s %9.2f ms", name.c_str(), least.seconds * 1e3);
         if (least.counters.contains(kPeakBytes)) {
-            std::printf(", %6.2f ms of the processor until the window, %5.1f MB at most",
+            std::printf(", %6.2f ms of processor time until the window, %5.1f MB at most",
                         least.counters.at(kWorkedSeconds) * 1e3, least.counters.at(kPeakBytes) / 1e6);
         }
         std::puts("");

@@ -1,9 +1,9 @@
 #pragma once
 
-// Collects the benchmarks' results and sets them in proportion: a table of ratios against their goals.
+// Collects the benchmarks' results and prints a table of ratios and their goals.
 //
-// Every ratio is that of the least of several repetitions, which were taken in turns: the least is what the
-// machine can do when nothing else disturbs it.
+// Every ratio is that of the shortest of several repetitions, which were taken in turns: the shortest shows
+// what the machine can do undisturbed.
 
 #include <benchmark/benchmark.h>
 
@@ -20,7 +20,7 @@ class RatioTable : public benchmark::BenchmarkReporter {
     // Prints the table.
     void Finalize() override;
 
-    // After the benchmarks have run: true when all of them did and every ratio is within its goal.
+    // After the benchmarks have run: true if all of them did and every ratio is within its goal.
     [[nodiscard]] bool allMet() const { return allMet_; }
 
   private:

@@ -1,5 +1,5 @@
-// Measures the updater against the least that could be, and prints a table of ratios. Exits with 0 if every
-// ratio is within its goal.
+// Compares the cost of the updater with the least possible, and prints a table of ratios. Exits with 0 if
+// every ratio is within its goal.
 
 #include <benchmark/benchmark.h>
 
@@ -12,7 +12,8 @@
 #include "benchmarks/RatioTable.h"
 
 int main(int argc, char** argv) {
-    // The repetitions of all benchmarks in turns, so that noise meets numerators and denominators alike.
+    // Takes the repetitions of all benchmarks in turns, so that noise affects numerators and denominators
+    // alike.
     char interleaving[] = "--benchmark_enable_random_interleaving=true";
     std::vector<char*> arguments(argv, argv + argc);
     arguments.insert(arguments.begin() + 1, interleaving);

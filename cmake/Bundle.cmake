@@ -21,7 +21,7 @@ function(add_bundle program)
     add_dependencies(${program}_bundle shared_resources)
     add_dependencies(${program} ${program}_bundle)
 
-    # Installed, program and bundle lie beside each other as well, and a link is where programs are looked for.
+    # Installed, program and bundle are side by side as well, and a link to the program is in the folder for programs.
     set(home ${CMAKE_INSTALL_LIBDIR}/vupdater)
     set(link ${CMAKE_CURRENT_BINARY_DIR}/link/${program})
     cmake_path(RELATIVE_PATH CMAKE_INSTALL_FULL_LIBDIR BASE_DIRECTORY ${CMAKE_INSTALL_FULL_BINDIR} OUTPUT_VARIABLE way)

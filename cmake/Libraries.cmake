@@ -1,5 +1,5 @@
-# The libraries that everything below the window stands on: CLI11, nlohmann's JSON and RapidXML, which are headers and
-# so the same for every processor, and GoogleTest.
+# The libraries for everything below the window: CLI11, nlohmann's JSON and RapidXML, which are headers and so the same
+# for every processor, and GoogleTest.
 
 if(NOT CMAKE_CROSSCOMPILING)
     find_package(CLI11 REQUIRED)
@@ -16,7 +16,7 @@ endif()
 message(STATUS "Building for another processor: ${CMAKE_TOOLCHAIN_FILE}")
 
 # This computer's /usr/include also holds its own C library, which is the wrong one for another processor. So a folder
-# of links leads to the headers that are right for both, and to nothing else.
+# of links holds the headers that suit both, and nothing else.
 function(add_header_library name headers)
     if(NOT EXISTS /usr/include/${headers})
         message(FATAL_ERROR "/usr/include/${headers} is missing: scripts/install-dependencies")
@@ -32,5 +32,5 @@ add_header_library(CLI11::CLI11 CLI)
 add_header_library(nlohmann_json::nlohmann_json nlohmann)
 add_header_library(RapidXML::RapidXML rapidxml)
 add_subdirectory(/usr/src/googletest/googletest ${CMAKE_BINARY_DIR}/googletest EXCLUDE_FROM_ALL SYSTEM)
-# g++ 12 sees copies of 2 GB in it on a 32-bit processor.
+# On a 32-bit processor g++ 12 warns of copies of 2 GB in it, which do not happen.
 target_compile_options(gtest PRIVATE -Wno-restrict)

@@ -21,7 +21,7 @@ function(add_room name)
     set_project_warnings(${name})
 endfunction()
 
-# A program: one main file. Programs lie together, and the bundle beside them.
+# A program: one main file. All programs are in one folder, with their bundles beside them.
 #
 #   add_program(cardsim SOURCE main.cpp LINKS cardsim_commands)
 function(add_program name)
@@ -33,7 +33,7 @@ function(add_program name)
 endfunction()
 
 # The tests of one room: every .cpp in the current folder, one executable named <room>_tests. With OWN_MAIN one of the
-# files brings the main function.
+# files has the main function.
 #
 #   add_room_tests(card LINKS card)
 function(add_room_tests room)

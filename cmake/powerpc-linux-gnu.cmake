@@ -3,7 +3,7 @@
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR ppc)
 set(CMAKE_CXX_COMPILER powerpc-linux-gnu-g++)
-# gtest is a CMake project of its own that asks for a C compiler.
+# gtest is a separate CMake project that requires a C compiler.
 set(CMAKE_C_COMPILER powerpc-linux-gnu-gcc)
 set(CMAKE_CROSSCOMPILING_EMULATOR qemu-ppc;-L;/usr/powerpc-linux-gnu)
 

@@ -1,7 +1,7 @@
-"""A virtual display, and the updater on it as someone in front of the screen meets it.
+"""A virtual display, and the updater on it as a user meets it.
 
-The window is found and read through the desktop's accessibility interface, as a screen reader does it, so nothing here
-knows where anything is on the screen.
+The window is found and read through the desktop's accessibility interface, as a screen reader does, so nothing here
+depends on where anything is on the screen.
 """
 
 import atexit
@@ -31,7 +31,7 @@ WINDOW_MANAGERS = {
 
 
 class Failure(Exception):
-    """What did not happen as it should; the text is for the person who started the script."""
+    """Something did not happen as it should. The text is for the person who started the script."""
 
 
 def say(text):
@@ -39,7 +39,7 @@ def say(text):
 
 
 def wait_until(condition, what, patience=PATIENCE_SECONDS):
-    """The condition's first true result. Fails with the text when that takes too long."""
+    """Returns the condition's first true result. Fails with the text if that takes too long."""
     end = time.monotonic() + patience
     while not (result := condition()):
         if time.monotonic() > end:
@@ -49,10 +49,10 @@ def wait_until(condition, what, patience=PATIENCE_SECONDS):
 
 
 def take_own_session():
-    """Starts the script again in a session of its own, so that the accessibility service there ends with it.
+    """Restarts the script in its own session, so that the accessibility service there ends with it.
 
-    The session has its own folder for sockets too: services of two sessions would take each other's away. Of the
-    desktop that the script was started on, nothing reaches the updater.
+    The session has its own folder for sockets, too: the services of two sessions would remove each other's. Nothing of the
+    desktop on which the script was started reaches the updater.
     """
     if (folder := os.environ.get("VUPDATER_SESSION")) is not None:
         atexit.register(shutil.rmtree, folder, ignore_errors=True)
@@ -70,7 +70,7 @@ def run_cardsim(build, *arguments):
 
 
 class Display:
-    """A virtual screen with a window manager, and the mouse and keyboard in front of it."""
+    """A virtual screen with a window manager, and its mouse and keyboard."""
 
     def __init__(self, folder, manager="openbox", screen="1024x768"):
         self.folder = folder
@@ -123,13 +123,13 @@ class Display:
         return subprocess.run(["import", "-window", "root", "ppm:-"], check=True, capture_output=True).stdout
 
     def picture(self, stage, moving=False, changed=True):
-        """Saves what the screen shows once it has changed, if it must, and, unless it moves, come to rest."""
+        """Saves a picture of the screen once it has changed, unless it need not, and come to rest, unless it is moving."""
         end = time.monotonic() + PATIENCE_SECONDS
         before = None
         seen = self._grab()
         while (changed and seen == self.last) or (seen != before and not moving):
             if time.monotonic() > end:
-                raise Failure(f"The screen did not come to show: {stage}")
+                raise Failure(f"The screen did not show: {stage}")
             time.sleep(0.2)
             before, seen = seen, self._grab()
         self.last = seen
@@ -140,7 +140,7 @@ class Display:
 
 
 class Updater:
-    """The running program, seen and read as a screen reader sees it."""
+    """The running program, read as a screen reader reads it."""
 
     def __init__(self, program, machine, folder, environment=None):
         self.folder = folder
@@ -154,7 +154,7 @@ class Updater:
         return self
 
     def __exit__(self, kind, *_):
-        if kind is not None:  # what was on the screen tells most, if there still is one
+        if kind is not None:  # the screen, if it still exists, tells most
             subprocess.run(["import", "-window", "root", self.folder / "failure.png"], check=False)
         self.kill()
 
@@ -168,7 +168,7 @@ class Updater:
         return None
 
     def elements(self):
-        """Every element of the program's windows, hidden ones too."""
+        """Every element of the program's windows, including hidden ones."""
         def walk(node):
             yield node
             for index in range(node.get_child_count()):
@@ -181,7 +181,7 @@ class Updater:
             yield from walk(application)
 
     def find(self, role, name, focused=False):
-        """The first element of a role and with the text in its name that is showing, or has the focus; or None.
+        """The first element with the role, and the text in its name, that is showing (or has the focus), or None.
 
         A window has the focus when keys go to it.
         """
@@ -195,7 +195,7 @@ class Updater:
             return None
 
     def labelled(self, caption):
-        """The text that a caption in the window belongs to."""
+        """The text that a caption in the window names."""
         for relation in self.find("label", caption).get_relation_set():
             if relation.get_relation_type() == Atspi.RelationType.LABEL_FOR:
                 return relation.get_target(0).get_name()
@@ -219,7 +219,7 @@ class Updater:
         return self.log_file.read_text()
 
     def stop(self):
-        """Holds the process, however busy it is, until it is told to go on."""
+        """Suspends the process, however busy it is, until go_on."""
         self.process.send_signal(signal.SIGSTOP)
 
     def go_on(self):

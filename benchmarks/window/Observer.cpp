@@ -24,7 +24,7 @@ int64_t nanosecondsNow() {
     return std::chrono::nanoseconds(std::chrono::steady_clock::now().time_since_epoch()).count();
 }
 
-// Of the processor's time that this process has had.
+// The processor time that this process has used.
 int64_t workedNanoseconds() {
     timespec time{};
     clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
@@ -76,7 +76,7 @@ class Observer : public QObject {
         _exit(0);
     }
 
-    // Looks again and again what there is to click; the timer is set before, since clicking can take long.
+    // Looks repeatedly for something to click. The timer is set first, because a click can take long.
     void look() {
         QTimer::singleShot(kLookMilliseconds, this, &Observer::look);
         if (auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget())) {

@@ -1,6 +1,5 @@
-// The updater's main window as a program of its own would put it together by hand with Qt: the same menus,
-// controls, texts and tool tips, those of all three states included, and nothing behind them. It is the
-// measure of the updater's start and memory.
+// The updater's main window, built by hand with Qt: the same menus, controls, texts and tool tips, including
+// those of all three states, and nothing behind them. The updater's start and memory are measured against it.
 
 #include <QApplication>
 #include <QComboBox>
@@ -25,7 +24,7 @@ constexpr const char* kVersionTip =
     "The letter is the byte order of the card’s registers: M is big-endian, W is little-endian. The number "
     "is the version. Only versions with the same letter can be compared.";
 
-// A layout keeps the room of what is hidden, as for the updater's other states.
+// Makes the layout keep room for a hidden widget, as the updater's does.
 void keepRoom(QWidget& widget) {
     QSizePolicy policy = widget.sizePolicy();
     policy.setRetainSizeWhenHidden(true);
@@ -114,7 +113,7 @@ QVBoxLayout* texts(std::initializer_list<const char*> paragraphs, bool isShown) 
     return column;
 }
 
-// In one place, as the states follow each other there.
+// All in one place, because the states replace each other there.
 QGridLayout* states() {
     auto* const grid = new QGridLayout;
     grid->addLayout(texts({"Update a card’s firmware",
@@ -190,7 +189,7 @@ int main(int argc, char** argv) {
     column->addWidget(separator());
     column->addLayout(states());
     column->addLayout(buttons());
-    // A main window does not ask how high wrapped texts are, and would cut them off.
+    // A main window makes no room for wrapped lines, and would cut the texts off.
     contents->setMinimumSize(column->totalSizeHint());
     window.show();
     return QApplication::exec();

@@ -21,6 +21,16 @@ inline std::vector<uint8_t> readProgramAsPlayed() {
     return program;
 }
 
+namespace images {
+
+inline Accesses& operator+=(Accesses& sum, const Accesses& more) {
+    sum.stores += more.stores;
+    sum.loads += more.loads;
+    return sum;
+}
+
+}  // namespace images
+
 inline images::Accesses identityAccesses() {
     images::Accesses accesses = images::accessesOf(kWriteProgram).value();
     accesses += images::accessesOf(kProtectProgram).value();

@@ -15,10 +15,9 @@ constexpr int kDigits = 8;
 
 std::string identityText(uint32_t identity) {
     constexpr uint32_t kReadable = 0x7FFFFFFF;  // the updater never sees the topmost bit
-    const bool isBlank =
-        identity == catalogue::kNoIdentity || (identity & kReadable) == catalogue::kErasedIdentity;
-    return (isBlank ? "blank" : catalogue::serialNumberText(identity)) + " (" +
-           images::hexadecimalText(identity, kDigits) + ")";
+    return (catalogue::isBlankIdentity(identity & kReadable) ? "blank"
+                                                             : catalogue::serialNumberText(identity)) +
+           " (" + images::hexadecimalText(identity, kDigits) + ")";
 }
 
 std::optional<uint32_t> parseIdentity(std::string_view text) {

@@ -68,8 +68,9 @@ void bareLoop(benchmark::State& state) {
         return counting.accesses;
     }();
     use(plainMemory);
-    for (auto _ : state)
+    for (auto _ : state) {
         makeAccesses(accesses);
+    }
     state.counters[kLoads] = static_cast<double>(accesses.loads);
     state.counters[kStores] = static_cast<double>(accesses.stores);
 }
@@ -78,8 +79,9 @@ void playerOverPlainMemory(benchmark::State& state) {
     auto image = unmaskedFirmwareImage();
     use(plainMemory);
     for (auto _ : state) {
-        if (play(image) != kXsvfNoError)
+        if (play(image) != kXsvfNoError) {
             state.SkipWithError("the image did not play to its end");
+        }
     }
 }
 
@@ -97,11 +99,13 @@ void simulatedUpdate(benchmark::State& state) {
     gpRegisters = static_cast<uint32_t*>(host.mapMemory(connection.value(), 0).value().base);
     gbSwap = 0;
     for (auto _ : state) {
-        if (ProgramConfigProm(image.data(), static_cast<uint32_t>(image.size())) != 0)
+        if (ProgramConfigProm(image.data(), static_cast<uint32_t>(image.size())) != 0) {
             state.SkipWithError("the update failed");
+        }
     }
-    if (!machine.ledger().empty() || machine.card(0).acceptableConfiguration()->version != 12)
+    if (!machine.ledger().empty() || machine.card(0).acceptableConfiguration()->version != 12) {
         state.SkipWithError("the card did not get the new firmware");
+    }
     InstallHost(nullptr);
 }
 
@@ -109,8 +113,9 @@ void imageOfSize(benchmark::State& state, std::size_t bytes) {
     auto image = imageOfShifts(bytes);
     use(plainMemory);
     for (auto _ : state) {
-        if (play(image) != kXsvfNoError)
+        if (play(image) != kXsvfNoError) {
             state.SkipWithError("the image did not play to its end");
+        }
     }
     state.counters[kImageBytes] = static_cast<double>(image.size());
 }

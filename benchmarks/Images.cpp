@@ -20,8 +20,9 @@ void clearMask(std::vector<uint8_t>& image, std::span<const uint8_t> mask) {
     std::vector<uint8_t> command{static_cast<uint8_t>(XsvfOpcode::XTDOMASK)};
     command.insert(command.end(), mask.begin(), mask.end());
     const auto found = std::search(image.begin(), image.end(), command.begin(), command.end());
-    if (found == image.end())
+    if (found == image.end()) {
         throw std::logic_error("the firmware image does not have the expected masks");
+    }
     std::fill_n(found + 1, mask.size(), uint8_t{0});
 }
 

@@ -51,14 +51,16 @@ Observation observe(const char* observer, const std::string& program, const char
     pid_t child = 0;
     const int error = ::posix_spawn(&child, program.c_str(), &files, nullptr, arguments, environ);
     ::posix_spawn_file_actions_destroy(&files);
-    if (error == 0)
+    if (error == 0) {
         ::waitpid(child, nullptr, 0);
+    }
 
     Observation observation;
     std::ifstream(report) >> observation.shownNanoseconds >> observation.workedNanoseconds >>
         observation.updateNanoseconds >> observation.peakKilobytes;
-    if (observation.peakKilobytes == 0)
+    if (observation.peakKilobytes == 0) {
         throw std::runtime_error(program + " ended before it could be measured");
+    }
     return observation;
 }
 
@@ -80,8 +82,9 @@ void run(benchmark::State& state, const char* observer, const Program& program) 
     for (auto _ : state) {
         const TemporaryDirectory folder;
         const std::string machine = folder.path() / "machine";
-        if (program.takesMachine)
+        if (program.takesMachine) {
             makeMachine(machine);
+        }
         const double start = nanosecondsNow();
         seen = observe(observer, program.path, program.takesMachine ? machine.c_str() : nullptr);
         state.SetIterationTime(

@@ -26,8 +26,9 @@ bool RatioTable::ReportContext(const Context& /*context*/) {
 
 void RatioTable::ReportRuns(const std::vector<Run>& runs) {
     for (const Run& run : runs) {
-        if (run.run_type != Run::RT_Iteration)
+        if (run.run_type != Run::RT_Iteration) {
             continue;
+        }
         if (run.error_occurred) {
             std::printf("%s: %s\n", run.run_name.function_name.c_str(), run.error_message.c_str());
             allMet_ = false;
@@ -49,10 +50,12 @@ void RatioTable::ReportRuns(const std::vector<Run>& runs) {
 void RatioTable::Finalize() {
     const auto secondsOf = [this](const std::string& name) { return least_.at(name).seconds; };
     const auto peakOf = [this](const std::string& name) { return least_.at(name).counters.at(kPeakBytes); };
-    for (const char* name : {kBareLoop, kPlayer, kSimulatedUpdate, kUpdateInWindow, kPlainWindow, kUpdater})
+    for (const char* name : {kBareLoop, kPlayer, kSimulatedUpdate, kUpdateInWindow, kPlainWindow, kUpdater}) {
         allMet_ = allMet_ && least_.contains(name);
-    for (const std::size_t bytes : kImageSizes)
+    }
+    for (const std::size_t bytes : kImageSizes) {
         allMet_ = allMet_ && least_.contains(imageName(bytes));
+    }
     if (!allMet_) {
         std::puts("Not everything was measured, so there is no table.");
         return;

@@ -19,8 +19,9 @@ int main(int argc, char** argv) {
     arguments.insert(arguments.begin() + 1, interleaving);
     int count = static_cast<int>(arguments.size());
     benchmark::Initialize(&count, arguments.data());
-    if (benchmark::ReportUnrecognizedArguments(count, arguments.data()))
+    if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) {
         return 2;
+    }
     try {
         benchmarks::registerCardBenchmarks();
         benchmarks::registerProgramBenchmarks();

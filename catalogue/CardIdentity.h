@@ -45,8 +45,8 @@ std::string manufactureDateText(uint32_t identity);
 // field is read up to its first foreign character, so "1x" counts as 1.
 std::optional<uint32_t> parseTypedSerialNumber(std::string_view text);
 
-// The identity that serialNumberText shows so, also one that no card should have. Nothing if the text has not
-// ten characters, or a field is not a number or too large for its bits.
+// The identity that serialNumberText shows as this text, even one that no card should have. Nothing if the
+// text does not have ten characters, or a field is not a number or too large for its bits.
 std::optional<uint32_t> parseSerialNumber(std::string_view text);
 
 }  // namespace catalogue

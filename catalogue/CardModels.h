@@ -1,7 +1,7 @@
 #pragma once
 
 // The card models: what people, cards and the names of firmware images call them. A new model is one row in
-// this table; the whole project takes it from here.
+// this table. The build fails if the arithmetic in ImageName.cpp does not decode its tag to its code.
 
 #include <array>
 #include <cstdint>

@@ -18,9 +18,9 @@ class LBroadcaster {
     // Adding a listener that is already there changes nothing. Destroying a listener removes it.
     void AddListener(LListener* listener);
 
-    // Calls the listeners in the order in which they were added. A listener that is destroyed meanwhile is no
-    // longer called, one that is added hears only the next message, and a listener may destroy this
-    // broadcaster. An exception from a listener goes to the caller; the listeners after it are not called.
+    // Calls the listeners in the order in which they were added. A listener destroyed during a broadcast is
+    // not called; one added during it hears only later messages. A listener may destroy this broadcaster. An
+    // exception from a listener goes to the caller, and the listeners after it are not called.
     void BroadcastMessage(MessageT message, void* parameter = nullptr);
 
   private:

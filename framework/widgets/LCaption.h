@@ -1,7 +1,7 @@
 #pragma once
 
-// The name of another pane (its buddy), in a colour that is weaker than the values'. Its tool tip, which the
-// layout gives as plain text, describes the buddy, too.
+// The name of another pane (its buddy), in a paler colour than the values. Its tool tip, which the
+// layout gives as plain text, also describes the buddy.
 
 #include <QLabel>
 

@@ -12,7 +12,7 @@
 //        9      1  0
 //       10      2  date
 //       12 262128  filler that stands for the logic, derived from the fields above
-//   262140      4  CRC-32 (the one of IEEE 802.3) over all bytes before it
+//   262140      4  CRC-32 (IEEE 802.3) over all bytes before it
 //
 // Page p is the bytes from p * 512; bit b of a page's byte i is bit i * 8 + b of the page data register, so
 // bit 0 of the first byte is shifted first.
@@ -27,7 +27,7 @@
 namespace simulator {
 
 struct FpgaConfiguration {
-    uint8_t modelCode;      // 0x20 to 0x25
+    uint8_t modelCode;      // of a model in the catalogue
     uint8_t boardRevision;  // 0 none, 1 A, 2 B, ...
     char flavour;           // 'M': registers big-endian in memory, 'W': little-endian
     uint8_t version;

@@ -6,8 +6,8 @@
 // The cells hold a damaged row from the start and the good one once the time is up, so whatever ends the run
 // in between leaves what a real PROM would hold.
 //
-// hw/PromPrograms tells the same instructions, widths and times, on purpose: the updater must not learn them
-// from the model that it is tried on.
+// hw/PromPrograms repeats the same instructions, widths and times, on purpose: the updater must not learn
+// them from the model that it is tried on.
 
 #include <array>
 #include <cstddef>

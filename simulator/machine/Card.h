@@ -12,7 +12,7 @@
 //           written
 //    0x108  JTAG input: bit 7 TDO
 //
-// The updater tells its own map, in card/Registers.h and hw/JtagPort.h, so that a mistake in either shows.
+// The updater has its own map, in card/Registers.h and hw/JtagPort.h, so that a mistake in either shows.
 
 #include <array>
 #include <cstdint>

@@ -80,7 +80,7 @@ class MachineDirectory {
     void attachNewPromFiles();
     // Writes if the file is still what it should be; if not, marks it as behind.
     void writeIfIntact(PromFile& file, std::size_t offset, std::span<const uint8_t> bytes) const;
-    // No file is behind now. Throws if one had been replaced.
+    // Call once every file is up to date. Throws if one had been replaced.
     void finishSave();
 
     files::Folder folder_;

@@ -104,7 +104,7 @@ TEST_F(Update, InputDuringAWriteChangesNothing) {
 
 TEST_F(Update, FailedWriteKeepsTheIdentityAndCanBeRetried) {
     std::vector<uint8_t> image = bytesOf(bundle.resource("VMBM12A.xsv"));
-    // It ends among the pages.
+    // Cut off in the middle of the pages.
     const std::vector<uint8_t> truncated(image.begin(), image.begin() + 300000);
     bundle.addImage(imageName, truncated);
 

@@ -120,6 +120,10 @@ void LayoutLoader::ReadAction(QWidget& owner) {
 }
 
 void LayoutLoader::ReadLayout(QWidget& owner, const LayoutPlace* place) {
+    if (place == nullptr && owner.layout() != nullptr) {
+        mReader.Refuse("its widget has a layout already");
+        return;
+    }
     const QString className = mReader.Attribute("class");
     QLayout* const layout = CreateLayout(className);
     if (layout == nullptr) {

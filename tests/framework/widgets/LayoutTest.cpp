@@ -231,16 +231,18 @@ TEST(Layout, ReportsUnknownContentWithItsLine) {
         EXPECT_EQ(LWindow::CreateWindow(1, &application) != nullptr, isUsable) << inside;
         return testing::internal::GetCapturedStderr();
     };
-    for (const char* property :
-         {R"(<property name="colour"><string>red</string></property>)",
-          R"(<property name="layoutDirection"><enum>Qt::Sideways</enum></property>)",
-          R"(<property name="geometry"><rect><width>9</width></rect></property><addaction name="gone"/>)",
-          R"(<layout class="QVBoxLayout"><property name="topEdge"><number>1</number></property></layout>)"}) {
+    for (
+        const char* property :
+        {R"(<property name="colour"><string>red</string></property>)",
+         R"(<property name="layoutDirection"><enum>Qt::Sideways</enum></property>)",
+         R"(<property name="geometry"><rect><width>9</width></rect></property><addaction name="gone"/>)",
+         R"(<widget class="QWidget" name="p"><layout class="QVBoxLayout"><property name="topEdge"><number>1</number></property></layout></widget>)"}) {
         EXPECT_NE(complaintOf(property, true).find("window-1.ui, line 3: "), std::string::npos) << property;
     }
     for (const char* part :
          {R"(<widget class="QLabel" name="l"/>)", R"(<layout class="QFormLayout" name="f"/>)",
-          R"(<attribute name="title"/>)", R"(<layout class="QVBoxLayout" name="f" stretch="0,1"/>)",
+          R"(<layout class="QVBoxLayout"/>)", R"(<attribute name="title"/>)",
+          R"(<widget class="QWidget" name="p"><layout class="QVBoxLayout" stretch="0,1"/></widget>)",
           R"(<property name="windowTitle"><url/></property>)",
           R"(<property name="windowOpacity"><number>one</number></property>)", R"(<widget class=)"}) {
         EXPECT_NE(complaintOf(part, false).find("window-1.ui, line 3: "), std::string::npos) << part;

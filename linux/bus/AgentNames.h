@@ -1,0 +1,23 @@
+#pragma once
+
+// The agent as it appears on the system bus.
+//
+//   Cards() -> a(sssbs)          address, name, location, simulated, refusal (empty if usable); for anybody
+//   Claim(b mayAsk) -> s         "granted", "dismissed", "refused" or "nobody to ask"; on "granted" all usable
+//                                cards are the caller's until LetGo or its disconnection
+//   OpenRange(s address, u type) -> hut   descriptor, offset in the page, bytes; of a card of the caller's
+//   BeginWrite() -> h            takes the lock; the descriptor holds it too, so that the end of the agent
+//                                does not end it
+//   EndWrite()
+//   LetGo()
+
+namespace agent {
+
+constexpr char kBusName[] = "com.vornlabs.VUpdater.Agent";
+constexpr char kObjectPath[] = "/com/vornlabs/VUpdater/Agent";
+constexpr char kInterface[] = "com.vornlabs.VUpdater.Agent";
+
+// polkit's name for what the administrator allows.
+constexpr char kAction[] = "com.vornlabs.vupdater.use-cards";
+
+}  // namespace agent

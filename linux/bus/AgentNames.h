@@ -2,12 +2,13 @@
 
 // The agent as it appears on the system bus.
 //
-//   Cards() -> a(sssbs)          address, name, location, simulated, refusal (empty if usable); for anybody
-//   Claim(b mayAsk) -> s         "granted", "dismissed", "refused" or "nobody to ask"; on "granted" all usable
-//                                cards are the caller's until LetGo or its disconnection
-//   OpenRange(s address, u type) -> hut   descriptor, offset in the page, bytes; of a card of the caller's
-//   BeginWrite() -> h            takes the lock; the descriptor holds it too, so that the end of the agent
-//                                does not end it
+//   Cards() -> a(sssbs)         address, name, location, simulated, refusal (empty if usable); for anybody
+//   Claim(b mayAsk) -> s        "granted", "dismissed", "refused" or "nobody to ask". If granted, all usable
+//                               cards are the caller's until LetGo or its disconnection
+//   OpenRange(su) -> hut        of a card of the caller's: address, memory type; descriptor, offset in the
+//                               page, bytes
+//   BeginWrite() -> h           takes the lock; the descriptor holds it too, so that the end of the agent
+//                               does not end it
 //   EndWrite()
 //   LetGo()
 

@@ -34,8 +34,9 @@ class CardAgent {
     virtual ~CardAgent() = default;
 
     // The cards in the order of their addresses. Anybody may ask; those that another program uses are
-    // refused.
-    virtual std::vector<Card> cards() = 0;
+    // refused, those that this one has claimed are not. Nothing, without a message, if the agent cannot be
+    // asked.
+    virtual std::optional<std::vector<Card>> cards() = 0;
 
     // Claims all usable cards for this program until letGo() or its end. Asks for an administrator's password
     // if that is needed and mayAsk allows it. If the answer is not `granted`, mayAsk was true and the user

@@ -34,7 +34,10 @@ constexpr int32_t kDriverLoaded = 1;
 
 }  // namespace
 
-CUpdaterApp::CUpdaterApp() {
+CUpdaterApp::CUpdaterApp(const UpdaterSetup& setup) : mSetup(setup) {
+    if (mSetup.windowStateListener != nullptr) {
+        AddListener(mSetup.windowStateListener);
+    }
     if (UEnvironment::HasFeature(UEnvironment::kHasAppearance)) {
         RegisterAppearanceClient();
     }
@@ -103,7 +106,7 @@ void CUpdaterApp::QuitRefused() {
 }
 
 void CUpdaterApp::StartUp() {
-    CatalogueFirmwareFiles();
+    CatalogueFirmwareFiles(mSetup.mayBeOffered);
     mCardCount = static_cast<int32_t>(GetNumberOfCardsInstalled());
     if (mCardCount == 0) {
         mDriverLoadResult = ExtractAndLoadKext(&mDriverRef);

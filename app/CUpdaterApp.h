@@ -8,22 +8,18 @@
 #include <cstdint>
 #include <set>
 
+#include "app/UpdaterMain.h"
+#include "app/WindowState.h"
 #include "framework/core/LBroadcaster.h"
 #include "framework/core/LListener.h"
 #include "framework/widgets/LApplication.h"
 
 class LWindow;
 
-// What the main window shows and which controls it offers.
-enum WindowState : int32_t {
-    kWindowIdle = 0,
-    kWindowUpdating = 1,
-    kWindowFinished = 2,
-};
-
+// Broadcasts the main window's states (app/WindowState.h).
 class CUpdaterApp : public LApplication, public LListener, public LBroadcaster {
   public:
-    CUpdaterApp();
+    explicit CUpdaterApp(const UpdaterSetup& setup = {});
 
     // Closes the open card. Then shuts the computer down if the user asked for that; otherwise removes the
     // private driver if this run loaded it.
@@ -64,6 +60,10 @@ class CUpdaterApp : public LApplication, public LListener, public LBroadcaster {
     // is missing.
     void UpdateWindowState();
 
+    // Sets mWindowState and tells the listeners. Does not throw, whatever they do: an exception of theirs is
+    // reported after the work under way.
+    void ChangeWindowState(WindowState state);
+
     // Shows, during a write, that the program cannot be quit. A refused quit emphasises it.
     void ShowWhetherToQuit();
 
@@ -97,6 +97,7 @@ class CUpdaterApp : public LApplication, public LListener, public LBroadcaster {
     // Returns false if the user cancelled.
     bool GetSerialNumberDialog();
 
+    const UpdaterSetup mSetup;
     // Authorization under which the private driver was installed; null if there is none.
     AuthorizationRef mDriverRef = nullptr;
     // 1 if this run loaded the private driver, else 0.

@@ -9,6 +9,7 @@
 #include "app/ResourceIDs.h"
 #include "card/CardAccess.h"
 #include "framework/core/LException.h"
+#include "framework/core/UKeptException.h"
 #include "framework/widgets/LPopupButton.h"
 #include "framework/widgets/LWindow.h"
 
@@ -98,6 +99,11 @@ void CUpdaterApp::ShowWhetherToQuit() {
     } else {
         pane->Hide();
     }
+}
+
+void CUpdaterApp::ChangeWindowState(WindowState state) {
+    mWindowState = state;
+    KeepException([this] { BroadcastMessage(kWindowStateMessage, &mWindowState); });
 }
 
 void CUpdaterApp::UpdateWindowState() {

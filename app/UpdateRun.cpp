@@ -50,7 +50,7 @@ void CUpdaterApp::UpdateFirmware() {
             WriteFirmware(image->bytes.get(), image->size);
         } catch (...) {
             // The program can be quit again, or another write tried.
-            mWindowState = kWindowIdle;
+            ChangeWindowState(kWindowIdle);
             UpdateWindowState();
             throw;
         }
@@ -76,7 +76,7 @@ void CUpdaterApp::WriteFirmware(uint8_t* image, uint32_t bytes) {
     gProgressMax = bytes;
     gpProgressBar = dynamic_cast<LProgressBar*>(mMainWindow->FindPaneByID(kProgressBarPane));
     UpdateProgressBar(0);
-    mWindowState = kWindowUpdating;
+    ChangeWindowState(kWindowUpdating);
     UpdateWindowState();
     for (int pass = 0; pass < kPassesBeforeWriting; ++pass) {
         ProcessNextEvent();
@@ -98,8 +98,8 @@ void CUpdaterApp::WriteFirmware(uint8_t* image, uint32_t bytes) {
             "Firmware!");
         mFailedCardItems.insert(mCurrentCardItem);
         ShowFirmwareState();
-        mWindowState = kWindowIdle;
+        ChangeWindowState(kWindowIdle);
     } else {
-        mWindowState = kWindowFinished;
+        ChangeWindowState(kWindowFinished);
     }
 }

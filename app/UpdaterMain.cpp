@@ -34,7 +34,7 @@ void useBundleResources() {
 
 }  // namespace
 
-int UpdaterMain() {
+int UpdaterMain(const UpdaterSetup& setup) {
     InitializeHeap(kMasterPointerBlocks);
     UQDGlobals::InitializeToolbox();
     // The title of alerts while there is no window yet, and the version in the About box.
@@ -46,7 +46,7 @@ int UpdaterMain() {
     useBundleResources();
     bool hasLostDisplay = false;
     {
-        CUpdaterApp application;
+        CUpdaterApp application(setup);
         gpTheApp = &application;
         application.SetAboutDetails(FirmwareOverview);
         application.Run();

@@ -38,8 +38,14 @@ int32_t GetXSVFilesInBundle(char (*paths)[kResourcePathBytes], int32_t max) {
     return filled;
 }
 
-void CatalogueFirmwareFiles() {
-    gNumXSVFiles = GetXSVFilesInBundle(gszResourcePaths, kMaxFirmwareFiles);
+void CatalogueFirmwareFiles(const std::function<bool(const std::string& path)>& mayBeOffered) {
+    const int32_t found = GetXSVFilesInBundle(gszResourcePaths, kMaxFirmwareFiles);
+    gNumXSVFiles = 0;
+    for (int32_t i = 0; i < found; ++i) {
+        if (!mayBeOffered || mayBeOffered(gszResourcePaths[i])) {
+            std::memmove(gszResourcePaths[gNumXSVFiles++], gszResourcePaths[i], kResourcePathBytes);
+        }
+    }
     for (int32_t i = 0; i < gNumXSVFiles; ++i) {
         std::memset(gszResourceNames[i], 0, kResourceNameBytes);
         if (const char* const slash = std::strrchr(gszResourcePaths[i], '/')) {

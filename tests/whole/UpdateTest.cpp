@@ -7,8 +7,11 @@
 #include <QWidget>
 #include <fstream>
 #include <iterator>
+#include <stdexcept>
 
 #include "app/ApplicationHooks.h"
+#include "app/WindowState.h"
+#include "framework/core/LListener.h"
 #include "framework/widgets/LApplication.h"
 #include "hw/ApplicationHooks.h"
 #include "tests/whole/FirstCardUpdate.h"
@@ -146,10 +149,32 @@ TEST_F(Update, FailedWriteKeepsTheIdentityAndCanBeRetried) {
     EXPECT_EQ(card().identity(), identity);
 }
 
+// Hears the window's states, and fails each time.
+struct FailingListener : LListener {
+    explicit FailingListener(const MeddlingHost& meddling) : host(meddling) {}
+    void ListenToMessage(MessageT message, void* parameter) override {
+        EXPECT_EQ(message, kWindowStateMessage);
+        states.push_back(*static_cast<const int32_t*>(parameter));
+        stores.push_back(host.stores);
+        throw std::runtime_error("from the listener");
+    }
+    const MeddlingHost& host;
+    std::vector<int32_t> states;
+    std::vector<uint64_t> stores;  // that the updater had made by then
+};
+
 // After an exception in a write, the user is warned, the card keeps its identity if it can be reached, and
-// the program can be used and quit again.
+// the program can be used and quit again. A listener hears of each write before it begins and after it ends.
 TEST_F(Update, WriteAbortedByAnExceptionCanBeRetried) {
     UpdaterSession session(machine, bundle);
+    FailingListener listener(session.host);
+    session.setup.windowStateListener = &listener;
+    std::vector<uint64_t> storesAround;
+    const auto update = [&] {
+        storesAround.push_back(session.host.stores);
+        session.click("UPDT");
+        storesAround.push_back(session.host.stores);
+    };
     session.run([&] {
         for (const bool isReached : {true, false}) {
             SCOPED_TRACE(isReached ? "the card can be reached again at once"
@@ -163,17 +188,20 @@ TEST_F(Update, WriteAbortedByAnExceptionCanBeRetried) {
                 throw std::bad_alloc();
             };
             session.alerts.clear();
-            session.click("UPDT");
+            update();
             session.host.falsifyLoad = nullptr;
             EXPECT_EQ(session.alerts, (Alerts{confirmation, failure}));
             EXPECT_EQ(card().identity() == identity, isReached);
             EXPECT_EQ(session.shownStatePanes(), idlePanes);
             EXPECT_TRUE(LApplication::Current()->AttemptQuit(kSaveOptionAsk));
         }
-        session.click("UPDT");
+        update();
         EXPECT_EQ(session.shownStatePanes(), finishedPanes);
     });
     EXPECT_EQ(card().identity(), identity);
+    EXPECT_EQ(listener.states, (std::vector<int32_t>{1, 0, 1, 0, 1, 2}));
+    EXPECT_EQ(listener.stores, storesAround);
+    EXPECT_NE(session.standardError.find("Unexpected error: from the listener"), std::string::npos);
     machine.ledger().clear();  // of the interrupted erase
 }
 

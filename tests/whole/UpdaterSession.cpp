@@ -23,7 +23,6 @@
 
 #include <gtest/gtest.h>
 
-#include "app/UpdaterMain.h"
 #include "app/hosts/AdministratorPrompt.h"
 #include "card/Registers.h"
 #include "framework/widgets/LApplication.h"
@@ -87,7 +86,7 @@ void UpdaterSession::run(const std::function<void()>& script) {
         opened_ = countCardsOfPopup();
         LApplication::Current()->DoQuit();
     };
-    UpdaterMain();
+    UpdaterMain(setup);
     whenShown_ = nullptr;
     standardError = testing::internal::GetCapturedStderr();
     expectNothingLeft();

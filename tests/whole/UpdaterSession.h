@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "app/UpdaterMain.h"
 #include "simulator/host/SimulatedHost.h"
 #include "simulator/machine/Machine.h"
 #include "tests/support/TemporaryDirectory.h"
@@ -57,6 +58,7 @@ class UpdaterSession : public QObject {
     // answered with their default button, except those whose title or message is listed in `cancelled`.
     void run(const std::function<void()>& script = [] {});
     std::vector<std::string> cancelled;
+    UpdaterSetup setup;
     // Whether any session has run in this process.
     static inline bool hasRun = false;
 

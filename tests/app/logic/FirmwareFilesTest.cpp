@@ -71,6 +71,10 @@ TEST(FirmwareFiles, CatalogueLimitsItsEntriesNamesAndPaths) {
     EXPECT_STREQ(gszResourceNames[0], "K40W07B-a-lon");
     EXPECT_STREQ(gszResourceNames[1], "VMAM10NC.xsv");
     EXPECT_STREQ(gszResourcePaths[1], (resources / "VMAM10NC.xsv").c_str());
+
+    CatalogueFirmwareFiles([](const std::string& path) { return path.ends_with("1NC.xsv"); });
+    EXPECT_EQ(FirmwareOverview(), "VornMX-A: M11 (VMAM11NC.xsv)\nVornMX-A: M21 (VMAM21NC.xsv)");
+    EXPECT_STREQ(gszResourcePaths[1], (resources / "VMAM21NC.xsv").c_str());
     EXPECT_EQ(CountLiveObjects(), LiveObjects());
 }
 

@@ -1,0 +1,19 @@
+#pragma once
+
+// The states of the main window, and the message by which the application tells them.
+
+#include <cstdint>
+
+#include "framework/core/FourCharCode.h"
+
+// What the main window shows and which controls it offers.
+enum WindowState : int32_t {
+    kWindowIdle = 0,
+    kWindowUpdating = 1,
+    kWindowFinished = 2,
+};
+
+// Broadcast by the application each time the state changes, with the new state as an int32_t*. A write to a
+// card lies between kWindowUpdating and the next state, however it ends. If it has failed, the alert that
+// warns of switching the computer off has been answered by then.
+constexpr MessageT kWindowStateMessage = FourCharCode("WSTA");

@@ -4,6 +4,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
+#include <string_view>
 
 namespace card_driver {
 
@@ -15,5 +17,8 @@ constexpr uint32_t kInformationMethod = 0;
 constexpr std::size_t kTextBytes = 256;
 constexpr std::size_t kLocationAt = kTextBytes;
 constexpr std::size_t kInformationBytes = kLocationAt + kTextBytes;
+
+// Fills the first kInformationBytes of a reply, which has at least as many. Longer texts are cut to fit.
+void putInformation(std::span<uint8_t> reply, std::string_view name, std::string_view location);
 
 }  // namespace card_driver

@@ -4,7 +4,7 @@
 #include <optional>
 #include <system_error>
 
-#include "simulator/host/ChildProcess.h"
+#include "platform/ChildProcess.h"
 #include "simulator/host/DriverBundle.h"
 
 namespace simulator {
@@ -59,7 +59,7 @@ bool PrivilegedTools::run(const std::string& tool, const Arguments& arguments) {
 }
 
 bool PrivilegedTools::start(const std::string& program, const Arguments& arguments) {
-    const std::optional<pid_t> child = startChild(program, arguments);
+    const std::optional<pid_t> child = platform::startChild(program, arguments);
     if (child) {
         children_.push_back(*child);
     }
@@ -67,7 +67,7 @@ bool PrivilegedTools::start(const std::string& program, const Arguments& argumen
 }
 
 std::size_t PrivilegedTools::unwaitedFor() const {
-    return static_cast<std::size_t>(std::ranges::count_if(children_, isUnwaitedFor));
+    return static_cast<std::size_t>(std::ranges::count_if(children_, platform::isUnwaitedFor));
 }
 
 std::string PrivilegedTools::changeOwner(const Arguments& arguments) {

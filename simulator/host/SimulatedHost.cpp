@@ -14,12 +14,6 @@ namespace {
 constexpr uint64_t kFirstService = 0x1'0000'0001;
 constexpr uint32_t kFirstConnection = 0x1'0001;
 
-// Copies a text, truncated if necessary, and fills the rest of the field with NUL.
-void putText(std::span<uint8_t> field, std::string_view text) {
-    std::ranges::fill(field, uint8_t{0});
-    std::ranges::copy(text.substr(0, field.size() - 1), field.begin());
-}
-
 }  // namespace
 
 SimulatedHost::SimulatedHost(Machine& machine, std::filesystem::path bundleDirectory,
@@ -104,8 +98,7 @@ std::optional<std::size_t> SimulatedHost::callMethod(uint32_t connection, uint32
         return std::nullopt;
     }
     const Board& board = found->second->board();
-    putText(reply.first(card_driver::kTextBytes), board.name);
-    putText(reply.subspan(card_driver::kLocationAt, card_driver::kTextBytes), board.location);
+    card_driver::putInformation(reply, board.name, board.location);
     return card_driver::kInformationBytes;
 }
 

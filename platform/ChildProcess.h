@@ -1,6 +1,6 @@
 #pragma once
 
-// Child processes.
+// Child processes, for the hosts.
 
 #include <sys/types.h>
 
@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-namespace simulator {
+namespace platform {
 
 // Starts a program by its absolute path; the arguments do not include its name. Returns the child, which the
 // caller must wait for, or nothing if the program cannot be started.
@@ -17,4 +17,4 @@ namespace simulator {
 // Whether a child of this process, running or ended, has not been waited for yet.
 bool isUnwaitedFor(pid_t child);
 
-}  // namespace simulator
+}  // namespace platform

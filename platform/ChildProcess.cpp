@@ -1,10 +1,10 @@
-#include "simulator/host/ChildProcess.h"
+#include "platform/ChildProcess.h"
 
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-namespace simulator {
+namespace platform {
 
 std::optional<pid_t> startChild(const std::string& program, std::vector<std::string> arguments) {
     std::string name = program;
@@ -25,4 +25,4 @@ bool isUnwaitedFor(pid_t child) {
     return ::waitid(P_PID, static_cast<id_t>(child), &state, WEXITED | WNOHANG | WNOWAIT) == 0;
 }
 
-}  // namespace simulator
+}  // namespace platform

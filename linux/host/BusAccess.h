@@ -1,0 +1,36 @@
+#pragma once
+
+// One load or store on the bus: exactly one 32-bit access, in program order.
+//
+// On x86-64 the instruction is spelled out, because a compiler may merge a volatile access into an arithmetic
+// instruction.
+
+#include <bit>
+#include <cstdint>
+
+namespace bus {
+
+// A word with the byte at its lowest address as the most significant one, from memory or to it.
+inline uint32_t inMemoryOrder(uint32_t word) {
+    return std::endian::native == std::endian::little ? __builtin_bswap32(word) : word;
+}
+
+inline uint32_t load(const uint32_t* address) {
+#ifdef __x86_64__
+    uint32_t word = 0;
+    asm volatile("movl (%1), %0" : "=r"(word) : "r"(address) : "memory");
+#else
+    const uint32_t word = *static_cast<const volatile uint32_t*>(address);
+#endif
+    return inMemoryOrder(word);
+}
+
+inline void store(uint32_t* address, uint32_t word) {
+#ifdef __x86_64__
+    asm volatile("movl %1, (%0)" : : "r"(address), "r"(inMemoryOrder(word)) : "memory");
+#else
+    *static_cast<volatile uint32_t*>(address) = inMemoryOrder(word);
+#endif
+}
+
+}  // namespace bus

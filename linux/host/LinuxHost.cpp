@@ -1,0 +1,253 @@
+#include "linux/host/LinuxHost.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <thread>
+
+#include "linux/host/BusAccess.h"
+#include "platform/CardDriver.h"
+#include "platform/ChildProcess.h"
+
+namespace {
+
+using std::chrono::steady_clock;
+
+// Far from anything that could be a card's index.
+constexpr uint64_t kFirstService = 0x1'0000'0001;
+
+constexpr uint64_t kLoginProcess = 1;
+
+// A third of a microsecond, rounded up.
+constexpr std::chrono::nanoseconds kLeastLoadTime{334};
+
+// Reads of the registers' first word, in batches, when they are mapped. The fastest batch counts: one during
+// which the processor did something else tells nothing about the bus.
+constexpr int kTimedBatches = 30;
+constexpr int kLoadsInABatch = 100;
+
+// At most 2 ms on an ordinary bus, and far too many for the look at the clock to count.
+constexpr uint32_t kLoadsBetweenLooks = 1000;
+
+constexpr std::chrono::milliseconds kBetweenPauses{100};
+
+void say(const std::string& text) {
+    std::fprintf(stderr, "vupdater: %s\n", text.c_str());
+}
+
+void sayAbout(const CardAgent::Card& card, const std::string& sentence) {
+    say(card.name + " (" + card.location + "): " + sentence);
+}
+
+bool isUsable(const CardAgent::Card& card) {
+    return card.refusal.empty();
+}
+
+void sayRefusals(const std::vector<CardAgent::Card>& cards) {
+    for (const CardAgent::Card& card : cards) {
+        if (!isUsable(card)) {
+            sayAbout(card, card.refusal);
+        }
+    }
+}
+
+bool isFasterThanExpected(const uint32_t* word) {
+    auto fastest = steady_clock::duration::max();
+    for (int batch = 0; batch < kTimedBatches; ++batch) {
+        const auto start = steady_clock::now();
+        for (int load = 0; load < kLoadsInABatch; ++load) {
+            bus::load(word);
+        }
+        fastest = std::min(fastest, steady_clock::now() - start);
+    }
+    return fastest < kLoadsInABatch * kLeastLoadTime;
+}
+
+// A child that does nothing, since callers wait for the tool's end and must not get another child's.
+bool startNothing() {
+    return platform::startChild("/bin/true", {}).has_value();
+}
+
+}  // namespace
+
+std::vector<uint64_t> LinuxHost::servicesOfClass(std::string_view className) {
+    if (className != card_driver::kServiceClass) {
+        return {};
+    }
+    if (!hasAsked_) {
+        hasAsked_ = true;
+        const auto cards = agent_.cards();
+        if (cards && std::ranges::any_of(*cards, isUsable)) {
+            claim(false);
+        }
+    }
+    return services_;
+}
+
+Host::RightAnswer LinuxHost::claim(bool mayAsk) {
+    const RightAnswer answer = agent_.claim(mayAsk);
+    if (answer != RightAnswer::granted) {
+        return answer;
+    }
+    holdsRight_ = true;
+    services_.clear();
+    const auto cards = agent_.cards().value_or(std::vector<CardAgent::Card>());
+    sayRefusals(cards);
+    for (const CardAgent::Card& card : cards) {
+        if (!isUsable(card)) {
+            continue;
+        }
+        auto known = std::ranges::find(cards_, card.address, &CardAgent::Card::address);
+        if (known == cards_.end()) {
+            known = cards_.insert(known, card);
+        } else {
+            *known = card;
+        }
+        services_.push_back(kFirstService + static_cast<uint64_t>(known - cards_.begin()));
+    }
+    return answer;
+}
+
+void LinuxHost::letGo() {
+    connections_.clear();
+    choosePace();
+    services_.clear();
+    holdsRight_ = false;
+    agent_.letGo();
+}
+
+std::optional<uint32_t> LinuxHost::openService(uint64_t service) {
+    if (std::ranges::find(services_, service) == services_.end()) {
+        return std::nullopt;
+    }
+    const uint32_t connection = nextConnection_++;
+    const CardAgent::Card& card = cards_[static_cast<std::size_t>(service - kFirstService)];
+    connections_.emplace(connection, Connection{.card = card, .ranges = {}, .isFast = false});
+    return connection;
+}
+
+bool LinuxHost::closeConnection(uint32_t connection) {
+    if (connections_.erase(connection) == 0) {
+        return false;
+    }
+    choosePace();
+    return true;
+}
+
+std::optional<RangeMapping> LinuxHost::mapRange(const CardAgent::Card& card, uint32_t memoryType) {
+    const auto range = agent_.openRange(card.address, memoryType);
+    if (!range) {
+        return std::nullopt;
+    }
+    RangeMapping mapping(*range);
+    if (mapping.base() == nullptr) {
+        sayAbout(card, mapping.refusal());
+        return std::nullopt;
+    }
+    return mapping;
+}
+
+std::optional<Host::MappedRange> LinuxHost::mapMemory(uint32_t connection, uint32_t memoryType) {
+    const auto found = connections_.find(connection);
+    if (found == connections_.end()) {
+        return std::nullopt;
+    }
+    auto& [card, ranges, isFast] = found->second;
+    auto range = ranges.find(memoryType);
+    if (range == ranges.end()) {
+        auto mapping = mapRange(card, memoryType);
+        if (!mapping) {
+            return std::nullopt;
+        }
+        range = ranges.emplace(memoryType, std::move(*mapping)).first;
+        if (memoryType == 0 && !card.isSimulated) {
+            isFast = isFasterThanExpected(reinterpret_cast<const uint32_t*>(range->second.base()));
+            choosePace();
+        }
+    }
+    return MappedRange{range->second.base(), range->second.bytes()};
+}
+
+std::optional<std::size_t> LinuxHost::callMethod(uint32_t connection, uint32_t method,
+                                                 std::span<uint8_t> reply) {
+    const auto found = connections_.find(connection);
+    if (found == connections_.end() || method != card_driver::kInformationMethod ||
+        reply.size() < card_driver::kInformationBytes) {
+        return std::nullopt;
+    }
+    card_driver::putInformation(reply, found->second.card.name, found->second.card.location);
+    return card_driver::kInformationBytes;
+}
+
+void LinuxHost::choosePace() {
+    isPaced_ = std::ranges::any_of(connections_, [](const auto& entry) { return entry.second.isFast; });
+    loadsUntilLook_ = 1;
+}
+
+uint32_t LinuxHost::loadWord(const uint32_t* address) {
+    if (--loadsUntilLook_ == 0) {
+        [[unlikely]] return loadAndLook(address);
+    }
+    return bus::load(address);
+}
+
+void LinuxHost::storeWord(uint32_t* address, uint32_t word) {
+    bus::store(address, word);
+}
+
+uint32_t LinuxHost::loadAndLook(const uint32_t* address) {
+    const Clock::time_point start = Clock::now();
+    const uint32_t word = bus::load(address);
+    Clock::time_point now = start;
+    while (isPaced_ && now - start < kLeastLoadTime) {
+        now = Clock::now();
+    }
+    loadsUntilLook_ = isPaced_ ? 1 : kLoadsBetweenLooks;
+    if (duringWaits_ && now - lastPause_ >= kBetweenPauses) {
+        duringWaits_();
+        // From its end, so that a slow display cannot take most of the time.
+        lastPause_ = Clock::now();
+    }
+    return word;
+}
+
+std::vector<Host::Process> LinuxHost::processes() {
+    return {{kLoginProcess, "loginwindow"}};
+}
+
+bool LinuxHost::deliverShutDownEvent(uint64_t processSerialNumber) {
+    return processSerialNumber == kLoginProcess && agent_.powerOff();
+}
+
+Host::RightAnswer LinuxHost::askForAdministratorRight() {
+    const auto cards = agent_.cards();
+    if (!cards || std::ranges::any_of(*cards, isUsable)) {
+        return claim(true);
+    }
+    if (cards->empty()) {
+        say("No card is named in /etc/vupdater/cards.d, or none of those named is in this computer.");
+    }
+    sayRefusals(*cards);
+    holdsRight_ = true;
+    return RightAnswer::granted;
+}
+
+bool LinuxHost::runPrivilegedTool(const std::string& tool, const std::vector<std::string>& arguments) {
+    if (tool == "/bin/rm") {
+        return platform::startChild(tool, arguments).has_value();
+    }
+    if (tool == "/usr/sbin/chown") {
+        return startNothing();
+    }
+    if (tool == "/sbin/kextload") {
+        return holdsRight_ && startNothing();
+    }
+    if (tool == "/sbin/kextunload") {
+        letGo();
+        return startNothing();
+    }
+    return false;
+}
+
+void LinuxHost::sleepSeconds(uint32_t seconds) {
+    std::this_thread::sleep_for(std::chrono::seconds(seconds));
+}

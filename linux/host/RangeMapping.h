@@ -1,0 +1,40 @@
+#pragma once
+
+// One of a card's memory ranges in this process's address space.
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include "linux/host/CardAgent.h"
+
+class RangeMapping {
+  public:
+    static constexpr uint32_t kLeastBytes = 0x200;  // of the registers
+
+    // Maps the whole pages that hold the range, for reading and writing. The descriptor is closed. If the
+    // range is too small or cannot be mapped, base() is null and refusal() says why, in a sentence.
+    explicit RangeMapping(const CardAgent::Range& range);
+    RangeMapping(RangeMapping&& other) noexcept;
+    RangeMapping(const RangeMapping&) = delete;
+    RangeMapping& operator=(const RangeMapping&) = delete;
+    RangeMapping& operator=(RangeMapping&&) = delete;
+    // Takes the pages away but keeps their addresses, so that an access that comes too late ends the program
+    // rather than reaching other memory.
+    ~RangeMapping();
+
+    // Of the range itself, which may begin within a page.
+    uint8_t* base() const { return base_; }
+    uint32_t bytes() const { return bytes_; }
+    const std::string& refusal() const { return refusal_; }
+
+  private:
+    // Returns why not; empty if it could.
+    std::string map(const CardAgent::Range& range);
+
+    void* pages_ = nullptr;
+    std::size_t pagesBytes_ = 0;
+    uint8_t* base_ = nullptr;
+    uint32_t bytes_;
+    std::string refusal_;
+};

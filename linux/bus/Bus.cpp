@@ -1,0 +1,86 @@
+#include "linux/bus/Bus.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <system_error>
+
+namespace bus {
+
+namespace {
+
+using std::chrono::duration_cast;
+using std::chrono::microseconds;
+using std::chrono::steady_clock;
+
+// Lets the connection go on for a moment. Returns a negative result if it has failed or the time is up.
+int advance(sd_bus* connection, steady_clock::time_point end) {
+    const int processed = sd_bus_process(connection, nullptr);
+    if (processed != 0) {
+        return processed;
+    }
+    const auto left = duration_cast<microseconds>(end - steady_clock::now());
+    if (left <= microseconds::zero()) {
+        return -ETIMEDOUT;
+    }
+    const int waited = sd_bus_wait(connection, static_cast<uint64_t>(left.count()));
+    return waited == -EINTR ? 0 : waited;
+}
+
+}  // namespace
+
+sd_bus_error* Error::fill() {
+    sd_bus_error_free(&error_);
+    return &error_;
+}
+
+std::string Error::reason(int result) const {
+    std::string reason = std::generic_category().message(std::abs(result));
+    if (error_.message != nullptr && *error_.message != '\0') {
+        reason = error_.message;
+    } else if (error_.name != nullptr) {
+        reason = error_.name;
+    }
+    if (reason.ends_with('.')) {
+        reason.pop_back();
+    }
+    return oneLine(reason);
+}
+
+std::string oneLine(std::string text) {
+    std::replace_if(
+        text.begin(), text.end(),
+        [](char character) {
+            const auto byte = static_cast<unsigned char>(character);
+            return byte < 0x20 || byte == 0x7F;
+        },
+        '?');
+    return text;
+}
+
+Message newCall(sd_bus* connection, const Object& object, const char* member) {
+    sd_bus_message* message = nullptr;
+    sd_bus_message_new_method_call(connection, &message, object.owner, object.path, object.interface, member);
+    return Message(message);
+}
+
+Message answerTo(const Message& call, microseconds limit, Error& error, int& result) {
+    sd_bus_message* answer = nullptr;
+    result = sd_bus_call(sd_bus_message_get_bus(call.get()), call.get(), static_cast<uint64_t>(limit.count()),
+                         error.fill(), &answer);
+    return Message(answer);
+}
+
+Connection openSystemBus(microseconds limit, int& result) {
+    sd_bus* opened = nullptr;
+    result = sd_bus_open_system(&opened);
+    Connection connection(opened);
+    // sd-bus by itself would wait for the bus's greeting for half a minute.
+    const auto end = steady_clock::now() + limit;
+    while (result >= 0 && sd_bus_is_ready(opened) == 0) {
+        result = advance(opened, end);
+    }
+    return result < 0 ? nullptr : std::move(connection);
+}
+
+}  // namespace bus

@@ -1,0 +1,69 @@
+#pragma once
+
+// What both ends of the system bus need of sd-bus: its objects with an owner, calls, and errors as text.
+//
+// Results are sd-bus's own: negative is an errno value. Its functions answer -EINVAL to a null object, so a
+// chain of calls needs to look at its last result only.
+
+#include <systemd/sd-bus.h>
+
+#include <chrono>
+#include <memory>
+#include <string>
+
+namespace bus {
+
+template <auto release>
+struct Releaser {
+    void operator()(auto* object) const { release(object); }
+};
+
+// Closes without waiting for what is still to be sent, which a bus that hangs would never take.
+using Connection = std::unique_ptr<sd_bus, Releaser<sd_bus_close_unref>>;
+using Message = std::unique_ptr<sd_bus_message, Releaser<sd_bus_message_unref>>;
+// A callback that is registered for as long as the slot lives.
+using Slot = std::unique_ptr<sd_bus_slot, Releaser<sd_bus_slot_unref>>;
+
+class Error {
+  public:
+    Error() = default;
+    Error(const Error&) = delete;
+    Error& operator=(const Error&) = delete;
+    ~Error() { sd_bus_error_free(&error_); }
+
+    // For sd-bus to fill in; what was there before is forgotten.
+    sd_bus_error* fill();
+    bool is(const char* name) const { return sd_bus_error_has_name(&error_, name) != 0; }
+    // The reason for a person, without a full stop, on one line; `result` is sd-bus's, for want of better.
+    std::string reason(int result) const;
+
+  private:
+    sd_bus_error error_ = SD_BUS_ERROR_NULL;
+};
+
+// Text that somebody else chose, with its control characters replaced, so that it is one line and moves no
+// terminal's cursor.
+std::string oneLine(std::string text);
+
+// An object on the bus, by the name of its owner, its path, and the interface that is called.
+struct Object {
+    const char* owner;
+    const char* path;
+    const char* interface;
+};
+
+constexpr Object kLogind{"org.freedesktop.login1", "/org/freedesktop/login1",
+                         "org.freedesktop.login1.Manager"};
+
+// A call without arguments yet; null if there is no connection.
+Message newCall(sd_bus* connection, const Object& object, const char* member);
+
+constexpr std::chrono::microseconds kNoLimit = std::chrono::microseconds::max();
+
+// Makes a call and waits for its answer. Null if that is an error, or if there is none within the limit.
+Message answerTo(const Message& call, std::chrono::microseconds limit, Error& error, int& result);
+
+// Connects to the system bus within the limit. Null if that fails; `result` says why.
+Connection openSystemBus(std::chrono::microseconds limit, int& result);
+
+}  // namespace bus

@@ -1,0 +1,28 @@
+#pragma once
+
+// A file descriptor with an owner.
+
+namespace bus {
+
+class Descriptor {
+  public:
+    Descriptor() = default;
+    explicit Descriptor(int descriptor) : descriptor_(descriptor) {}
+    Descriptor(Descriptor&& other) noexcept : descriptor_(other.release()) {}
+    Descriptor& operator=(Descriptor&& other) noexcept;
+    ~Descriptor() { close(); }
+
+    // A second descriptor of what a message or somebody else owns; empty if that fails.
+    static Descriptor duplicate(int descriptor);
+
+    explicit operator bool() const { return descriptor_ >= 0; }
+    int number() const { return descriptor_; }
+    // Gives the descriptor away.
+    int release();
+    void close();
+
+  private:
+    int descriptor_ = -1;
+};
+
+}  // namespace bus

@@ -1,0 +1,203 @@
+#include "linux/client/AgentClient.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <exception>
+
+#include "linux/bus/AgentNames.h"
+#include "linux/client/PowerOff.h"
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr bus::Object kAgent{agent::kBusName, agent::kObjectPath, agent::kInterface};
+
+// A bus or an agent that hangs must not hold a write.
+constexpr std::chrono::microseconds kLimit = 5s;
+// The calls that may have to start the agent, which takes its time on a busy computer.
+constexpr std::chrono::microseconds kStartLimit = 25s;
+
+constexpr char kNoReply[] = "org.freedesktop.DBus.Error.NoReply";
+
+void say(const std::string& sentences) {
+    std::fprintf(stderr, "%s\n", sentences.c_str());
+}
+
+std::string whyTheAgentFails(const bus::Error& error, int result) {
+    if (error.is("org.freedesktop.DBus.Error.ServiceUnknown")) {
+        return "The agent that opens this computer's cards is not installed. Install all of VUpdater.";
+    }
+    return "The agent that opens this computer's cards failed: " + error.reason(result) +
+           ". Its messages are shown by: journalctl -u vupdater-agent";
+}
+
+struct ClaimAnswer {
+    const char* name;
+    Host::RightAnswer right;
+    const char* explanation;
+};
+
+constexpr ClaimAnswer kClaimAnswers[] = {
+    {"granted", Host::RightAnswer::granted, nullptr},
+    {"dismissed", Host::RightAnswer::cancelled,
+     "The cards cannot be used because no password was given. Start VUpdater again to be asked again."},
+    {"refused", Host::RightAnswer::denied,
+     "The cards cannot be used because the administrator's right was refused. Start VUpdater again and give "
+     "an administrator's password, or ask somebody who has one."},
+    {"nobody to ask", Host::RightAnswer::denied,
+     "The cards cannot be used because nobody could be asked for an administrator's password. Log in to a "
+     "desktop at the computer itself; if this is one, its polkit authentication agent is missing or does not "
+     "run."},
+};
+
+}  // namespace
+
+sd_bus* AgentClient::connection(int& result) {
+    if (!connection_ || sd_bus_is_open(connection_.get()) <= 0) {
+        connection_ = bus::openSystemBus(kLimit, result);
+    }
+    return connection_.get();
+}
+
+bus::Message AgentClient::newCall(const char* member, Answer& answer) {
+    return bus::newCall(connection(answer.result), kAgent, member);
+}
+
+void AgentClient::makeCall(const bus::Message& call, std::chrono::microseconds limit, Answer& answer) {
+    if (call) {
+        answer.message = bus::answerTo(call, limit, answer.error, answer.result);
+    }
+}
+
+std::optional<std::vector<CardAgent::Card>> AgentClient::cards() {
+    Answer answer;
+    makeCall(newCall("Cards", answer), kStartLimit, answer);
+    sd_bus_message* const list = answer.message.get();
+    if (sd_bus_message_enter_container(list, SD_BUS_TYPE_ARRAY, "(sssbs)") < 0) {
+        return std::nullopt;
+    }
+    std::vector<Card> cards;
+    const char* address = nullptr;
+    const char* name = nullptr;
+    const char* location = nullptr;
+    const char* refusal = nullptr;
+    int isSimulated = 0;
+    while (sd_bus_message_read(list, "(sssbs)", &address, &name, &location, &isSimulated, &refusal) > 0) {
+        cards.push_back({address, name, location, isSimulated != 0, refusal});
+    }
+    return cards;
+}
+
+void AgentClient::askForClaim(bool mayAsk, Answer& answer) {
+    const bus::Message call = newCall("Claim", answer);
+    sd_bus_message_append(call.get(), "b", static_cast<int>(mayAsk));
+    makeCall(call, mayAsk ? bus::kNoLimit : kStartLimit, answer);
+}
+
+Host::RightAnswer AgentClient::claim(bool mayAsk) {
+    Answer answer;
+    askForClaim(mayAsk, answer);
+    if (answer.error.is(kNoReply)) {
+        // The agent ends when nobody has used it for a while, and may have done so just now.
+        askForClaim(mayAsk, answer);
+    }
+    const char* name = nullptr;
+    sd_bus_message_read(answer.message.get(), "s", &name);
+    for (const ClaimAnswer& known : kClaimAnswers) {
+        if (name != nullptr && std::strcmp(name, known.name) == 0) {
+            if (mayAsk && known.explanation != nullptr) {
+                say(known.explanation);
+            }
+            return known.right;
+        }
+    }
+    if (mayAsk) {
+        say(!connection_ ? "The system bus cannot be reached (" + answer.error.reason(answer.result) +
+                               "). Without it the cards cannot be used. Start the computer's D-Bus service."
+                         : whyTheAgentFails(answer.error, answer.result));
+    }
+    return Host::RightAnswer::denied;
+}
+
+// The calls from here on mean something only to an agent that knows this program, so they start no other one.
+
+void AgentClient::letGo() {
+    Answer answer;
+    const bus::Message call = newCall("LetGo", answer);
+    sd_bus_message_set_auto_start(call.get(), 0);
+    makeCall(call, kLimit, answer);
+}
+
+std::optional<CardAgent::Range> AgentClient::openRange(const std::string& address, uint32_t memoryType) {
+    Answer answer;
+    const bus::Message call = newCall("OpenRange", answer);
+    sd_bus_message_set_auto_start(call.get(), 0);
+    sd_bus_message_append(call.get(), "su", address.c_str(), memoryType);
+    makeCall(call, kLimit, answer);
+    int theMessages = -1;
+    Range range = {};
+    uint64_t bytes = 0;
+    sd_bus_message_read(answer.message.get(), "hut", &theMessages, &range.offsetInPage, &bytes);
+    // A card's ranges are far smaller than 4 GB; of a larger one, the beginning is enough.
+    range.bytes = static_cast<uint32_t>(std::min<uint64_t>(bytes, UINT32_MAX));
+    range.descriptor = bus::Descriptor::duplicate(theMessages).release();
+    if (range.descriptor < 0) {
+        say("The card at " + address + " cannot be opened: " + answer.error.reason(answer.result) + ".");
+        return std::nullopt;
+    }
+    return range;
+}
+
+void AgentClient::takeLock() {
+    Answer answer;
+    const bus::Message call = newCall("BeginWrite", answer);
+    sd_bus_message_set_auto_start(call.get(), 0);
+    makeCall(call, kLimit, answer);
+    int theMessages = -1;
+    sd_bus_message_read(answer.message.get(), "h", &theMessages);
+    lock_ = bus::Descriptor::duplicate(theMessages);
+    if (!lock_) {
+        say("The computer can be switched off or put to sleep during the write: " +
+            answer.error.reason(answer.result) + ". Do neither until the write has ended.");
+    }
+}
+
+void AgentClient::beginWrite() {
+    try {
+        takeLock();
+    } catch (const std::exception& exception) {
+        std::fprintf(stderr, "The computer can be switched off or put to sleep during the write: %s\n",
+                     exception.what());
+    }
+}
+
+void AgentClient::endWrite() {
+    // This alone ends the lock if the agent has died.
+    lock_.close();
+    try {
+        Answer answer;
+        const bus::Message call = newCall("EndWrite", answer);
+        sd_bus_message_set_auto_start(call.get(), 0);
+        makeCall(call, kLimit, answer);
+    } catch (const std::exception& exception) {
+        std::fprintf(stderr, "The agent was not told that the write has ended: %s\n", exception.what());
+    }
+}
+
+bool AgentClient::powerOff() {
+    if (lock_) {
+        // From systemd 257 on, the lock would bind this program, too.
+        endWrite();
+    }
+    int result = 0;
+    sd_bus* const bus = connection(result);
+    if (bus == nullptr) {
+        say("The computer was not switched off because the system bus cannot be reached (" +
+            bus::Error().reason(result) + "). Shut it down from the desktop's menu.");
+        return false;
+    }
+    return powerOffThroughLogind(bus);
+}

@@ -1,0 +1,43 @@
+#pragma once
+
+// This computer's cards through the agent on the system bus, and logind for switching off.
+
+#include <chrono>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "linux/bus/Bus.h"
+#include "linux/bus/Descriptor.h"
+#include "linux/host/CardAgent.h"
+
+class AgentClient : public CardAgent {
+  public:
+    std::optional<std::vector<Card>> cards() override;
+    Host::RightAnswer claim(bool mayAsk) override;
+    void letGo() override;
+    std::optional<Range> openRange(const std::string& address, uint32_t memoryType) override;
+    void beginWrite() override;
+    void endWrite() override;
+    bool powerOff() override;
+
+  private:
+    // What a call brought: its answer, or null and why.
+    struct Answer {
+        bus::Message message;
+        bus::Error error;
+        int result = 0;
+    };
+
+    // The connection, opened when it is first needed and again after the bus has ended it; null, with the
+    // reason, if it cannot be.
+    sd_bus* connection(int& result);
+    bus::Message newCall(const char* member, Answer& answer);
+    void makeCall(const bus::Message& call, std::chrono::microseconds limit, Answer& answer);
+    void askForClaim(bool mayAsk, Answer& answer);
+    void takeLock();
+
+    bus::Connection connection_;
+    // Held while a write is on.
+    bus::Descriptor lock_;
+};

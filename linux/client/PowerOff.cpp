@@ -1,0 +1,68 @@
+#include "linux/client/PowerOff.h"
+
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <string>
+
+#include "linux/bus/Bus.h"
+
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr std::chrono::microseconds kQuestionLimit = 5s;
+// Long enough for a password, but a logind that hangs does not keep the program for good.
+constexpr std::chrono::microseconds kPowerOffLimit = 2min;
+
+bool isShuttingDown(sd_bus* connection) {
+    const bus::Message call = bus::newCall(
+        connection, {bus::kLogind.owner, bus::kLogind.path, "org.freedesktop.DBus.Properties"}, "Get");
+    sd_bus_message_append(call.get(), "ss", bus::kLogind.interface, "PreparingForShutdown");
+    bus::Error error;
+    int result = 0;
+    const bus::Message answer = bus::answerTo(call, kQuestionLimit, error, result);
+    int shuttingDown = 0;
+    return sd_bus_message_read(answer.get(), "v", "b", &shuttingDown) > 0 && shuttingDown != 0;
+}
+
+// The programs that forbid it at the moment, such as "; it is prevented by Software Updater (installing)".
+std::string whoPreventsIt(sd_bus* connection) {
+    bus::Error error;
+    int result = 0;
+    const bus::Message answer = bus::answerTo(bus::newCall(connection, bus::kLogind, "ListInhibitors"),
+                                              kQuestionLimit, error, result);
+    std::string programs;
+    if (sd_bus_message_enter_container(answer.get(), SD_BUS_TYPE_ARRAY, "(ssssuu)") < 0) {
+        return programs;
+    }
+    const char* what = nullptr;
+    const char* who = nullptr;
+    const char* why = nullptr;
+    const char* mode = nullptr;
+    uint32_t user = 0;
+    uint32_t process = 0;
+    while (sd_bus_message_read(answer.get(), "(ssssuu)", &what, &who, &why, &mode, &user, &process) > 0) {
+        if (std::strstr(what, "shutdown") != nullptr && std::strcmp(mode, "delay") != 0) {
+            programs += programs.empty() ? "; it is prevented by " : ", ";
+            programs += std::string(who) + " (" + why + ")";
+        }
+    }
+    return bus::oneLine(programs);
+}
+
+}  // namespace
+
+bool powerOffThroughLogind(sd_bus* connection) {
+    const bus::Message call = bus::newCall(connection, bus::kLogind, "PowerOff");
+    sd_bus_message_set_allow_interactive_authorization(call.get(), 1);
+    sd_bus_message_append(call.get(), "b", 1);
+    bus::Error error;
+    int result = 0;
+    if (bus::answerTo(call, kPowerOffLimit, error, result) || isShuttingDown(connection)) {
+        return true;
+    }
+    std::fprintf(stderr, "The computer was not switched off: %s%s. Shut it down from the desktop's menu.\n",
+                 error.reason(result).c_str(), whoPreventsIt(connection).c_str());
+    return false;
+}

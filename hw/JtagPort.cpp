@@ -25,11 +25,11 @@ void setSignal(uint32_t signal, int16_t value) {
 
 // Waits for a clock level to settle. Unrolled, because most of a firmware write is spent here and the loop
 // itself would take a good part of it.
-void settle() {
+void settle(uint32_t* output) {
     constexpr int32_t kReads = kReadsPerMicrosecond * kSettlingMicroseconds;
 #pragma GCC unroll kReads
     for (int32_t read = 0; read < kReads; ++read) {
-        MacReadULONG(gpOutputRegister);
+        MacReadULONG(output);
     }
 }
 
@@ -54,7 +54,7 @@ void setPort(int16_t port, int16_t value) {
         case kPortTCK:
             setSignal(kJtagTCK, value);
             MacWriteULONG(gpOutputRegister, gulControlReg);
-            settle();
+            settle(gpOutputRegister);
             break;
         case kPortTMS:
             setSignal(kJtagTMS, value);

@@ -10,7 +10,7 @@ namespace {
 
 // The reads that the player makes in a row, unrolled as they are there: with a loop around each read this
 // would be slower than the player.
-constexpr uint64_t kReadsInARow = kReadsPerMicrosecond * kSettlingMicroseconds;
+constexpr int32_t kReadsInARow = kReadsPerMicrosecond * kSettlingMicroseconds;
 
 }  // namespace
 
@@ -21,7 +21,7 @@ void makeAccesses(const Accesses& accesses) {
     }
     for (uint64_t row = 0; row < accesses.loads / kReadsInARow; ++row) {
 #pragma GCC unroll kReadsInARow
-        for (uint64_t load = 0; load < kReadsInARow; ++load) {
+        for (int32_t load = 0; load < kReadsInARow; ++load) {
             MacReadULONG(output);
         }
     }

@@ -136,9 +136,10 @@ void registerCardBenchmarks() {
     repeat(benchmark::RegisterBenchmark(kBareLoop, bareLoop), 1, kRepetitions);
     repeat(benchmark::RegisterBenchmark(kPlayer, playerOverPlainMemory), 1, kRepetitions);
     repeat(benchmark::RegisterBenchmark(kSimulatedUpdate, simulatedUpdate), 1, kRepetitions);
-    for (const std::size_t bytes : kImageSizes)
+    for (const std::size_t bytes : kImageSizes) {
         repeat(benchmark::RegisterBenchmark(imageName(bytes).c_str(), imageOfSize, bytes),
                std::max<std::size_t>(kBytesToPlay / bytes, 1), kImageRepetitions);
+    }
 }
 
 }  // namespace benchmarks

@@ -8,7 +8,7 @@
 
 std::filesystem::path UsersMachine() {
     const QString data = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
-    const std::filesystem::path folder = QFile::encodeName(data + "/vupdater/machine").toStdString();
+    std::filesystem::path folder = QFile::encodeName(data + "/vupdater/machine").toStdString();
     if (!std::filesystem::exists(folder / "machine.json")) {
         const auto directory = simulator::MachineDirectory::create(folder);
         simulator::addDefaultCards(directory->machine());

@@ -13,7 +13,7 @@
 namespace {
 
 // Fifteen times the size of the images that ship, and still loaded without a noticeable delay.
-constexpr std::uintmax_t kLargestImageBytes = 16 * 1024 * 1024;
+constexpr std::uintmax_t kLargestImageBytes = 0x100'0000;
 
 // Looking at a card must not mean waiting for a pipe, or filling the memory with a huge file.
 bool canBeAnImage(const char* path) {

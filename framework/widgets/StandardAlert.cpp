@@ -106,7 +106,7 @@ int16_t Ask(AlertType type, ConstStringPtr title, ConstStringPtr explanation,
         box->setDefaultButton(qobject_cast<QPushButton*>(ButtonAt(buttons, record.defaultButton)));
         box->setEscapeButton(ButtonAt(buttons, record.cancelButton));
     });
-    if (UDisplay::IsGone()) {
+    if (box == nullptr || UDisplay::IsGone()) {
         return record.cancelButton;
     }
     RunModal(*box);

@@ -14,7 +14,6 @@ using Assembler = XsvfAssembler<std::vector<uint8_t>>;
 
 using simulator::Fpga;
 using simulator::kPageBytes;
-using simulator::kPromPages;
 using simulator::Prom;
 
 constexpr uint8_t kChainInstructionBits = Prom::kInstructionBits + Fpga::kInstructionBits;
@@ -108,7 +107,7 @@ void comparePages(Assembler& xsvf, std::span<const uint8_t> prom) {
 }  // namespace
 
 std::vector<uint8_t> makeFirmwareImage(std::span<const uint8_t> content) {
-    assert(content.size() % kPageBytes == 0 && content.size() / kPageBytes <= kPromPages);
+    assert(content.size() % kPageBytes == 0 && content.size() / kPageBytes <= simulator::kPromPages);
     std::vector<uint8_t> image;
     Assembler xsvf(image);
     xsvf.XREPEAT(kReadRetries);

@@ -91,7 +91,7 @@ class ExtractedDriver : public testing::Test {
         EXPECT_EQ(::waitpid(child, &status, 0), child);
         ::close(terminal);
         ::close(output);
-        const std::string said = testing::internal::GetCapturedStderr();
+        std::string said = testing::internal::GetCapturedStderr();
         EXPECT_TRUE(WIFEXITED(status)) << "the installation hangs";
         EXPECT_EQ(WEXITSTATUS(status), said.ends_with(notCopied) || said.ends_with(notUnpacked) ? 0 : 1);
         EXPECT_EQ(fs::exists(unpacked / "Contents/Info.plist"), WEXITSTATUS(status) == 1);
@@ -121,7 +121,9 @@ TEST_F(ExtractedDriver, WaitsUntilTheOldDriverIsGone) {
 }
 
 TEST_F(ExtractedDriver, CleansUpAfterAFailingTool) {
-    const std::string path = std::getenv("PATH");
+    const char* const found = std::getenv("PATH");
+    ASSERT_NE(found, nullptr);
+    const std::string path = found;
     ::setenv("PATH", (mine.string() + ":" + path).c_str(), 1);
     inMine("echo 'echo part >\"$3\"; exit 1' >cp; chmod +x cp");
     EXPECT_EQ(installed(::geteuid()), notCopied);

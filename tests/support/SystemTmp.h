@@ -19,17 +19,17 @@ class SystemTmp {
     SystemTmp() {
         // A forked child would hold the lock until it ends.
         [[maybe_unused]] static const int registered =
-            ::pthread_atfork(nullptr, nullptr, [] { ::close(folder_); });
-        folder_ = ::open("/tmp", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-        ::flock(folder_, LOCK_EX);
+            ::pthread_atfork(nullptr, nullptr, [] { ::close(lockedFolder); });
+        lockedFolder = ::open("/tmp", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        ::flock(lockedFolder, LOCK_EX);
         ::alarm(kLongestSeconds);
         clear();
     }
     ~SystemTmp() {
         clear();
         ::alarm(0);
-        ::close(folder_);
-        folder_ = -1;
+        ::close(lockedFolder);
+        lockedFolder = -1;
     }
     SystemTmp(const SystemTmp&) = delete;
     SystemTmp& operator=(const SystemTmp&) = delete;
@@ -44,5 +44,5 @@ class SystemTmp {
         std::filesystem::remove_all(driver);
     }
 
-    static inline int folder_ = -1;
+    static inline int lockedFolder = -1;
 };

@@ -5,6 +5,7 @@
 #include "tools/cardsim/Commands.h"
 #include "tools/command_line/CommandLine.h"
 
+// NOLINTNEXTLINE(bugprone-exception-escape): only a mistake in the commands throws here
 int main(int argc, char** argv) {
     CLI::App program{"Makes, shows, changes, breaks and power-cycles simulated machines.", "cardsim"};
     cardsim::addMachineCommands(program, std::cout);

@@ -5,6 +5,7 @@
 #include "tools/command_line/CommandLine.h"
 #include "tools/xsvf/Commands.h"
 
+// NOLINTNEXTLINE(bugprone-exception-escape): only a mistake in the commands throws here
 int main(int argc, char** argv) {
     CLI::App program("Makes, shows, lists, assembles and checks firmware images for the cards' PROMs.",
                      "xsvf");

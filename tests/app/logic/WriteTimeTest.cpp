@@ -21,7 +21,7 @@ TEST(WriteTime, IsRoundedAsInSpeech) {
 }
 
 TEST(WriteTime, IsGivenOnlyForAFileOfPlausibleSize) {
-    constexpr uintmax_t largest = 16 * 1024 * 1024;
+    constexpr uintmax_t largest = 0x100'0000;
     const TemporaryDirectory directory;
     const std::string image = directory.path() / "VMBM12A.xsv";
     std::ofstream(image).put(0);

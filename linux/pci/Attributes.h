@@ -1,0 +1,46 @@
+#pragma once
+
+// A folder of the kernel's attributes, such as a device's in /sys. It is opened by name once, so it stays
+// that device's even if another takes its place on the bus; after a removal nothing can be read any more.
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <span>
+#include <string>
+
+#include "files/OpenFile.h"
+
+namespace pci {
+
+class Attributes {
+  public:
+    // Nothing if there is no such folder.
+    static std::optional<Attributes> open(const std::filesystem::path& folder);
+
+    // An attribute's text; nothing if it cannot be read or is longer than any attribute is.
+    std::optional<std::string> text(const std::string& name) const;
+    // The last part of where a link leads; nothing if there is no such link, empty if it cannot be read.
+    std::optional<std::string> linkedName(const std::string& name) const;
+    // False if the kernel did not take all of it.
+    [[nodiscard]] bool write(const std::string& name, std::size_t offset,
+                             std::span<const uint8_t> bytes) const;
+    [[nodiscard]] bool write(const std::string& name, const std::string& text) const;
+    // Fills all bytes from an offset of a binary attribute; false if it is shorter or cannot be read.
+    [[nodiscard]] bool read(const std::string& name, std::size_t offset, std::span<uint8_t> bytes) const;
+
+    // Opens a binary attribute for mapping. Throws FileError.
+    files::OpenFile openForMapping(const std::string& name) const;
+
+  private:
+    explicit Attributes(files::OpenFile folder) : folder_(std::move(folder)) {}
+
+    files::OpenFile folder_;
+};
+
+// Text from outside on one line of printable ASCII, cut if it is long, so that it can be part of a sentence
+// and of a message on the system bus.
+std::string plainText(const std::string& text);
+
+}  // namespace pci

@@ -1,0 +1,153 @@
+#include "linux/pci/CardRules.h"
+
+#include <algorithm>
+#include <charconv>
+
+#include "files/PrintableText.h"
+
+namespace pci {
+namespace {
+
+constexpr std::size_t kMostLineCharacters = 500;
+constexpr std::string_view kBlanks = " \t\r";
+
+// Why a line is no rule.
+struct BadLine {
+    std::string reason;
+};
+
+// Takes the next word off the front of a line; empty at its end.
+std::string_view takeWord(std::string_view& line) {
+    line.remove_prefix(std::min(line.find_first_not_of(kBlanks), line.size()));
+    const std::string_view word = line.substr(0, line.find_first_of(kBlanks));
+    line.remove_prefix(word.size());
+    return word;
+}
+
+std::optional<uint16_t> parseIdentifier(std::string_view digits) {
+    uint16_t number = 0;
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number, 16);
+    const bool isNumber = digits.size() == 4 && error == std::errc() && end == digits.data() + digits.size();
+    return isNumber ? std::optional(number) : std::nullopt;
+}
+
+Identifiers parseIdentifiers(std::string_view word) {
+    const std::size_t colon = std::min(word.find(':'), word.size());
+    const auto vendor = parseIdentifier(word.substr(0, colon));
+    const auto device = parseIdentifier(word.substr(std::min(colon + 1, word.size())));
+    if (!vendor || !device) {
+        throw BadLine{"\"" + std::string(word) +
+                      "\" should be two identifiers of four hexadecimal digits, such as abcd:0123"};
+    }
+    return {.vendor = *vendor, .device = *device};
+}
+
+void parseRange(std::string_view word, CardRule& rule) {
+    constexpr std::string_view kForm = "rangeN=B";
+    const auto range = static_cast<uint32_t>(word[std::min(kForm.find('N'), word.size() - 1)] - '0');
+    const auto bar = static_cast<uint32_t>(word.back() - '0');
+    if (word.size() != kForm.size() || word[kForm.find('=')] != '=' || range >= kMemoryRanges || bar > 5) {
+        throw BadLine{"\"" + std::string(word) + "\" should be range0= or range1= and a number from 0 to 5"};
+    }
+    if (rule.bars[range]) {
+        throw BadLine{"range" + std::to_string(range) + " is given twice"};
+    }
+    rule.bars[range] = bar;
+}
+
+void parseOption(std::string_view word, CardRule& rule) {
+    if (word.starts_with("range")) {
+        parseRange(word, rule);
+    } else if (word == "simulated") {
+        if (rule.isSimulated) {
+            throw BadLine{"\"simulated\" is given twice"};
+        }
+        rule.isSimulated = true;
+    } else {
+        throw BadLine{"\"" + std::string(word) + "\" has no meaning here"};
+    }
+}
+
+// The name begins with the first quotation mark.
+std::string parseName(std::string_view quoted) {
+    quoted.remove_prefix(1);
+    const std::string_view name = quoted.substr(0, quoted.find('"'));
+    if (name.size() == quoted.size()) {
+        throw BadLine{"the name has no quotation mark at its end"};
+    }
+    std::string_view rest = quoted.substr(name.size() + 1);
+    const std::string_view extra = takeWord(rest);
+    if (!extra.empty() && !extra.starts_with('#')) {
+        throw BadLine{"the name should be the last in the line"};
+    }
+    const bool isPrintable =
+        std::all_of(name.begin(), name.end(), [](char c) { return c >= ' ' && c <= '~'; });
+    if (!isPrintable || name.empty() || name.size() > kMostNameCharacters) {
+        throw BadLine{"the name should be 1 to " + std::to_string(kMostNameCharacters) +
+                      " printable ASCII characters"};
+    }
+    return std::string(name);
+}
+
+CardRule parseRule(std::string_view line) {
+    if (line.size() > kMostLineCharacters) {
+        throw BadLine{"the line is longer than " + std::to_string(kMostLineCharacters) + " characters"};
+    }
+    const std::size_t quote = line.find('"');
+    std::string_view words = line.substr(0, quote);
+    CardRule rule;
+    rule.device = parseIdentifiers(takeWord(words));
+    for (std::string_view word = takeWord(words); !word.empty(); word = takeWord(words)) {
+        const bool isFirst = !rule.subsystem && !rule.isSimulated && !rule.bars[0] && !rule.bars[1];
+        if (isFirst && word.find(':') != std::string_view::npos) {
+            rule.subsystem = parseIdentifiers(word);
+        } else {
+            parseOption(word, rule);
+        }
+    }
+    if (quote == std::string_view::npos) {
+        throw BadLine{"the card's name is missing, in quotation marks at the end of the line"};
+    }
+    rule.name = parseName(line.substr(quote));
+    return rule;
+}
+
+}  // namespace
+
+const CardRule* CardRules::find(const Identifiers& device, const Identifiers& subsystem) const {
+    const CardRule* lessSpecific = nullptr;
+    for (const CardRule& rule : rules) {
+        if (rule.device == device && rule.subsystem == subsystem) {
+            return &rule;
+        }
+        if (rule.device == device && !rule.subsystem && lessSpecific == nullptr) {
+            lessSpecific = &rule;
+        }
+    }
+    return lessSpecific;
+}
+
+void parseCardRules(std::string_view text, const std::string& knownAs, CardRules& rules) {
+    std::size_t number = 0;
+    while (!text.empty()) {
+        const std::string_view line = text.substr(0, text.find('\n'));
+        text.remove_prefix(std::min(line.size() + 1, text.size()));
+        ++number;
+        std::string_view rest = line;
+        const std::string_view first = takeWord(rest);
+        if (first.empty() || first.starts_with('#')) {
+            continue;
+        }
+        const std::string place = files::printable(knownAs) + ":" + std::to_string(number) + ": ";
+        try {
+            if (rules.rules.size() == kMostRules) {
+                throw BadLine{"there are more than " + std::to_string(kMostRules) + " cards"};
+            }
+            rules.rules.push_back(parseRule(line));
+        } catch (const BadLine& bad) {
+            rules.complaints.push_back(place + files::printable(bad.reason) + ".");
+        }
+    }
+}
+
+}  // namespace pci

@@ -1,0 +1,55 @@
+#pragma once
+
+// Which devices on the bus are cards, as the computer's administrator has written it down: one kind of card a
+// line, and # begins a comment.
+//
+//   VENDOR:DEVICE [SUBVENDOR:SUBDEVICE] [range0=BAR] [range1=BAR] [simulated] "NAME"
+//
+// Identifiers are four hexadecimal digits, a BAR is 0 to 5, and a name is printable ASCII.
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace pci {
+
+// A card's memory ranges are numbered 0 and 1, whichever of the device's base address registers they are.
+constexpr uint32_t kMemoryRanges = 2;
+
+constexpr std::size_t kMostRules = 1000;
+constexpr std::size_t kMostNameCharacters = 63;
+
+struct Identifiers {
+    uint16_t vendor = 0;
+    uint16_t device = 0;
+    bool operator==(const Identifiers&) const = default;
+};
+
+struct CardRule {
+    Identifiers device;
+    std::optional<Identifiers> subsystem;  // nothing if the rule is for all
+    // The number of the BAR that each range is; nothing if range n is the n-th BAR for memory.
+    std::array<std::optional<uint32_t>, kMemoryRanges> bars;
+    bool isSimulated = false;
+    std::string name;
+    bool operator==(const CardRule&) const = default;
+};
+
+struct CardRules {
+    std::vector<CardRule> rules;
+    // One sentence each about a line or file that was passed over, beginning with its name; printable.
+    std::vector<std::string> complaints;
+
+    // The rule for a device: the first that names its subsystem, else the first that names none.
+    const CardRule* find(const Identifiers& device, const Identifiers& subsystem) const;
+};
+
+// Appends the rules in a text and the complaints about its lines, "KNOWNAS:LINE: ...".
+void parseCardRules(std::string_view text, const std::string& knownAs, CardRules& rules);
+
+}  // namespace pci

@@ -1,0 +1,104 @@
+#include "linux/pci/PciBus.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <charconv>
+#include <utility>
+
+#include "files/FileError.h"
+#include "files/Folder.h"
+
+namespace pci {
+namespace {
+
+// What is after the address's last dot; slots have addresses without it.
+constexpr char kFunctionMark = '.';
+
+std::filesystem::path devicesFolder(const std::filesystem::path& sys) {
+    return sys / "bus/pci/devices";
+}
+
+std::vector<std::string> namesIn(const std::filesystem::path& folder) {
+    try {
+        return files::Folder(folder).names();
+    } catch (const files::FileError&) {
+        return {};
+    }
+}
+
+// Addresses have leading zeros, except that a domain may have more than four digits.
+bool isBefore(const std::string& one, const std::string& other) {
+    return std::pair(one.size(), one) < std::pair(other.size(), other);
+}
+
+bool sharePage(const Resource& one, const Resource& other) {
+    const uint64_t bytes = pageBytes();
+    return one.first / bytes <= other.last / bytes && other.first / bytes <= one.last / bytes;
+}
+
+}  // namespace
+
+uint64_t pageBytes() {
+    static const auto bytes = static_cast<uint64_t>(::sysconf(_SC_PAGESIZE));
+    return bytes;
+}
+
+std::vector<std::string> PciBus::addresses() const {
+    std::vector<std::string> addresses = namesIn(devicesFolder(sys_));
+    std::erase_if(addresses, [](const std::string& name) { return !isAddress(name); });
+    std::sort(addresses.begin(), addresses.end(), isBefore);
+    return addresses;
+}
+
+std::optional<PciDevice> PciBus::device(const std::string& address) const {
+    if (!isAddress(address)) {
+        return std::nullopt;
+    }
+    auto attributes = Attributes::open(devicesFolder(sys_) / address);
+    return attributes ? std::optional(PciDevice(address, std::move(*attributes))) : std::nullopt;
+}
+
+std::string PciBus::location(const std::string& address) const {
+    const std::string place = address.substr(0, address.rfind(kFunctionMark));
+    const std::filesystem::path slots = sys_ / "bus/pci/slots";
+    std::vector<std::string> names = namesIn(slots);
+    std::sort(names.begin(), names.end());
+    for (const std::string& name : names) {
+        const auto slot = Attributes::open(slots / name);
+        if (slot && slot->text("address") == place + "\n") {
+            return "PCI slot " + plainText(name);
+        }
+    }
+    return address;
+}
+
+bool PciBus::isLockedDown() const {
+    const auto security = Attributes::open(sys_ / "kernel/security");
+    const auto states = security ? security->text("lockdown") : std::nullopt;
+    return states && (states->find("[integrity]") != std::string::npos ||
+                      states->find("[confidentiality]") != std::string::npos);
+}
+
+std::optional<PciBus::Neighbour> PciBus::neighbour(const std::string& address, const Resource& range) const {
+    for (const std::string& other : addresses()) {
+        const auto found = other == address ? std::nullopt : device(other);
+        if (!found) {
+            continue;
+        }
+        const auto resources = found->resources();
+        if (!resources && device(other)) {
+            return Neighbour{.address = other, .isKnown = false};
+        }
+        const bool isShared =
+            resources && std::any_of(resources->begin(), resources->end(), [&](const Resource& its) {
+                return its.isPlacedMemory() && sharePage(its, range);
+            });
+        if (isShared) {
+            return Neighbour{.address = other, .isKnown = true};
+        }
+    }
+    return std::nullopt;
+}
+
+}  // namespace pci

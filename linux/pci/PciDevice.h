@@ -1,0 +1,73 @@
+#pragma once
+
+// A device on the bus, as the kernel describes it in its folder.
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "linux/pci/Attributes.h"
+#include "linux/pci/CardRules.h"
+
+namespace pci {
+
+// One line of the file `resource`: addresses in the computer's memory, the last one included, and the
+// kernel's flags. All zeros for a base address register that the device does not have.
+struct Resource {
+    uint64_t first = 0;
+    uint64_t last = 0;
+    uint64_t flags = 0;
+
+    // Whether the computer has given it a place in its memory.
+    bool isPlacedMemory() const;
+    bool isMemory() const;
+    // Only of memory.
+    uint64_t bytes() const { return last - first + 1; }
+    bool operator==(const Resource&) const = default;
+};
+
+// Six base address registers and the expansion ROM. What follows in the file is no register of the device: a
+// bridge's windows, and ranges of virtual functions, which have pages of their own.
+constexpr std::size_t kBars = 6;
+using Resources = std::array<Resource, kBars + 1>;
+
+// The device's resources as the text of the file tells them; nothing if it is not such a text.
+std::optional<Resources> parseResources(std::string_view text);
+
+// Whether a text has the form of a device's address, such as 0000:05:01.0.
+bool isAddress(std::string_view text);
+
+class PciDevice {
+  public:
+    PciDevice(std::string address, Attributes attributes)
+        : address_(std::move(address)), attributes_(std::move(attributes)) {}
+
+    const std::string& address() const { return address_; }
+    const Attributes& attributes() const { return attributes_; }
+
+    // Nothing if the device has gone or its description cannot be understood.
+    std::optional<Identifiers> identifiers() const;
+    std::optional<Identifiers> subsystem() const;
+    std::optional<Resources> resources() const;
+
+    // The name of the driver that has the device; nothing if none has.
+    std::optional<std::string> driver() const;
+
+    // The command register of the device's configuration.
+    static constexpr uint16_t kMemoryDecoding = 0x0002;
+    static constexpr uint16_t kBusMastering = 0x0004;
+    std::optional<uint16_t> command() const;
+    // Clears or sets one bit and looks again; false if the bit is not as wanted then.
+    [[nodiscard]] bool clearInCommand(uint16_t bit) const { return changeCommand(bit, 0); }
+    [[nodiscard]] bool setInCommand(uint16_t bit) const { return changeCommand(bit, bit); }
+
+  private:
+    bool changeCommand(uint16_t bit, uint16_t wanted) const;
+
+    std::string address_;
+    Attributes attributes_;
+};
+
+}  // namespace pci

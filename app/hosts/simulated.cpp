@@ -14,6 +14,7 @@
 #include "app/hosts/AdministratorPrompt.h"
 #include "app/hosts/HostProcess.h"
 #include "app/hosts/UsersMachine.h"
+#include "app/hosts/WriteListener.h"
 #include "framework/widgets/LWindow.h"
 #include "framework/widgets/UDisplay.h"
 #include "platform/Host.h"
@@ -45,9 +46,10 @@ void say(const char* what) {
 }
 
 // Reports errors here, because the machine must be saved even after one.
-int runUpdater() {
+int runUpdater(simulator::Machine& machine) {
+    WriteListener listener([&machine] { machine.preventSleep(); }, [&machine] { machine.allowSleep(); });
     try {
-        return UpdaterMain();
+        return UpdaterMain({.windowStateListener = &listener, .mayBeOffered = {}});
     } catch (const std::exception& error) {
         say(error.what());
         return kFailed;
@@ -76,7 +78,7 @@ int runOn(const std::filesystem::path& folder) {
     {
         simulator::SimulatedHost host(directory->machine(), BundleBesideExecutable(), AskAdministrator);
         InstallHost(&host);
-        exitCode = runUpdater();
+        exitCode = runUpdater(directory->machine());
         host.programEnded();
         InstallHost(nullptr);
     }

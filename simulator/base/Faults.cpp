@@ -22,6 +22,9 @@ const std::array<FaultKindDescription, kFaultKinds>& faultKinds() {
          .meaning = "programming takes a multiple of the data sheet's time",
          .hasFactor = true},
         {.name = "power-lost", .meaning = "the machine loses its power"},
+        {.name = "machine-sleeps",
+         .meaning = "the machine goes to sleep and wakes again, unless that is prevented",
+         .canBePrevented = true},
         {.name = "card-vanished", .meaning = "the card vanishes from the bus"},
         {.name = "service-not-opened", .meaning = "the card's service cannot be opened"},
         {.name = "service-not-mapped", .meaning = "the card's memory cannot be mapped"},
@@ -53,6 +56,12 @@ bool Faults::strike(uint64_t accesses, uint64_t clocks) {
         any = true;
     }
     return any;
+}
+
+void Faults::notePrevented(FaultKind kind) {
+    for (Fault& fault : faults_) {
+        fault.prevented = fault.prevented || (fault.struck && fault.kind == kind);
+    }
 }
 
 std::optional<uint64_t> Faults::nextCount(Fault::When when) const {

@@ -2,8 +2,10 @@
 
 // What is broken about a card, now or at a set moment.
 //
-// A fault strikes once and then lasts, across power cycles too, until it is removed. The exception is a loss
-// of power: the next power-up ends it, and it does not strike again.
+// A fault strikes once and then lasts, across power cycles too, until it is removed. Two are over at once and
+// do not strike again: a loss of power, which the next power-up ends, and the machine's sleep, from which it
+// wakes by itself. If something prevents that sleep when its moment comes, it is over, too: what asked for it
+// was refused and does not ask again.
 
 #include <array>
 #include <cstddef>
@@ -25,6 +27,7 @@ enum class FaultKind : uint8_t {
     userCodeNotTaken,
     slowProgramming,  // programming needs a multiple of the data sheet's time
     powerLost,        // the whole machine goes off
+    machineSleeps,    // it takes the power away from all cards, and gives it back; its programs go on
     cardVanished,     // the card keeps its power but does not answer on the bus
     serviceNotOpened,
     serviceNotMapped,
@@ -53,6 +56,7 @@ struct Fault {
     When when = When::atOnce;
     uint64_t count = 0;  // of accesses or clocks
     bool struck = false;
+    bool prevented = false;  // machineSleeps: it has struck in vain
 
     bool operator==(const Fault&) const = default;
 };
@@ -64,6 +68,7 @@ struct FaultKindDescription {
     bool hasPage = false;
     bool hasTimes = false;
     bool hasFactor = false;
+    bool canBePrevented = false;
 };
 
 constexpr std::size_t kFaultKinds = static_cast<std::size_t>(FaultKind::serviceSilent) + 1;
@@ -88,6 +93,8 @@ class Faults {
 
     // Triggers every fault that is due at these counts; true if any was.
     [[nodiscard]] bool strike(uint64_t accesses, uint64_t clocks);
+    // Notes that a fault which has struck did nothing.
+    void notePrevented(FaultKind kind);
     // The smallest count that a fault still waits for.
     std::optional<uint64_t> nextCount(Fault::When when) const;
 

@@ -14,10 +14,10 @@ uint32_t byteReversed(uint32_t value) {
 
 }  // namespace
 
-Card::Card(Board board, PromCells cells, Clock& clock, Ledger& ledger, std::function<void()> onPowerLost)
+Card::Card(Board board, PromCells cells, Clock& clock, Ledger& ledger, MachineFaults machineFaults)
     : board_(std::move(board)),
       clock_(clock),
-      onPowerLost_(std::move(onPowerLost)),
+      machineFaults_(std::move(machineFaults)),
       chain_(clock, faults_, std::move(cells),
              [this, &clock, &ledger](Misuse misuse, const std::string& detail) {
                  ledger.record(misuse, board_.name, detail, clock.accesses());
@@ -58,6 +58,7 @@ void Card::timePassed() {
         return;
     }
     const bool powerWasLost = faults_.hasStruck(FaultKind::powerLost);
+    const bool hadSlept = faults_.hasStruck(FaultKind::machineSleeps);
     const bool anyStruck = faults_.strike(clock_.accesses(), chain_.state().clocks);
     if (anyStruck) {
         meetFaults();
@@ -66,8 +67,15 @@ void Card::timePassed() {
         clock_.wakeAt(*access);
     }
     chain_.wakeAfterClock(faults_.nextCount(Fault::When::atClock));
-    if (!powerWasLost && faults_.hasStruck(FaultKind::powerLost)) {
-        onPowerLost_();
+    strikeMachine(!powerWasLost && faults_.hasStruck(FaultKind::powerLost),
+                  !hadSlept && faults_.hasStruck(FaultKind::machineSleeps));
+}
+
+void Card::strikeMachine(bool losesPower, bool sleeps) {
+    if (losesPower) {
+        machineFaults_.losePower();
+    } else if (sleeps && !machineFaults_.sleep()) {
+        faults_.notePrevented(FaultKind::machineSleeps);
     }
 }
 

@@ -62,9 +62,14 @@ class Card {
     static constexpr uint32_t kRegisterBytes = 0x200;  // memory range 0
     static constexpr uint32_t kMemoryBytes = 0x1000;   // memory range 1: reads 0, ignores stores
 
-    // A card without power. Clock and ledger must outlive it. A fault that cuts the machine's power calls
-    // onPowerLost, which switches off every card, this one included.
-    Card(Board board, PromCells cells, Clock& clock, Ledger& ledger, std::function<void()> onPowerLost);
+    // What a card's fault does to the whole machine, this card included.
+    struct MachineFaults {
+        std::function<void()> losePower;
+        std::function<bool()> sleep;  // false, having done nothing, if that is prevented
+    };
+
+    // A card without power. Clock and ledger must outlive it.
+    Card(Board board, PromCells cells, Clock& clock, Ledger& ledger, MachineFaults machineFaults);
     Card(const Card&) = delete;
     Card& operator=(const Card&) = delete;
 
@@ -121,12 +126,14 @@ class Card {
     void fillRegisters();
     void presentTdo();
     void meetFaults();
+    // Does what the faults of the machine that strike now do to it.
+    void strikeMachine(bool losesPower, bool sleeps);
     JtagLevels jtagLevels() const;
     [[gnu::noinline]] void recordLevels() { recording_->sample(clock_.accesses(), jtagLevels()); }
 
     Board board_;
     Clock& clock_;
-    std::function<void()> onPowerLost_;
+    MachineFaults machineFaults_;
     Faults faults_;
     JtagChain chain_;
     RegisterWindow registers_{kRegisterBytes};

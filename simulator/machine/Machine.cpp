@@ -26,8 +26,9 @@ void Machine::timePassed() {
 
 Card& Machine::addCard(Board board, PromCells cells) {
     assert(!on_);
-    return *cards_.emplace_back(
-        std::make_unique<Card>(std::move(board), std::move(cells), clock_, ledger_, [this] { losePower(); }));
+    return *cards_.emplace_back(std::make_unique<Card>(
+        std::move(board), std::move(cells), clock_, ledger_,
+        Card::MachineFaults{.losePower = [this] { losePower(); }, .sleep = [this] { return sleep(); }}));
 }
 
 std::string Machine::freeSlot() const {
@@ -46,9 +47,12 @@ void Machine::removeCard(std::size_t index) {
 }
 
 void Machine::powerOn() {
-    if (std::exchange(on_, true)) {
-        return;
+    if (!std::exchange(on_, true)) {
+        powerUpCards();
     }
+}
+
+void Machine::powerUpCards() {
     for (const auto& card : cards_) {
         card->powerUp();
     }
@@ -70,6 +74,17 @@ void Machine::losePower() {
     if (programEnds_) {
         programEnds_();
     }
+}
+
+bool Machine::sleep() {
+    if (sleepIsPrevented_) {
+        return false;
+    }
+    for (const auto& card : cards_) {
+        card->powerOff();
+    }
+    powerUpCards();
+    return true;
 }
 
 void Machine::resume() {

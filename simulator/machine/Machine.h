@@ -42,6 +42,9 @@ class Machine {
     // Sets what is called once a fault has cut the power, to end the program that ran on the machine. Without
     // it the program continues with cards that do not answer.
     void onPowerLost(std::function<void()> programEnds) { programEnds_ = std::move(programEnds); }
+    // While sleep is prevented, the fault that puts the machine to sleep does nothing. At first it is not.
+    void preventSleep() { sleepIsPrevented_ = true; }
+    void allowSleep() { sleepIsPrevented_ = false; }
     // Continues an earlier run of a machine that stayed on, without a power-up. Resume the cards first.
     void resume();
 
@@ -67,6 +70,9 @@ class Machine {
 
   private:
     void losePower();
+    // Takes the power away from the cards and gives it back, unless that is prevented; true if it was done.
+    bool sleep();
+    void powerUpCards();
     // Calls timePassed() of every card.
     void timePassed();
 
@@ -76,6 +82,7 @@ class Machine {
     std::vector<std::unique_ptr<Card>> cards_;
     std::function<void()> programEnds_;
     bool on_ = false;
+    bool sleepIsPrevented_ = false;
 };
 
 }  // namespace simulator

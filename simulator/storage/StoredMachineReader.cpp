@@ -109,6 +109,9 @@ Fault decodeFault(JsonObject object) {
     fault.when = object.oneOf<Fault::When>("when", Fault::kWhenNames);
     fault.count = object.number<uint64_t>("count");
     fault.struck = object.flag("struck");
+    if (found->canBePrevented) {
+        fault.prevented = object.flag("prevented");
+    }
     object.nothingElse();
     return fault;
 }

@@ -79,6 +79,9 @@ Json encode(const Fault& fault) {
     json["when"] = Fault::kWhenNames[static_cast<std::size_t>(fault.when)];
     json["count"] = fault.count;
     json["struck"] = fault.struck;
+    if (kind.canBePrevented) {
+        json["prevented"] = fault.prevented;
+    }
     return json;
 }
 

@@ -82,6 +82,38 @@ TEST_F(FaultTest, PowerLossDamagesTheRowBeingWrittenAndStrikesOnce) {
     EXPECT_EQ(services(host_), 3U) << "the first card's PROM holds no configuration";
 }
 
+// Sleep takes the power away from every card, which is asked of the machine by one of them.
+TEST_F(FaultTest, SleepInterruptsEveryCardUnlessItIsPrevented) {
+    for (const bool isPrevented : {true, false}) {
+        card().clearFaults();
+        card().cells().erase();
+        isPrevented ? machine_.preventSleep() : machine_.allowSleep();
+        probe_->reset();
+        probe_->enterProgramming();
+        probe_->address(4 * 0x20);
+        probe_->scanPage(Prom::pageDataInstruction, content(0));
+        probe_->instruction(Prom::programInstruction);
+        const uint64_t moment = machine_.accesses() + 30000;
+        machine_.card(2).inject(
+            {.kind = FaultKind::machineSleeps, .when = Fault::When::atAccess, .count = moment});
+        card().inject(
+            {.kind = FaultKind::userCodeNotTaken, .when = Fault::When::atAccess, .count = moment + 1});
+        probe_->wait(14000);
+        EXPECT_EQ(cellsOf(4) == content(0), isPrevented);
+        EXPECT_EQ(chain().prom().state().programmingMode, isPrevented);
+        EXPECT_EQ(probe_->read(0x10), isPrevented ? 10U : 0xFFFFFFFFU);
+        EXPECT_TRUE(machine_.isOn());
+        EXPECT_EQ(services(host_), isPrevented ? 4U : 3U) << "the first card's PROM holds no configuration";
+        EXPECT_EQ(machine_.card(2).faults().all().at(0).prevented, isPrevented);
+        EXPECT_TRUE(card().faults().hasStruck(FaultKind::userCodeNotTaken));
+        EXPECT_EQ(misuses(), std::vector<Misuse>{});
+        machine_.allowSleep();
+        probe_->wait(1);
+        EXPECT_EQ(machine_.card(2).faults().all().at(0).prevented, isPrevented) << "it does not ask again";
+        machine_.card(2).clearFaults();
+    }
+}
+
 // A program that has opened a card keeps its service when the card vanishes.
 TEST_F(FaultTest, VanishedCardKeepsItsPower) {
     probe_->enterProgramming();

@@ -56,7 +56,8 @@ static void injectEveryFault(Card& card) {
                      .times = has.hasTimes ? 3U : 0,
                      .factor = has.hasFactor ? 1000U : 1,
                      .when = kind % 2 == 0 ? Fault::When::atClock : Fault::When::atAccess,
-                     .count = kind == 0 ? 0 : 1U << 30});
+                     .count = kind == 0 ? 0 : 1U << 30,
+                     .prevented = has.canBePrevented});
     }
 }
 

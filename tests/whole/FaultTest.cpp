@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <regex>
 
+#include "app/hosts/WriteListener.h"
 #include "framework/widgets/LApplication.h"
 #include "images/Listing.h"
 #include "images/ListingReader.h"
@@ -130,6 +131,26 @@ TEST_P(FaultyAttempt, IsReportedAndTheNextSucceeds) {
 }
 
 INSTANTIATE_TEST_SUITE_P(, FaultyAttempt, testing::ValuesIn(attempts));
+
+// The machine wants to sleep while the second page is being programmed.
+TEST_F(Faults, SleepRuinsAWriteUnlessItIsPrevented) {
+    for (const bool isPrevented : {true, false}) {
+        UpdaterSession session(machine, bundle);
+        WriteListener listener([&] { machine.preventSleep(); }, [&] { machine.allowSleep(); });
+        session.setup.windowStateListener = isPrevented ? &listener : nullptr;
+        session.run([&] {
+            Fault fault = inSecondPage(FaultKind::machineSleeps);
+            fault.count += card().chain().state().clocks;
+            card().inject(fault);
+            session.click("UPDT");
+            EXPECT_EQ(session.alerts, isPrevented ? Alerts{confirmation} : writesBlindly);
+            EXPECT_EQ(holdsSecondPage(), isPrevented);
+            EXPECT_EQ(card().running().has_value(), isPrevented);
+            EXPECT_EQ(card().identity(), isPrevented ? identity : blank);
+        });
+        EXPECT_EQ(card().faults().all().at(0).prevented, isPrevented);
+    }
+}
 
 // Faults that strike before or while a card is read.
 TEST_F(Faults, BrokenCardEndsTheUpdater) {

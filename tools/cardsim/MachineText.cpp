@@ -73,7 +73,8 @@ Json jsonOf(std::size_t index, const Card& card, bool on) {
     Json faults = Json::array();
     for (const simulator::Fault& fault : card.faults().all()) {
         faults.push_back({{"kind", simulator::describe(fault.kind).name},
-                          {"hasStruck", fault.struck},
+                          {"hasStruck", fault.struck && !fault.prevented},
+                          {"wasPrevented", fault.prevented},
                           {"text", describe(fault)}});
     }
     return {{"number", index + 1},
@@ -150,6 +151,9 @@ std::string describe(const simulator::Fault& fault) {
     }
     if (fault.when == simulator::Fault::When::atClock) {
         text += ", at clock " + std::to_string(fault.count);
+    }
+    if (fault.prevented) {
+        return text + " (was prevented)";
     }
     return text + (fault.struck ? " (has struck)" : " (waiting)");
 }

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <string>
 #include <utility>
 #include <vector>
@@ -54,7 +55,7 @@ void readFolder(const std::filesystem::path& path, uid_t trustedOwner, CardRules
         try {
             readFile(folder, name, trustedOwner, rules);
         } catch (const files::FileError& error) {
-            rules.complaints.emplace_back(error.what());
+            rules.complain(error.what());
         }
     }
 }
@@ -63,14 +64,12 @@ void readFolder(const std::filesystem::path& path, uid_t trustedOwner, CardRules
 
 CardRules readCardRules(const std::filesystem::path& folder, uid_t trustedOwner) {
     CardRules rules;
-    std::error_code ignored;
-    if (!std::filesystem::exists(folder, ignored)) {
-        return rules;
-    }
     try {
         readFolder(folder, trustedOwner, rules);
     } catch (const files::FileError& error) {
-        rules.complaints.emplace_back(error.what());
+        if (error.systemError() != ENOENT) {
+            rules.complain(error.what());
+        }
     }
     return rules;
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <utility>
 
 #include "files/PrintableText.h"
 
@@ -9,6 +10,7 @@ namespace pci {
 namespace {
 
 constexpr std::size_t kMostLineCharacters = 500;
+constexpr std::string_view kRange = "range";
 constexpr std::string_view kBlanks = " \t\r";
 
 // Why a line is no rule.
@@ -42,26 +44,25 @@ Identifiers parseIdentifiers(std::string_view word) {
     return {.vendor = *vendor, .device = *device};
 }
 
+// What follows "range", such as 0=2.
 void parseRange(std::string_view word, CardRule& rule) {
-    constexpr std::string_view kForm = "rangeN=B";
-    const auto range = static_cast<uint32_t>(word[std::min(kForm.find('N'), word.size() - 1)] - '0');
-    const auto bar = static_cast<uint32_t>(word.back() - '0');
-    if (word.size() != kForm.size() || word[kForm.find('=')] != '=' || range >= kMemoryRanges || bar > 5) {
+    const std::string_view digits = word.substr(kRange.size());
+    const bool isForm = digits.size() == 3 && digits[0] >= '0' && digits[0] <= '1' && digits[1] == '=' &&
+                        digits[2] >= '0' && digits[2] <= '5';
+    if (!isForm) {
         throw BadLine{"\"" + std::string(word) + "\" should be range0= or range1= and a number from 0 to 5"};
     }
-    if (rule.bars[range]) {
-        throw BadLine{"range" + std::to_string(range) + " is given twice"};
+    auto& bar = rule.bars[static_cast<std::size_t>(digits[0] - '0')];
+    if (bar) {
+        throw BadLine{"a range is given twice"};
     }
-    rule.bars[range] = bar;
+    bar = static_cast<uint32_t>(digits[2] - '0');
 }
 
 void parseOption(std::string_view word, CardRule& rule) {
-    if (word.starts_with("range")) {
+    if (word.starts_with(kRange)) {
         parseRange(word, rule);
     } else if (word == "simulated") {
-        if (rule.isSimulated) {
-            throw BadLine{"\"simulated\" is given twice"};
-        }
         rule.isSimulated = true;
     } else {
         throw BadLine{"\"" + std::string(word) + "\" has no meaning here"};
@@ -127,14 +128,20 @@ const CardRule* CardRules::find(const Identifiers& device, const Identifiers& su
     return lessSpecific;
 }
 
+void CardRules::complain(std::string sentence) {
+    if (complaints.size() < kMostComplaints) {
+        complaints.push_back(std::move(sentence));
+    }
+}
+
 void parseCardRules(std::string_view text, const std::string& knownAs, CardRules& rules) {
     std::size_t number = 0;
     while (!text.empty()) {
         const std::string_view line = text.substr(0, text.find('\n'));
         text.remove_prefix(std::min(line.size() + 1, text.size()));
         ++number;
-        std::string_view rest = line;
-        const std::string_view first = takeWord(rest);
+        std::string_view words = line;
+        const std::string_view first = takeWord(words);
         if (first.empty() || first.starts_with('#')) {
             continue;
         }
@@ -145,7 +152,7 @@ void parseCardRules(std::string_view text, const std::string& knownAs, CardRules
             }
             rules.rules.push_back(parseRule(line));
         } catch (const BadLine& bad) {
-            rules.complaints.push_back(place + files::printable(bad.reason) + ".");
+            rules.complain(place + files::printable(bad.reason) + ".");
         }
     }
 }

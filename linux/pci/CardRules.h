@@ -10,7 +10,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -22,6 +21,7 @@ namespace pci {
 constexpr uint32_t kMemoryRanges = 2;
 
 constexpr std::size_t kMostRules = 1000;
+constexpr std::size_t kMostComplaints = 100;
 constexpr std::size_t kMostNameCharacters = 63;
 
 struct Identifiers {
@@ -42,8 +42,11 @@ struct CardRule {
 
 struct CardRules {
     std::vector<CardRule> rules;
-    // One sentence each about a line or file that was passed over, beginning with its name; printable.
+    // One sentence each about a line or file that was passed over, beginning with its name; printable. The
+    // first kMostComplaints are kept.
     std::vector<std::string> complaints;
+
+    void complain(std::string sentence);
 
     // The rule for a device: the first that names its subsystem, else the first that names none.
     const CardRule* find(const Identifiers& device, const Identifiers& subsystem) const;

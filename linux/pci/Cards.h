@@ -2,11 +2,12 @@
 
 // The cards that this computer's programs may use: which there are, who has them, and their memory ranges.
 //
-// Devices come and go and drivers are loaded at any time, so everything is looked at again in each call.
+// Devices come and go and drivers are loaded at any time, so every call looks at everything again.
 
 #include <cstdint>
 #include <filesystem>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -14,15 +15,17 @@
 #include "files/UserError.h"
 #include "linux/pci/CardRules.h"
 #include "linux/pci/PciBus.h"
+#include "linux/pci/ReadyDevice.h"
 
 namespace pci {
 
+// All texts are printable ASCII.
 struct FoundCard {
     std::string address;   // on the bus, such as 0000:05:01.0
     std::string name;      // from the rules
     std::string location;  // such as "PCI slot 3"; else the address
     bool isSimulated = false;
-    std::string refusal;  // why it cannot be used, and what to do; empty if it can. ASCII, as all these texts
+    std::string refusal;  // why it cannot be used, and what to do; empty if it can
 };
 
 // One of a card's memory ranges: an open file whose pages, mapped from offset 0, hold it.
@@ -38,42 +41,38 @@ class Cards {
     Cards(const std::filesystem::path& sys, CardRules rules) : bus_(sys), rules_(std::move(rules)) {}
     Cards(const Cards&) = delete;
     Cards& operator=(const Cards&) = delete;
-    // Releases everything.
-    ~Cards();
 
     // The cards in the order of their addresses, as the client sees them: those that another client has are
-    // refused. Changes nothing, so it needs no rights. A client is any text that stays the same.
+    // refused. Changes nothing and needs no rights. A client is any text that stays the same.
     std::vector<FoundCard> list(const std::string& client) const;
 
-    // Gives the client all usable cards, ready for their registers to be mapped: awake, with memory decoding
-    // on and bus mastering off. Afterwards list() shows its cards without a refusal; it has none if all are
-    // refused.
+    // Gives the client all usable cards, ready for their registers to be mapped (see ReadyDevice). Afterwards
+    // list() shows these without a refusal; none may be left. What the client has stays the client's.
     void claim(const std::string& client);
 
-    // Opens memory range 0 or 1 of a card of the client's. Throws files::UserError, one sentence, if the card
-    // is not the client's, the range is none, or the card can no longer be used.
+    // Opens memory range 0 or 1 of a card of the client's. Throws files::UserError with what to do if the
+    // card is not the client's, has no such range or can no longer be used. The range stays mapped where it
+    // is, whatever is released later.
     OpenedRange openRange(const std::string& client, const std::string& address, uint32_t memoryRange) const;
 
-    // Takes back all cards of the client, and leaves each as it was before the claim.
+    // Takes back all cards of the client, and leaves each as it was before. The destructor does so for all.
     void release(const std::string& client);
 
   private:
     struct Claim {
         std::string client;
-        PciDevice device;  // opened once, so that the undoing meets no other device at this address
-        bool isWoken = false;
-        bool isEnabled = false;
-        bool isDecoding = false;
+        std::unique_ptr<ReadyDevice> ready;
     };
 
-    static std::string prepare(Claim& claim);
-    static void undo(const Claim& claim);
+    const CardRule* ruleFor(const PciDevice& device) const;
     std::string refusal(const PciDevice& device, const CardRule& rule) const;
+    std::string refusalOfClaims(const std::string& address, const std::string& client) const;
+    bool isHeld(const std::string& address) const;
 
     PciBus bus_;
     CardRules rules_;
     std::map<std::string, Claim> claims_;          // by address
-    std::map<std::string, std::string> failures_;  // by address: why the last claim did not get a card
+    std::map<std::string, std::string> failures_;  // by address: why the latest claim did not get a card
 };
 
 }  // namespace pci

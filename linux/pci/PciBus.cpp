@@ -3,7 +3,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <charconv>
 #include <utility>
 
 #include "files/FileError.h"
@@ -11,9 +10,6 @@
 
 namespace pci {
 namespace {
-
-// What is after the address's last dot; slots have addresses without it.
-constexpr char kFunctionMark = '.';
 
 std::filesystem::path devicesFolder(const std::filesystem::path& sys) {
     return sys / "bus/pci/devices";
@@ -35,6 +31,12 @@ bool isBefore(const std::string& one, const std::string& other) {
 bool sharePage(const Resource& one, const Resource& other) {
     const uint64_t bytes = pageBytes();
     return one.first / bytes <= other.last / bytes && other.first / bytes <= one.last / bytes;
+}
+
+bool hasMemoryInPagesOf(const Resource& range, const Resources& resources) {
+    return std::any_of(resources.begin(), resources.end(), [&](const Resource& other) {
+        return other.isPlacedMemory() && sharePage(other, range);
+    });
 }
 
 }  // namespace
@@ -59,8 +61,14 @@ std::optional<PciDevice> PciBus::device(const std::string& address) const {
     return attributes ? std::optional(PciDevice(address, std::move(*attributes))) : std::nullopt;
 }
 
+// Asks without opening anything, which can fail for reasons of this program's own.
+bool PciBus::isThere(const std::string& address) const {
+    std::error_code error;
+    return std::filesystem::exists(devicesFolder(sys_) / address, error) || error;
+}
+
 std::string PciBus::location(const std::string& address) const {
-    const std::string place = address.substr(0, address.rfind(kFunctionMark));
+    const std::string place = address.substr(0, address.rfind('.'));  // a slot's functions share it
     const std::filesystem::path slots = sys_ / "bus/pci/slots";
     std::vector<std::string> names = namesIn(slots);
     std::sort(names.begin(), names.end());
@@ -80,22 +88,19 @@ bool PciBus::isLockedDown() const {
                       states->find("[confidentiality]") != std::string::npos);
 }
 
-std::optional<PciBus::Neighbour> PciBus::neighbour(const std::string& address, const Resource& range) const {
-    for (const std::string& other : addresses()) {
+std::optional<std::string> PciBus::neighbour(const std::string& address, const Resource& range) const {
+    const std::vector<std::string> all = addresses();
+    if (std::find(all.begin(), all.end(), address) == all.end()) {
+        return "";
+    }
+    for (const std::string& other : all) {
         const auto found = other == address ? std::nullopt : device(other);
-        if (!found) {
-            continue;
+        const auto resources = found ? found->resources() : std::nullopt;
+        if (resources && hasMemoryInPagesOf(range, *resources)) {
+            return other;
         }
-        const auto resources = found->resources();
-        if (!resources && device(other)) {
-            return Neighbour{.address = other, .isKnown = false};
-        }
-        const bool isShared =
-            resources && std::any_of(resources->begin(), resources->end(), [&](const Resource& its) {
-                return its.isPlacedMemory() && sharePage(its, range);
-            });
-        if (isShared) {
-            return Neighbour{.address = other, .isKnown = true};
+        if (!resources && other != address && isThere(other)) {
+            return "";
         }
     }
     return std::nullopt;

@@ -27,15 +27,13 @@ class PciBus {
     // Whether the kernel is locked down, so that no program may touch a device's registers.
     bool isLockedDown() const;
 
-    struct Neighbour {
-        std::string address;
-        bool isKnown;  // false if what it uses cannot be read
-    };
-    // A device, other than the one with this address, of which a memory range lies in a page of this one, or
-    // may lie there.
-    std::optional<Neighbour> neighbour(const std::string& address, const Resource& range) const;
+    // The address of another device that has memory in a page of this device's range; empty if what another
+    // device has cannot be read.
+    std::optional<std::string> neighbour(const std::string& address, const Resource& range) const;
 
   private:
+    bool isThere(const std::string& address) const;
+
     std::filesystem::path sys_;
 };
 

@@ -1,0 +1,259 @@
+#include "linux/pci/Cards.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "tests/support/MadeUpBus.h"
+
+namespace {
+
+using namespace pci;
+
+const std::string kCard = "0000:05:01.0";
+const std::string kOther = "0000:05:02.0";
+
+CardRules rulesOf(const std::string& text) {
+    CardRules rules;
+    parseCardRules(text, "cards.conf", rules);
+    EXPECT_TRUE(rules.complaints.empty());
+    return rules;
+}
+
+class CardsTest : public testing::Test {
+  protected:
+    std::string refusal(const std::string& client = "client") const {
+        const auto cards = cards_.list(client);
+        return cards.empty() ? "no card" : cards[0].refusal;
+    }
+    std::string failure(uint32_t memoryRange = 0, const std::string& address = kCard,
+                        const std::string& client = "client") const {
+        try {
+            cards_.openRange(client, address, memoryRange);
+            return "";
+        } catch (const files::UserError& error) {
+            return error.what();
+        }
+    }
+
+    MadeUpBus bus_;
+    Cards cards_{bus_.path(), rulesOf("1af4:1110 \"VornMX-B\"\n1af4:2220 simulated \"Guest's card\"\n")};
+};
+
+TEST_F(CardsTest, AreListedInTheOrderOfTheirAddressesWithTheirPlaces) {
+    bus_.add("10000:00:00.0", {MadeUpBus::range(0xF3000000, 0x1000)});
+    bus_.add("0000:0a:00.1", {MadeUpBus::range(0xF2000000, 0x1000)});
+    bus_.add(kCard, {MadeUpBus::range(0xF1000000, 0x1000)});
+    bus_.add("0000:00:00.0", {MadeUpBus::range(0xF0000000, 0x1000)}, "8086");
+    bus_.addSlot("7", "0000:0b:00");
+    bus_.addSlot("3\xFF\n", "0000:0a:00");
+    const auto cards = cards_.list("client");
+    ASSERT_EQ(cards.size(), 3u);
+    EXPECT_EQ(cards[0].address, kCard);
+    EXPECT_EQ(cards[0].name, "VornMX-B");
+    EXPECT_EQ(cards[0].location, kCard);
+    EXPECT_EQ(cards[1].location, "PCI slot 3??");
+    EXPECT_EQ(cards[2].address, "10000:00:00.0");
+    for (const FoundCard& card : cards) {
+        EXPECT_EQ(card.refusal, "");
+        EXPECT_FALSE(card.isSimulated);
+    }
+}
+
+TEST_F(CardsTest, AreRefusedIfTheirRangesCannotBeMappedSafely) {
+    const std::string shared =
+        "The card's registers are in the same page of memory as those of the device 0000:05:02.0. Put the "
+        "card "
+        "into another slot, or take the other device out.";
+    const std::string unknown =
+        "It could not be found out whether another device has registers in the same page of memory. Try "
+        "again.";
+    const std::string noWindow =
+        "The card has no such memory range of at least 512 bytes. Check the line that names the card in the "
+        "configuration.";
+    const std::string notPlaced =
+        "The computer has given the card's registers no usable addresses. Put the card into another slot.";
+    const std::string gone =
+        "The card could not be looked at. Check that it is still in the computer, then try again.";
+    const std::string none = MadeUpBus::none();
+    const std::string registers = MadeUpBus::range(0xF1000000, 0x200);
+    const std::string second = MadeUpBus::range(0xF1000200, 0x200);
+    const std::string far = MadeUpBus::range(0xF1002000, 0x200);
+    struct Case {
+        const char* what;
+        std::vector<std::string> card;
+        std::vector<std::string> other;
+        std::string refusal;
+    };
+    const std::vector<Case> cases{
+        {"nothing", {registers}, {}, ""},
+        {"no memory", {MadeUpBus::range(0xC000, 0x200, 0x40101)}, {}, noWindow},
+        {"little memory", {MadeUpBus::range(0xF1000000, 0x100)}, {}, noWindow},
+        {"unset", {MadeUpBus::range(0xF1000000, 0x200, 0x20040200)}, {}, notPlaced},
+        {"at zero", {MadeUpBus::range(0, 0x200)}, {}, notPlaced},
+        {"across pages", {MadeUpBus::range(0xF1000F00, 0x200)}, {}, notPlaced},
+        {"backwards", {"0x2 0x1 0x200\n"}, {}, gone},
+        {"huge", {registers + std::string(5000, '\n')}, {}, gone},
+        {"a neighbour", {registers}, {none, MadeUpBus::range(0xF1000FF0, 0x10)}, shared},
+        {"a neighbour's ROM", {registers}, {none, none, none, none, none, none, second}, shared},
+        {"a neighbour of the second range", {registers, far}, {MadeUpBus::range(0xF1002800, 0x10)}, shared},
+        {"a neighbour in the next page", {registers}, {MadeUpBus::range(0xF1001000, 0x200)}, ""},
+        {"a neighbour without a place", {registers}, {MadeUpBus::range(0xF1000800, 0x200, 0x20040200)}, ""},
+        {"a neighbour that cannot be understood", {registers}, {"0xF1000200 0xF10003FF\n"}, unknown},
+        {"the bridge above", {registers}, {none, none, none, none, none, none, none, registers}, ""},
+        {"its own ranges in one page", {registers, second}, {}, ""},
+    };
+    for (const Case& each : cases) {
+        bus_.add(kCard, each.card);
+        bus_.add(kOther, each.other);
+        EXPECT_EQ(refusal(), each.refusal) << each.what;
+        // Whoever claims and opens all the same gets no further.
+        cards_.claim("client");
+        EXPECT_EQ(failure().empty(), each.refusal.empty()) << each.what;
+        cards_.release("client");
+    }
+}
+
+TEST_F(CardsTest, AreRefusedWhileTheKernelKeepsThem) {
+    const std::string lockedDown =
+        "The kernel's lockdown keeps programs from the card's registers. Switch off Secure Boot in the "
+        "computer's "
+        "firmware settings until the card has been updated.";
+    bus_.add(kCard, {MadeUpBus::range(0xF1000000, 0x200)});
+    cards_.claim("client");
+    for (const std::string states :
+         {"none [integrity] confidentiality\n", "none integrity [confidentiality]\n"}) {
+        bus_.lockDown(states);
+        EXPECT_EQ(refusal(), lockedDown);
+        EXPECT_EQ(failure(), lockedDown);
+    }
+    bus_.lockDown("[none] integrity confidentiality\n");
+    EXPECT_EQ(failure(), "");
+    bus_.bind(kCard, "snd_card");
+    EXPECT_EQ(refusal(), "The driver \"snd_card\" uses the card. Remove that driver, then try again.");
+    EXPECT_EQ(failure(), refusal());
+}
+
+TEST_F(CardsTest, OpenTheRangesThatTheRuleNamesElseThoseInOrder) {
+    // The second is the upper half of the first.
+    bus_.add(kCard, {MadeUpBus::range(0x8F000000000, 0x100000000, 0x14220C), MadeUpBus::none(),
+                     MadeUpBus::range(0xC000, 0x200, 0x40101), MadeUpBus::range(0xF1000A00, 0x200),
+                     MadeUpBus::range(0xF1000C00, 0x100)});
+    struct Case {
+        std::string options;
+        uint32_t memoryRange;
+        char bar;  // '-' for none
+        uint32_t offsetInPage;
+        uint32_t bytes;
+    };
+    const std::vector<Case> cases{{"", 0, '0', 0, 0x10000000}, {"", 1, '3', 0xA00, 0x200},
+                                  {"", 2, '-', 0, 0},          {"range0=3", 0, '3', 0xA00, 0x200},
+                                  {"range1=4", 1, '-', 0, 0},  {"range1=2", 1, '-', 0, 0},
+                                  {"range1=1", 1, '-', 0, 0},  {"range1=0", 1, '0', 0, 0x10000000}};
+    for (const Case& each : cases) {
+        Cards cards(bus_.path(), rulesOf("1af4:1110 " + each.options + " \"A card\"\n"));
+        cards.claim("client");
+        char bar = '-';
+        try {
+            const OpenedRange range = cards.openRange("client", kCard, each.memoryRange);
+            EXPECT_EQ(pread(range.file.descriptor(), &bar, 1, 0), 1);
+            EXPECT_EQ(range.offsetInPage, each.offsetInPage) << each.options;
+            EXPECT_EQ(range.bytes, each.bytes) << each.options;
+        } catch (const files::UserError&) {
+        }
+        EXPECT_EQ(bar, each.bar) << each.options << " range " << each.memoryRange;
+    }
+}
+
+TEST_F(CardsTest, BelongToOneClientAtATimeAndAreLeftAsTheyWere) {
+    bus_.add(kCard, {MadeUpBus::range(0xF1000000, 0x200)});
+    bus_.add(kOther, {MadeUpBus::range(0xF2000000, 0x200)});
+    bus_.setCommand(kCard, 0x0144);
+    bus_.setCommand(kOther, 0x0042);
+    bus_.setAttribute(kOther, "enable", "1\n");
+    bus_.setAttribute(kOther, "power/control", "on\n");
+    EXPECT_EQ(failure(), "The card was not claimed. Quit the program, then start it again.");
+    cards_.claim("client");
+    cards_.claim("other");
+    EXPECT_EQ(bus_.command(kCard), 0x0142);
+    EXPECT_EQ(bus_.attribute(kCard, "enable"), "1\n");
+    EXPECT_EQ(bus_.attribute(kCard, "power/control").substr(0, 2), "on");
+    EXPECT_EQ(refusal("client"), "");
+    EXPECT_EQ(failure(), "");
+    EXPECT_EQ(refusal("other"), "Another program uses the card. Quit that program, then try again.");
+    EXPECT_NE(failure(0, kCard, "other"), "");
+    EXPECT_NE(failure(0, "../../../slots", "client"), "");
+
+    cards_.release("other");
+    EXPECT_EQ(failure(), "");
+    cards_.release("client");
+    EXPECT_NE(failure(), "");
+    EXPECT_EQ(bus_.command(kCard), 0x0140);
+    EXPECT_EQ(bus_.attribute(kCard, "enable"), "0\n");
+    EXPECT_EQ(bus_.attribute(kCard, "power/control"), "auto\n");
+    EXPECT_EQ(bus_.command(kOther), 0x0042);
+    EXPECT_EQ(bus_.attribute(kOther, "enable"), "1\n");
+    EXPECT_EQ(bus_.attribute(kOther, "power/control"), "on\n");
+    cards_.claim("other");
+    EXPECT_EQ(failure(0, kCard, "other"), "");
+}
+
+TEST_F(CardsTest, AreLookedAtAgainWhenARangeIsOpened) {
+    bus_.add(kCard, {MadeUpBus::range(0xF1000000, 0x200)});
+    cards_.claim("client");
+    bus_.setCommand(kCard, 0x0006);
+    EXPECT_EQ(failure(), "");
+    EXPECT_EQ(bus_.command(kCard), 0x0002);
+    bus_.add(kOther, {MadeUpBus::range(0xF1000800, 0x200)});
+    EXPECT_NE(failure().find(kOther), std::string::npos);
+    bus_.remove(kOther);
+    std::filesystem::remove(bus_.device(kCard) / "resource0");
+    EXPECT_NE(failure(), "");
+
+    // Another card in the place of the first: the claim was not for that one.
+    bus_.remove(kCard);
+    bus_.add(kCard, {MadeUpBus::range(0xF1000000, 0x200)});
+    EXPECT_NE(failure(), "");
+    cards_.claim("client");
+    EXPECT_EQ(failure(), "");
+    bus_.setAttribute(kCard, "device", "0x1111\n");
+    EXPECT_NE(failure(), "");
+    bus_.remove(kCard);
+    EXPECT_NE(failure(), "");
+    cards_.release("client");
+    EXPECT_EQ(refusal(), "no card");
+}
+
+TEST_F(CardsTest, AreNotClaimedIfTheirConfigurationCannotBeChanged) {
+    bus_.add(kCard, {MadeUpBus::range(0xF1000000, 0x200)});
+    const std::string configuration = bus_.attribute(kCard, "config");
+    bus_.setAttribute(kCard, "config", "");
+    EXPECT_EQ(refusal(), "");
+    cards_.claim("client");
+    EXPECT_EQ(
+        refusal(),
+        "The card's bus mastering cannot be switched off. Switch the computer off and on, then try again.");
+    EXPECT_NE(failure(), "");
+    EXPECT_EQ(bus_.attribute(kCard, "power/control"), "auto\n");
+    bus_.setAttribute(kCard, "config", configuration);
+    cards_.claim("client");
+    EXPECT_EQ(failure(), "");
+}
+
+TEST_F(CardsTest, SimulatedOnesGiveWayToRealOnes) {
+    bus_.add(kCard, {MadeUpBus::range(0xF1000000, 0x200)}, "1af4", "2220");
+    ASSERT_EQ(cards_.list("client").size(), 1u);
+    EXPECT_TRUE(cards_.list("client")[0].isSimulated);
+    cards_.claim("client");
+    EXPECT_EQ(failure(), "");
+    cards_.release("client");
+    bus_.add(kOther, {MadeUpBus::range(0xF2000000, 0x200)});
+    EXPECT_EQ(
+        refusal(),
+        "This is a simulated card, and the computer has a real one. Remove the line of one of them from the "
+        "configuration.");
+    cards_.claim("client");
+    EXPECT_NE(failure(), "");
+    EXPECT_EQ(failure(0, kOther), "");
+}
+
+}  // namespace

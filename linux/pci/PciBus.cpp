@@ -41,8 +41,8 @@ bool hasMemoryInPagesOf(const Resource& range, const Resources& resources) {
 
 }  // namespace
 
-uint64_t pageBytes() {
-    static const auto bytes = static_cast<uint64_t>(::sysconf(_SC_PAGESIZE));
+std::size_t pageBytes() {
+    static const auto bytes = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
     return bytes;
 }
 

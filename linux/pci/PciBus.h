@@ -2,6 +2,7 @@
 
 // The devices on this computer's bus, below the folder in which the kernel describes them.
 
+#include <cstddef>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -38,6 +39,6 @@ class PciBus {
 };
 
 // Of this computer's memory.
-uint64_t pageBytes();
+std::size_t pageBytes();
 
 }  // namespace pci

@@ -1,0 +1,46 @@
+#pragma once
+
+// A register window in this process whose every access is trapped and answered by another host, so that a
+// host that uses the processor's own loads and stores can be given a simulated card.
+
+#include <csignal>
+#include <cstddef>
+#include <cstdint>
+
+#include "platform/Host.h"
+
+class TrappedRegisters {
+  public:
+    // Answers from `bus`. Only one object at a time may exist.
+    explicit TrappedRegisters(Host& bus);
+    ~TrappedRegisters();
+    TrappedRegisters(const TrappedRegisters&) = delete;
+    TrappedRegisters& operator=(const TrappedRegisters&) = delete;
+
+    // Whether this processor's instructions can be decoded.
+    static bool isPossible();
+
+    // Makes the window's pages inaccessible, and answers for its words with those of the bus from `words` on.
+    // Only the last window is watched; without words, every access to it is a stray one.
+    void watch(const Host::MappedRange& window, void* words);
+    void forget() { words_ = nullptr; }
+
+    // Accesses of another width than 32 bits, not aligned, in the window's pages but outside it, or after it
+    // was forgotten. The first one turns its pages into plain memory.
+    [[nodiscard]] uint64_t strayAccesses() const { return strays_; }
+
+  private:
+    static void onFault(int signal, siginfo_t* information, void* context);
+    // False if the address is not in the window's pages.
+    [[nodiscard]] bool answer(void* address, void* context);
+    // Makes the access that the processor is about to make, and skips its instruction. False, doing neither,
+    // if that is not one plain move of 32 bits.
+    [[nodiscard]] bool move(uint32_t* word, void* context);
+
+    Host& bus_;
+    Host::MappedRange window_{};
+    uint8_t* pages_ = nullptr;
+    std::size_t pagesBytes_ = 0;
+    uint8_t* words_ = nullptr;
+    uint64_t strays_ = 0;
+};

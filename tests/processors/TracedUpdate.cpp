@@ -3,7 +3,6 @@
 //
 //   traced_update MACHINE [CARD IMAGE]
 
-#include <bit>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -18,7 +17,7 @@
 #include "hw/PromOperations.h"
 #include "simulator/host/SimulatedHost.h"
 #include "simulator/storage/MachineDirectory.h"
-#include "tests/support/ForwardingHost.h"
+#include "tests/support/TracingHost.h"
 
 uint32_t gSerialNumber = 0;
 void AllowNextEvent() {}
@@ -30,47 +29,13 @@ bool ShowAlert(const char* title, const char* message) {
 
 namespace {
 
-// Condenses the run's register accesses to a few lines. Two runs print the same lines if all accesses have
-// the same order, offset, direction and word as it lies in memory.
-class TracingHost final : public ForwardingHost {
+class PrintingHost final : public TracingHost {
   public:
-    using ForwardingHost::ForwardingHost;
-
-    uint32_t loadWord(const uint32_t* address) override {
-        const uint32_t word = ForwardingHost::loadWord(address);
-        ++loads_;
-        trace(offsetOf(address), word);
-        return word;
-    }
-    void storeWord(uint32_t* address, uint32_t word) override {
-        ++stores_;
-        trace(offsetOf(address) | kStore, word);
-        ForwardingHost::storeWord(address, word);
-    }
-    void print() const {
-        std::printf("%llu loads, %llu stores, digest %08x\n", loads_, stores_, unsigned{digest_});
-    }
+    using TracingHost::TracingHost;
+    void print() const { std::printf("%s\n", summary().c_str()); }
 
   private:
-    static constexpr uint32_t kStore = 1;  // in the bits that an aligned offset leaves free
-    static constexpr uint64_t kAccessesPerLine = 1 << 24;
-
-    void trace(uint32_t access, uint32_t word) {
-        mix(access);
-        mix(word);
-        if ((loads_ + stores_) % kAccessesPerLine == 0) {
-            print();  // so that two runs that differ show where
-        }
-    }
-    // The rotation lets a word's high bits reach the low ones, which multiplication alone would not.
-    void mix(uint32_t word) {
-        constexpr uint32_t kGoldenRatio = 0x9E3779B1;
-        digest_ = (std::rotl(digest_, 5) ^ word) * kGoldenRatio;
-    }
-
-    uint32_t digest_ = 0;
-    unsigned long long loads_ = 0;
-    unsigned long long stores_ = 0;
+    void madeManyAccesses() override { print(); }
 };
 
 void lookAtOpenCard(uint32_t connection) {
@@ -94,7 +59,7 @@ void run(const std::string& folder, int cardToWrite, const std::string& imageFil
     const auto directory =
         simulator::MachineDirectory::open(folder, simulator::MachineDirectory::OnOpening::powerUp);
     simulator::SimulatedHost machine(directory->machine(), {});
-    TracingHost host(machine);
+    PrintingHost host(machine);
     const int cards = static_cast<int>(GetNumberOfCardsInstalled());
     for (int card = 1; card <= cards; ++card) {
         void* base = nullptr;

@@ -3,7 +3,7 @@
 // An agent whose cards are plain files, and that records what it is asked.
 
 #include <fcntl.h>
-#include <sys/types.h>
+#include <sys/mman.h>
 
 #include <filesystem>
 #include <fstream>
@@ -25,6 +25,7 @@ class FakeAgent : public CardAgent {
     uint32_t offsetInPage = 0;
     uint32_t bytes = 0x200;
     int access = O_RDWR;
+    bool isSealed = false;  // the kernel forbids to map it for writing
     // The calls that change something, in order.
     std::vector<std::string> calls;
 
@@ -49,6 +50,11 @@ class FakeAgent : public CardAgent {
         const auto path = file(address, memoryType);
         std::ofstream(path, std::ios::app).close();
         std::filesystem::resize_file(path, 0x10000);
+        if (isSealed) {
+            const int memory = ::memfd_create("range", MFD_ALLOW_SEALING);
+            ::fcntl(memory, F_ADD_SEALS, F_SEAL_WRITE);
+            return Range{memory, offsetInPage, bytes};
+        }
         return Range{::open(path.c_str(), access | O_CLOEXEC), offsetInPage, bytes};
     }
     void beginWrite() override { calls.emplace_back("begin"); }

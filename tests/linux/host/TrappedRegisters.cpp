@@ -11,6 +11,10 @@ namespace {
 
 TrappedRegisters* gTrap = nullptr;
 
+std::size_t pageBytes() {
+    return static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+}
+
 }  // namespace
 
 TrappedRegisters::TrappedRegisters(Host& bus) : bus_(bus) {
@@ -26,16 +30,13 @@ TrappedRegisters::~TrappedRegisters() {
     gTrap = nullptr;
 }
 
-void TrappedRegisters::watch(const Host::MappedRange& window, void* words) {
-    const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
-    auto* const base = static_cast<uint8_t*>(window.base);
-    const std::size_t inPage = reinterpret_cast<uintptr_t>(base) % page;
-    window_ = window;
-    pages_ = base - inPage;
-    pagesBytes_ = (inPage + window.bytes + page - 1) / page * page;
+void TrappedRegisters::watch(uint8_t* page, uint32_t offsetInPage, uint32_t bytes, void* words) {
+    page_ = page;
+    offsetInPage_ = offsetInPage;
+    bytes_ = bytes;
     words_ = static_cast<uint8_t*>(words);
-    if (::mprotect(pages_, pagesBytes_, PROT_NONE) != 0) {
-        throw std::runtime_error("The window's pages could not be made inaccessible.");
+    if (::mprotect(page_, pageBytes(), PROT_NONE) != 0) {
+        throw std::runtime_error("The page could not be made inaccessible.");
     }
 }
 
@@ -47,16 +48,16 @@ void TrappedRegisters::onFault(int /*signal*/, siginfo_t* information, void* con
 
 bool TrappedRegisters::answer(void* address, void* context) {
     auto* const byte = static_cast<uint8_t*>(address);
-    if (byte < pages_ || byte >= pages_ + pagesBytes_) {
+    if (byte < page_ || byte >= page_ + pageBytes()) {
         return false;
     }
-    const auto offset = static_cast<std::size_t>(byte - static_cast<uint8_t*>(window_.base));
-    if (words_ != nullptr && offset < window_.bytes && offset % 4 == 0 &&
+    const std::ptrdiff_t offset = byte - page_ - offsetInPage_;
+    if (words_ != nullptr && offset >= 0 && offset < bytes_ && offset % 4 == 0 &&
         move(reinterpret_cast<uint32_t*>(words_ + offset), context)) {
         return true;
     }
     ++strays_;
-    return ::mprotect(pages_, pagesBytes_, PROT_READ | PROT_WRITE) == 0;
+    return ::mprotect(page_, pageBytes(), PROT_READ | PROT_WRITE) == 0;
 }
 
 #ifdef __x86_64__
@@ -77,9 +78,11 @@ bool TrappedRegisters::move(uint32_t* word, void* context) {
     const bool isWide = (prefix & 8) != 0;
     const uint8_t operation = *next++;
     const unsigned operands = *next++;
-    // Only with a plain register as the address.
-    const bool isPlain = operands >> 6 == 0 && (operands & 7) != 4 && (operands & 7) != 5;
-    if (isWide || !isPlain || (operation != kLoad && operation != kStore)) {
+    // How the address is formed does not matter, only how many bytes tell it.
+    const unsigned mode = operands >> 6;
+    const bool hasIndex = (operands & 7) == 4;
+    next += (hasIndex ? 1 : 0) + (mode == 1 ? 1 : 0) + (mode == 2 ? 4 : 0);
+    if (isWide || mode == 3 || (operation != kLoad && operation != kStore)) {
         return false;
     }
     greg_t& value = registers[kRegisters[(prefix & 4) << 1 | (operands >> 3 & 7)]];

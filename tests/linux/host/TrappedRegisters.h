@@ -20,27 +20,27 @@ class TrappedRegisters {
     // Whether this processor's instructions can be decoded.
     static bool isPossible();
 
-    // Makes the window's pages inaccessible, and answers for its words with those of the bus from `words` on.
-    // Only the last window is watched; without words, every access to it is a stray one.
-    void watch(const Host::MappedRange& window, void* words);
+    // Makes a page inaccessible, and answers for a window in it with the bus's words from `words` on. Only
+    // the last page is watched; once its window is forgotten, every access to it is a stray one.
+    void watch(uint8_t* page, uint32_t offsetInPage, uint32_t bytes, void* words);
     void forget() { words_ = nullptr; }
 
-    // Accesses of another width than 32 bits, not aligned, in the window's pages but outside it, or after it
-    // was forgotten. The first one turns its pages into plain memory.
+    // Accesses of another width than 32 bits, not aligned, or in the page but outside the window. The first
+    // one turns the page into plain memory.
     [[nodiscard]] uint64_t strayAccesses() const { return strays_; }
 
   private:
     static void onFault(int signal, siginfo_t* information, void* context);
-    // False if the address is not in the window's pages.
+    // False if the address is not in the page.
     [[nodiscard]] bool answer(void* address, void* context);
     // Makes the access that the processor is about to make, and skips its instruction. False, doing neither,
     // if that is not one plain move of 32 bits.
     [[nodiscard]] bool move(uint32_t* word, void* context);
 
     Host& bus_;
-    Host::MappedRange window_{};
-    uint8_t* pages_ = nullptr;
-    std::size_t pagesBytes_ = 0;
+    uint8_t* page_ = nullptr;
+    uint32_t offsetInPage_ = 0;
+    uint32_t bytes_ = 0;
     uint8_t* words_ = nullptr;
     uint64_t strays_ = 0;
 };

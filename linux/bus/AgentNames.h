@@ -21,4 +21,7 @@ constexpr char kInterface[] = "com.vornlabs.VUpdater.Agent";
 // polkit's name for what the administrator allows.
 constexpr char kAction[] = "com.vornlabs.vupdater.use-cards";
 
+// Who holds the lock, as logind and the desktop name it.
+constexpr char kLockOwner[] = "VUpdater";
+
 }  // namespace agent

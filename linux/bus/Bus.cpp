@@ -27,6 +27,11 @@ int advance(sd_bus* connection, steady_clock::time_point end) {
     return waited == -EINTR ? 0 : waited;
 }
 
+int keepAnswer(sd_bus_message* answer, void* kept, sd_bus_error* /*error*/) {
+    static_cast<Message*>(kept)->reset(sd_bus_message_ref(answer));
+    return 1;
+}
+
 }  // namespace
 
 sd_bus_error* Error::fill() {
@@ -65,10 +70,21 @@ Message newCall(sd_bus* connection, const Object& object, const char* member) {
 }
 
 Message answerTo(const Message& call, microseconds limit, Error& error, int& result) {
-    sd_bus_message* answer = nullptr;
-    result = sd_bus_call(sd_bus_message_get_bus(call.get()), call.get(), static_cast<uint64_t>(limit.count()),
-                         error.fill(), &answer);
-    return Message(answer);
+    // sd_bus_call would lose the answer if a signal interrupted it.
+    sd_bus* const connection = sd_bus_message_get_bus(call.get());
+    Message answer;
+    sd_bus_slot* slot = nullptr;
+    result = sd_bus_call_async(connection, &slot, call.get(), keepAnswer, &answer, UINT64_MAX);
+    const Slot pending(slot);
+    const auto end = steady_clock::now() + limit;
+    while (result >= 0 && !answer) {
+        result = advance(connection, end);
+    }
+    if (sd_bus_message_is_method_error(answer.get(), nullptr) > 0) {
+        result = sd_bus_error_copy(error.fill(), sd_bus_message_get_error(answer.get()));
+        answer.reset();
+    }
+    return answer;
 }
 
 Connection openSystemBus(microseconds limit, int& result) {

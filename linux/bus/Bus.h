@@ -58,7 +58,8 @@ constexpr Object kLogind{"org.freedesktop.login1", "/org/freedesktop/login1",
 // A call without arguments yet; null if there is no connection.
 Message newCall(sd_bus* connection, const Object& object, const char* member);
 
-constexpr std::chrono::microseconds kNoLimit = std::chrono::microseconds::max();
+// Longer than anybody thinks about a password.
+constexpr std::chrono::microseconds kNoLimit = std::chrono::hours(24 * 365);
 
 // Makes a call and waits for its answer. Null if that is an error, or if there is none within the limit.
 Message answerTo(const Message& call, std::chrono::microseconds limit, Error& error, int& result);

@@ -1,10 +1,15 @@
 #include "linux/client/PowerOff.h"
 
+#include <algorithm>
+#include <chrono>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <string>
+#include <thread>
+#include <vector>
 
+#include "linux/bus/AgentNames.h"
 #include "linux/bus/Bus.h"
 
 namespace {
@@ -12,6 +17,7 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr std::chrono::microseconds kQuestionLimit = 5s;
+constexpr std::chrono::microseconds kUnlockLimit = 2s;
 // Long enough for a password, but a logind that hangs does not keep the program for good.
 constexpr std::chrono::microseconds kPowerOffLimit = 2min;
 
@@ -26,15 +32,20 @@ bool isShuttingDown(sd_bus* connection) {
     return sd_bus_message_read(answer.get(), "v", "b", &shuttingDown) > 0 && shuttingDown != 0;
 }
 
-// The programs that forbid it at the moment, such as "; it is prevented by Software Updater (installing)".
-std::string whoPreventsIt(sd_bus* connection) {
+// A lock that keeps the computer on.
+struct Lock {
+    std::string owner;
+    std::string reason;
+};
+
+std::vector<Lock> locks(sd_bus* connection) {
     bus::Error error;
     int result = 0;
     const bus::Message answer = bus::answerTo(bus::newCall(connection, bus::kLogind, "ListInhibitors"),
                                               kQuestionLimit, error, result);
-    std::string programs;
+    std::vector<Lock> locks;
     if (sd_bus_message_enter_container(answer.get(), SD_BUS_TYPE_ARRAY, "(ssssuu)") < 0) {
-        return programs;
+        return locks;
     }
     const char* what = nullptr;
     const char* who = nullptr;
@@ -44,9 +55,27 @@ std::string whoPreventsIt(sd_bus* connection) {
     uint32_t process = 0;
     while (sd_bus_message_read(answer.get(), "(ssssuu)", &what, &who, &why, &mode, &user, &process) > 0) {
         if (std::strstr(what, "shutdown") != nullptr && std::strcmp(mode, "delay") != 0) {
-            programs += programs.empty() ? "; it is prevented by " : ", ";
-            programs += std::string(who) + " (" + why + ")";
+            locks.push_back({who, why});
         }
+    }
+    return locks;
+}
+
+// logind notices the end of a lock some time after it, and may see a call first that was made later.
+void waitForEndOfOwnLock(sd_bus* connection) {
+    const auto end = std::chrono::steady_clock::now() + kUnlockLimit;
+    const auto isOwn = [](const Lock& lock) { return lock.owner == agent::kLockOwner; };
+    while (std::ranges::any_of(locks(connection), isOwn) && std::chrono::steady_clock::now() < end) {
+        std::this_thread::sleep_for(10ms);
+    }
+}
+
+// Such as "; it is prevented by Software Updater (installing)".
+std::string whoPreventsIt(sd_bus* connection) {
+    std::string programs;
+    for (const Lock& lock : locks(connection)) {
+        programs += programs.empty() ? "; it is prevented by " : ", ";
+        programs += lock.owner + " (" + lock.reason + ")";
     }
     return bus::oneLine(programs);
 }
@@ -54,6 +83,7 @@ std::string whoPreventsIt(sd_bus* connection) {
 }  // namespace
 
 bool powerOffThroughLogind(sd_bus* connection) {
+    waitForEndOfOwnLock(connection);
     const bus::Message call = bus::newCall(connection, bus::kLogind, "PowerOff");
     sd_bus_message_set_allow_interactive_authorization(call.get(), 1);
     sd_bus_message_append(call.get(), "b", 1);

@@ -1,0 +1,267 @@
+#include "linux/agent/Agent.h"
+
+#include <systemd/sd-daemon.h>
+
+#include <algorithm>
+#include <exception>
+#include <utility>
+
+#include "files/UserError.h"
+#include "linux/agent/Journal.h"
+#include "linux/bus/AgentNames.h"
+
+namespace {
+
+using namespace std::chrono_literals;
+
+// Enough for everybody at one computer, and few enough that nobody can make the agent grow.
+constexpr std::size_t kMostClients = 16;
+// One user cannot take all the places.
+constexpr std::ptrdiff_t kMostClientsOfAUser = 4;
+
+constexpr std::chrono::microseconds kTakeBackInterval = 1s;
+
+constexpr char kNameLostMatch[] =
+    "type='signal',sender='org.freedesktop.DBus',path='/org/freedesktop/DBus',"
+    "interface='org.freedesktop.DBus',member='NameOwnerChanged',arg2=''";
+
+const char* textOf(Question::Answer answer) {
+    switch (answer) {
+        case Question::Answer::granted:
+            return "granted";
+        case Question::Answer::dismissed:
+            return "dismissed";
+        case Question::Answer::refused:
+            return "refused";
+        case Question::Answer::nobodyToAsk:
+            break;
+    }
+    return "nobody to ask";
+}
+
+void require(int result, const char* what) {
+    if (result < 0) {
+        throw files::UserError(std::string(what) + ": " + bus::Error().reason(result) + ".");
+    }
+}
+
+// The bus vouches for it.
+uid_t userOf(sd_bus_message* call) {
+    sd_bus_creds* credentials = nullptr;
+    uid_t user = 0;
+    int result = sd_bus_query_sender_creds(call, SD_BUS_CREDS_EUID, &credentials);
+    if (result >= 0) {
+        result = sd_bus_creds_get_euid(credentials, &user);
+    }
+    sd_bus_creds_unref(credentials);
+    require(result, "The bus does not tell the client's user");
+    return user;
+}
+
+bool isUsable(const pci::FoundCard& card) {
+    return card.refusal.empty();
+}
+
+}  // namespace
+
+template <Agent::Method method>
+int Agent::handle(sd_bus_message* call, void* agent, sd_bus_error* error) {
+    auto* const self = static_cast<Agent*>(agent);
+    try {
+        (self->*method)(call);
+        self->setTimer();
+        return 1;
+    } catch (const std::exception& exception) {
+        return sd_bus_error_set(error, SD_BUS_ERROR_FAILED, exception.what());
+    }
+}
+
+const sd_bus_vtable Agent::kMethods[] = {
+    SD_BUS_VTABLE_START(0),
+    SD_BUS_METHOD("Cards", "", "a(sssbs)", handle<&Agent::cards>, SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_METHOD("Claim", "b", "s", handle<&Agent::claim>, SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_METHOD("OpenRange", "su", "hut", handle<&Agent::openRange>, SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_METHOD("BeginWrite", "", "h", handle<&Agent::beginWrite>, SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_METHOD("EndWrite", "", "", handle<&Agent::endWrite>, SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_METHOD("LetGo", "", "", handle<&Agent::letGo>, SD_BUS_VTABLE_UNPRIVILEGED),
+    SD_BUS_VTABLE_END};
+
+Agent::Agent(sd_event* loop, sd_bus* connection, CardKeeper& keeper, std::chrono::seconds idleTime)
+    : loop_(loop), connection_(connection), keeper_(keeper), idleTime_(idleTime) {}
+
+Agent::~Agent() {
+    sd_event_source_unref(timer_);
+}
+
+void Agent::start() {
+    sd_bus_slot* slot = nullptr;
+    require(
+        sd_bus_add_object_vtable(connection_, &slot, agent::kObjectPath, agent::kInterface, kMethods, this),
+        "The agent's methods were not accepted");
+    object_.reset(slot);
+    require(sd_bus_add_match(connection_, &slot, kNameLostMatch, onNameLost, this),
+            "The bus does not tell who leaves it");
+    nameLost_.reset(slot);
+    require(sd_event_add_time_relative(loop_, &timer_, CLOCK_MONOTONIC, 0, 0, onTimer, this),
+            "There is no timer");
+    setTimer();
+    require(sd_bus_request_name(connection_, agent::kBusName, 0),
+            "The agent cannot have its name on the bus. Only root may, and only once");
+}
+
+void Agent::cards(sd_bus_message* call) {
+    sd_bus_message* created = nullptr;
+    require(sd_bus_message_new_method_return(call, &created), "No answer");
+    const bus::Message answer(created);
+    sd_bus_message_open_container(created, SD_BUS_TYPE_ARRAY, "(sssbs)");
+    for (const pci::FoundCard& card : keeper_.list(sd_bus_message_get_sender(call))) {
+        sd_bus_message_append(created, "(sssbs)", card.address.c_str(), card.name.c_str(),
+                              card.location.c_str(), static_cast<int>(card.isSimulated),
+                              card.refusal.c_str());
+    }
+    sd_bus_message_close_container(created);
+    require(sd_bus_message_send(created), "No answer");
+}
+
+void Agent::claim(sd_bus_message* call) {
+    if (isExiting_) {
+        // Without an answer: the bus tells the client that this agent has gone, and the client asks the next.
+        return;
+    }
+    int mayAsk = 0;
+    require(sd_bus_message_read(call, "b", &mayAsk), "The arguments cannot be read");
+    const std::string client = sd_bus_message_get_sender(call);
+    const auto cards = keeper_.list(client);
+    const bool isSomethingToGuard = std::any_of(cards.begin(), cards.end(), isUsable);
+    if (keeper_.hasCards(client) || !isSomethingToGuard) {
+        require(sd_bus_reply_method_return(call, "s", textOf(Question::Answer::granted)), "No answer");
+        return;
+    }
+    ask(call, mayAsk != 0);
+}
+
+void Agent::ask(sd_bus_message* call, bool mayAsk) {
+    const std::string client = sd_bus_message_get_sender(call);
+    const uid_t user = userOf(call);
+    const auto ofUser = std::count_if(clients_.begin(), clients_.end(),
+                                      [&](const auto& entry) { return entry.second.user == user; });
+    if (clients_.contains(client)) {
+        throw files::UserError("The question has already been asked.");
+    }
+    if (clients_.size() >= kMostClients || ofUser >= kMostClientsOfAUser) {
+        throw files::UserError("Too many programs ask for the cards.");
+    }
+    std::shared_ptr<sd_bus_message> kept(sd_bus_message_ref(call), sd_bus_message_unref);
+    auto question = std::make_unique<Question>(
+        connection_, client, mayAsk,
+        [this, kept](auto answer, const std::string& reason) { answerClaim(kept.get(), answer, reason); });
+    clients_.emplace(client, Client{.user = user, .question = std::move(question), .lock = nullptr});
+}
+
+void Agent::answerClaim(sd_bus_message* call, std::optional<Question::Answer> answer,
+                        const std::string& reason) {
+    const std::string client = sd_bus_message_get_sender(call);
+    const std::string who = client + ", user " + std::to_string(clients_.at(client).user);
+    clients_.at(client).question.reset();
+    if (!answer) {
+        journal(who + ": polkit does not answer: " + reason);
+        sd_bus_reply_method_errorf(call, SD_BUS_ERROR_FAILED, "polkit does not answer: %s", reason.c_str());
+    } else if (*answer != Question::Answer::granted) {
+        journal(who + ": The cards are not given: " + textOf(*answer) + ".");
+        sd_bus_reply_method_return(call, "s", textOf(*answer));
+    } else {
+        try {
+            for (const std::string& address : keeper_.claim(client)) {
+                journal(who + ": May use the card at " + address + ".");
+            }
+            sd_bus_reply_method_return(call, "s", textOf(*answer));
+        } catch (const files::UserError& error) {
+            journal(who + ": " + error.what());
+            sd_bus_reply_method_errorf(call, SD_BUS_ERROR_FAILED, "%s", error.what());
+        }
+    }
+    if (!keeper_.hasCards(client)) {
+        clients_.erase(client);
+    }
+    setTimer();
+}
+
+void Agent::openRange(sd_bus_message* call) {
+    const char* address = nullptr;
+    uint32_t range = 0;
+    require(sd_bus_message_read(call, "su", &address, &range), "The arguments cannot be read");
+    const pci::OpenedRange opened = keeper_.openRange(sd_bus_message_get_sender(call), address, range);
+    require(sd_bus_reply_method_return(call, "hut", opened.file.descriptor(), opened.offsetInPage,
+                                       static_cast<uint64_t>(opened.bytes)),
+            "No answer");
+}
+
+void Agent::beginWrite(sd_bus_message* call) {
+    const std::string client = sd_bus_message_get_sender(call);
+    if (!keeper_.hasCards(client)) {
+        throw files::UserError("The cards have not been claimed.");
+    }
+    clients_.at(client).lock = std::make_unique<WriteLock>(connection_, call);
+}
+
+void Agent::endWrite(sd_bus_message* call) {
+    const auto client = clients_.find(sd_bus_message_get_sender(call));
+    if (client != clients_.end() && client->second.lock) {
+        client->second.lock.reset();
+        journal(client->first + ": The write has ended.");
+    }
+    require(sd_bus_reply_method_return(call, ""), "No answer");
+}
+
+void Agent::letGo(sd_bus_message* call) {
+    forget(sd_bus_message_get_sender(call));
+    require(sd_bus_reply_method_return(call, ""), "No answer");
+}
+
+void Agent::forget(const std::string& client) {
+    clients_.erase(client);
+    keeper_.giveUp(client);
+}
+
+int Agent::onNameLost(sd_bus_message* signal, void* agent, sd_bus_error* /*error*/) {
+    auto* const self = static_cast<Agent*>(agent);
+    const char* name = nullptr;
+    if (sd_bus_message_read(signal, "s", &name) > 0 && self->clients_.contains(name)) {
+        journal(std::string(name) + ": Has left the bus.");
+        self->forget(name);
+        self->setTimer();
+    }
+    return 0;
+}
+
+void Agent::setTimer() {
+    isTakingBack_ = keeper_.takeBack();
+    const bool isIdle = clients_.empty() && !isExiting_;
+    const std::chrono::microseconds delay = isTakingBack_ ? kTakeBackInterval : idleTime_;
+    sd_event_source_set_time_relative(timer_, static_cast<uint64_t>(delay.count()));
+    sd_event_source_set_enabled(timer_, isTakingBack_ || isIdle ? SD_EVENT_ONESHOT : SD_EVENT_OFF);
+}
+
+int Agent::onTimer(sd_event_source* /*timer*/, uint64_t /*time*/, void* agent) {
+    auto* const self = static_cast<Agent*>(agent);
+    if (self->isTakingBack_) {
+        self->setTimer();
+    } else {
+        self->exitWhenIdle();
+    }
+    return 0;
+}
+
+void Agent::exitWhenIdle() {
+    journal("Nobody needs the agent. It exits until it is called again.");
+    isExiting_ = true;
+    // In this order no call is lost: systemd starts an agent for those that come after the name has gone, and
+    // what came before it is answered until the bus has let go of the name.
+    sd_notify(0, "STOPPING=1");
+    const auto onReleased = [](sd_bus_message*, void* agent, sd_bus_error*) {
+        return sd_event_exit(static_cast<Agent*>(agent)->loop_, 0);
+    };
+    if (sd_bus_release_name_async(connection_, nullptr, agent::kBusName, onReleased, this) < 0) {
+        sd_event_exit(loop_, 0);
+    }
+}

@@ -1,0 +1,135 @@
+#include "linux/agent/CardKeeper.h"
+
+#include <sys/file.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "files/FileError.h"
+#include "linux/agent/Journal.h"
+#include "linux/pci/CardRuleFiles.h"
+
+CardKeeper::CardKeeper(Folders folders) : folders_(std::move(folders)) {
+    readRules();
+}
+
+CardKeeper::~CardKeeper() {
+    for (auto& [client, holding] : holdings_) {
+        holding.isGivenUp = true;
+    }
+    if (takeBack()) {
+        journal("A program still uses a card. It is left as it is.");
+        // Its destructor would take the cards back.
+        static_cast<void>(cards_.release());
+    }
+}
+
+void CardKeeper::readRules() {
+    if (!holdings_.empty()) {
+        return;
+    }
+    pci::CardRules read = pci::readCardRules(folders_.rules, folders_.rulesOwner);
+    if (cards_ && read.rules == rules_.rules && read.complaints == rules_.complaints) {
+        return;
+    }
+    for (const std::string& complaint : read.complaints) {
+        journal(complaint);
+    }
+    journal("Kinds of cards named in " + folders_.rules.string() + ": " + std::to_string(read.rules.size()) +
+            ".");
+    rules_ = std::move(read);
+    cards_ = std::make_unique<pci::Cards>(folders_.sys, rules_);
+}
+
+std::vector<pci::FoundCard> CardKeeper::list(const std::string& client) {
+    readRules();
+    return cards_->list(client);
+}
+
+bool CardKeeper::hasCards(const std::string& client) const {
+    const auto holding = holdings_.find(client);
+    return holding != holdings_.end() && !holding->second.isGivenUp;
+}
+
+std::vector<std::string> CardKeeper::claim(const std::string& client) {
+    readRules();
+    cards_->claim(client);
+    std::vector<std::string> addresses;
+    Holding holding;
+    for (const pci::FoundCard& card : cards_->list(client)) {
+        if (card.refusal.empty()) {
+            addresses.push_back(card.address);
+            addProbes(holding, client, card.address);
+        } else {
+            journal(card.address + ": " + card.refusal);
+        }
+    }
+    const bool isAnew = holdings_.find(client) == holdings_.end();
+    if (isAnew && isInUse(holding)) {
+        cards_->release(client);
+        throw files::UserError(
+            "A program that was given the cards earlier still uses one. Quit it, then try again.");
+    }
+    if (!addresses.empty()) {
+        holdings_.insert_or_assign(client, std::move(holding));
+    }
+    return addresses;
+}
+
+pci::OpenedRange CardKeeper::openRange(const std::string& client, const std::string& address,
+                                       uint32_t range) {
+    if (!hasCards(client)) {
+        throw files::UserError("The cards have not been claimed.");
+    }
+    pci::OpenedRange opened = cards_->openRange(client, address, range);
+    // Shared, because a client may open a range more than once.
+    if (flock(opened.file.descriptor(), LOCK_SH | LOCK_NB) != 0) {
+        throw files::FileError(address, "could not be locked", errno);
+    }
+    return opened;
+}
+
+void CardKeeper::giveUp(const std::string& client) {
+    const auto holding = holdings_.find(client);
+    if (holding != holdings_.end()) {
+        holding->second.isGivenUp = true;
+        takeBack();
+    }
+}
+
+bool CardKeeper::takeBack() {
+    bool isSomethingLeft = false;
+    for (auto entry = holdings_.begin(); entry != holdings_.end();) {
+        const auto& [client, holding] = *entry;
+        if (!holding.isGivenUp || isInUse(holding)) {
+            isSomethingLeft |= holding.isGivenUp;
+            ++entry;
+            continue;
+        }
+        cards_->release(client);
+        journal(client + ": The cards were taken back.");
+        entry = holdings_.erase(entry);
+    }
+    return isSomethingLeft;
+}
+
+void CardKeeper::addProbes(Holding& holding, const std::string& client, const std::string& address) const {
+    for (uint32_t range = 0; range < pci::kMemoryRanges; ++range) {
+        try {
+            holding.probes.push_back(cards_->openRange(client, address, range).file);
+        } catch (const files::UserError& error) {
+            // Many cards have one range only.
+            if (range == 0) {
+                journal(address + ": " + error.what());
+            }
+        }
+    }
+}
+
+bool CardKeeper::isInUse(const Holding& holding) {
+    return std::any_of(holding.probes.begin(), holding.probes.end(), [](const files::OpenFile& probe) {
+        const bool isLocked = flock(probe.descriptor(), LOCK_EX | LOCK_NB) != 0;
+        flock(probe.descriptor(), LOCK_UN);
+        return isLocked;
+    });
+}

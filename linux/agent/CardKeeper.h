@@ -1,0 +1,67 @@
+#pragma once
+
+// Which client has which cards. A card is taken back only when no program has its registers mapped any more:
+// to leave it as it was before may mean to switch its memory off, which would ruin a write that is under way.
+//
+// A program keeps its mapping, whatever becomes of its connection to the bus or of the agent. So every range
+// that is handed out carries a lock of its file, which the kernel keeps until the last mapping and descriptor
+// are gone.
+
+#include <sys/types.h>
+
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "linux/pci/Cards.h"
+
+class CardKeeper {
+  public:
+    struct Folders {
+        std::filesystem::path sys = "/sys";
+        std::filesystem::path rules = "/etc/vupdater/cards.d";
+        uid_t rulesOwner = 0;
+    };
+
+    explicit CardKeeper(Folders folders);
+    CardKeeper(const CardKeeper&) = delete;
+    CardKeeper& operator=(const CardKeeper&) = delete;
+    // Leaves the cards alone if a program still uses one.
+    ~CardKeeper();
+
+    // The cards as the client sees them: those of other clients are refused.
+    std::vector<pci::FoundCard> list(const std::string& client);
+
+    // Gives the client all usable cards and returns their addresses. Throws files::UserError if a program
+    // that had one from an earlier agent still uses it.
+    std::vector<std::string> claim(const std::string& client);
+    bool hasCards(const std::string& client) const;
+
+    // A memory range of a card of the client's. Throws files::UserError.
+    pci::OpenedRange openRange(const std::string& client, const std::string& address, uint32_t range);
+
+    // The client does not want its cards any more.
+    void giveUp(const std::string& client);
+    // Takes back what was given up and is no longer used. Returns whether something is left for another try.
+    bool takeBack();
+
+  private:
+    struct Holding {
+        // The files of the cards' ranges once more, to find out whether the ones that were handed out are
+        // still locked.
+        std::vector<files::OpenFile> probes;
+        bool isGivenUp = false;
+    };
+
+    // Between clients, so that a change of the files counts without a new start.
+    void readRules();
+    void addProbes(Holding& holding, const std::string& client, const std::string& address) const;
+    static bool isInUse(const Holding& holding);
+
+    Folders folders_;
+    pci::CardRules rules_;
+    std::unique_ptr<pci::Cards> cards_;
+    std::map<std::string, Holding> holdings_;  // by client
+};

@@ -1,0 +1,35 @@
+#pragma once
+
+// One question to polkit: may a client use the cards?
+
+#include <systemd/sd-bus.h>
+
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "linux/bus/Bus.h"
+
+class Question {
+  public:
+    // What the client is told.
+    enum class Answer { granted, dismissed, refused, nobodyToAsk };
+
+    // Asks, without a time limit, whether the client with this name on the bus may use the cards. With mayAsk
+    // the user may be asked for a password. `done` is called once, with the answer, or with nothing and the
+    // reason why there is none; it may destroy the question.
+    using Done = std::function<void(std::optional<Answer> answer, const std::string& reason)>;
+    Question(sd_bus* connection, const std::string& client, bool mayAsk, Done done);
+    Question(const Question&) = delete;
+    Question& operator=(const Question&) = delete;
+    // Takes the question back if it has not been answered.
+    ~Question();
+
+  private:
+    static int onAnswer(sd_bus_message* answer, void* question, sd_bus_error* error);
+
+    sd_bus* connection_;
+    std::string id_;
+    Done done_;
+    bus::Slot pending_;
+};

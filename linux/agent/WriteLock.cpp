@@ -1,0 +1,50 @@
+#include "linux/agent/WriteLock.h"
+
+#include <chrono>
+
+#include "files/UserError.h"
+#include "linux/agent/Journal.h"
+#include "linux/bus/AgentNames.h"
+
+namespace {
+
+// Less than a client waits.
+constexpr std::chrono::microseconds kLimit = std::chrono::seconds(4);
+
+constexpr char kWhat[] =
+    "shutdown:sleep:idle:handle-power-key:handle-suspend-key:handle-hibernate-key:handle-lid-switch";
+
+}  // namespace
+
+WriteLock::WriteLock(sd_bus* connection, sd_bus_message* call) : call_(sd_bus_message_ref(call)) {
+    const bus::Message question = bus::newCall(connection, bus::kLogind, "Inhibit");
+    sd_bus_message_append(question.get(), "ssss", kWhat, agent::kLockOwner,
+                          "Firmware is being written into a card", "block");
+    sd_bus_slot* slot = nullptr;
+    const int result = sd_bus_call_async(connection, &slot, question.get(), onAnswer, this,
+                                         static_cast<uint64_t>(kLimit.count()));
+    if (result < 0) {
+        throw files::UserError("logind could not be asked: " + bus::Error().reason(result) + ".");
+    }
+    pending_.reset(slot);
+}
+
+int WriteLock::onAnswer(sd_bus_message* answer, void* lock, sd_bus_error* /*error*/) {
+    auto* const self = static_cast<WriteLock*>(lock);
+    const bus::Slot answered = std::move(self->pending_);
+    const bus::Message call = std::move(self->call_);
+    const std::string client = sd_bus_message_get_sender(call.get());
+    int theMessages = -1;
+    if (sd_bus_message_is_method_error(answer, nullptr) != 0 ||
+        sd_bus_message_read(answer, "h", &theMessages) < 0) {
+        const sd_bus_error* const error = sd_bus_message_get_error(answer);
+        const char* const reason =
+            error != nullptr && error->message != nullptr ? error->message : "its answer has another form";
+        journal(client + ": The lock for the write is missing: logind: " + reason);
+        return sd_bus_reply_method_errorf(call.get(), SD_BUS_ERROR_FAILED, "logind gives no lock: %s",
+                                          reason);
+    }
+    self->lock_ = bus::Descriptor::duplicate(theMessages);
+    journal(client + ": The computer stays on during the write.");
+    return sd_bus_reply_method_return(call.get(), "h", self->lock_.number());
+}

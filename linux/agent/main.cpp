@@ -1,0 +1,86 @@
+// vupdater-agent: root's part of the updater, which hands out the cards that the administrator has named.
+
+#include <systemd/sd-event.h>
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <csignal>
+#include <iostream>
+#include <memory>
+
+#include "linux/agent/Agent.h"
+#include "linux/agent/CardKeeper.h"
+#include "linux/agent/CardReport.h"
+#include "linux/agent/Journal.h"
+
+namespace {
+
+constexpr std::chrono::seconds kBusLimit(25);
+
+using Loop = std::unique_ptr<sd_event, bus::Releaser<sd_event_unref>>;
+
+Loop newLoop() {
+    sd_event* loop = nullptr;
+    sd_event_new(&loop);
+    for (const int signal : {SIGTERM, SIGINT}) {
+        sd_event_add_signal(loop, nullptr, signal | SD_EVENT_SIGNAL_PROCMASK, nullptr, nullptr);
+    }
+    // Whoever reads the messages may stop doing so.
+    std::signal(SIGPIPE, SIG_IGN);
+    return Loop(loop);
+}
+
+int serve(CardKeeper& keeper, std::chrono::seconds idleTime) {
+    const Loop loop = newLoop();
+    int result = 0;
+    const bus::Connection connection = bus::openSystemBus(kBusLimit, result);
+    if (!connection) {
+        journal("The system bus cannot be reached: " + bus::Error().reason(result) + ".");
+        return 1;
+    }
+    sd_bus_attach_event(connection.get(), loop.get(), SD_EVENT_PRIORITY_NORMAL);
+    sd_bus_set_exit_on_disconnect(connection.get(), 1);
+    Agent agent(loop.get(), connection.get(), keeper, idleTime);
+    agent.start();
+    const int code = sd_event_loop(loop.get());
+    // Answers that are still to be sent.
+    sd_bus_flush(connection.get());
+    return code == 0 ? 0 : 1;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    CLI::App program(
+        "Hands out the cards that /etc/vupdater/cards.d names to programs whose users may have them. The "
+        "system "
+        "bus starts it.",
+        "vupdater-agent");
+    CardKeeper::Folders folders;
+    unsigned idleSeconds = 30;
+    bool isCheck = false;
+    program.add_flag(
+        "--check", isCheck,
+        "Shows which cards this computer has and whether they can be used, and exits with 0 if one can");
+    program.set_version_flag("--version", VUPDATER_VERSION, "Shows the version");
+    program.add_option("--sys", folders.sys, "Where the kernel describes the devices")->capture_default_str();
+    auto* const rules = program.add_option("--cards", folders.rules, "The folder whose files name the cards")
+                            ->capture_default_str();
+    program.add_option("--idle", idleSeconds, "Seconds without clients until it exits")
+        ->capture_default_str();
+    CLI11_PARSE(program, argc, argv);
+    if (*rules) {
+        // Whoever chooses the folder answers for it.
+        folders.rulesOwner = geteuid();
+    }
+    try {
+        CardKeeper keeper(folders);
+        if (isCheck) {
+            return reportCards(keeper, std::cout) ? 0 : 1;
+        }
+        return serve(keeper, std::chrono::seconds(idleSeconds));
+    } catch (const std::exception& exception) {
+        journal(exception.what());
+        return 1;
+    }
+}

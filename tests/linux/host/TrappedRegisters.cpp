@@ -51,8 +51,9 @@ bool TrappedRegisters::answer(void* address, void* context) {
     if (byte < page_ || byte >= page_ + pageBytes()) {
         return false;
     }
-    const std::ptrdiff_t offset = byte - page_ - offsetInPage_;
-    if (words_ != nullptr && offset >= 0 && offset < bytes_ && offset % 4 == 0 &&
+    // Before the window it wraps around, and is too large.
+    const std::size_t offset = static_cast<std::size_t>(byte - page_) - offsetInPage_;
+    if (words_ != nullptr && offset < bytes_ && offset % 4 == 0 &&
         move(reinterpret_cast<uint32_t*>(words_ + offset), context)) {
         return true;
     }

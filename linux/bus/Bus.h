@@ -38,7 +38,7 @@ class Error {
     std::string reason(int result) const;
 
   private:
-    sd_bus_error error_ = SD_BUS_ERROR_NULL;
+    sd_bus_error error_ = {};
 };
 
 // Text that somebody else chose, with its control characters replaced, so that it is one line and moves no

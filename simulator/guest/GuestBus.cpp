@@ -1,0 +1,102 @@
+#include "simulator/guest/GuestBus.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+
+namespace simulator {
+namespace {
+
+constexpr int kPowerWasLost = 3;
+
+constexpr uint32_t offsetOf(uint64_t place) {
+    return static_cast<uint32_t>(place % CardMemory::kBytes);
+}
+
+// Ends the guest at once, as a loss of power does.
+[[noreturn]] void losePower(MachineDirectory& directory) {
+    std::fputs("The machine has lost its power.\n", stderr);
+    try {
+        directory.save();
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "%s\n", error.what());
+    }
+    std::_Exit(kPowerWasLost);
+}
+
+}  // namespace
+
+GuestBus::GuestBus(const std::filesystem::path& machine, const std::filesystem::path& memory)
+    : directory_(MachineDirectory::open(machine, MachineDirectory::OnOpening::powerUp)) {
+    Machine& opened = directory_->machine();
+    opened.beginRecordings();
+    directory_->save();  // for whoever looks at the machine meanwhile: it is on
+    opened.onPowerLost([this] { losePower(*directory_); });
+    for (std::size_t index = 0; index < opened.cardCount(); ++index) {
+        cards_.push_back(std::make_unique<GuestCard>(opened, opened.card(index),
+                                                     memory / ("card-" + std::to_string(index + 1))));
+    }
+}
+
+bool GuestBus::accessed(uint64_t place, uint32_t bytes, GuestAccess access) {
+    GuestCard* card = cardAt(place);
+    if (card == nullptr && access == GuestAccess::store) {
+        card = cardStoredTo(place);
+        if (card != nullptr) {
+            card->setPage(place - offsetOf(place));
+            if (offsetOf(place) == kMark) {
+                card->restore(kMark);
+                return true;
+            }
+        }
+    }
+    if (card == nullptr) {
+        return false;
+    }
+    if (card->accessed(offsetOf(place), bytes, access)) {
+        [[unlikely]] for (const auto& each : cards_) {
+            each->show();
+        }
+    }
+    return true;
+}
+
+GuestCard* GuestBus::cardAt(uint64_t place) const {
+    for (const auto& card : cards_) {
+        if (card->page() == place - offsetOf(place)) {
+            return card.get();
+        }
+    }
+    return nullptr;
+}
+
+GuestCard* GuestBus::cardStoredTo(uint64_t place) const {
+    for (const auto& card : cards_) {
+        if (card->wasStoredTo(offsetOf(place))) {
+            return card.get();
+        }
+    }
+    return nullptr;
+}
+
+void GuestBus::switchOff() {
+    Machine& machine = directory_->machine();
+    machine.powerOff();
+    directory_->save();
+    machine.endRecordings();
+}
+
+std::string GuestBus::report() const {
+    std::string lines;
+    for (std::size_t index = 0; index < cards_.size(); ++index) {
+        const GuestCard& card = *cards_[index];
+        lines += "Card " + std::to_string(index + 1) + ": " + card.accesses().text();
+        if (card.strayAccesses() != 0) {
+            lines += ", " + std::to_string(card.strayAccesses()) + " stray";
+        }
+        lines += '\n';
+    }
+    return lines;
+}
+
+}  // namespace simulator

@@ -1,0 +1,49 @@
+#pragma once
+
+// The cards of a simulated machine on the bus of a guest computer, from its switching on to its switching
+// off.
+//
+// Where the guest's own memory has a card's page is learnt from the first store that the card's memory shows,
+// and again when the page has moved. Loads before that are not seen. So a guest that wants all of its
+// accesses counted begins with a store to kMark, which is not counted.
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "simulator/guest/GuestCard.h"
+#include "simulator/storage/MachineDirectory.h"
+
+namespace simulator {
+
+class GuestBus {
+  public:
+    // An offset behind the registers: any store that changes the word makes the card known.
+    static constexpr uint32_t kMark = 0xFFC;
+
+    // Switches on the machine in a folder, and makes a file with the memory of each card in another folder:
+    // "card-1" and so on. If the machine's power fails, it is saved and the process exits with 3. Throws
+    // files::UserError.
+    GuestBus(const std::filesystem::path& machine, const std::filesystem::path& memory);
+
+    // After the guest's processor has accessed `bytes` of its memory, and before its next access. False if no
+    // card is there.
+    bool accessed(uint64_t place, uint32_t bytes, GuestAccess access);
+
+    // Switches the machine off and saves it. Throws files::UserError.
+    void switchOff();
+
+    // One line a card: its number, and what was accessed.
+    std::string report() const;
+
+  private:
+    GuestCard* cardAt(uint64_t place) const;
+    GuestCard* cardStoredTo(uint64_t place) const;
+
+    std::unique_ptr<MachineDirectory> directory_;
+    std::vector<std::unique_ptr<GuestCard>> cards_;
+};
+
+}  // namespace simulator

@@ -1,0 +1,57 @@
+#pragma once
+
+// A card on the bus of a guest computer. The guest loads from the card's memory and stores to it without
+// asking anybody; after each access the emulator tells this class, which carries it out and shows its result
+// before the guest's next instruction.
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+
+#include "simulator/base/AccessDigest.h"
+#include "simulator/guest/CardMemory.h"
+#include "simulator/machine/Machine.h"
+
+namespace simulator {
+
+enum class GuestAccess { load, store };
+
+class GuestCard {
+  public:
+    // Machine and card must outlive it. The file is the card's memory.
+    GuestCard(Machine& machine, Card& card, const std::filesystem::path& file);
+
+    // Whether the guest has stored at the offset, in the page, since the last access that was carried out:
+    // the memory is not what it should be. A store of what is there already is not seen.
+    bool wasStoredTo(uint32_t offset) const;
+
+    // After the guest has accessed `bytes` at an offset in the page. An access counts as time. True if that
+    // woke the machine: all cards must then be shown anew, so a fault shows from the next access on.
+    [[nodiscard]] bool accessed(uint32_t offset, uint32_t bytes, GuestAccess access);
+
+    // Takes a guest's store back as if it had not been.
+    void restore(uint32_t offset);
+    void show() { memory_.show(*card_.window(0)); }
+
+    // Where the guest's own memory has the card's page, once it is known.
+    static constexpr uint64_t kNowhere = ~uint64_t{0};
+    uint64_t page() const { return page_; }
+    void setPage(uint64_t page) { page_ = page; }
+
+    const AccessDigest& accesses() const { return accesses_; }
+    // Accesses that were not of one aligned word, or not of the registers. They have no effect and the ledger
+    // has them too.
+    uint64_t strayAccesses() const { return strayAccesses_; }
+
+  private:
+    bool refuses(uint32_t offset, uint32_t bytes);
+
+    Machine& machine_;
+    Card& card_;
+    CardMemory memory_;
+    uint64_t page_ = kNowhere;
+    AccessDigest accesses_;
+    uint64_t strayAccesses_ = 0;
+};
+
+}  // namespace simulator

@@ -12,6 +12,7 @@
 #include "images/ListingReader.h"
 #include "images/play/ImageCheck.h"
 #include "images/prom/CommandRules.h"
+#include "images/prom/FirmwareKind.h"
 
 namespace {
 
@@ -49,6 +50,13 @@ void checkImage(std::span<const uint8_t> image) {
     }
 }
 
+void requireKindOfItsBeginning(std::span<const uint8_t> image) {
+    using enum images::FirmwareKind;
+    require(images::firmwareKindOf(image.first(image.size() / 2)) != simulated ||
+                images::firmwareKindOf(image) == simulated,
+            "what follows firmware for a simulated card does not hide it");
+}
+
 void checkListing(std::string_view text) {
     std::vector<uint8_t> image;
     try {
@@ -66,6 +74,7 @@ void checkListing(std::string_view text) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     const std::span image(data, size);
     requireSameAfterListing(image);
+    requireKindOfItsBeginning(image);
     checkImage(image);
     checkListing({reinterpret_cast<const char*>(data), size});
     return 0;

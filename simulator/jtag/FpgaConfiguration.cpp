@@ -6,7 +6,8 @@
 namespace simulator {
 namespace {
 
-constexpr std::array<uint8_t, 5> kSignatureAndLayout{'V', 'F', 'P', 'G', 1};
+constexpr std::size_t kLayoutAt = 4;
+constexpr uint8_t kLayout = 1;
 constexpr std::size_t kModelCodeAt = 5;
 constexpr std::size_t kBoardRevisionAt = 6;
 constexpr std::size_t kFlavourAt = 7;
@@ -73,7 +74,8 @@ uint32_t getBigEndian(std::span<const uint8_t> bytes) {
 std::vector<uint8_t> encodeConfiguration(const FpgaConfiguration& configuration) {
     std::vector<uint8_t> prom(kPromBytes);
     const std::span bytes(prom);
-    std::ranges::copy(kSignatureAndLayout, bytes.begin());
+    std::ranges::copy(kConfigurationSignature, bytes.begin());
+    bytes[kLayoutAt] = kLayout;
     bytes[kModelCodeAt] = configuration.modelCode;
     bytes[kBoardRevisionAt] = configuration.boardRevision;
     bytes[kFlavourAt] = static_cast<uint8_t>(configuration.flavour);
@@ -94,7 +96,8 @@ std::vector<uint8_t> encodeConfiguration(const FpgaConfiguration& configuration)
 
 std::optional<FpgaConfiguration> decodeConfiguration(std::span<const uint8_t> prom) {
     if (prom.size() != kPromBytes ||
-        !std::ranges::equal(prom.first(kSignatureAndLayout.size()), kSignatureAndLayout)) {
+        !std::ranges::equal(prom.first(kConfigurationSignature.size()), kConfigurationSignature) ||
+        prom[kLayoutAt] != kLayout) {
         return std::nullopt;
     }
     if (getBigEndian(prom.subspan(kChecksumAt)) != crc32(prom.first(kChecksumAt))) {

@@ -17,6 +17,7 @@
 // Page p is the bytes from p * 512; bit b of a page's byte i is bit i * 8 + b of the page data register, so
 // bit 0 of the first byte is shifted first.
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -25,6 +26,8 @@
 #include "simulator/jtag/PromCells.h"
 
 namespace simulator {
+
+constexpr std::array<uint8_t, 4> kConfigurationSignature{'V', 'F', 'P', 'G'};
 
 struct FpgaConfiguration {
     uint8_t modelCode;      // of a model in the catalogue

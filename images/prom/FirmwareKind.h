@@ -1,0 +1,25 @@
+#pragma once
+
+// Tells firmware for simulated cards from any other, by what an image shifts into the PROM.
+//
+// A real card's PROM takes both kinds alike, but its FPGA does nothing with a simulated one's configuration,
+// and then the card is off the bus for good.
+
+#include <cstdint>
+#include <span>
+
+namespace images {
+
+enum class FirmwareKind : uint8_t {
+    simulated,
+    other,
+    unreadable,  // the image does not reach XCOMPLETE
+};
+
+// An image is a simulated card's if the bits that it shifts through the data register, taken together in
+// their order, contain the signature of a simulated FPGA's configuration. So it does not matter how the
+// shifts are divided, in which order the pages come, what follows the signature, or whether the image is
+// complete. About one other image in two thousand contains these 32 bits by chance.
+FirmwareKind firmwareKindOf(std::span<const uint8_t> image);
+
+}  // namespace images

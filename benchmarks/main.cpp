@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "benchmarks/CardBenchmarks.h"
+#include "benchmarks/HostBenchmarks.h"
 #include "benchmarks/ProgramBenchmarks.h"
 #include "benchmarks/RatioTable.h"
 
@@ -24,6 +25,7 @@ int main(int argc, char** argv) {
     }
     try {
         benchmarks::registerCardBenchmarks();
+        benchmarks::registerHostBenchmarks();
         benchmarks::registerProgramBenchmarks();
         benchmarks::RatioTable table;
         benchmark::RunSpecifiedBenchmarks(&table);

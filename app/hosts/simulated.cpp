@@ -12,6 +12,7 @@
 
 #include "app/UpdaterMain.h"
 #include "app/hosts/AdministratorPrompt.h"
+#include "app/hosts/FailureMessage.h"
 #include "app/hosts/HostProcess.h"
 #include "app/hosts/UsersMachine.h"
 #include "app/hosts/WriteListener.h"
@@ -136,6 +137,7 @@ int main(int argc, char** argv) {
         return runOn(folder.empty() ? UsersMachine() : std::filesystem::path(folder));
     } catch (const std::exception& error) {
         say(error.what());
+        ShowFailure(error.what());
         return kFailed;
     }
 }

@@ -1,12 +1,12 @@
 #include "linux/pci/Attributes.h"
 
 #include <fcntl.h>
-#include <limits.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <climits>
 
 #include "files/FileError.h"
 

@@ -6,8 +6,8 @@
 #include <ctime>
 #include <filesystem>
 
-#include "linux/host/BusAccess.h"
 #include "linux/host/LinuxHost.h"
+#include "linux/host/MappedWord.h"
 #include "platform/CardDriver.h"
 #include "tests/support/TemporaryDirectory.h"
 
@@ -60,8 +60,8 @@ int stepsInBusTime() {
 }
 
 struct Plain {
-    static uint32_t load(uint32_t* word) { return bus::load(word); }
-    static void store(uint32_t* word, uint32_t value) { bus::store(word, value); }
+    static uint32_t load(uint32_t* word) { return mapped::load(word); }
+    static void store(uint32_t* word, uint32_t value) { mapped::store(word, value); }
 };
 
 struct ThroughHost {

@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <thread>
 
-#include "linux/host/BusAccess.h"
+#include "linux/host/MappedWord.h"
 #include "platform/CardDriver.h"
 #include "platform/ChildProcess.h"
 
@@ -31,7 +31,7 @@ constexpr uint32_t kLoadsBetweenLooks = 1000;
 constexpr std::chrono::milliseconds kBetweenPauses{100};
 
 void say(const std::string& text) {
-    std::fprintf(stderr, "vupdater: %s\n", text.c_str());
+    std::fprintf(stderr, "%s\n", text.c_str());
 }
 
 void sayAbout(const CardAgent::Card& card, const std::string& sentence) {
@@ -55,7 +55,7 @@ bool isFasterThanExpected(const uint32_t* word) {
     for (int batch = 0; batch < kTimedBatches; ++batch) {
         const auto start = steady_clock::now();
         for (int load = 0; load < kLoadsInABatch; ++load) {
-            bus::load(word);
+            mapped::load(word);
         }
         fastest = std::min(fastest, steady_clock::now() - start);
     }
@@ -73,8 +73,8 @@ std::vector<uint64_t> LinuxHost::servicesOfClass(std::string_view className) {
     if (className != card_driver::kServiceClass) {
         return {};
     }
-    if (!hasAsked_) {
-        hasAsked_ = true;
+    if (!hasTriedToClaim_) {
+        hasTriedToClaim_ = true;
         const auto cards = agent_.cards();
         if (cards && std::ranges::any_of(*cards, isUsable)) {
             claim(false);
@@ -187,16 +187,16 @@ uint32_t LinuxHost::loadWord(const uint32_t* address) {
     if (--loadsUntilLook_ == 0) {
         [[unlikely]] return loadAndLook(address);
     }
-    return bus::load(address);
+    return mapped::load(address);
 }
 
 void LinuxHost::storeWord(uint32_t* address, uint32_t word) {
-    bus::store(address, word);
+    mapped::store(address, word);
 }
 
 uint32_t LinuxHost::loadAndLook(const uint32_t* address) {
     const Clock::time_point start = Clock::now();
-    const uint32_t word = bus::load(address);
+    const uint32_t word = mapped::load(address);
     Clock::time_point now = start;
     while (isPaced_ && now - start < kLeastLoadTime) {
         now = Clock::now();

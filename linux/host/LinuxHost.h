@@ -74,7 +74,7 @@ class LinuxHost final : public Host {
     CardAgent& agent_;
     std::filesystem::path bundleDirectory_;
     std::function<void()> duringWaits_;
-    bool hasAsked_ = false;
+    bool hasTriedToClaim_ = false;
     bool holdsRight_ = false;
     std::vector<CardAgent::Card> cards_;  // all that were ever claimed; a service's number is its place here
     std::vector<uint64_t> services_;      // those that are claimed now

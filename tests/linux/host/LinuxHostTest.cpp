@@ -56,7 +56,7 @@ TEST_F(LinuxHostTest, ShowsCardsThatNobodyMustBeAskedFor) {
     addCards();
     agent_.add("0000:06:00.0", "Vorn DX8", "Another program uses it.");
     EXPECT_EQ(saidBy([&] { EXPECT_EQ(services().size(), 2U); }),
-              "vupdater: Vorn DX8 (PCI slot 1): Another program uses it.\n");
+              "Vorn DX8 (PCI slot 1): Another program uses it.\n");
     EXPECT_EQ(services().size(), 2U);
     EXPECT_EQ(agent_.calls, Calls{"claim"});
     EXPECT_TRUE(host_.servicesOfClass("com_VornLabs_driver_Other").empty());
@@ -90,10 +90,10 @@ TEST_F(LinuxHostTest, AsksNobodyIfThereIsNothingToUse) {
     EXPECT_TRUE(services().empty());
     const auto ask = [&] { EXPECT_EQ(host_.askForAdministratorRight(), Host::RightAnswer::granted); };
     EXPECT_EQ(saidBy(ask),
-              "vupdater: No card is named in /etc/vupdater/cards.d, or none of those named is in this "
+              "No card is named in /etc/vupdater/cards.d, or none of those named is in this "
               "computer.\n");
     agent_.add("0000:05:01.0", "VornMX-B", "Its driver is loaded.");
-    EXPECT_EQ(saidBy(ask), "vupdater: VornMX-B (PCI slot 1): Its driver is loaded.\n");
+    EXPECT_EQ(saidBy(ask), "VornMX-B (PCI slot 1): Its driver is loaded.\n");
     EXPECT_TRUE(run("/sbin/kextload")) << "it comes, and shows no card";
     EXPECT_TRUE(services().empty());
     EXPECT_TRUE(agent_.calls.empty());
@@ -123,7 +123,7 @@ TEST_F(LinuxHostTest, MapsWholePagesAndRefusesWhatItCannotMap) {
     }
     EXPECT_EXIT(host_.loadWord(static_cast<uint32_t*>(*bases.begin())), testing::KilledBySignal(SIGSEGV), "");
 
-    const std::string card = "vupdater: VornMX-B (PCI slot 1): ";
+    const std::string card = "VornMX-B (PCI slot 1): ";
     const auto refuse = [&, connection = open()] { EXPECT_FALSE(host_.mapMemory(connection, 0)); };
     agent_.bytes = 0x1FF;
     EXPECT_EQ(saidBy(refuse), card + "Its memory range has 511 bytes; its registers need 512.\n");

@@ -30,11 +30,12 @@ bool ShowAlert(const char* title, const char* message) {
     return true;
 }
 
+// NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming)
 // The trap takes the signal.
-extern "C" const char* __asan_default_options();   // NOLINT(bugprone-reserved-identifier)
-extern "C" const char* __asan_default_options() {  // NOLINT(bugprone-reserved-identifier)
+extern "C" const char* __asan_default_options() {
     return "handle_segv=0";
 }
+// NOLINTEND(bugprone-reserved-identifier,readability-identifier-naming)
 
 namespace {
 

@@ -74,7 +74,9 @@ bool TrappedRegisters::move(uint32_t* word, void* context) {
     constexpr uint8_t kLoad = 0x8B;
     constexpr uint8_t kStore = 0x89;
     auto& registers = static_cast<ucontext_t*>(context)->uc_mcontext.gregs;
-    const auto* next = reinterpret_cast<const uint8_t*>(registers[REG_RIP]);
+    // The kernel gives the instruction's address as a number.
+    const auto* next =
+        reinterpret_cast<const uint8_t*>(registers[REG_RIP]);  // NOLINT(performance-no-int-to-ptr)
     const unsigned prefix = (*next & 0xF0) == 0x40 ? *next++ : 0;
     const bool isWide = (prefix & 8) != 0;
     const uint8_t operation = *next++;

@@ -1,6 +1,6 @@
 #pragma once
 
-// One load or store on the bus: exactly one 32-bit access, in program order.
+// One load or store of a word of a mapped range: exactly one access of 32 bits, in program order.
 //
 // On x86-64 the instruction is spelled out, because a compiler may merge a volatile access into an arithmetic
 // instruction.
@@ -8,7 +8,7 @@
 #include <bit>
 #include <cstdint>
 
-namespace bus {
+namespace mapped {
 
 // A word with the byte at its lowest address as the most significant one, from memory or to it.
 inline uint32_t inMemoryOrder(uint32_t word) {
@@ -33,4 +33,4 @@ inline void store(uint32_t* address, uint32_t word) {
 #endif
 }
 
-}  // namespace bus
+}  // namespace mapped

@@ -1,0 +1,76 @@
+#include "simulator/guest/ProxyDevice.h"
+
+namespace simulator {
+namespace {
+
+constexpr uint64_t kNobodyAnswers = ~uint64_t{0};
+
+}  // namespace
+
+bool ProxyDevice::answers() const {
+    return card_.running() && !card_.faults().hasStruck(FaultKind::cardVanished);
+}
+
+std::optional<uint64_t> ProxyDevice::carryOut(const ProxyRequest& request) {
+    const auto offset = static_cast<uint32_t>(request.address);
+    switch (request.kind) {
+        case ProxyRequest::Kind::notice:
+            return std::nullopt;
+        case ProxyRequest::Kind::readConfiguration:
+            return answers() ? configuration_.read(offset, request.bytes) : kNobodyAnswers;
+        case ProxyRequest::Kind::writeConfiguration:
+            if (answers()) {
+                configuration_.write(offset, request.bytes, static_cast<uint32_t>(request.value));
+            }
+            return 0;
+        case ProxyRequest::Kind::load:
+        case ProxyRequest::Kind::store:
+            return accessMemory(request);
+        case ProxyRequest::Kind::reset:
+            configuration_.reset();
+            return std::nullopt;
+    }
+    return std::nullopt;
+}
+
+uint64_t ProxyDevice::accessMemory(const ProxyRequest& request) {
+    const auto place = configuration_.find(request.address);
+    if (request.bytes != sizeof(uint32_t) || request.address % sizeof(uint32_t) != 0) {
+        recordStray("An access was not of one aligned word.");
+        return kNobodyAnswers;
+    }
+    const RegisterWindow* const window = place ? card_.window(place->memoryRange) : nullptr;
+    if (window == nullptr || place->offset >= window->bytes()) {
+        recordStray("A word was accessed behind the card's memory.");
+        return kNobodyAnswers;
+    }
+    if (machine_.clock().tick()) {
+        machine_.clock().wake();
+    }
+    if (request.kind == ProxyRequest::Kind::load) {
+        const uint32_t word = window->at(place->offset);
+        accesses_.addLoad(place->offset, word);
+        return __builtin_bswap32(word);
+    }
+    const uint32_t word = __builtin_bswap32(static_cast<uint32_t>(request.value));
+    accesses_.addStore(place->offset, word);
+    if (place->memoryRange == 0) {
+        card_.storeRegister(place->offset, word);
+    }
+    return 0;
+}
+
+void ProxyDevice::recordStray(const char* detail) {
+    ++strays_;
+    machine_.ledger().record(Misuse::strayAccess, card_.board().name, detail, machine_.accesses());
+}
+
+std::string ProxyDevice::report() const {
+    std::string text = accesses_.text();
+    if (strays_ != 0) {
+        text += ", " + std::to_string(strays_) + " stray";
+    }
+    return text;
+}
+
+}  // namespace simulator

@@ -1,0 +1,46 @@
+#pragma once
+
+// A card as a device on a guest computer's bus, for an emulator that asks about every access.
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "simulator/base/AccessDigest.h"
+#include "simulator/guest/PciConfiguration.h"
+#include "simulator/guest/ProxyMessages.h"
+#include "simulator/machine/Machine.h"
+
+namespace simulator {
+
+class ProxyDevice {
+  public:
+    // The machine, whose card it is, must outlive the device.
+    ProxyDevice(Machine& machine, Card& card, const PciFunction& function)
+        : machine_(machine), card_(card), configuration_(function) {}
+
+    // Carries out a request. Returns the value to answer with; nothing for a request without a value. The bus
+    // and the guest have the lowest byte first. A card that does not answer on the bus reads as ones.
+    //
+    // An access that is not of one aligned word, or is behind what the card has, reads as ones, too, changes
+    // nothing and goes into the machine's ledger.
+    std::optional<uint64_t> carryOut(const ProxyRequest& request);
+
+    bool hasPower() const { return machine_.isOn(); }
+
+    // Such as "264 loads, 12 stores, digest 8123079c", and how many accesses more were refused.
+    std::string report() const;
+
+  private:
+    bool answers() const;
+    uint64_t accessMemory(const ProxyRequest& request);
+    void recordStray(const char* detail);
+
+    Machine& machine_;
+    Card& card_;
+    PciConfiguration configuration_;
+    AccessDigest accesses_;
+    uint64_t strays_ = 0;
+};
+
+}  // namespace simulator

@@ -9,8 +9,9 @@
 
 namespace cardsim {
 
-// An exit code besides those of every tool (tools::ExitCode): a comparison found differences.
-constexpr int kDifferent = 3;
+// Exit codes besides those of every tool (tools::ExitCode).
+constexpr int kDifferent = 3;     // a comparison found differences
+constexpr int kPowerWasLost = 3;  // the machine lost its power during a guest's run
 
 void addMachineCommands(CLI::App& program, std::ostream& out);  // make, show, power-cycle, -on and -off
 void addCardCommands(CLI::App& program, std::ostream& out);     // add, remove, change
@@ -18,5 +19,6 @@ void addFaultCommands(CLI::App& program, std::ostream& out);    // fault inject,
 void addDriverCommand(CLI::App& program, std::ostream& out);    // driver
 void addPromCommands(CLI::App& program, std::ostream& out);     // prom dump, load and compare
 void addRecordCommand(CLI::App& program, std::ostream& out);    // record
+void addServeCommand(CLI::App& program, std::ostream& out);     // serve
 
 }  // namespace cardsim

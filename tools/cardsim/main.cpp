@@ -14,5 +14,6 @@ int main(int argc, char** argv) {
     cardsim::addDriverCommand(program, std::cout);
     cardsim::addPromCommands(program, std::cout);
     cardsim::addRecordCommand(program, std::cout);
+    cardsim::addServeCommand(program, std::cout);
     return tools::runCommandLine(program, {argv + 1, argv + argc}, std::cout, std::cerr);
 }

@@ -18,7 +18,8 @@ constexpr const char* kExitCodes =
     "command, give its name and --help.";
 
 std::string whatIsWrong(const CLI::App& command, const CLI::Error& error) {
-    const std::vector<std::string> rest = command.remaining();
+    std::vector<std::string> rest = command.remaining();
+    std::erase(rest, "--");  // behind it, nothing is an option
     const bool takesCommands = command.get_require_subcommand_min() > 0;
     if (rest.empty()) {
         const std::string what = error.what();

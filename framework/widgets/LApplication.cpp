@@ -122,6 +122,11 @@ void LApplication::ProcessNextEvent() {
     }
 }
 
+void LApplication::DrawInPassing() {
+    const QScopedValueRollback<int32_t> depth(mPassDepth, mPassDepth + 1);
+    UDisplay::UseInPassing([] { QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents); });
+}
+
 void LApplication::DoQuit(int32_t saveOption) {
     if (IsQuitting()) {
         return;

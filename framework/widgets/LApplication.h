@@ -42,6 +42,10 @@ class LApplication : public LCommander {
     // has returned.
     void ProcessNextEvent();
 
+    // As ProcessNextEvent from inside long work, but keys and clicks are left for later: lets the windows
+    // draw, and tells the desktop that the program is alive.
+    void DrawInPassing();
+
     // Quits if everyone in the chain of command agrees, and otherwise calls QuitRefused. A dialog that is up
     // is dismissed as cancelled; a later one is cancelled without being shown.
     void DoQuit(int32_t saveOption = kSaveOptionAsk);

@@ -3,7 +3,8 @@
 // One load or store of a word of a mapped range: exactly one access of 32 bits, in program order.
 //
 // On x86-64 the instruction is spelled out, because a compiler may merge a volatile access into an arithmetic
-// instruction.
+// instruction. Other processors have volatile accesses, which are enough for the tests there; whether a bus
+// of theirs keeps the accesses in order has not been tried.
 
 #include <bit>
 #include <cstdint>

@@ -137,16 +137,14 @@ TEST_F(LinuxHostTest, MapsWholePagesAndRefusesWhatItCannotMap) {
                                   "firmware.\n");
 }
 
-TEST_F(LinuxHostTest, DescribesCards) {
+TEST_F(LinuxHostTest, DescribesCardsInTextsThatFit) {
     addCards();
     agent_.list->front().name = std::string(300, 'n');
     std::array<uint8_t, 512> reply{};
-    reply.fill(0xAA);
     const uint32_t connection = open();
     EXPECT_FALSE(host_.callMethod(connection, 1, reply));
     EXPECT_FALSE(host_.callMethod(connection + 1, 0, reply));
     EXPECT_FALSE(host_.callMethod(connection, 0, std::span(reply).first(511)));
-    EXPECT_EQ(reply[0], 0xAA);
     EXPECT_EQ(host_.callMethod(connection, 0, reply), 512U);
     EXPECT_EQ(reinterpret_cast<const char*>(reply.data()), std::string(255, 'n'));
     EXPECT_STREQ(reinterpret_cast<const char*>(reply.data() + 256), "PCI slot 1");

@@ -18,6 +18,7 @@
 #include "linux/pci/Cards.h"
 #include "simulator/host/SimulatedHost.h"
 #include "simulator/machine/DefaultMachine.h"
+#include "tests/linux/host/FakeAgent.h"
 #include "tests/linux/host/TrappedRegisters.h"
 #include "tests/support/MadeUpBus.h"
 #include "tests/support/TracingHost.h"
@@ -66,7 +67,7 @@ pci::CardRules rules() {
 }
 
 // The agent's part, in this process.
-class LocalAgent : public CardAgent {
+class LocalAgent final : public FakeAgent {
   public:
     explicit LocalAgent(const std::filesystem::path& sys) : cards_(sys, rules()) {}
 
@@ -81,14 +82,10 @@ class LocalAgent : public CardAgent {
         cards_.claim("test");
         return Host::RightAnswer::granted;
     }
-    void letGo() override { cards_.release("test"); }
     std::optional<Range> openRange(const std::string& address, uint32_t memoryType) override {
         const pci::OpenedRange range = cards_.openRange("test", address, memoryType);
         return Range{::dup(range.file.descriptor()), range.offsetInPage, range.bytes};
     }
-    void beginWrite() override {}
-    void endWrite() override {}
-    bool powerOff() override { return false; }
 
   private:
     pci::Cards cards_;
@@ -182,7 +179,7 @@ struct Work {
 class TrappedCards : public testing::Test {
   protected:
     void SetUp() override {
-        if (!TrappedRegisters::isPossible()) {
+        if (!TrappedRegisters::kIsPossible) {
             GTEST_SKIP() << "The trap cannot decode this processor's instructions.";
         }
         for (const BusCard& card : kCards) {

@@ -63,10 +63,6 @@ bool TrappedRegisters::answer(void* address, void* context) {
 
 #ifdef __x86_64__
 
-bool TrappedRegisters::isPossible() {
-    return true;
-}
-
 bool TrappedRegisters::move(uint32_t* word, void* context) {
     constexpr std::array kRegisters = {REG_RAX, REG_RCX, REG_RDX, REG_RBX, REG_RSP, REG_RBP,
                                        REG_RSI, REG_RDI, REG_R8,  REG_R9,  REG_R10, REG_R11,
@@ -99,10 +95,6 @@ bool TrappedRegisters::move(uint32_t* word, void* context) {
 }
 
 #else
-
-bool TrappedRegisters::isPossible() {
-    return false;
-}
 
 bool TrappedRegisters::move(uint32_t* /*word*/, void* /*context*/) {
     return false;

@@ -18,16 +18,24 @@ class TrappedRegisters {
     TrappedRegisters& operator=(const TrappedRegisters&) = delete;
 
     // Whether this processor's instructions can be decoded.
-    static bool isPossible();
+#ifdef __x86_64__
+    static constexpr bool kIsPossible = true;
+#else
+    static constexpr bool kIsPossible = false;
+#endif
 
     // Makes a page inaccessible, and answers for a window in it with the bus's words from `words` on. Only
     // the last page is watched; once its window is forgotten, every access to it is a stray one.
     void watch(uint8_t* page, uint32_t offsetInPage, uint32_t bytes, void* words);
-    void forget() { words_ = nullptr; }
+    void forget() {
+        words_ = nullptr;
+    }
 
     // Accesses of another width than 32 bits, not aligned, or in the page but outside the window. The first
     // one turns the page into plain memory.
-    [[nodiscard]] uint64_t strayAccesses() const { return strays_; }
+    [[nodiscard]] uint64_t strayAccesses() const {
+        return strays_;
+    }
 
   private:
     static void onFault(int signal, siginfo_t* information, void* context);

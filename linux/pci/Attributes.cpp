@@ -17,10 +17,10 @@ namespace {
 constexpr std::size_t kMostTextBytes = 4096;
 constexpr std::size_t kMostPlainCharacters = 60;
 
-ssize_t readAt(int descriptor, std::size_t offset, std::span<uint8_t> bytes) {
+ssize_t readPiece(const files::OpenFile& file, std::size_t offset, std::span<uint8_t> bytes) {
     ssize_t got = 0;
     do {
-        got = ::pread(descriptor, bytes.data(), bytes.size(), static_cast<off_t>(offset));
+        got = ::pread(file.descriptor(), bytes.data(), bytes.size(), static_cast<off_t>(offset));
     } while (got < 0 && errno == EINTR);
     return got;
 }
@@ -52,7 +52,7 @@ std::optional<std::string> Attributes::text(const std::string& name) const {
     std::array<uint8_t, kMostTextBytes + 1> bytes{};
     std::size_t filled = 0;
     while (filled < bytes.size()) {
-        const ssize_t got = readAt(file->descriptor(), filled, std::span(bytes).subspan(filled));
+        const ssize_t got = readPiece(*file, filled, std::span(bytes).subspan(filled));
         if (got < 0) {
             return std::nullopt;
         }
@@ -74,22 +74,20 @@ std::optional<std::string> Attributes::linkedName(const std::string& name) const
     return path.substr(path.rfind('/') + 1);
 }
 
-bool Attributes::write(const std::string& name, std::size_t offset, std::span<const uint8_t> bytes) const {
-    const auto file = openOrdinary(folder_, name, O_WRONLY);
-    if (!file) {
-        return false;
-    }
-    return ::pwrite(file->descriptor(), bytes.data(), bytes.size(), static_cast<off_t>(offset)) ==
-           static_cast<ssize_t>(bytes.size());
+bool Attributes::writeText(const std::string& name, const std::string& text) const {
+    const auto file = openOrdinary(folder_, name, O_WRONLY | O_TRUNC);
+    return file && ::write(file->descriptor(), text.data(), text.size()) == static_cast<ssize_t>(text.size());
 }
 
-bool Attributes::write(const std::string& name, const std::string& text) const {
-    return write(name, 0, {reinterpret_cast<const uint8_t*>(text.data()), text.size()});
-}
-
-bool Attributes::read(const std::string& name, std::size_t offset, std::span<uint8_t> bytes) const {
+bool Attributes::readAt(const std::string& name, std::size_t offset, std::span<uint8_t> bytes) const {
     const auto file = openOrdinary(folder_, name, O_RDONLY);
-    return file && readAt(file->descriptor(), offset, bytes) == static_cast<ssize_t>(bytes.size());
+    return file && readPiece(*file, offset, bytes) == static_cast<ssize_t>(bytes.size());
+}
+
+bool Attributes::writeAt(const std::string& name, std::size_t offset, std::span<const uint8_t> bytes) const {
+    const auto file = openOrdinary(folder_, name, O_WRONLY);
+    return file && ::pwrite(file->descriptor(), bytes.data(), bytes.size(), static_cast<off_t>(offset)) ==
+                       static_cast<ssize_t>(bytes.size());
 }
 
 files::OpenFile Attributes::openForMapping(const std::string& name) const {

@@ -23,12 +23,13 @@ class Attributes {
     std::optional<std::string> text(const std::string& name) const;
     // The last part of where a link leads; nothing if there is no such link, empty if it cannot be read.
     std::optional<std::string> linkedName(const std::string& name) const;
-    // False if the kernel did not take all of it.
-    [[nodiscard]] bool write(const std::string& name, std::size_t offset,
-                             std::span<const uint8_t> bytes) const;
-    [[nodiscard]] bool write(const std::string& name, const std::string& text) const;
-    // Fills all bytes from an offset of a binary attribute; false if it is shorter or cannot be read.
-    [[nodiscard]] bool read(const std::string& name, std::size_t offset, std::span<uint8_t> bytes) const;
+    // False if the kernel did not take it.
+    [[nodiscard]] bool writeText(const std::string& name, const std::string& text) const;
+
+    // All bytes from an offset of a binary attribute; false if it is shorter, or the kernel did not allow it.
+    [[nodiscard]] bool readAt(const std::string& name, std::size_t offset, std::span<uint8_t> bytes) const;
+    [[nodiscard]] bool writeAt(const std::string& name, std::size_t offset,
+                               std::span<const uint8_t> bytes) const;
 
     // Opens a binary attribute for mapping. Throws FileError.
     files::OpenFile openForMapping(const std::string& name) const;

@@ -126,10 +126,15 @@ std::optional<std::string> PciDevice::driver() const {
 
 std::optional<uint16_t> PciDevice::command() const {
     std::array<uint8_t, 2> bytes{};
-    if (!attributes_.read("config", kCommandOffset, bytes)) {
+    if (!attributes_.readAt("config", kCommandOffset, bytes)) {
         return std::nullopt;
     }
     return static_cast<uint16_t>(bytes[0] | bytes[1] << 8);
+}
+
+bool PciDevice::writeCommand(uint16_t command) const {
+    const std::array<uint8_t, 2> bytes{static_cast<uint8_t>(command), static_cast<uint8_t>(command >> 8)};
+    return attributes_.writeAt("config", kCommandOffset, bytes);
 }
 
 bool PciDevice::changeCommand(uint16_t bit, uint16_t wanted) const {
@@ -140,9 +145,7 @@ bool PciDevice::changeCommand(uint16_t bit, uint16_t wanted) const {
     if ((*before & bit) == wanted) {
         return true;
     }
-    const auto changed = static_cast<uint16_t>((*before & ~bit) | wanted);
-    const std::array<uint8_t, 2> bytes{static_cast<uint8_t>(changed), static_cast<uint8_t>(changed >> 8)};
-    if (!attributes_.write("config", kCommandOffset, bytes)) {
+    if (!writeCommand(static_cast<uint16_t>((*before & ~bit) | wanted))) {
         return false;
     }
     const auto after = command();

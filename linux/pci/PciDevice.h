@@ -62,9 +62,12 @@ class PciDevice {
     // Clears or sets one bit and looks again; false if the bit is not as wanted then.
     [[nodiscard]] bool clearInCommand(uint16_t bit) const { return changeCommand(bit, 0); }
     [[nodiscard]] bool setInCommand(uint16_t bit) const { return changeCommand(bit, bit); }
+    // Puts back what it was, if the device is still there.
+    void restoreCommand(uint16_t command) const { static_cast<void>(writeCommand(command)); }
 
   private:
     bool changeCommand(uint16_t bit, uint16_t wanted) const;
+    bool writeCommand(uint16_t command) const;
 
     std::string address_;
     Attributes attributes_;

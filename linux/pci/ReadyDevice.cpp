@@ -7,26 +7,36 @@
 namespace pci {
 namespace {
 
+// A driver that is loaded now would take the device, unless only one of this name may.
+constexpr char kOverride[] = "driver_override";
+constexpr char kReservation[] = "vupdater\n";
+// A device that sleeps answers every read with ones.
 constexpr char kPower[] = "power/control";
 constexpr char kEnable[] = "enable";
 
 }  // namespace
 
-ReadyDevice::ReadyDevice(PciDevice device) : device_(std::move(device)), failure_(prepare()) {}
+ReadyDevice::ReadyDevice(PciDevice device)
+    : device_(std::move(device)),
+      isReserved_(reserve()),
+      isWoken_(replace(kPower, "auto\n", "on\n")),
+      earlierCommand_(device_.command()),
+      isEnabled_(replace(kEnable, "0\n", "1\n")),
+      failure_(prepare()) {}
+
+bool ReadyDevice::replace(const char* attribute, const char* text, const char* replacement) const {
+    return device_.attributes().text(attribute) == text &&
+           device_.attributes().writeText(attribute, replacement);
+}
+
+bool ReadyDevice::reserve() const {
+    // A program that was killed has left its own behind.
+    return replace(kOverride, "(null)\n", kReservation) || replace(kOverride, kReservation, kReservation);
+}
 
 std::string ReadyDevice::prepare() {
-    const Attributes& attributes = device_.attributes();
-    // A device that sleeps answers every read with ones.
-    if (attributes.text(kPower) == "auto\n") {
-        isWoken_ = attributes.write(kPower, "on");
-    }
     if (!device_.clearInCommand(PciDevice::kBusMastering)) {
         return refusals::kBusMastering;
-    }
-    const auto command = device_.command();
-    isDecodingOurs_ = command && (*command & PciDevice::kMemoryDecoding) == 0;
-    if (attributes.text(kEnable) == "0\n") {
-        isEnabled_ = attributes.write(kEnable, "1");
     }
     // The kernel leaves decoding alone if the device counts as enabled already.
     return device_.setInCommand(PciDevice::kMemoryDecoding) ? "" : refusals::kMemoryDecoding;
@@ -35,14 +45,18 @@ std::string ReadyDevice::prepare() {
 // Failures are passed over: the device may have gone.
 ReadyDevice::~ReadyDevice() {
     const Attributes& attributes = device_.attributes();
-    if (isDecodingOurs_) {
-        static_cast<void>(device_.clearInCommand(PciDevice::kMemoryDecoding));
-    }
     if (isEnabled_) {
-        static_cast<void>(attributes.write(kEnable, "0"));
+        static_cast<void>(attributes.writeText(kEnable, "0\n"));
+    }
+    if (earlierCommand_) {
+        // Enabling has also switched on what the kernel wants for a driver.
+        device_.restoreCommand(static_cast<uint16_t>(*earlierCommand_ & ~PciDevice::kBusMastering));
     }
     if (isWoken_) {
-        static_cast<void>(attributes.write(kPower, "auto"));
+        static_cast<void>(attributes.writeText(kPower, "auto\n"));
+    }
+    if (isReserved_) {
+        static_cast<void>(attributes.writeText(kOverride, "\n"));
     }
 }
 

@@ -1,8 +1,11 @@
 #pragma once
 
-// A device whose registers answer, for as long as the object lives: awake, with memory decoding on and bus
-// mastering off. Afterwards it is as it was before, except that bus mastering stays off.
+// A device whose registers answer, for as long as the object lives: awake, with memory decoding on, bus
+// mastering off and out of drivers' reach. Afterwards it is as it was before, except that bus mastering stays
+// off.
 
+#include <cstdint>
+#include <optional>
 #include <string>
 
 #include "linux/pci/PciDevice.h"
@@ -22,12 +25,16 @@ class ReadyDevice {
     const PciDevice& device() const { return device_; }
 
   private:
+    // Replaces an attribute's text if it has this one. Whether it did.
+    bool replace(const char* attribute, const char* text, const char* replacement) const;
+    bool reserve() const;
     std::string prepare();
 
     PciDevice device_;
-    bool isWoken_ = false;
-    bool isEnabled_ = false;
-    bool isDecodingOurs_ = false;
+    bool isReserved_;
+    bool isWoken_;
+    std::optional<uint16_t> earlierCommand_;
+    bool isEnabled_;
     std::string failure_;
 };
 

@@ -172,7 +172,7 @@ void Agent::answerClaim(sd_bus_message* call, std::optional<Question::Answer> an
     } else {
         try {
             for (const std::string& address : keeper_.claim(client)) {
-                journal(who + ": May use the card at " + address + ".");
+                journal(who + ": May use the card " + address);
             }
             sd_bus_reply_method_return(call, "s", textOf(*answer));
         } catch (const files::UserError& error) {

@@ -5,6 +5,7 @@
 
 #include <CLI/CLI.hpp>
 #include <csignal>
+#include <cstdio>
 #include <iostream>
 #include <memory>
 
@@ -48,9 +49,7 @@ int serve(CardKeeper& keeper, std::chrono::seconds idleTime) {
     return code == 0 ? 0 : 1;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int run(int argc, char** argv) {
     CLI::App program(
         "Hands out the cards that /etc/vupdater/cards.d names to programs whose users may have them. The "
         "system "
@@ -61,7 +60,7 @@ int main(int argc, char** argv) {
     bool isCheck = false;
     program.add_flag(
         "--check", isCheck,
-        "Shows which cards this computer has and whether they can be used, and exits with 0 if one can");
+        "Shows which cards this computer has and whether they can be used. Exits with 0 if one can");
     program.set_version_flag("--version", VUPDATER_VERSION, "Shows the version");
     program.add_option("--sys", folders.sys, "Where the kernel describes the devices")->capture_default_str();
     auto* const rules = program.add_option("--cards", folders.rules, "The folder whose files name the cards")
@@ -73,14 +72,20 @@ int main(int argc, char** argv) {
         // Whoever chooses the folder answers for it.
         folders.rulesOwner = geteuid();
     }
+    CardKeeper keeper(folders);
+    if (isCheck) {
+        return reportCards(keeper, std::cout) ? 0 : 1;
+    }
+    return serve(keeper, std::chrono::seconds(idleSeconds));
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
     try {
-        CardKeeper keeper(folders);
-        if (isCheck) {
-            return reportCards(keeper, std::cout) ? 0 : 1;
-        }
-        return serve(keeper, std::chrono::seconds(idleSeconds));
+        return run(argc, argv);
     } catch (const std::exception& exception) {
-        journal(exception.what());
+        std::fprintf(stderr, "%s\n", exception.what());
         return 1;
     }
 }

@@ -2,8 +2,6 @@
 // in it, and a trap behind every load and store.
 
 #include <gtest/gtest.h>
-#include <unistd.h>
-
 #include <regex>
 #include <sstream>
 
@@ -15,11 +13,10 @@
 #include "images/ListingReader.h"
 #include "images/prom/FirmwareImage.h"
 #include "linux/host/LinuxHost.h"
-#include "linux/pci/Cards.h"
 #include "simulator/host/SimulatedHost.h"
 #include "simulator/machine/DefaultMachine.h"
-#include "tests/linux/host/FakeAgent.h"
 #include "tests/linux/host/TrappedRegisters.h"
+#include "tests/support/LocalAgent.h"
 #include "tests/support/MadeUpBus.h"
 #include "tests/support/TracingHost.h"
 
@@ -65,31 +62,6 @@ pci::CardRules rules() {
     pci::parseCardRules(kRules, "test.conf", rules);
     return rules;
 }
-
-// The agent's part, in this process.
-class LocalAgent final : public FakeAgent {
-  public:
-    explicit LocalAgent(const std::filesystem::path& sys) : cards_(sys, rules()) {}
-
-    std::optional<std::vector<Card>> cards() override {
-        std::vector<Card> list;
-        for (const pci::FoundCard& card : cards_.list("test")) {
-            list.push_back({card.address, card.name, card.location, card.isSimulated, card.refusal});
-        }
-        return list;
-    }
-    Host::RightAnswer claim(bool /*mayAsk*/) override {
-        cards_.claim("test");
-        return Host::RightAnswer::granted;
-    }
-    std::optional<Range> openRange(const std::string& address, uint32_t memoryType) override {
-        const pci::OpenedRange range = cards_.openRange("test", address, memoryType);
-        return Range{::dup(range.file.descriptor()), range.offsetInPage, range.bytes};
-    }
-
-  private:
-    pci::Cards cards_;
-};
 
 // Puts the trap behind the pages that the host maps, answered where the card's window is in them.
 class TrappingHost final : public ForwardingHost {
@@ -189,7 +161,7 @@ class TrappedCards : public testing::Test {
     }
 
     MadeUpBus sys_;
-    LocalAgent agent_{sys_.path()};
+    LocalAgent agent_{sys_.path(), rules()};
 };
 
 TEST_F(TrappedCards, AnswerAndTakeFirmwareAsOnTheSimulatedBus) {

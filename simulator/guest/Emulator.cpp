@@ -35,6 +35,7 @@ int become(char* const* command, std::span<const int> inherited) {
 
 Emulator::Emulator(std::vector<std::string> command, std::span<const int> inherited) {
     std::vector<char*> words;
+    words.reserve(command.size() + 1);
     for (std::string& word : command) {
         words.push_back(word.data());
     }

@@ -21,4 +21,4 @@ _vupdater_commands() {
     sed -nE '/^Subcommands:/,/^$/s/^  ([a-z-]+).*/\1/p'
 }
 
-complete -o default -F _vupdater_program vupdater vupdater-simulated cardsim xsvf
+complete -o default -F _vupdater_program vupdater vupdater-agent vupdater-simulated cardsim xsvf

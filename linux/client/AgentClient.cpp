@@ -30,7 +30,7 @@ std::string whyTheAgentFails(const bus::Error& error, int result) {
     if (error.is("org.freedesktop.DBus.Error.ServiceUnknown")) {
         return "The agent that opens this computer's cards is not installed. Install all of VUpdater.";
     }
-    return "The agent that opens this computer's cards failed: " + error.reason(result) +
+    return "The agent that opens this computer's cards did not give them: " + error.reason(result) +
            ". Its messages are shown by: journalctl -u vupdater-agent";
 }
 

@@ -2,6 +2,7 @@
 // end with "done". Its other messages are on standard error.
 
 #include <sys/mman.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <iostream>
@@ -35,6 +36,7 @@ void open(AgentClient& client) {
     }
     auto* const base = static_cast<const char*>(
         mmap(nullptr, 4096, PROT_READ | PROT_WRITE, MAP_SHARED, opened->descriptor, 0));
+    close(opened->descriptor);
     std::cout << opened->bytes << ' ' << std::string(base + opened->offsetInPage, 4) << '\n';
 }
 

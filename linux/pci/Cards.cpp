@@ -49,7 +49,7 @@ std::string Cards::refusal(const PciDevice& device, const CardRule& rule) const 
         return refusals::kLockedDown;
     }
     if (const auto driver = device.driver()) {
-        return "The driver \"" + *driver + "\" uses the card. Remove that driver, then try again.";
+        return "The driver \"" + *driver + "\" uses the card. Unload that driver, then try again.";
     }
     const auto resources = device.resources();
     if (!resources) {
@@ -143,6 +143,9 @@ OpenedRange Cards::openRange(const std::string& client, const std::string& addre
     const auto window = windowOf(*rule, *resources, memoryRange);
     if (!window) {
         throw files::UserError(refusals::kNoWindow);
+    }
+    if (!device.command()) {
+        throw files::UserError(refusals::kGone);
     }
     if (!device.clearInCommand(PciDevice::kBusMastering)) {
         throw files::UserError(refusals::kBusMastering);

@@ -13,6 +13,8 @@ constexpr uint64_t kDisabled = 0x10000000;
 constexpr uint64_t kUnset = 0x20000000;
 
 constexpr std::size_t kCommandOffset = 4;
+// What a bus reads as if nobody answers.
+constexpr uint16_t kNoAnswer = 0xFFFF;
 
 bool isHexadecimalDigit(char c) {
     return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f');
@@ -129,7 +131,8 @@ std::optional<uint16_t> PciDevice::command() const {
     if (!attributes_.readAt("config", kCommandOffset, bytes)) {
         return std::nullopt;
     }
-    return static_cast<uint16_t>(bytes[0] | bytes[1] << 8);
+    const auto command = static_cast<uint16_t>(bytes[0] | bytes[1] << 8);
+    return command == kNoAnswer ? std::nullopt : std::optional(command);
 }
 
 bool PciDevice::writeCommand(uint16_t command) const {

@@ -55,7 +55,7 @@ class PciDevice {
     // The name of the driver that has the device; nothing if none has.
     std::optional<std::string> driver() const;
 
-    // The command register of the device's configuration.
+    // The command register of the device's configuration; nothing if the device does not answer.
     static constexpr uint16_t kMemoryDecoding = 0x0002;
     static constexpr uint16_t kBusMastering = 0x0004;
     std::optional<uint16_t> command() const;

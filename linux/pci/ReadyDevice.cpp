@@ -35,6 +35,9 @@ bool ReadyDevice::reserve() const {
 }
 
 std::string ReadyDevice::prepare() {
+    if (!earlierCommand_) {
+        return refusals::kGone;
+    }
     if (!device_.clearInCommand(PciDevice::kBusMastering)) {
         return refusals::kBusMastering;
     }

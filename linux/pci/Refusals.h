@@ -9,7 +9,7 @@ constexpr char kLockedDown[] =
     "computer's "
     "firmware settings until the card has been updated.";
 constexpr char kNotMapped[] =
-    "The kernel keeps the card's registers for itself. Remove the driver that uses them, then try again.";
+    "The kernel keeps the card's registers for itself. Unload the driver that uses them, then try again.";
 constexpr char kNoWindow[] =
     "The card has no such memory range of at least 512 bytes. Check the line that names the card in the "
     "configuration.";

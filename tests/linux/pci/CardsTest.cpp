@@ -1,7 +1,10 @@
 #include "linux/pci/Cards.h"
 
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <unistd.h>
+
+#include <csignal>
 
 #include "tests/support/MadeUpBus.h"
 
@@ -129,7 +132,7 @@ TEST_F(CardsTest, AreRefusedWhileTheKernelKeepsThem) {
     bus_.lockDown("[none] integrity confidentiality\n");
     EXPECT_EQ(failure(), "");
     bus_.bind(kCard, "snd_card");
-    EXPECT_EQ(refusal(), "The driver \"snd_card\" uses the card. Remove that driver, then try again.");
+    EXPECT_EQ(refusal(), "The driver \"snd_card\" uses the card. Unload that driver, then try again.");
     EXPECT_EQ(failure(), refusal());
 }
 
@@ -233,18 +236,31 @@ TEST_F(CardsTest, AreLookedAtAgainWhenARangeIsOpened) {
 
 TEST_F(CardsTest, AreNotClaimedIfTheirConfigurationCannotBeChanged) {
     bus_.add(kCard, {MadeUpBus::range(0xF1000000, 0x200)});
-    const std::string configuration = bus_.attribute(kCard, "config");
-    bus_.setAttribute(kCard, "config", "");
+    // A device that no longer answers, and a kernel that does not let the configuration be written.
+    bus_.setCommand(kCard, 0xFFFF);
     EXPECT_EQ(refusal(), "");
     cards_.claim("client");
+    EXPECT_EQ(refusal(),
+              "The card could not be looked at. Check that it is still in the computer, then try again.");
+    EXPECT_EQ(bus_.attribute(kCard, "power/control"), "auto\n");
+
+    bus_.setCommand(kCard, 0x0004);
+    rlimit earlier{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &earlier), 0);
+    const rlimit none{.rlim_cur = 4, .rlim_max = earlier.rlim_max};
+    const auto handler = signal(SIGXFSZ, SIG_IGN);
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &none), 0);
+    cards_.claim("client");
+    setrlimit(RLIMIT_FSIZE, &earlier);
+    signal(SIGXFSZ, handler);
     EXPECT_EQ(
         refusal(),
         "The card's bus mastering cannot be switched off. Switch the computer off and on, then try again.");
     EXPECT_NE(failure(), "");
-    EXPECT_EQ(bus_.attribute(kCard, "power/control"), "auto\n");
-    bus_.setAttribute(kCard, "config", configuration);
     cards_.claim("client");
     EXPECT_EQ(failure(), "");
+    bus_.setCommand(kCard, 0xFFFF);
+    EXPECT_NE(failure(), "");
 }
 
 TEST_F(CardsTest, SimulatedOnesGiveWayToRealOnes) {

@@ -1,5 +1,8 @@
 #include "simulator/guest/PciConfiguration.h"
 
+#include <algorithm>
+#include <cstddef>
+
 namespace simulator {
 namespace {
 
@@ -26,6 +29,11 @@ constexpr uint8_t byteOf(uint32_t value, uint32_t index) {
 
 constexpr uint32_t offsetOfBar(uint32_t number) {
     return kFirstBar + number * kWordBytes;
+}
+
+// At most kBytes, which is behind the space.
+std::size_t placeOf(uint32_t offset, uint32_t index) {
+    return std::min(offset, PciConfiguration::kBytes - index) + index;
 }
 
 }  // namespace
@@ -61,7 +69,7 @@ void PciConfiguration::put(uint32_t offset, uint32_t bytes, uint32_t value) {
 uint32_t PciConfiguration::read(uint32_t offset, uint32_t bytes) const {
     uint32_t value = 0;
     for (uint32_t index = bytes; index-- > 0;) {
-        const uint64_t place = uint64_t{offset} + index;
+        const std::size_t place = placeOf(offset, index);
         value = value << kBitsInAByte | (place < kBytes ? values_[place] : 0xFF);
     }
     return value;
@@ -69,7 +77,7 @@ uint32_t PciConfiguration::read(uint32_t offset, uint32_t bytes) const {
 
 void PciConfiguration::write(uint32_t offset, uint32_t bytes, uint32_t value) {
     for (uint32_t index = 0; index < bytes; ++index) {
-        const uint64_t place = uint64_t{offset} + index;
+        const std::size_t place = placeOf(offset, index);
         if (place < kBytes) {
             const uint8_t mask = writable_[place];
             values_[place] = static_cast<uint8_t>((values_[place] & ~mask) | (byteOf(value, index) & mask));

@@ -140,13 +140,13 @@ class Display:
 
 
 class Updater:
-    """The running program, read as a screen reader reads it."""
+    """The running program, read as a screen reader reads it. A machine is the argument of the one that has any."""
 
     def __init__(self, program, machine, folder, environment=None):
         self.folder = folder
         self.log_file = folder / "updater.log"
         with open(self.log_file, "a") as log:
-            self.process = subprocess.Popen([program, machine], stderr=log, env={
+            self.process = subprocess.Popen([program, *([machine] if machine else [])], stderr=log, env={
                 **os.environ, "QT_QPA_PLATFORM": "xcb", "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
                 **(environment or {})})
 

@@ -171,9 +171,11 @@ void Agent::answerClaim(sd_bus_message* call, std::optional<Question::Answer> an
         sd_bus_reply_method_return(call, "s", textOf(*answer));
     } else {
         try {
+            std::string addresses;
             for (const std::string& address : keeper_.claim(client)) {
-                journal(who + ": May use the card " + address);
+                addresses += ' ' + address;
             }
+            journal(who + ": May use the cards at" + addresses + ".");
             sd_bus_reply_method_return(call, "s", textOf(*answer));
         } catch (const files::UserError& error) {
             journal(who + ": " + error.what());

@@ -4,22 +4,17 @@
 
 #include "files/UserError.h"
 #include "linux/agent/Journal.h"
-#include "linux/bus/AgentNames.h"
+#include "linux/bus/PowerLock.h"
 
 namespace {
 
 // Less than a client waits.
 constexpr std::chrono::microseconds kLimit = std::chrono::seconds(4);
 
-constexpr char kWhat[] =
-    "shutdown:sleep:idle:handle-power-key:handle-suspend-key:handle-hibernate-key:handle-lid-switch";
-
 }  // namespace
 
 WriteLock::WriteLock(sd_bus* connection, sd_bus_message* call) : call_(sd_bus_message_ref(call)) {
-    const bus::Message question = bus::newCall(connection, bus::kLogind, "Inhibit");
-    sd_bus_message_append(question.get(), "ssss", kWhat, agent::kLockOwner,
-                          "Firmware is being written into a card", "block");
+    const bus::Message question = bus::newLockCall(connection);
     sd_bus_slot* slot = nullptr;
     const int result = sd_bus_call_async(connection, &slot, question.get(), onAnswer, this,
                                          static_cast<uint64_t>(kLimit.count()));
@@ -41,8 +36,10 @@ int WriteLock::onAnswer(sd_bus_message* answer, void* lock, sd_bus_error* /*erro
         const char* const reason =
             error != nullptr && error->message != nullptr ? error->message : "its answer has another form";
         journal(client + ": The lock for the write is missing: logind: " + reason);
-        return sd_bus_reply_method_errorf(call.get(), SD_BUS_ERROR_FAILED, "logind gives no lock: %s",
-                                          reason);
+        // The client must not write before this is over.
+        const bool isGoingDown = sd_bus_error_has_name(error, bus::kIsGoingDown) != 0;
+        return sd_bus_reply_method_errorf(call.get(), isGoingDown ? bus::kIsGoingDown : SD_BUS_ERROR_FAILED,
+                                          "logind gives no lock: %s", reason);
     }
     self->lock_ = bus::Descriptor::duplicate(theMessages);
     journal(client + ": The computer stays on during the write.");

@@ -5,8 +5,11 @@
 #include <cstdio>
 #include <cstring>
 #include <exception>
+#include <thread>
+#include <utility>
 
 #include "linux/bus/AgentNames.h"
+#include "linux/bus/PowerLock.h"
 #include "linux/client/PowerOff.h"
 
 namespace {
@@ -19,6 +22,9 @@ constexpr bus::Object kAgent{agent::kBusName, agent::kObjectPath, agent::kInterf
 constexpr std::chrono::microseconds kLimit = 5s;
 // The calls that may have to start the agent, which takes its time on a busy computer.
 constexpr std::chrono::microseconds kStartLimit = 25s;
+
+// Between two tries to get a lock while the computer is going to sleep or off.
+constexpr std::chrono::milliseconds kBetweenTries = 200ms;
 
 constexpr char kNoReply[] = "org.freedesktop.DBus.Error.NoReply";
 
@@ -151,17 +157,45 @@ std::optional<CardAgent::Range> AgentClient::openRange(const std::string& addres
     return range;
 }
 
-void AgentClient::takeLock() {
-    Answer answer;
+bool AgentClient::takeAgentsLock(Answer& answer) {
     const bus::Message call = newCall("BeginWrite", answer);
     sd_bus_message_set_auto_start(call.get(), 0);
     makeCall(call, kLimit, answer);
-    int theMessages = -1;
-    sd_bus_message_read(answer.message.get(), "h", &theMessages);
-    lock_ = bus::Descriptor::duplicate(theMessages);
-    if (!lock_) {
-        say("The computer can be switched off or put to sleep during the write: " +
-            answer.error.reason(answer.result) + ". Do neither until the write has ended.");
+    lock_ = bus::lockIn(answer.message);
+    return static_cast<bool>(lock_);
+}
+
+// The user's own lock. It stops a lid, a timer and other users, but not the user who asks for a shut-down.
+bool AgentClient::takeOwnLock(Answer& answer) {
+    makeCall(bus::newLockCall(connection(answer.result)), kLimit, answer);
+    lock_ = bus::lockIn(answer.message);
+    return static_cast<bool>(lock_);
+}
+
+void AgentClient::takeLock() {
+    // Once the computer is on its way to sleep or off, the write must not begin before it is awake again,
+    // whatever else fails on that way.
+    bool isGoingDown = false;
+    while (true) {
+        Answer agents;
+        Answer own;
+        if (takeAgentsLock(agents)) {
+            return;
+        }
+        const bool hasOwn = !agents.error.is(bus::kIsGoingDown) && takeOwnLock(own);
+        const bool wasGoingDown =
+            std::exchange(isGoingDown, isGoingDown || agents.error.is(bus::kIsGoingDown) ||
+                                           own.error.is(bus::kIsGoingDown));
+        if (hasOwn || !isGoingDown) {
+            say(std::string(hasOwn ? "You can switch the computer off during the write: "
+                                   : "The computer can be switched off or put to sleep during the write: ") +
+                agents.error.reason(agents.result) + ". Do not, until the write has ended.");
+            return;
+        }
+        if (!wasGoingDown) {
+            say("The computer is going to sleep or off. The write begins when it is awake again.");
+        }
+        std::this_thread::sleep_for(kBetweenTries);
     }
 }
 

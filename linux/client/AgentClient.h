@@ -35,6 +35,9 @@ class AgentClient : public CardAgent {
     bus::Message newCall(const char* member, Answer& answer);
     void makeCall(const bus::Message& call, std::chrono::microseconds limit, Answer& answer);
     void askForClaim(bool mayAsk, Answer& answer);
+    // Hold a lock afterwards, or return false and why.
+    bool takeAgentsLock(Answer& answer);
+    bool takeOwnLock(Answer& answer);
     void takeLock();
 
     bus::Connection connection_;

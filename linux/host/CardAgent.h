@@ -48,7 +48,8 @@ class CardAgent {
     virtual std::optional<Range> openRange(const std::string& address, uint32_t memoryType) = 0;
 
     // From the first to the second, the computer cannot be switched off or put to sleep, nor the user logged
-    // out. Neither fails: without that protection the write goes on, after a line on standard error.
+    // out. Neither fails: without that protection the write goes on, after a line on standard error. If the
+    // computer is already going to sleep or off, the first returns when it is awake again.
     virtual void beginWrite() = 0;
     virtual void endWrite() = 0;
 

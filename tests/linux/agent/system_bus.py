@@ -111,7 +111,7 @@ class SystemBus:
         return self.start_mock("polkit", POLKIT, pathlib.Path(__file__).with_name("polkit_template.py"))
 
     def start_logind(self):
-        return self.start_mock("logind", LOGIND, "logind")
+        return self.start_mock("logind", LOGIND, pathlib.Path(__file__).with_name("logind_template.py"))
 
     def start_mock(self, name, where, template):
         process = self.start(name, sys.executable, "-m", "dbusmock", "--system", "--template", template)

@@ -1,0 +1,27 @@
+#include "linux/bus/PowerLock.h"
+
+#include "linux/bus/AgentNames.h"
+
+namespace bus {
+
+namespace {
+
+constexpr char kWhat[] =
+    "shutdown:sleep:idle:handle-power-key:handle-suspend-key:handle-hibernate-key:handle-lid-switch";
+
+}  // namespace
+
+Message newLockCall(sd_bus* connection) {
+    Message call = newCall(connection, kLogind, "Inhibit");
+    sd_bus_message_append(call.get(), "ssss", kWhat, agent::kLockOwner,
+                          "Firmware is being written into a card", "block");
+    return call;
+}
+
+Descriptor lockIn(const Message& answer) {
+    int theMessages = -1;
+    sd_bus_message_read(answer.get(), "h", &theMessages);
+    return Descriptor::duplicate(theMessages);
+}
+
+}  // namespace bus

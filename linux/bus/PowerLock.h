@@ -1,0 +1,19 @@
+#pragma once
+
+// logind's lock that keeps the computer on and awake during a write.
+
+#include "linux/bus/Bus.h"
+#include "linux/bus/Descriptor.h"
+
+namespace bus {
+
+// logind's answer to the call once the computer is on its way to sleep or off, so that no lock can stop it.
+constexpr char kIsGoingDown[] = "org.freedesktop.login1.OperationInProgress";
+
+// The call for the lock; null if there is no connection.
+Message newLockCall(sd_bus* connection);
+
+// A second descriptor of the lock that an answer brought; empty if it brought none.
+Descriptor lockIn(const Message& answer);
+
+}  // namespace bus

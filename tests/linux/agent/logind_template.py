@@ -1,0 +1,25 @@
+"""python-dbusmock's logind, which can also be on its way to sleep: then it gives no lock."""
+
+import dbus
+from dbusmock import MOCK_IFACE
+from dbusmock.templates import logind
+from dbusmock.templates.logind import ListInhibitors  # noqa: F401 - a method of the mock
+
+BUS_NAME, MAIN_OBJ, MAIN_IFACE, SYSTEM_BUS = logind.BUS_NAME, logind.MAIN_OBJ, logind.MAIN_IFACE, True
+
+
+def load(mock, parameters):
+    logind.load(mock, parameters)
+    mock.is_going_to_sleep = False
+
+
+@dbus.service.method(MAIN_IFACE, in_signature="ssss", out_signature="h")
+def Inhibit(self, what, who, why, mode):
+    if self.is_going_to_sleep:
+        raise dbus.exceptions.DBusException("Already running", name="org.freedesktop.login1.OperationInProgress")
+    return logind.Inhibit(self, what, who, why, mode)
+
+
+@dbus.service.method(MOCK_IFACE, in_signature="b")
+def SetGoingToSleep(self, is_going_to_sleep):
+    self.is_going_to_sleep = is_going_to_sleep

@@ -53,22 +53,25 @@ bool CardKeeper::hasCards(const std::string& client) const {
 
 std::vector<std::string> CardKeeper::claim(const std::string& client) {
     readRules();
-    cards_->claim(client);
-    std::vector<std::string> addresses;
     Holding holding;
     for (const pci::FoundCard& card : cards_->list(client)) {
         if (card.refusal.empty()) {
+            addProbes(holding, card.address);
+        }
+    }
+    // Before anything is changed, because what a claim changes is undone with it, under that program's hands.
+    if (holdings_.find(client) == holdings_.end() && isInUse(holding)) {
+        throw files::UserError(
+            "A program that was given the cards earlier still uses one. Quit it, then try again.");
+    }
+    cards_->claim(client);
+    std::vector<std::string> addresses;
+    for (const pci::FoundCard& card : cards_->list(client)) {
+        if (card.refusal.empty()) {
             addresses.push_back(card.address);
-            addProbes(holding, client, card.address);
         } else {
             journal(card.address + ": " + card.refusal);
         }
-    }
-    const bool isAnew = holdings_.find(client) == holdings_.end();
-    if (isAnew && isInUse(holding)) {
-        cards_->release(client);
-        throw files::UserError(
-            "A program that was given the cards earlier still uses one. Quit it, then try again.");
     }
     if (!addresses.empty()) {
         holdings_.insert_or_assign(client, std::move(holding));
@@ -113,16 +116,13 @@ bool CardKeeper::takeBack() {
     return isSomethingLeft;
 }
 
-void CardKeeper::addProbes(Holding& holding, const std::string& client, const std::string& address) const {
-    for (uint32_t range = 0; range < pci::kMemoryRanges; ++range) {
-        try {
-            holding.probes.push_back(cards_->openRange(client, address, range).file);
-        } catch (const files::UserError& error) {
-            // Many cards have one range only.
-            if (range == 0) {
-                journal(address + ": " + error.what());
-            }
+void CardKeeper::addProbes(Holding& holding, const std::string& address) const {
+    try {
+        for (files::OpenFile& file : cards_->rangeFiles(address)) {
+            holding.probes.push_back(std::move(file));
         }
+    } catch (const files::UserError& error) {
+        journal(address + ": " + error.what());
     }
 }
 

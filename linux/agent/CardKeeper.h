@@ -57,7 +57,7 @@ class CardKeeper {
 
     // Between clients, so that a change of the files counts without a new start.
     void readRules();
-    void addProbes(Holding& holding, const std::string& client, const std::string& address) const;
+    void addProbes(Holding& holding, const std::string& address) const;
     static bool isInUse(const Holding& holding);
 
     Folders folders_;

@@ -16,6 +16,10 @@ namespace {
 // More than any card has, and little enough for a program with 32-bit addresses.
 constexpr uint64_t kMostBytes = 0x10000000;
 
+files::OpenFile openWindow(const PciDevice& device, const MemoryWindow& window) {
+    return device.attributes().openForMapping("resource" + std::to_string(window.bar));
+}
+
 // Finds out what only an attempt shows: a kernel that is locked down, or that keeps the range for itself.
 void tryMapping(const files::OpenFile& file) {
     void* const page = ::mmap(nullptr, pageBytes(), PROT_READ | PROT_WRITE, MAP_SHARED, file.descriptor(), 0);
@@ -97,6 +101,20 @@ std::vector<FoundCard> Cards::list(const std::string& client) const {
     return cards;
 }
 
+std::vector<files::OpenFile> Cards::rangeFiles(const std::string& address) const {
+    const auto device = bus_.device(address);
+    const CardRule* const rule = device ? ruleFor(*device) : nullptr;
+    const auto resources = device ? device->resources() : std::nullopt;
+    std::vector<files::OpenFile> files;
+    for (uint32_t range = 0; range < kMemoryRanges; ++range) {
+        const auto window = rule != nullptr && resources ? windowOf(*rule, *resources, range) : std::nullopt;
+        if (window) {
+            files.push_back(openWindow(*device, *window));
+        }
+    }
+    return files;
+}
+
 // Whether the device of a claim is still there, not only another with its address.
 bool Cards::isHeld(const std::string& address) const {
     const auto claim = claims_.find(address);
@@ -150,7 +168,7 @@ OpenedRange Cards::openRange(const std::string& client, const std::string& addre
     if (!device.clearInCommand(PciDevice::kBusMastering)) {
         throw files::UserError(refusals::kBusMastering);
     }
-    files::OpenFile file = device.attributes().openForMapping("resource" + std::to_string(window->bar));
+    files::OpenFile file = openWindow(device, *window);
     tryMapping(file);
     // The kernel may have moved the device meanwhile.
     if (device.resources() != resources) {

@@ -46,6 +46,10 @@ class Cards {
     // refused. Changes nothing and needs no rights. A client is any text that stays the same.
     std::vector<FoundCard> list(const std::string& client) const;
 
+    // The files behind a device's memory ranges, to look at the locks that others have put on them. Opening
+    // them changes nothing.
+    std::vector<files::OpenFile> rangeFiles(const std::string& address) const;
+
     // Gives the client all usable cards, ready for their registers to be mapped (see ReadyDevice). Afterwards
     // list() shows these without a refusal; none may be left. What the client has stays the client's.
     void claim(const std::string& client);

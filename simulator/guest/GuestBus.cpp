@@ -1,8 +1,10 @@
 #include "simulator/guest/GuestBus.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <utility>
 
 namespace simulator {
 namespace {
@@ -38,45 +40,38 @@ GuestBus::GuestBus(const std::filesystem::path& machine, const std::filesystem::
     }
 }
 
-bool GuestBus::accessed(uint64_t place, uint32_t bytes, GuestAccess access) {
-    GuestCard* card = cardAt(place);
-    if (card == nullptr && access == GuestAccess::store) {
-        card = cardStoredTo(place);
-        if (card != nullptr) {
-            card->setPage(place - offsetOf(place));
-            if (offsetOf(place) == kMark) {
-                card->restore(kMark);
-                return true;
-            }
+GuestCard* GuestBus::cardAt(uint64_t place, GuestAccess access) {
+    const uint32_t offset = offsetOf(place);
+    for (const auto& card : cards_) {
+        if (card->page() == place - offset) {
+            return card.get();
         }
     }
-    if (card == nullptr) {
-        return false;
+    if (access == GuestAccess::load) {
+        return nullptr;
     }
-    if (card->accessed(offsetOf(place), bytes, access)) {
+    for (const auto& card : cards_) {
+        if (card->wasStoredTo(offset)) {
+            card->setPage(place - offset);
+            isMark_ = offset == kMark;
+            return card.get();
+        }
+    }
+    return nullptr;
+}
+
+void GuestBus::accessed(GuestCard& card, uint32_t offset, uint32_t bytes, GuestAccess access) {
+    if (std::exchange(isMark_, false)) {
+        [[unlikely]] card.restore(offset);
+    } else if (card.accessed(offset, bytes, access)) {
         [[unlikely]] for (const auto& each : cards_) {
             each->show();
         }
     }
-    return true;
 }
 
-GuestCard* GuestBus::cardAt(uint64_t place) const {
-    for (const auto& card : cards_) {
-        if (card->page() == place - offsetOf(place)) {
-            return card.get();
-        }
-    }
-    return nullptr;
-}
-
-GuestCard* GuestBus::cardStoredTo(uint64_t place) const {
-    for (const auto& card : cards_) {
-        if (card->wasStoredTo(offsetOf(place))) {
-            return card.get();
-        }
-    }
-    return nullptr;
+bool GuestBus::knowsAll() const {
+    return std::ranges::none_of(cards_, [](const auto& card) { return card->page() == GuestCard::kNowhere; });
 }
 
 void GuestBus::switchOff() {

@@ -28,9 +28,12 @@ class GuestBus {
     // files::UserError.
     GuestBus(const std::filesystem::path& machine, const std::filesystem::path& memory);
 
-    // After the guest's processor has accessed `bytes` of its memory, and before its next access. False if no
-    // card is there.
-    bool accessed(uint64_t place, uint32_t bytes, GuestAccess access);
+    // The card at a place that the guest's processor has just accessed, or null.
+    GuestCard* cardAt(uint64_t place, GuestAccess access);
+    // After the guest's processor has accessed `bytes` of the card's page, and before its next access.
+    void accessed(GuestCard& card, uint32_t offset, uint32_t bytes, GuestAccess access);
+    // Whether the places of all cards are known.
+    bool knowsAll() const;
 
     // Switches the machine off and saves it. Throws files::UserError.
     void switchOff();
@@ -39,11 +42,9 @@ class GuestBus {
     std::string report() const;
 
   private:
-    GuestCard* cardAt(uint64_t place) const;
-    GuestCard* cardStoredTo(uint64_t place) const;
-
     std::unique_ptr<MachineDirectory> directory_;
     std::vector<std::unique_ptr<GuestCard>> cards_;
+    bool isMark_ = false;  // the access that is about to be carried out has made its card known
 };
 
 }  // namespace simulator

@@ -22,6 +22,11 @@ enum QemuPluginRegisters { QEMU_PLUGIN_CB_NO_REGS };  // what a callback uses of
 enum QemuPluginAccesses { QEMU_PLUGIN_MEM_RW = 3 };   // what a callback wants to be told of
 constexpr int kQemuPluginVersion = 1;
 
+// What is done, without a callback, whenever a block runs.
+enum QemuPluginOperation { QEMU_PLUGIN_INLINE_ADD_U64 };
+void qemu_plugin_register_vcpu_tb_exec_inline(qemu_plugin_tb* block, QemuPluginOperation operation,
+                                              void* number, uint64_t summand);
+
 void qemu_plugin_register_vcpu_tb_trans_cb(uint64_t plugin, QemuPluginBlockCallback* callback);
 std::size_t qemu_plugin_tb_n_insns(const qemu_plugin_tb* block);
 qemu_plugin_insn* qemu_plugin_tb_get_insn(const qemu_plugin_tb* block, std::size_t index);

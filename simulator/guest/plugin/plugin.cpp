@@ -4,9 +4,12 @@
 //
 //   -plugin guest_cards.so,machine=FOLDER,memory=FOLDER[,nanoseconds=NUMBER]
 //
-// With nanoseconds, an access of a card takes at least that long, as on a real bus. The guest has one
-// processor, and its programs are seen, not its kernel, which has no business with the cards.
+// With nanoseconds, an access of a card takes about so much more of the processor's time, since a real bus is
+// far slower than shared memory. The guest has one processor, and its programs are seen, not its kernel,
+// which has no business with the cards.
 
+#include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstdio>
 #include <exception>
@@ -22,40 +25,77 @@ int qemu_plugin_version = kQemuPluginVersion;
 
 namespace {
 
-using std::chrono::steady_clock;
-
 // Never destroyed: the emulator's exit calls back after the module's static objects have been.
 simulator::GuestBus* bus = nullptr;
-steady_clock::duration leastTime{};
+uint64_t turnsOfAnAccess = 0;
 
 // The kernel's addresses are above these, and while it is being loaded everything is below. A program maps
 // nothing there, and to look up where an address leads is dear.
 constexpr uint64_t kLeastAddress = uint64_t{1} << 32;
 constexpr uint64_t kMostAddress = (uint64_t{1} << 47) - 1;
 
-void waitUntil(steady_clock::time_point end) {
-    while (steady_clock::now() < end) {
+void spend(uint64_t turns) {
+    for (uint64_t turn = 0; turn < turns; ++turn) {
+        __asm__ volatile("");  // or the compiler would leave the loop out
     }
+}
+
+// How often spend() turns in that time. The clock is not asked later: an access that ends at a time is
+// cheaper on a computer that is busy with something else.
+uint64_t turnsIn(std::chrono::nanoseconds time) {
+    using std::chrono::steady_clock;
+    constexpr uint64_t kTurns = 100'000;
+    auto least = steady_clock::duration::max();
+    for (int attempt = 0; attempt < 100; ++attempt) {
+        const auto start = steady_clock::now();
+        spend(kTurns);
+        least = std::min(least, steady_clock::now() - start);
+    }
+    return static_cast<uint64_t>(kTurns * time / least);
+}
+
+// What is known of a page of a program's addresses. It holds until the kernel runs again, which alone could
+// make the page lead elsewhere. Looking it up anew would take most of the emulator's time.
+struct KnownPage {
+    uint64_t number = 0;
+    uint64_t kernelBlocks = 0;
+    simulator::GuestCard* card = nullptr;
+};
+std::array<KnownPage, 1024> knownPages;
+uint64_t kernelBlocks = 1;  // how many of the kernel's blocks have run
+
+simulator::GuestCard* cardAt(uint64_t address, uint32_t access, simulator::GuestAccess way) {
+    const uint64_t number = address / simulator::CardMemory::kBytes;
+    KnownPage& page = knownPages[number % knownPages.size()];
+    if (page.number == number && page.kernelBlocks == kernelBlocks) {
+        return page.card;
+    }
+    const qemu_plugin_hwaddr* const there = qemu_plugin_get_hwaddr(access, address);
+    simulator::GuestCard* const card = there == nullptr || qemu_plugin_hwaddr_is_io(there)
+                                           ? nullptr
+                                           : bus->cardAt(qemu_plugin_hwaddr_phys_addr(there), way);
+    if (card != nullptr || bus->knowsAll()) {
+        page = {number, kernelBlocks, card};
+    }
+    return card;
 }
 
 void onAccess(unsigned /*processor*/, uint32_t access, uint64_t address, void* /*data*/) {
     if (address < kLeastAddress || address > kMostAddress) {
         return;
     }
-    const qemu_plugin_hwaddr* const there = qemu_plugin_get_hwaddr(access, address);
-    if (there == nullptr || qemu_plugin_hwaddr_is_io(there)) {
-        return;
-    }
-    const bool isCard = bus->accessed(
-        qemu_plugin_hwaddr_phys_addr(there), 1U << qemu_plugin_mem_size_shift(access),
-        qemu_plugin_mem_is_store(access) ? simulator::GuestAccess::store : simulator::GuestAccess::load);
-    if (isCard && leastTime != steady_clock::duration::zero()) {
-        waitUntil(steady_clock::now() + leastTime);
+    const auto way =
+        qemu_plugin_mem_is_store(access) ? simulator::GuestAccess::store : simulator::GuestAccess::load;
+    if (simulator::GuestCard* const card = cardAt(address, access, way)) {
+        bus->accessed(*card, static_cast<uint32_t>(address % simulator::CardMemory::kBytes),
+                      1U << qemu_plugin_mem_size_shift(access), way);
+        spend(turnsOfAnAccess);
     }
 }
 
 void onTranslation(uint64_t /*plugin*/, qemu_plugin_tb* block) {
     if (qemu_plugin_tb_vaddr(block) > kMostAddress) {
+        qemu_plugin_register_vcpu_tb_exec_inline(block, QEMU_PLUGIN_INLINE_ADD_U64, &kernelBlocks, 1);
         return;
     }
     for (std::size_t index = 0; index < qemu_plugin_tb_n_insns(block); ++index) {
@@ -94,7 +134,7 @@ int qemu_plugin_install(uint64_t plugin, const qemu_info_t* /*emulated*/, int co
     try {
         const auto options = optionsIn(count, arguments);
         bus = new simulator::GuestBus(options.at("machine"), options.at("memory"));
-        leastTime = std::chrono::nanoseconds(std::stoul(options.at("nanoseconds")));
+        turnsOfAnAccess = turnsIn(std::chrono::nanoseconds(std::stoul(options.at("nanoseconds"))));
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
         return 1;

@@ -44,6 +44,11 @@ void CUpdaterApp::UpdateFirmware() {
         ShowAlert(error.title, error.message);
         return;
     }
+    // Another file may have taken the name since the images were listed.
+    if (!MayBeOffered(gszResourcePaths[gNewFirmware])) {
+        ShowAlert("Error", "Could not find suitable firmware for the selected card.");
+        return;
+    }
     const bool isToWrite = confirmUpdate() && !IsQuitting();
     if (isToWrite) {
         try {

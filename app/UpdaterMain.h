@@ -14,7 +14,8 @@ struct UpdaterSetup {
     LListener* windowStateListener = nullptr;
 
     // Tells for the path of each firmware image in the bundle whether it may be offered. Asked before
-    // anything else is done; an image that may not is as if it were not there.
+    // anything else is done, and again before the image is written; one that may not is as if it were not
+    // there.
     std::function<bool(const std::string& path)> mayBeOffered;
 };
 

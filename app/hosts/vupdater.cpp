@@ -26,26 +26,29 @@ class AgentForOneKind final : public AgentClient {
   public:
     AgentForOneKind() {
         const auto atStart = AgentClient::cards().value_or(std::vector<Card>());
-        const bool areSimulated = std::ranges::any_of(
+        mAreSimulated = std::ranges::any_of(
             atStart, [](const Card& card) { return card.isSimulated && card.refusal.empty(); });
-        kind_ = areSimulated ? CardsOfComputer::kSimulated : CardsOfComputer::kReal;
     }
 
-    CardsOfComputer kind() const { return kind_; }
+    CardsOfComputer Kind() const {
+        return mAreSimulated ? CardsOfComputer::kSimulated : CardsOfComputer::kReal;
+    }
 
     std::optional<std::vector<Card>> cards() override {
         auto all = AgentClient::cards();
-        for (Card& card : all ? *all : none_) {
-            if (card.isSimulated != (kind_ == CardsOfComputer::kSimulated) && card.refusal.empty()) {
-                card.refusal = "It was configured while the program was running. Start the program again.";
+        if (!all) {
+            return all;
+        }
+        for (Card& card : *all) {
+            if (card.isSimulated != mAreSimulated && card.refusal.empty()) {
+                card.refusal = "It was not there when the program started. Start the program again.";
             }
         }
         return all;
     }
 
   private:
-    CardsOfComputer kind_;
-    std::vector<Card> none_;
+    bool mAreSimulated = false;
 };
 
 // Sets the names by which the desktop knows the program and its window.
@@ -59,7 +62,7 @@ void introduce(CardsOfComputer cards) {
 
 int runUpdater() {
     AgentForOneKind agent;
-    introduce(agent.kind());
+    introduce(agent.Kind());
     LinuxHost host(agent, BundleBesideExecutable(), [] {
         if (LApplication* const application = LApplication::Current()) {
             application->DrawInPassing();
@@ -68,7 +71,7 @@ int runUpdater() {
     WriteListener listener([&agent] { agent.beginWrite(); }, [&agent] { agent.endWrite(); });
     InstallHost(&host);
     const int exitCode =
-        UpdaterMain({.windowStateListener = &listener, .mayBeOffered = OfferedImages(agent.kind())});
+        UpdaterMain({.windowStateListener = &listener, .mayBeOffered = OfferedImages(agent.Kind())});
     InstallHost(nullptr);
     return exitCode;
 }

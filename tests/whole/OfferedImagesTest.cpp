@@ -10,6 +10,7 @@
 
 #include "app/logic/FirmwareFiles.h"
 #include "images/prom/FirmwareImage.h"
+#include "tests/whole/FirstCardUpdate.h"
 #include "tests/whole/UpdaterTest.h"
 
 namespace {
@@ -37,9 +38,26 @@ TEST_F(OfferedImages, AreThoseForTheComputersCards) {
         UpdaterSession session(machine, bundle);
         session.setup.mayBeOffered = ::OfferedImages(cards);
         std::string offered;
-        session.run([&] { offered = FirmwareOverview(); });
+        session.run([&] {
+            offered = FirmwareOverview();
+            if (session.text("NFWR") == "M13") {
+                bundle.addShippedResource("VMBM12A.xsv");
+                fs::rename(bundle.resource("VMBM12A.xsv"), bundle.resource("VMBM13A.xsv"));
+                session.click("UPDT");
+                EXPECT_EQ(session.alerts, std::vector{noSuitableFirmware});
+            }
+        });
         return offered + "\n" + session.standardError;
     };
+    const std::string simulated = offeredFor(CardsOfComputer::kSimulated);
+    EXPECT_EQ(simulated.find("VMBM13A.xsv)"), std::string::npos);
+    for (const char* const name : {"DSXW03NC.xsv)", "DX8M05NC.xsv)", "K40W07B.xsv)", "VMBM12A.xsv)"}) {
+        EXPECT_NE(simulated.find(name), std::string::npos) << name;
+    }
+    EXPECT_NE(simulated.find("VMBM13A.xsv is not firmware for simulated cards, and this computer's cards are "
+                             "simulated. It is not offered.\n"),
+              std::string::npos)
+        << simulated;
     const std::string real = offeredFor(CardsOfComputer::kReal);
     EXPECT_TRUE(real.starts_with(
         "VornMX-B, board A: M13 (VMBM13A.xsv)\nVornMX-B, board A: M15 (VMBM15A.xsv)\nvupdater: "))
@@ -50,15 +68,6 @@ TEST_F(OfferedImages, AreThoseForTheComputersCards) {
           "VMBM16A.xsv: could not be opened (No such file or directory). It is not offered.\n"}) {
         EXPECT_NE(real.find(line), std::string::npos) << line << real;
     }
-    const std::string simulated = offeredFor(CardsOfComputer::kSimulated);
-    EXPECT_EQ(simulated.find("VMBM13A.xsv)"), std::string::npos);
-    for (const char* const name : {"DSXW03NC.xsv)", "DX8M05NC.xsv)", "K40W07B.xsv)", "VMBM12A.xsv)"}) {
-        EXPECT_NE(simulated.find(name), std::string::npos) << name;
-    }
-    EXPECT_NE(simulated.find("VMBM13A.xsv is not firmware for simulated cards, and this computer's cards are "
-                             "simulated. It is not offered.\n"),
-              std::string::npos)
-        << simulated;
 }
 
 }  // namespace

@@ -51,7 +51,8 @@ TEST(FirmwareKind, DoesNotDependOnHowTheShiftsAreDivided) {
           "XSDRSIZE 13 XSDRB 0x0656 XSDRSIZE 1 XSDRC 0x0 XSDRSIZE 18 XSDRE 0x11D41",
           "XSDRSIZE 5 XSDRTDOB 0x16 0x0 XSDRSIZE 20 XSDRTDOC 0xA8232 0x0 XSDRSIZE 7 XSDRTDOE 0x23 0x0",
           "XENDDR 1 XSDRSIZE 16 XSDR 0x4656 XSDR 0x4750",
-          "XSDRSIZE 8 XSETSDRMASKS 0x00 0xFF XSDRINC 0x56 0x46 0x50 0x47"}) {
+          "XSDRSIZE 8 XSETSDRMASKS 0x00 0xFF XSDRINC 0x56 0x46 0x50 0x47",
+          "XSDRSIZE 40 XSETSDRMASKS 0x1 0x10FF0040 XSDRINC 0x57AA4614 0x355 0xA1"}) {
         std::string listing = std::string(shifts) + " XCOMPLETE";
         for (std::size_t at = 1; (at = listing.find(" X", at)) != std::string::npos;) {
             listing[at] = '\n';

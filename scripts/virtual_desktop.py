@@ -21,7 +21,9 @@ from Xlib.display import Display as XConnection
 gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402  (only after the version has been named)
 
-PATIENCE_SECONDS = 120
+# An emulated computer needs more patience, and is kept from its work by every look.
+PATIENCE_SECONDS = int(os.environ.get("PATIENCE_SECONDS", "120"))
+SECONDS_BETWEEN_LOOKS = float(os.environ.get("SECONDS_BETWEEN_LOOKS", "0.05"))
 DRIVER = pathlib.Path("/tmp/VUpdater.kext")
 
 WINDOW_MANAGERS = {
@@ -44,7 +46,7 @@ def wait_until(condition, what, patience=PATIENCE_SECONDS):
     while not (result := condition()):
         if time.monotonic() > end:
             raise Failure(what)
-        time.sleep(0.05)
+        time.sleep(SECONDS_BETWEEN_LOOKS)
     return result
 
 
@@ -72,12 +74,14 @@ def run_cardsim(build, *arguments):
 class Display:
     """A virtual screen with a window manager, and its mouse and keyboard."""
 
+    SERVER = ("Xvfb",)
+
     def __init__(self, folder, manager="openbox", screen="1024x768"):
         self.folder = folder
         self.log = open(folder / "display.log", "a")
         reader, writer = os.pipe()
         self.server = subprocess.Popen(
-            ["Xvfb", "-displayfd", str(writer), "-screen", "0", f"{screen}x24", "-nolisten", "tcp", "-noreset"],
+            [*self.SERVER, "-displayfd", str(writer), "-screen", "0", f"{screen}x24", "-nolisten", "tcp", "-noreset"],
             pass_fds=[writer], stdout=self.log, stderr=self.log)
         os.close(writer)
         with os.fdopen(reader) as answer:
@@ -134,9 +138,11 @@ class Display:
             before, seen = seen, self._grab()
         self.last = seen
         self.pictures += 1
-        name = f"{self.pictures:02}-{stage}.png"
-        subprocess.run(["convert", "ppm:-", str(self.folder / name)], input=seen, check=True)
-        return name
+        return self._save(f"{self.pictures:02}-{stage}", seen)
+
+    def _save(self, name, seen):
+        subprocess.run(["convert", "ppm:-", str(self.folder / f"{name}.png")], input=seen, check=True)
+        return f"{name}.png"
 
 
 class Updater:
@@ -189,8 +195,8 @@ class Updater:
         Atspi.get_desktop(0).clear_cache()
         try:
             return next((node for node in self.elements()
-                         if any(node.get_state_set().contains(state) for state in states)
-                         and node.get_role_name() == role and name in (node.get_name() or "")), None)
+                         if node.get_role_name() == role and name in (node.get_name() or "")
+                         and any(node.get_state_set().contains(state) for state in states)), None)
         except GLib.Error:  # the window changed while it was being read; the caller looks again
             return None
 

@@ -20,11 +20,20 @@ namespace {
 
 constexpr char kProgram[] = "vupdater";
 
+// Whoever waits inside the program lets the window draw, and a request to quit arrive. False after a quit.
+bool goOn() {
+    LApplication* const application = LApplication::Current();
+    if (application != nullptr) {
+        application->DrawInPassing();
+    }
+    return application == nullptr || !application->IsQuitting();
+}
+
 // The agent, for the cards of the kind that there are when the program starts, which decides what may be
 // written into them. Should a card of the other kind appear later, it is refused.
 class AgentForOneKind final : public AgentClient {
   public:
-    AgentForOneKind() {
+    AgentForOneKind() : AgentClient(goOn) {
         const auto atStart = AgentClient::cards().value_or(std::vector<Card>());
         mAreSimulated = std::ranges::any_of(
             atStart, [](const Card& card) { return card.isSimulated && card.refusal.empty(); });
@@ -63,11 +72,7 @@ void introduce(CardsOfComputer cards) {
 int runUpdater() {
     AgentForOneKind agent;
     introduce(agent.Kind());
-    LinuxHost host(agent, BundleBesideExecutable(), [] {
-        if (LApplication* const application = LApplication::Current()) {
-            application->DrawInPassing();
-        }
-    });
+    LinuxHost host(agent, BundleBesideExecutable(), [] { static_cast<void>(goOn()); });
     WriteListener listener([&agent] { agent.beginWrite(); }, [&agent] { agent.endWrite(); });
     InstallHost(&host);
     const int exitCode =

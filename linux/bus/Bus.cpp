@@ -13,6 +13,8 @@ using std::chrono::duration_cast;
 using std::chrono::microseconds;
 using std::chrono::steady_clock;
 
+constexpr microseconds kMoment = std::chrono::milliseconds(100);
+
 // Lets the connection go on for a moment. Returns a negative result if it has failed or the time is up.
 int advance(sd_bus* connection, steady_clock::time_point end) {
     const int processed = sd_bus_process(connection, nullptr);
@@ -23,7 +25,7 @@ int advance(sd_bus* connection, steady_clock::time_point end) {
     if (left <= microseconds::zero()) {
         return -ETIMEDOUT;
     }
-    const int waited = sd_bus_wait(connection, static_cast<uint64_t>(left.count()));
+    const int waited = sd_bus_wait(connection, static_cast<uint64_t>(std::min(left, kMoment).count()));
     return waited == -EINTR ? 0 : waited;
 }
 
@@ -69,7 +71,8 @@ Message newCall(sd_bus* connection, const Object& object, const char* member) {
     return Message(message);
 }
 
-Message answerTo(const Message& call, microseconds limit, Error& error, int& result) {
+Message answerTo(const Message& call, microseconds limit, Error& error, int& result,
+                 const std::function<bool()>& mayWait) {
     // sd_bus_call would lose the answer if a signal interrupted it.
     sd_bus* const connection = sd_bus_message_get_bus(call.get());
     Message answer;
@@ -78,7 +81,7 @@ Message answerTo(const Message& call, microseconds limit, Error& error, int& res
     const Slot pending(slot);
     const auto end = steady_clock::now() + limit;
     while (result >= 0 && !answer) {
-        result = advance(connection, end);
+        result = mayWait && !mayWait() ? -ECANCELED : advance(connection, end);
     }
     if (sd_bus_message_is_method_error(answer.get(), nullptr) > 0) {
         result = sd_bus_error_copy(error.fill(), sd_bus_message_get_error(answer.get()));

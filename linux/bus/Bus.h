@@ -8,6 +8,7 @@
 #include <systemd/sd-bus.h>
 
 #include <chrono>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -61,8 +62,10 @@ Message newCall(sd_bus* connection, const Object& object, const char* member);
 // Longer than anybody thinks about a password.
 constexpr std::chrono::microseconds kNoLimit = std::chrono::hours(24 * 365);
 
-// Makes a call and waits for its answer. Null if that is an error, or if there is none within the limit.
-Message answerTo(const Message& call, std::chrono::microseconds limit, Error& error, int& result);
+// Makes a call and waits for its answer. Null if that is an error, or if there is none within the limit. If
+// given, `mayWait` is asked about every 100 ms; if it says no, the result is -ECANCELED.
+Message answerTo(const Message& call, std::chrono::microseconds limit, Error& error, int& result,
+                 const std::function<bool()>& mayWait = {});
 
 // Connects to the system bus within the limit. Null if that fails; `result` says why.
 Connection openSystemBus(std::chrono::microseconds limit, int& result);

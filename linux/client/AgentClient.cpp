@@ -1,6 +1,7 @@
 #include "linux/client/AgentClient.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
@@ -100,7 +101,10 @@ std::optional<std::vector<CardAgent::Card>> AgentClient::cards() {
 void AgentClient::askForClaim(bool mayAsk, Answer& answer) {
     const bus::Message call = newCall("Claim", answer);
     sd_bus_message_append(call.get(), "b", static_cast<int>(mayAsk));
-    makeCall(call, mayAsk ? bus::kNoLimit : kStartLimit, answer);
+    if (call) {
+        answer.message =
+            bus::answerTo(call, mayAsk ? bus::kNoLimit : kStartLimit, answer.error, answer.result, mayWait_);
+    }
 }
 
 Host::RightAnswer AgentClient::claim(bool mayAsk) {
@@ -109,6 +113,9 @@ Host::RightAnswer AgentClient::claim(bool mayAsk) {
     if (answer.error.is(kNoReply)) {
         // The agent ends when nobody has used it for a while, and may have done so just now.
         askForClaim(mayAsk, answer);
+    }
+    if (answer.result == -ECANCELED) {
+        return Host::RightAnswer::cancelled;
     }
     const char* name = nullptr;
     sd_bus_message_read(answer.message.get(), "s", &name);

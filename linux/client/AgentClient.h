@@ -3,8 +3,10 @@
 // This computer's cards through the agent on the system bus, and logind for switching off.
 
 #include <chrono>
+#include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "linux/bus/Bus.h"
@@ -13,6 +15,10 @@
 
 class AgentClient : public CardAgent {
   public:
+    // While a password is waited for, `mayWait` is called about every 100 ms. If it says no, the claim is
+    // cancelled; the agent withdraws its question when this program ends.
+    explicit AgentClient(std::function<bool()> mayWait = {}) : mayWait_(std::move(mayWait)) {}
+
     std::optional<std::vector<Card>> cards() override;
     Host::RightAnswer claim(bool mayAsk) override;
     void letGo() override;
@@ -40,6 +46,7 @@ class AgentClient : public CardAgent {
     bool takeOwnLock(Answer& answer);
     void takeLock();
 
+    std::function<bool()> mayWait_;
     bus::Connection connection_;
     // Held while a write is on.
     bus::Descriptor lock_;

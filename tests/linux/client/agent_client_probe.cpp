@@ -24,6 +24,8 @@ void showCards(AgentClient& client) {
     }
 }
 
+volatile sig_atomic_t givesUp = 0;
+
 // Leaves the range mapped, as the updater does.
 void open(AgentClient& client) {
     std::string address;
@@ -47,7 +49,9 @@ int main() {
     struct sigaction action = {};
     action.sa_handler = [](int) {};
     sigaction(SIGUSR1, &action, nullptr);
-    AgentClient client;
+    action.sa_handler = [](int) { givesUp = 1; };
+    sigaction(SIGUSR2, &action, nullptr);
+    AgentClient client([] { return givesUp == 0; });
     for (std::string word; std::cin >> word;) {
         if (word == "cards") {
             showCards(client);

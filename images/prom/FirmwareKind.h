@@ -17,9 +17,11 @@ enum class FirmwareKind : uint8_t {
 };
 
 // An image is a simulated card's if the bits that it shifts through the data register, taken together in
-// their order, contain the signature of a simulated FPGA's configuration. So it does not matter how the
-// shifts are divided, in which order the pages come, what follows the signature, or whether the image is
-// complete. About one other image in two thousand contains these 32 bits by chance.
+// their order, contain the signature of a simulated FPGA's configuration, or if what several passes leave in
+// a page does. So it does not matter how the shifts are divided, in which order the pages come, what follows
+// the signature, or whether the image is complete. About one other image in two thousand contains these 32
+// bits by chance. It is no guard against an image that was made to deceive it: a value whose retry is what
+// the PROM keeps, for one, is looked at once.
 FirmwareKind firmwareKindOf(std::span<const uint8_t> image);
 
 }  // namespace images

@@ -44,6 +44,23 @@ TEST(FirmwareKind, DependsOnTheContentAlone) {
     EXPECT_EQ(firmwareKindOf({}), FirmwareKind::unreadable);
 }
 
+std::string programPage(const std::string& address, const std::string& page) {
+    return "XSIR 8 0xEB\nXSDRSIZE 16\nXSDRE " + address + "\nXSIR 8 0xED\nXSDRSIZE 72\nXSDRE " + page +
+           "\nXSIR 8 0xEA\n";
+}
+
+// A page keeps the bits that are 1 in all passes.
+TEST(FirmwareKind, DependsOnWhatSeveralPassesLeave) {
+    const std::string first = programPage("0x20", "0x47504F5F00FF00FF00");
+    const std::string second = programPage("0x20", "0x4FF8F65600FF00FF00");
+    const std::string between = programPage("0x40", "0x000000000000000000");
+    EXPECT_EQ(firmwareKindOf(images::assemble(first + between + second + "XCOMPLETE")),
+              FirmwareKind::simulated);
+    EXPECT_EQ(
+        firmwareKindOf(images::assemble(first + programPage("0x60", "0x4FF8F65600FF00FF00") + "XCOMPLETE")),
+        FirmwareKind::other);
+}
+
 // "VFPG" is 0x47504656 as it is shifted: the lowest bit first.
 TEST(FirmwareKind, DoesNotDependOnHowTheShiftsAreDivided) {
     for (const char* const shifts :

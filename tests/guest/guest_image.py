@@ -19,7 +19,7 @@ MODULES = ("virtio_pci", "virtio_blk", "virtio_console", "9pnet_virtio", "9p", "
            "overlay")
 PACKAGES = (
     "systemd", "systemd-sysv", "udev", "dbus", "libpam-systemd", "polkitd", "procps",
-    "libqt6widgets6", "libxcb1", "libwayland-client0", "libsm6",
+    "libqt6widgets6", "libxcb1", "libwayland-client0", "libsm6", "pax",
     "xvfb", "xauth", "openbox", "xdotool", "x11-xserver-utils", "imagemagick", "fonts-dejavu-core",
     "at-spi2-core", "python3", "python3-gi", "python3-xlib", "gir1.2-atspi-2.0",
 )
@@ -84,8 +84,10 @@ def debian():
             work = pathlib.Path(name)
             work.chmod(0o755)
             (work / "setup").write_text(setup)
+            # What is mounted in the tree is seen by this process alone and ends with it, so that nothing is removed
+            # through it.
             subprocess.run(
-                ["mmdebstrap", "--quiet", "--variant=minbase", f"--include={','.join(PACKAGES)}",
+                ["unshare", "--mount", "mmdebstrap", "--quiet", "--variant=minbase", f"--include={','.join(PACKAGES)}",
                  *(f"--dpkgopt=path-exclude=/usr/share/{folder}/*" for folder in ("man", "doc", "locale")),
                  f"--customize-hook=chroot \"$1\" sh -e <{work}/setup", "bookworm", work / "tree"], check=True)
             subprocess.run(["mke2fs", "-q", "-t", "ext4", "-O", "^has_journal", "-d", work / "tree", work / "disk", "1G"],

@@ -69,9 +69,9 @@ def put_commands(layer):
         if script.suffix not in (".service", ".conf") and script.is_file():
             shutil.copy2(script, home)
     shutil.copy2(INSIDE.parents[2] / "scripts/virtual_desktop.py", home)
-    (layer / "etc/machine-id").write_text("5" * 32 + "\n")  # or systemd would set the computer up for the first time
     units = layer / "etc/systemd/system"
     (units / "multi-user.target.wants").mkdir(parents=True)
+    (layer / "etc/machine-id").write_text("5" * 32 + "\n")  # or systemd would set the computer up for the first time
     shutil.copy(INSIDE / "commands@.service", units)
     for person in ("root", SITTER):
         (units / f"multi-user.target.wants/commands@{person}.service").symlink_to("../commands@.service")

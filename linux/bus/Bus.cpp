@@ -29,6 +29,18 @@ int advance(sd_bus* connection, steady_clock::time_point end) {
     return waited == -EINTR ? 0 : waited;
 }
 
+Connection open(int (*begin)(sd_bus**), microseconds limit, int& result) {
+    sd_bus* opened = nullptr;
+    result = begin(&opened);
+    Connection connection(opened);
+    // sd-bus by itself would wait for the bus's greeting for half a minute.
+    const auto end = steady_clock::now() + limit;
+    while (result >= 0 && sd_bus_is_ready(opened) == 0) {
+        result = advance(opened, end);
+    }
+    return result < 0 ? nullptr : std::move(connection);
+}
+
 int keepAnswer(sd_bus_message* answer, void* kept, sd_bus_error* /*error*/) {
     static_cast<Message*>(kept)->reset(sd_bus_message_ref(answer));
     return 1;
@@ -91,15 +103,11 @@ Message answerTo(const Message& call, microseconds limit, Error& error, int& res
 }
 
 Connection openSystemBus(microseconds limit, int& result) {
-    sd_bus* opened = nullptr;
-    result = sd_bus_open_system(&opened);
-    Connection connection(opened);
-    // sd-bus by itself would wait for the bus's greeting for half a minute.
-    const auto end = steady_clock::now() + limit;
-    while (result >= 0 && sd_bus_is_ready(opened) == 0) {
-        result = advance(opened, end);
-    }
-    return result < 0 ? nullptr : std::move(connection);
+    return open(sd_bus_open_system, limit, result);
+}
+
+Connection openSessionBus(microseconds limit, int& result) {
+    return open(sd_bus_open_user, limit, result);
 }
 
 }  // namespace bus

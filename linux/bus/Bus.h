@@ -67,7 +67,9 @@ constexpr std::chrono::microseconds kNoLimit = std::chrono::hours(24 * 365);
 Message answerTo(const Message& call, std::chrono::microseconds limit, Error& error, int& result,
                  const std::function<bool()>& mayWait = {});
 
-// Connects to the system bus within the limit. Null if that fails; `result` says why.
+// Connect to the system bus, or to that of the user's session, within the limit. Null if that fails; `result`
+// says why.
 Connection openSystemBus(std::chrono::microseconds limit, int& result);
+Connection openSessionBus(std::chrono::microseconds limit, int& result);
 
 }  // namespace bus

@@ -13,8 +13,7 @@ constexpr char kWhat[] =
 
 Message newLockCall(sd_bus* connection) {
     Message call = newCall(connection, kLogind, "Inhibit");
-    sd_bus_message_append(call.get(), "ssss", kWhat, agent::kLockOwner,
-                          "Firmware is being written into a card", "block");
+    sd_bus_message_append(call.get(), "ssss", kWhat, agent::kLockOwner, kLockReason, "block");
     return call;
 }
 

@@ -209,6 +209,7 @@ void AgentClient::takeLock() {
 void AgentClient::beginWrite() {
     try {
         takeLock();
+        sessionLock_.take();
     } catch (const std::exception& exception) {
         std::fprintf(stderr, "The computer can be switched off or put to sleep during the write: %s\n",
                      exception.what());
@@ -218,6 +219,7 @@ void AgentClient::beginWrite() {
 void AgentClient::endWrite() {
     // This alone ends the lock if the agent has died.
     lock_.close();
+    sessionLock_.release();
     try {
         Answer answer;
         const bus::Message call = newCall("EndWrite", answer);

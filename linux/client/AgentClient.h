@@ -11,6 +11,7 @@
 
 #include "linux/bus/Bus.h"
 #include "linux/bus/Descriptor.h"
+#include "linux/client/SessionLock.h"
 #include "linux/host/CardAgent.h"
 
 class AgentClient : public CardAgent {
@@ -50,4 +51,5 @@ class AgentClient : public CardAgent {
     bus::Connection connection_;
     // Held while a write is on.
     bus::Descriptor lock_;
+    SessionLock sessionLock_;
 };

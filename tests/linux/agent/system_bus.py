@@ -15,6 +15,7 @@ ROOT = pathlib.Path(__file__).resolve().parents[3]
 AGENT = "com.vornlabs.VUpdater.Agent"
 MOCK = "org.freedesktop.DBus.Mock"
 POLKIT = ("org.freedesktop.PolicyKit1", "/org/freedesktop/PolicyKit1/Authority")
+SESSION = ("org.gnome.SessionManager", "/org/gnome/SessionManager")
 LOGIND = ("org.freedesktop.login1", "/org/freedesktop/login1")
 PATIENCE_SECONDS = 60
 
@@ -38,6 +39,7 @@ BUS = """<busconfig>
     <allow send_destination="org.freedesktop.DBus"/>
     <allow own="org.freedesktop.PolicyKit1" /><allow send_destination="org.freedesktop.PolicyKit1"/>
     <allow own="org.freedesktop.login1" /><allow send_destination="org.freedesktop.login1"/>
+    <allow own="org.gnome.SessionManager" /><allow send_destination="org.gnome.SessionManager"/>
   </policy>
   <include>{root}/share/agent/{agent}.conf</include>
   <policy user="{user}"><allow own="{agent}"/></policy>
@@ -96,7 +98,8 @@ class SystemBus:
             f"[D-BUS Service]\nName={AGENT}\nUser=root\n"
             f"Exec={programs}/vupdater-agent --sys {folder}/sys --cards {self.cards} --idle {idle}\n")
         (folder / "bus.conf").write_text(BUS.format(folder=folder, root=ROOT, agent=AGENT, user=os.geteuid()))
-        os.environ["DBUS_SYSTEM_BUS_ADDRESS"] = f"unix:path={folder}/bus"
+        # The session's bus is the same one here.
+        os.environ["DBUS_SYSTEM_BUS_ADDRESS"] = os.environ["DBUS_SESSION_BUS_ADDRESS"] = f"unix:path={folder}/bus"
         self.start("bus", "dbus-daemon", f"--config-file={folder}/bus.conf", "--nofork", "--nopidfile")
         wait_until((folder / "bus").exists, "The bus did not start.")
         self.connection = dbus.bus.BusConnection(os.environ["DBUS_SYSTEM_BUS_ADDRESS"])
@@ -108,13 +111,18 @@ class SystemBus:
         return process
 
     def start_polkit(self):
-        return self.start_mock("polkit", POLKIT, pathlib.Path(__file__).with_name("polkit_template.py"))
+        return self.start_mock("polkit", POLKIT, "--template", pathlib.Path(__file__).with_name("polkit_template.py"))
 
     def start_logind(self):
-        return self.start_mock("logind", LOGIND, pathlib.Path(__file__).with_name("logind_template.py"))
+        return self.start_mock("logind", LOGIND, "--template", pathlib.Path(__file__).with_name("logind_template.py"))
 
-    def start_mock(self, name, where, template):
-        process = self.start(name, sys.executable, "-m", "dbusmock", "--system", "--template", template)
+    def start_session_manager(self):
+        process = self.start_mock("session-manager", SESSION, *SESSION, SESSION[0])
+        self.mock(SESSION).AddMethod(SESSION[0], "Inhibit", "susu", "u", "ret = 1")
+        return process
+
+    def start_mock(self, name, where, *what):
+        process = self.start(name, sys.executable, "-m", "dbusmock", "--system", *what)
         wait_until(lambda: self.connection.name_has_owner(where[0]), f"The stand-in for {name} did not start.")
         return process
 

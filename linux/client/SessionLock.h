@@ -1,0 +1,20 @@
+#pragma once
+
+// Keeps the user's desktop session from being ended during a write.
+//
+// logind's locks do not: a session may end while the computer stays on, and the desktop then ends its
+// programs. Its session manager has to be asked, over the session's bus. Where there is none that can be
+// asked so, the window still refuses the end of the session if the display tells it.
+
+#include "linux/bus/Bus.h"
+
+class SessionLock {
+  public:
+    // Waits for a moment at most. Says nothing if there is no such session manager.
+    void take();
+    void release() { connection_.reset(); }
+
+  private:
+    // The session manager drops the lock when the connection ends.
+    bus::Connection connection_;
+};

@@ -33,6 +33,7 @@ std::string memorySize(std::string argument) {
 class CaughtSignals {
   public:
     CaughtSignals() {
+        std::signal(SIGCHLD, SIG_DFL);  // whoever started this program may have left it ignored
         sigset_t set;
         sigemptyset(&set);
         for (const int number : {SIGCHLD, SIGINT, SIGTERM, SIGHUP}) {

@@ -100,12 +100,14 @@ int runGuest(MachineDirectory& directory, const PciFunction& function, const Ser
              std::ostream& out) {
     simulator::Machine& machine = directory.machine();
     std::exception_ptr failure;
+    std::string report;
     int exitCode = kPowerWasLost;
-    GuestSession session(machine, function);
     try {
+        GuestSession session(machine, function);
         if (machine.isOn()) {
             exitCode = session.run(options.command);
         }
+        report = session.report();
     } catch (const files::UserError&) {
         failure = std::current_exception();
     }
@@ -116,7 +118,7 @@ int runGuest(MachineDirectory& directory, const PciFunction& function, const Ser
     if (failure) {
         std::rethrow_exception(failure);
     }
-    out << session.report() << (powerWasLost ? "The machine has lost its power.\n" : "The machine is off.\n");
+    out << report << (powerWasLost ? "The machine has lost its power.\n" : "The machine is off.\n");
     return powerWasLost ? kPowerWasLost : exitCode;
 }
 

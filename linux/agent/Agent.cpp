@@ -203,6 +203,7 @@ void Agent::beginWrite(sd_bus_message* call) {
     if (!keeper_.hasCards(client)) {
         throw files::UserError("The cards have not been claimed.");
     }
+    keeper_.noteWrite(client);
     clients_.at(client).lock = std::make_unique<WriteLock>(connection_, call);
 }
 

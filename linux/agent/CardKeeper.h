@@ -42,6 +42,9 @@ class CardKeeper {
     // A memory range of a card of the client's. Throws files::UserError.
     pci::OpenedRange openRange(const std::string& client, const std::string& address, uint32_t range);
 
+    // The client is about to write into its cards.
+    void noteWrite(const std::string& client) { cards_->keepAwake(client); }
+
     // The client does not want its cards any more.
     void giveUp(const std::string& client);
     // Takes back what was given up and is no longer used. Returns whether something is left for another try.

@@ -179,6 +179,14 @@ OpenedRange Cards::openRange(const std::string& client, const std::string& addre
             .bytes = static_cast<uint32_t>(std::min(window->resource.bytes(), kMostBytes))};
 }
 
+void Cards::keepAwake(const std::string& client) {
+    for (auto& [address, claim] : claims_) {
+        if (claim.client == client) {
+            claim.ready->stayAwake();
+        }
+    }
+}
+
 void Cards::release(const std::string& client) {
     std::erase_if(claims_, [&](const auto& claim) { return claim.second.client == client; });
 }

@@ -59,6 +59,10 @@ class Cards {
     // is, whatever is released later.
     OpenedRange openRange(const std::string& client, const std::string& address, uint32_t memoryRange) const;
 
+    // Keeps the client's cards awake even after they have been taken back. A card whose firmware is
+    // incomplete is lost when its power goes, and the port above a card that may sleep can take it away.
+    void keepAwake(const std::string& client);
+
     // Takes back all cards of the client, and leaves each as it was before. The destructor does so for all.
     void release(const std::string& client);
 

@@ -20,6 +20,9 @@ class ReadyDevice {
     ReadyDevice& operator=(const ReadyDevice&) = delete;
     ~ReadyDevice();
 
+    // Leaves the device awake afterwards, for as long as the computer is on.
+    void stayAwake() { isWoken_ = false; }
+
     // Why the device is not ready; empty if it is.
     const std::string& failure() const { return failure_; }
     const PciDevice& device() const { return device_; }

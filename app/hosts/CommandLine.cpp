@@ -49,17 +49,18 @@ void Say(const char* program, const char* what) {
     std::fprintf(stderr, "%s: %s\n", program, what);
 }
 
-int RunProgram(CLI::App& commandLine, int argc, char** argv, const std::function<int()>& run) {
+int RunProgram(const Program& program, int argc, char** argv) {
     SetUpProcess();
-    const char* const name = commandLine.get_name().c_str();
     try {
+        CLI::App commandLine(program.description, program.name);
+        program.addArguments(commandLine);
         if (const auto exitCode = parse(commandLine, argc, argv)) {
             return *exitCode;
         }
-        UDisplay::Open(name, kNoDisplay);
-        return run();
+        UDisplay::Open(program.name, kNoDisplay);
+        return program.run();
     } catch (const std::exception& error) {
-        Say(name, error.what());
+        Say(program.name, error.what());
         ShowFailure(error.what());
         return kFailed;
     }

@@ -16,7 +16,14 @@ enum ExitCode {
 // Writes "PROGRAM: WHAT" on standard error.
 void Say(const char* program, const char* what);
 
-// Sets up the process, parses the command line, opens the display and calls the function, whose result is the
-// program's exit code. If the command line asks for something else, or is wrong, that is told instead. An
-// exception is told, too. The command line has the program's name, and gets the option --version here.
-int RunProgram(CLI::App& commandLine, int argc, char** argv, const std::function<int()>& run);
+struct Program {
+    const char* name;
+    const char* description;
+    std::function<void(CLI::App& commandLine)> addArguments;  // besides --help and --version
+    std::function<int()> run;                                 // returns the exit code
+};
+
+// Sets up the process, parses the command line, opens the display and runs the program; returns its exit
+// code. If the command line asks for something else, or is wrong, that is told instead. An exception is told,
+// too.
+int RunProgram(const Program& program, int argc, char** argv);

@@ -79,15 +79,11 @@ int runOn(const std::filesystem::path& folder) {
     return exitCode;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-    CLI::App arguments("Updates the firmware of the cards in a simulated machine.", kProgram);
-    std::string folder;
-    arguments.add_option("machine", folder, "The machine's folder, as cardsim makes it")
+void addArguments(CLI::App& commandLine, std::string& folder) {
+    commandLine.add_option("machine", folder, "The machine's folder, as cardsim makes it")
         ->check(
             [](const std::string& name) { return name.empty() ? "The folder name must not be empty." : ""; });
-    arguments.footer(
+    commandLine.footer(
         "Without a folder it opens the machine in ~/.local/share/vupdater/machine, or\n"
         "in the folder that XDG_DATA_HOME names instead of ~/.local/share, and makes it\n"
         "if there is none.\n\n"
@@ -95,7 +91,16 @@ int main(int argc, char** argv) {
         "line is wrong, with 3 if the machine loses its power, with 4 if there is no\n"
         "display, with 5 if the display or the session ends while it runs, or had to be\n"
         "given up for a write because it froze, and with 0 otherwise.");
-    return RunProgram(arguments, argc, argv, [&folder] {
-        return runOn(folder.empty() ? UsersMachine() : std::filesystem::path(folder));
-    });
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    std::string folder;
+    return RunProgram(
+        {.name = kProgram,
+         .description = "Updates the firmware of the cards in a simulated machine.",
+         .addArguments = [&folder](CLI::App& commandLine) { addArguments(commandLine, folder); },
+         .run = [&folder] { return runOn(folder.empty() ? UsersMachine() : std::filesystem::path(folder)); }},
+        argc, argv);
 }

@@ -81,16 +81,22 @@ int runUpdater() {
     return exitCode;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-    CLI::App arguments("Updates the firmware of this computer's cards.", kProgram);
-    arguments.footer(
+void addArguments(CLI::App& commandLine) {
+    commandLine.footer(
         "The cards are named in /etc/vupdater/cards.d, and an administrator's password\n"
         "is asked for before they are used.\n\n"
         "Exits with 1 after an error that it did not expect, with 2 if the command line\n"
         "is wrong, with 4 if there is no display, with 5 if the display or the session\n"
         "ends while it runs, or had to be given up for a write because it froze, and\n"
         "with 0 otherwise.");
-    return RunProgram(arguments, argc, argv, runUpdater);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    return RunProgram({.name = kProgram,
+                       .description = "Updates the firmware of this computer's cards.",
+                       .addArguments = addArguments,
+                       .run = runUpdater},
+                      argc, argv);
 }

@@ -31,10 +31,10 @@ TEST(FirmwareKind, DependsOnTheContentAlone) {
     content[4] = 2;       // the layout
     EXPECT_EQ(firmwareKindOf(imageOf(content)), FirmwareKind::simulated);
     EXPECT_EQ(firmwareKindOf(imageOf(content, 400'000)), FirmwareKind::simulated);
-    std::rotate(content.begin(), content.end() - 5 * 512, content.end());  // another page comes first
+    std::rotate(content.begin(), content.begin() + 512, content.end());  // another page comes first
     EXPECT_EQ(firmwareKindOf(imageOf(content)), FirmwareKind::simulated);
 
-    // The rest is not enough: these 32 bits are what the updater would tell the user about.
+    // What follows the signature does not count.
     for (const std::size_t place : {0U, 1U, 2U, 3U}) {
         content = simulator::encodeConfiguration({0x23, 2, 'W', 7, 0x5B02});
         content[place] ^= 0x10;

@@ -2,7 +2,6 @@
 
 // One run of a guest computer with the cards of a simulated machine on its bus.
 
-#include <csignal>
 #include <memory>
 #include <string>
 #include <vector>

@@ -1,5 +1,6 @@
 #include "app/hosts/WriteListener.h"
 
+#include <cstdint>
 #include <utility>
 
 #include "app/WindowState.h"
@@ -11,8 +12,10 @@ void WriteListener::ListenToMessage(MessageT message, void* parameter) {
     if (message != kWindowStateMessage) {
         return;
     }
-    const bool isWriting = *static_cast<const int32_t*>(parameter) == kWindowUpdating;
-    if (std::exchange(mIsWriting, isWriting) != isWriting) {
-        isWriting ? mOnBegin() : mOnEnd();
+    const int32_t state = *static_cast<const int32_t*>(parameter);
+    if (state == kWindowUpdating) {
+        mOnBegin();
+    } else if (state == kWindowFinished) {
+        mOnEnd();
     }
 }

@@ -1,6 +1,8 @@
 #pragma once
 
-// Hears from the updater when a write to a card begins and when it has ended.
+// Hears from the updater when the computer must stay on: from the begin of a write to a card until one has
+// succeeded. After a failed write the card is lost as soon as its power goes, so nothing may take it away
+// while the user looks for help. Quitting the program ends that.
 
 #include <functional>
 
@@ -8,7 +10,8 @@
 
 class WriteListener final : public LListener {
   public:
-    // The functions are called in turn, the first one first. The second is also called if the write failed.
+    // The first function is called before each write, also before one that follows a failed one; the second
+    // after a write that succeeded.
     WriteListener(std::function<void()> onBegin, std::function<void()> onEnd);
 
     void ListenToMessage(MessageT message, void* parameter) override;
@@ -16,5 +19,4 @@ class WriteListener final : public LListener {
   private:
     std::function<void()> mOnBegin;
     std::function<void()> mOnEnd;
-    bool mIsWriting = false;
 };

@@ -207,6 +207,9 @@ void AgentClient::takeLock() {
 }
 
 void AgentClient::beginWrite() {
+    if (lock_) {
+        return;
+    }
     try {
         takeLock();
         sessionLock_.take();

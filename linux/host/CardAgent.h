@@ -47,9 +47,10 @@ class CardAgent {
     // Opens memory range 0 or 1 of a claimed card; nothing, with a line on standard error, if that fails.
     virtual std::optional<Range> openRange(const std::string& address, uint32_t memoryType) = 0;
 
-    // From the first to the second, the computer cannot be switched off or put to sleep, nor the user logged
-    // out. Neither fails: without that protection the write goes on, after a line on standard error. If the
-    // computer is already going to sleep or off, the first returns when it is awake again.
+    // From the first, which may be called again, to the second, the computer cannot be switched off or put to
+    // sleep, nor the user logged out. Neither fails: without that protection the write goes on, after a line
+    // on standard error. If the computer is already going to sleep or off, the first returns when it is awake
+    // again.
     virtual void beginWrite() = 0;
     virtual void endWrite() = 0;
 

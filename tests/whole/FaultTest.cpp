@@ -152,6 +152,30 @@ TEST_F(Faults, SleepRuinsAWriteUnlessItIsPrevented) {
     }
 }
 
+// After a failed write the card still runs, but would not come back from a sleep.
+TEST_F(Faults, SleepIsPreventedUntilAWriteHasSucceeded) {
+    UpdaterSession session(machine, bundle);
+    WriteListener listener([&] { machine.preventSleep(); }, [&] { machine.allowSleep(); });
+    session.setup.windowStateListener = &listener;
+    const auto isPrevented = [this] {
+        card().inject(
+            {.kind = FaultKind::machineSleeps, .when = When::atAccess, .count = machine.accesses()});
+        const bool wasPrevented = card().faults().all().at(0).prevented;
+        card().clearFaults();
+        return wasPrevented;
+    };
+    session.run([&] {
+        EXPECT_FALSE(isPrevented());
+        card().inject({.kind = FaultKind::pageNotTaken, .page = 0});
+        session.click("UPDT");
+        EXPECT_EQ(session.alerts, pageFails);
+        card().clearFaults();
+        EXPECT_TRUE(isPrevented());
+        session.click("UPDT");
+        EXPECT_FALSE(isPrevented());
+    });
+}
+
 // Faults that strike before or while a card is read.
 TEST_F(Faults, BrokenCardEndsTheUpdater) {
     const struct {

@@ -18,6 +18,9 @@ namespace {
 
 constexpr std::chrono::seconds kBusLimit(25);
 
+// The exit code for a wrong command line, as of all our programs.
+constexpr int kWrongUsage = 2;
+
 using Loop = std::unique_ptr<sd_event, bus::Releaser<sd_event_unref>>;
 
 Loop newLoop() {
@@ -61,13 +64,20 @@ int run(int argc, char** argv) {
     program.add_flag(
         "--check", isCheck,
         "Shows which cards this computer has and whether they can be used. Exits with 0 if one can");
-    program.set_version_flag("--version", VUPDATER_VERSION, "Shows the version");
+    program.set_version_flag("--version", "vupdater-agent " VUPDATER_VERSION, "Print the version and exit");
     program.add_option("--sys", folders.sys, "Where the kernel describes the devices")->capture_default_str();
     auto* const rules = program.add_option("--cards", folders.rules, "The folder whose files name the cards")
                             ->capture_default_str();
     program.add_option("--idle", idleSeconds, "Seconds without clients until it exits")
         ->capture_default_str();
-    CLI11_PARSE(program, argc, argv);
+    program.failure_message([](const CLI::App*, const CLI::Error& error) {
+        return std::string("vupdater-agent: ") + error.what() + "\nFor help: vupdater-agent --help\n";
+    });
+    try {
+        program.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return program.exit(error) == 0 ? 0 : kWrongUsage;
+    }
     if (*rules) {
         // Whoever chooses the folder answers for it.
         folders.rulesOwner = geteuid();

@@ -98,8 +98,7 @@ class SystemBus:
             f"[D-BUS Service]\nName={AGENT}\nUser=root\n"
             f"Exec={programs}/vupdater-agent --sys {folder}/sys --cards {self.cards} --idle {idle}\n")
         (folder / "bus.conf").write_text(BUS.format(folder=folder, root=ROOT, agent=AGENT, user=os.geteuid()))
-        # The session's bus is the same one here.
-        os.environ["DBUS_SYSTEM_BUS_ADDRESS"] = os.environ["DBUS_SESSION_BUS_ADDRESS"] = f"unix:path={folder}/bus"
+        os.environ["DBUS_SYSTEM_BUS_ADDRESS"] = f"unix:path={folder}/bus"
         self.start("bus", "dbus-daemon", f"--config-file={folder}/bus.conf", "--nofork", "--nopidfile")
         wait_until((folder / "bus").exists, "The bus did not start.")
         self.connection = dbus.bus.BusConnection(os.environ["DBUS_SYSTEM_BUS_ADDRESS"])
@@ -117,6 +116,8 @@ class SystemBus:
         return self.start_mock("logind", LOGIND, "--template", pathlib.Path(__file__).with_name("logind_template.py"))
 
     def start_session_manager(self):
+        # The session of the clients that are started after it has this bus, too.
+        os.environ["DBUS_SESSION_BUS_ADDRESS"] = os.environ["DBUS_SYSTEM_BUS_ADDRESS"]
         process = self.start_mock("session-manager", SESSION, *SESSION, SESSION[0])
         self.mock(SESSION).AddMethod(SESSION[0], "Inhibit", "susu", "u", "ret = 1")
         return process

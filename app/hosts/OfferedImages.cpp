@@ -21,7 +21,7 @@ std::string whyNotOffered(const std::string& path, CardsOfComputer cards) {
     const auto image = files::OpenFile::ordinary(AT_FDCWD, files::behindLinks(path), O_RDONLY, path).read();
     const FirmwareKind kind = images::firmwareKindOf(image);
     if (kind == FirmwareKind::unreadable) {
-        return name + " is damaged: it is not an image, or it has no end.";
+        return name + " is damaged: it is not an image, or it is incomplete.";
     }
     if (kind == FirmwareKind::simulated && cards == CardsOfComputer::kReal) {
         return name + " is firmware for simulated cards and would ruin a real one.";

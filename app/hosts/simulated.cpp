@@ -89,8 +89,8 @@ void addArguments(CLI::App& commandLine, std::string& folder) {
         "if there is none.\n\n"
         "Exits with 1 if the machine cannot be opened or saved, with 2 if the command\n"
         "line is wrong, with 3 if the machine loses its power, with 4 if there is no\n"
-        "display, with 5 if the display or the session ends while it runs, or had to be\n"
-        "given up for a write because it froze, and with 0 otherwise.");
+        "display, with 5 if the display or the session ends or a frozen display is given\n"
+        "up during a write, and with 0 otherwise.");
 }
 
 }  // namespace

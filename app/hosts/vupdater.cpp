@@ -20,7 +20,7 @@ namespace {
 
 constexpr char kProgram[] = "vupdater";
 
-// Whoever waits inside the program lets the window draw, and a request to quit arrive. False after a quit.
+// Called during waits: lets the window draw and a request to quit arrive. Returns false after a quit.
 bool goOn() {
     LApplication* const application = LApplication::Current();
     if (application != nullptr) {
@@ -29,8 +29,8 @@ bool goOn() {
     return application == nullptr || !application->IsQuitting();
 }
 
-// The agent, for the cards of the kind that there are when the program starts, which decides what may be
-// written into them. Should a card of the other kind appear later, it is refused.
+// The agent, for real or for simulated cards only, whichever are there when the program starts, because the
+// kind decides which images are offered. A card of the other kind that appears later is refused.
 class AgentForOneKind final : public AgentClient {
   public:
     AgentForOneKind() : AgentClient(goOn) {
@@ -50,7 +50,8 @@ class AgentForOneKind final : public AgentClient {
         }
         for (Card& card : *all) {
             if (card.isSimulated != mAreSimulated && card.refusal.empty()) {
-                card.refusal = "It was not there when the program started. Start the program again.";
+                card.refusal =
+                    "The card was not there when the program started. Quit the program, then start it again.";
             }
         }
         return all;
@@ -83,12 +84,11 @@ int runUpdater() {
 
 void addArguments(CLI::App& commandLine) {
     commandLine.footer(
-        "The cards are named in /etc/vupdater/cards.d, and an administrator's password\n"
-        "is asked for before they are used.\n\n"
-        "Exits with 1 after an error that it did not expect, with 2 if the command line\n"
-        "is wrong, with 4 if there is no display, with 5 if the display or the session\n"
-        "ends while it runs, or had to be given up for a write because it froze, and\n"
-        "with 0 otherwise.");
+        "An administrator names the cards in /etc/vupdater/cards.d. The program asks for\n"
+        "an administrator's password before it uses them.\n\n"
+        "Exits with 1 if an unexpected error occurs, with 2 if the command line is wrong,\n"
+        "with 4 if there is no display, with 5 if the display or the session ends or a\n"
+        "frozen display is given up during a write, and with 0 otherwise.");
 }
 
 }  // namespace

@@ -14,9 +14,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// Enough for everybody at one computer, and few enough that nobody can make the agent grow.
+// Enough for everybody at one computer, and few enough to keep the agent small.
 constexpr std::size_t kMostClients = 16;
-// One user cannot take all the places.
+// So that one user cannot take all places.
 constexpr std::ptrdiff_t kMostClientsOfAUser = 4;
 
 constexpr std::chrono::microseconds kTakeBackInterval = 1s;
@@ -54,7 +54,7 @@ uid_t userOf(sd_bus_message* call) {
         result = sd_bus_creds_get_euid(credentials, &user);
     }
     sd_bus_creds_unref(credentials);
-    require(result, "The bus does not tell the client's user");
+    require(result, "The bus does not report the client's user");
     return user;
 }
 
@@ -97,21 +97,21 @@ void Agent::start() {
     sd_bus_slot* slot = nullptr;
     require(
         sd_bus_add_object_vtable(connection_, &slot, agent::kObjectPath, agent::kInterface, kMethods, this),
-        "The agent's methods were not accepted");
+        "The agent's methods could not be registered");
     object_.reset(slot);
     require(sd_bus_add_match(connection_, &slot, kNameLostMatch, onNameLost, this),
-            "The bus does not tell who leaves it");
+            "The bus does not report who leaves it");
     nameLost_.reset(slot);
     require(sd_event_add_time_relative(loop_, &timer_, CLOCK_MONOTONIC, 0, 0, onTimer, this),
-            "There is no timer");
+            "No timer could be created");
     setTimer();
     require(sd_bus_request_name(connection_, agent::kBusName, 0),
-            "The agent cannot have its name on the bus. Only root may, and only once");
+            "The agent could not take its name on the bus. Only one agent can have it, and only as root");
 }
 
 void Agent::cards(sd_bus_message* call) {
     sd_bus_message* created = nullptr;
-    require(sd_bus_message_new_method_return(call, &created), "No answer");
+    require(sd_bus_message_new_method_return(call, &created), "The answer could not be sent");
     const bus::Message answer(created);
     sd_bus_message_open_container(created, SD_BUS_TYPE_ARRAY, "(sssbs)");
     for (const pci::FoundCard& card : keeper_.list(sd_bus_message_get_sender(call))) {
@@ -120,7 +120,7 @@ void Agent::cards(sd_bus_message* call) {
                               card.refusal.c_str());
     }
     sd_bus_message_close_container(created);
-    require(sd_bus_message_send(created), "No answer");
+    require(sd_bus_message_send(created), "The answer could not be sent");
 }
 
 void Agent::claim(sd_bus_message* call) {
@@ -134,7 +134,8 @@ void Agent::claim(sd_bus_message* call) {
     const auto cards = keeper_.list(client);
     const bool isSomethingToGuard = std::any_of(cards.begin(), cards.end(), isUsable);
     if (keeper_.hasCards(client) || !isSomethingToGuard) {
-        require(sd_bus_reply_method_return(call, "s", textOf(Question::Answer::granted)), "No answer");
+        require(sd_bus_reply_method_return(call, "s", textOf(Question::Answer::granted)),
+                "The answer could not be sent");
         return;
     }
     ask(call, mayAsk != 0);
@@ -149,7 +150,7 @@ void Agent::ask(sd_bus_message* call, bool mayAsk) {
         throw files::UserError("The question has already been asked.");
     }
     if (clients_.size() >= kMostClients || ofUser >= kMostClientsOfAUser) {
-        throw files::UserError("Too many programs ask for the cards.");
+        throw files::UserError("Too many programs are asking for the cards.");
     }
     std::shared_ptr<sd_bus_message> kept(sd_bus_message_ref(call), sd_bus_message_unref);
     auto question = std::make_unique<Question>(
@@ -167,7 +168,7 @@ void Agent::answerClaim(sd_bus_message* call, std::optional<Question::Answer> an
         journal(who + ": polkit does not answer: " + reason);
         sd_bus_reply_method_errorf(call, SD_BUS_ERROR_FAILED, "polkit does not answer: %s", reason.c_str());
     } else if (*answer != Question::Answer::granted) {
-        journal(who + ": The cards are not given: " + textOf(*answer) + ".");
+        journal(who + ": The cards may not be used: " + textOf(*answer) + ".");
         sd_bus_reply_method_return(call, "s", textOf(*answer));
     } else {
         try {
@@ -195,7 +196,7 @@ void Agent::openRange(sd_bus_message* call) {
     const pci::OpenedRange opened = keeper_.openRange(sd_bus_message_get_sender(call), address, range);
     require(sd_bus_reply_method_return(call, "hut", opened.file.descriptor(), opened.offsetInPage,
                                        static_cast<uint64_t>(opened.bytes)),
-            "No answer");
+            "The answer could not be sent");
 }
 
 void Agent::beginWrite(sd_bus_message* call) {
@@ -213,12 +214,12 @@ void Agent::endWrite(sd_bus_message* call) {
         client->second.lock.reset();
         journal(client->first + ": The write has ended.");
     }
-    require(sd_bus_reply_method_return(call, ""), "No answer");
+    require(sd_bus_reply_method_return(call, ""), "The answer could not be sent");
 }
 
 void Agent::letGo(sd_bus_message* call) {
     forget(sd_bus_message_get_sender(call));
-    require(sd_bus_reply_method_return(call, ""), "No answer");
+    require(sd_bus_reply_method_return(call, ""), "The answer could not be sent");
 }
 
 void Agent::forget(const std::string& client) {
@@ -256,7 +257,7 @@ int Agent::onTimer(sd_event_source* /*timer*/, uint64_t /*time*/, void* agent) {
 }
 
 void Agent::exitWhenIdle() {
-    journal("Nobody needs the agent. It exits until it is called again.");
+    journal("No program needs the agent. It exits, and starts again when it is called.");
     isExiting_ = true;
     // In this order no call is lost: systemd starts an agent for those that come after the name has gone, and
     // what came before it is answered until the bus has let go of the name.

@@ -18,7 +18,7 @@ CardKeeper::~CardKeeper() {
         holding.isGivenUp = true;
     }
     if (takeBack()) {
-        journal("A program still uses a card. It is left as it is.");
+        journal("A program is still using a card, so the cards are left as they are.");
         // Its destructor would take the cards back.
         static_cast<void>(cards_.release());
     }
@@ -62,7 +62,7 @@ std::vector<std::string> CardKeeper::claim(const std::string& client) {
     // Before anything is changed, because what a claim changes is undone with it, under that program's hands.
     if (holdings_.find(client) == holdings_.end() && isInUse(holding)) {
         throw files::UserError(
-            "A program that was given the cards earlier still uses one. Quit it, then try again.");
+            "A program that was given the cards earlier is still using one. Quit it, then try again.");
     }
     cards_->claim(client);
     std::vector<std::string> addresses;

@@ -5,7 +5,7 @@
 bool reportCards(CardKeeper& keeper, std::ostream& out) {
     const std::vector<pci::FoundCard> cards = keeper.list("");
     if (cards.empty()) {
-        out << "No device of this computer is named as a card.\n";
+        out << "No card is named in the configuration, or none of those named is in this computer.\n";
     }
     bool isOneUsable = false;
     for (const pci::FoundCard& card : cards) {

@@ -78,7 +78,7 @@ int Question::onAnswer(sd_bus_message* answer, void* question, sd_bus_error* /*e
     const std::optional<Answer> given =
         sd_bus_message_is_method_error(answer, nullptr) != 0 ? std::nullopt : answerIn(answer);
     const sd_bus_error* const error = sd_bus_message_get_error(answer);
-    done(given,
-         error != nullptr && error->message != nullptr ? error->message : "its answer has another form");
+    done(given, error != nullptr && error->message != nullptr ? error->message
+                                                              : "the answer could not be understood");
     return 1;
 }

@@ -33,13 +33,14 @@ int WriteLock::onAnswer(sd_bus_message* answer, void* lock, sd_bus_error* /*erro
     if (sd_bus_message_is_method_error(answer, nullptr) != 0 ||
         sd_bus_message_read(answer, "h", &theMessages) < 0) {
         const sd_bus_error* const error = sd_bus_message_get_error(answer);
-        const char* const reason =
-            error != nullptr && error->message != nullptr ? error->message : "its answer has another form";
-        journal(client + ": The lock for the write is missing: logind: " + reason);
+        const char* const reason = error != nullptr && error->message != nullptr
+                                       ? error->message
+                                       : "the answer could not be understood";
+        journal(client + ": logind gave no lock for the write: " + reason);
         // The client must not write before this is over.
         const bool isGoingDown = sd_bus_error_has_name(error, bus::kIsGoingDown) != 0;
         return sd_bus_reply_method_errorf(call.get(), isGoingDown ? bus::kIsGoingDown : SD_BUS_ERROR_FAILED,
-                                          "logind gives no lock: %s", reason);
+                                          "logind gave no lock: %s", reason);
     }
     self->lock_ = bus::Descriptor::duplicate(theMessages);
     journal(client + ": The computer stays on during the write.");

@@ -18,7 +18,7 @@ namespace {
 
 constexpr std::chrono::seconds kBusLimit(25);
 
-// The exit code for a wrong command line, as of all our programs.
+// The exit code for a wrong command line, as in the other programs.
 constexpr int kWrongUsage = 2;
 
 using Loop = std::unique_ptr<sd_event, bus::Releaser<sd_event_unref>>;
@@ -29,7 +29,7 @@ Loop newLoop() {
     for (const int signal : {SIGTERM, SIGINT}) {
         sd_event_add_signal(loop, nullptr, signal | SD_EVENT_SIGNAL_PROCMASK, nullptr, nullptr);
     }
-    // Whoever reads the messages may stop doing so.
+    // The reader of the messages may go away.
     std::signal(SIGPIPE, SIG_IGN);
     return Loop(loop);
 }
@@ -54,21 +54,22 @@ int serve(CardKeeper& keeper, std::chrono::seconds idleTime) {
 
 int run(int argc, char** argv) {
     CLI::App program(
-        "Hands out the cards that /etc/vupdater/cards.d names to programs whose users may have them. The "
-        "system "
-        "bus starts it.",
+        "Opens the cards named in /etc/vupdater/cards.d for programs whose users may use them. The system "
+        "bus "
+        "starts it.",
         "vupdater-agent");
     CardKeeper::Folders folders;
     unsigned idleSeconds = 30;
     bool isCheck = false;
     program.add_flag(
         "--check", isCheck,
-        "Shows which cards this computer has and whether they can be used. Exits with 0 if one can");
+        "Show which cards this computer has and whether they can be used; exit with 0 if one can");
     program.set_version_flag("--version", "vupdater-agent " VUPDATER_VERSION, "Print the version and exit");
-    program.add_option("--sys", folders.sys, "Where the kernel describes the devices")->capture_default_str();
+    program.add_option("--sys", folders.sys, "The folder in which the kernel describes the devices")
+        ->capture_default_str();
     auto* const rules = program.add_option("--cards", folders.rules, "The folder whose files name the cards")
                             ->capture_default_str();
-    program.add_option("--idle", idleSeconds, "Seconds without clients until it exits")
+    program.add_option("--idle", idleSeconds, "Seconds without clients after which it exits")
         ->capture_default_str();
     program.failure_message([](const CLI::App*, const CLI::Error& error) {
         return std::string("vupdater-agent: ") + error.what() + "\nFor help: vupdater-agent --help\n";
@@ -79,7 +80,7 @@ int run(int argc, char** argv) {
         return program.exit(error) == 0 ? 0 : kWrongUsage;
     }
     if (*rules) {
-        // Whoever chooses the folder answers for it.
+        // Whoever chooses the folder is responsible for it.
         folders.rulesOwner = geteuid();
     }
     CardKeeper keeper(folders);

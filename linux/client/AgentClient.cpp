@@ -24,7 +24,7 @@ constexpr std::chrono::microseconds kLimit = 5s;
 // The calls that may have to start the agent, which takes its time on a busy computer.
 constexpr std::chrono::microseconds kStartLimit = 25s;
 
-// Between two tries to get a lock while the computer is going to sleep or off.
+// Between two attempts to get a lock while the computer is going to sleep or shutting down.
 constexpr std::chrono::milliseconds kBetweenTries = 200ms;
 
 constexpr char kNoReply[] = "org.freedesktop.DBus.Error.NoReply";
@@ -35,10 +35,10 @@ void say(const std::string& sentences) {
 
 std::string whyTheAgentFails(const bus::Error& error, int result) {
     if (error.is("org.freedesktop.DBus.Error.ServiceUnknown")) {
-        return "The agent that opens this computer's cards is not installed. Install all of VUpdater.";
+        return "The agent that opens this computer's cards is not installed. Install VUpdater completely.";
     }
-    return "The agent that opens this computer's cards did not give them: " + error.reason(result) +
-           ". Its messages are shown by: journalctl -u vupdater-agent";
+    return "The agent did not open this computer's cards: " + error.reason(result) +
+           ". To see its messages, run: journalctl --unit vupdater-agent";
 }
 
 struct ClaimAnswer {
@@ -50,14 +50,15 @@ struct ClaimAnswer {
 constexpr ClaimAnswer kClaimAnswers[] = {
     {"granted", Host::RightAnswer::granted, nullptr},
     {"dismissed", Host::RightAnswer::cancelled,
-     "The cards cannot be used because no password was given. Start VUpdater again to be asked again."},
+     "The cards cannot be used because no password was entered. To be asked again, start VUpdater "
+     "again."},
     {"refused", Host::RightAnswer::denied,
-     "The cards cannot be used because the administrator's right was refused. Start VUpdater again and give "
-     "an administrator's password, or ask somebody who has one."},
+     "The cards cannot be used because permission was refused. Start VUpdater again and enter an "
+     "administrator's password, or ask somebody who has one."},
     {"nobody to ask", Host::RightAnswer::denied,
      "The cards cannot be used because nobody could be asked for an administrator's password. Log in to a "
-     "desktop at the computer itself; if this is one, its polkit authentication agent is missing or does not "
-     "run."},
+     "desktop at the computer itself. If you have done so, that desktop's polkit authentication agent is "
+     "missing or not running."},
 };
 
 }  // namespace
@@ -129,7 +130,7 @@ Host::RightAnswer AgentClient::claim(bool mayAsk) {
     }
     if (mayAsk) {
         say(!connection_ ? "The system bus cannot be reached (" + answer.error.reason(answer.result) +
-                               "). Without it the cards cannot be used. Start the computer's D-Bus service."
+                               "). The cards cannot be used without it. Start the computer's D-Bus service."
                          : whyTheAgentFails(answer.error, answer.result));
     }
     return Host::RightAnswer::denied;
@@ -196,11 +197,11 @@ void AgentClient::takeLock() {
         if (hasOwn || !isGoingDown) {
             say(std::string(hasOwn ? "You can switch the computer off during the write: "
                                    : "The computer can be switched off or put to sleep during the write: ") +
-                agents.error.reason(agents.result) + ". Do not, until the write has ended.");
+                agents.error.reason(agents.result) + ". Do not do so until the write has ended.");
             return;
         }
         if (!wasGoingDown) {
-            say("The computer is going to sleep or off. The write begins when it is awake again.");
+            say("The computer is going to sleep or shutting down. The write begins when it is awake again.");
         }
         std::this_thread::sleep_for(kBetweenTries);
     }

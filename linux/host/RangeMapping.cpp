@@ -17,10 +17,10 @@ std::size_t wholePages(std::size_t bytes) {
 std::string reasonOf(int error) {
     switch (error) {
         case EPERM:
-            return "The kernel forbids programs to reach its registers, probably because of Secure Boot's "
-                   "lockdown; switch Secure Boot off in the computer's firmware.";
+            return "The kernel does not let programs reach its registers, probably because of Secure Boot. "
+                   "Switch Secure Boot off in the computer's firmware settings.";
         case EINVAL:
-            return "Its registers cannot be reached, probably because a driver owns them; unload that "
+            return "Its registers cannot be reached, probably because a driver uses them. Unload that "
                    "driver.";
         default:
             return std::string("Its registers cannot be reached: ") + std::strerror(error) + '.';

@@ -54,7 +54,7 @@ void parseRange(std::string_view word, CardRule& rule) {
     }
     auto& bar = rule.bars[static_cast<std::size_t>(digits[0] - '0')];
     if (bar) {
-        throw BadLine{"a range is given twice"};
+        throw BadLine{"a range is named twice"};
     }
     bar = static_cast<uint32_t>(digits[2] - '0');
 }
@@ -65,7 +65,7 @@ void parseOption(std::string_view word, CardRule& rule) {
     } else if (word == "simulated") {
         rule.isSimulated = true;
     } else {
-        throw BadLine{"\"" + std::string(word) + "\" has no meaning here"};
+        throw BadLine{"\"" + std::string(word) + "\" is not known here"};
     }
 }
 
@@ -74,12 +74,12 @@ std::string parseName(std::string_view quoted) {
     quoted.remove_prefix(1);
     const std::string_view name = quoted.substr(0, quoted.find('"'));
     if (name.size() == quoted.size()) {
-        throw BadLine{"the name has no quotation mark at its end"};
+        throw BadLine{"the quotation mark after the name is missing"};
     }
     std::string_view rest = quoted.substr(name.size() + 1);
     const std::string_view extra = takeWord(rest);
     if (!extra.empty() && !extra.starts_with('#')) {
-        throw BadLine{"the name should be the last in the line"};
+        throw BadLine{"the name should be last in the line"};
     }
     const bool isPrintable =
         std::all_of(name.begin(), name.end(), [](char c) { return c >= ' ' && c <= '~'; });

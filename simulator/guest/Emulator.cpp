@@ -42,7 +42,7 @@ Emulator::Emulator(std::vector<std::string> command, std::span<const int> inheri
     words.push_back(nullptr);
     std::array<int, 2> failures{};
     if (::pipe2(failures.data(), O_CLOEXEC) != 0) {
-        throw files::UserError(std::string("No pipe could be made (") + std::strerror(errno) + ").");
+        throw files::UserError(std::string("A pipe could not be created (") + std::strerror(errno) + ").");
     }
     process_ = ::fork();
     int failure = process_ < 0 ? errno : 0;

@@ -41,7 +41,7 @@ void append(std::vector<uint8_t>& bytes, uint64_t value) {
 }
 
 [[noreturn]] void refuse() {
-    throw files::UserError("The emulator sent a message that is not one of x-pci-proxy-dev's.");
+    throw files::UserError("The emulator sent a message that x-pci-proxy-dev does not send.");
 }
 
 void require(bool isRight) {

@@ -64,7 +64,7 @@ TEST_F(OfferedImages, AreThoseForTheComputersCards) {
         << real;
     for (const std::string line :
          {"DSXW03NC.xsv is firmware for simulated cards and would ruin a real one. It is not offered.\n",
-          "VMBM14A.xsv is damaged: it is not an image, or it has no end. It is not offered.\n",
+          "VMBM14A.xsv is damaged: it is not an image, or it is incomplete. It is not offered.\n",
           "VMBM16A.xsv: could not be opened (No such file or directory). It is not offered.\n"}) {
         EXPECT_NE(real.find(line), std::string::npos) << line << real;
     }

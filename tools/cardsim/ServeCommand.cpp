@@ -154,7 +154,7 @@ void addFunction(CLI::App& command, ServeOptions& options) {
     add("--registers", options.registers,
         "Base address register of their registers, and its size (default: 0:4096)", parseRange, rangeForm,
         "BAR:BYTES");
-    add("--memory", options.memory, "The same of their memory, or none (default: 1:4096)", isRangeOrNone,
+    add("--memory", options.memory, "The same for their memory, or none (default: 1:4096)", isRangeOrNone,
         rangeForm, "BAR:BYTES");
 }
 
@@ -175,8 +175,7 @@ void addServeCommand(CLI::App& program, std::ostream& out) {
     command->footer(
         "The cards are added to the command as devices x-pci-proxy-dev. These need the guest's memory to be "
         "shared with this program. So, unless the command names a memory backend, one of the size in its -m "
-        "is "
-        "added: -object memory-backend-memfd,id=shared-with-cards,share=on,size=SIZE -machine "
+        "is added: -object memory-backend-memfd,id=shared-with-cards,share=on,size=SIZE -machine "
         "memory-backend=shared-with-cards.\n\n"
         "Exits with the command's exit code, or with 3 if the machine loses its power.");
     command->callback([options, &out] { serve(*options, out); });

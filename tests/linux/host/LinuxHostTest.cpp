@@ -132,9 +132,9 @@ TEST_F(LinuxHostTest, MapsWholePagesAndRefusesWhatItCannotMap) {
     EXPECT_EQ(saidBy(refuse), card + "Its registers cannot be reached: Permission denied.\n");
     agent_.isSealed = true;
     EXPECT_EQ(saidBy(refuse), card +
-                                  "The kernel forbids programs to reach its registers, probably because of "
-                                  "Secure Boot's lockdown; switch Secure Boot off in the computer's "
-                                  "firmware.\n");
+                                  "The kernel does not let programs reach its registers, probably because of "
+                                  "Secure Boot. Switch Secure Boot off in the computer's firmware "
+                                  "settings.\n");
 }
 
 TEST_F(LinuxHostTest, DescribesCardsInTextsThatFit) {

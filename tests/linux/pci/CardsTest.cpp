@@ -65,18 +65,17 @@ TEST_F(CardsTest, AreListedInTheOrderOfTheirAddressesWithTheirPlaces) {
 TEST_F(CardsTest, AreRefusedIfTheirRangesCannotBeMappedSafely) {
     const std::string shared =
         "The card's registers are in the same page of memory as those of the device 0000:05:02.0. Put the "
-        "card "
-        "into another slot, or take the other device out.";
+        "card into another slot, or take the other device out.";
     const std::string unknown =
-        "It could not be found out whether another device has registers in the same page of memory. Try "
-        "again.";
+        "It is unknown whether another device has registers in the same page of memory. Try again.";
     const std::string noWindow =
-        "The card has no such memory range of at least 512 bytes. Check the line that names the card in the "
-        "configuration.";
+        "The card's memory range is missing or smaller than 512 bytes. Check the line that names the card in "
+        "the configuration.";
     const std::string notPlaced =
-        "The computer has given the card's registers no usable addresses. Put the card into another slot.";
+        "The computer has not assigned usable addresses to the card's registers. Put the card into another "
+        "slot.";
     const std::string gone =
-        "The card could not be looked at. Check that it is still in the computer, then try again.";
+        "The card could not be read. Check that it is still in the computer, then try again.";
     const std::string none = MadeUpBus::none();
     const std::string registers = MadeUpBus::range(0xF1000000, 0x200);
     const std::string second = MadeUpBus::range(0xF1000200, 0x200);
@@ -118,9 +117,8 @@ TEST_F(CardsTest, AreRefusedIfTheirRangesCannotBeMappedSafely) {
 
 TEST_F(CardsTest, AreRefusedWhileTheKernelKeepsThem) {
     const std::string lockedDown =
-        "The kernel's lockdown keeps programs from the card's registers. Switch off Secure Boot in the "
-        "computer's "
-        "firmware settings until the card has been updated.";
+        "The kernel is locked down, so programs cannot reach the card's registers. Switch Secure Boot off in "
+        "the computer's firmware settings until the card has been updated.";
     bus_.add(kCard, {MadeUpBus::range(0xF1000000, 0x200)});
     cards_.claim("client");
     for (const std::string states :
@@ -186,7 +184,7 @@ TEST_F(CardsTest, BelongToOneClientAtATimeAndAreLeftAsTheyWere) {
     EXPECT_EQ(state(kOther), std::to_string(0x42) + "\n1\non\nvupdater\n");
     EXPECT_EQ(refusal("client"), "");
     EXPECT_EQ(failure(), "");
-    EXPECT_EQ(refusal("other"), "Another program uses the card. Quit that program, then try again.");
+    EXPECT_EQ(refusal("other"), "Another program is using the card. Quit that program, then try again.");
     EXPECT_NE(failure(0, kCard, "other"), "");
     EXPECT_NE(failure(0, "../../../slots"), "");
     cards_.release("other");
@@ -213,8 +211,7 @@ TEST_F(CardsTest, AreLookedAtAgainWhenARangeIsOpened) {
     const std::filesystem::path devices = bus_.device(kCard).parent_path();
     std::filesystem::rename(devices, bus_.path() / "away");
     EXPECT_EQ(failure(),
-              "It could not be found out whether another device has registers in the same page of memory. "
-              "Try again.");
+              "It is unknown whether another device has registers in the same page of memory. Try again.");
     std::filesystem::rename(bus_.path() / "away", devices);
     EXPECT_EQ(failure(), "");
     std::filesystem::remove(bus_.device(kCard) / "resource0");
@@ -241,7 +238,7 @@ TEST_F(CardsTest, AreNotClaimedIfTheirConfigurationCannotBeChanged) {
     EXPECT_EQ(refusal(), "");
     cards_.claim("client");
     EXPECT_EQ(refusal(),
-              "The card could not be looked at. Check that it is still in the computer, then try again.");
+              "The card could not be read. Check that it is still in the computer, then try again.");
     EXPECT_EQ(bus_.attribute(kCard, "power/control"), "auto\n");
 
     bus_.setCommand(kCard, 0x0004);
@@ -273,8 +270,8 @@ TEST_F(CardsTest, SimulatedOnesGiveWayToRealOnes) {
     bus_.add(kOther, {MadeUpBus::range(0xF2000000, 0x200)});
     EXPECT_EQ(
         refusal(),
-        "This is a simulated card, and the computer has a real one. Remove the line of one of them from the "
-        "configuration.");
+        "This card is simulated, but the computer also has a real one. Remove the line for one of them from "
+        "the configuration.");
     cards_.claim("client");
     EXPECT_NE(failure(), "");
     EXPECT_EQ(failure(0, kOther), "");

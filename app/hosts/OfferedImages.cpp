@@ -15,7 +15,7 @@ namespace {
 
 using images::FirmwareKind;
 
-// Why not; empty if it may be.
+// Why the image must not be offered; empty if it may be.
 std::string whyNotOffered(const std::string& path, CardsOfComputer cards) {
     const std::string name = files::printable(std::filesystem::path(path).filename().string());
     const auto image = files::OpenFile::ordinary(AT_FDCWD, files::behindLinks(path), O_RDONLY, path).read();

@@ -1,7 +1,7 @@
 #pragma once
 
-// The agent on the system bus (linux/bus/AgentNames.h): answers its clients and undoes everything of a client
-// that is gone.
+// The agent on the system bus (linux/bus/AgentNames.h): answers its clients, and undoes what it did for a
+// client that has gone.
 
 #include <systemd/sd-bus.h>
 #include <systemd/sd-event.h>
@@ -18,8 +18,8 @@
 
 class Agent {
   public:
-    // The loop, the connection, which the loop serves, and the keeper outlive the agent. The loop exits after
-    // the idle time without clients.
+    // The loop, the connection, which the loop serves, and the keeper must outlive the agent. The loop exits
+    // after the idle time without clients.
     Agent(sd_event* loop, sd_bus* connection, CardKeeper& keeper, std::chrono::seconds idleTime);
     Agent(const Agent&) = delete;
     Agent& operator=(const Agent&) = delete;
@@ -52,7 +52,7 @@ class Agent {
     void ask(sd_bus_message* call, bool mayAsk);
     void answerClaim(sd_bus_message* call, std::optional<Question::Answer> answer, const std::string& reason);
     void forget(const std::string& client);
-    // Takes back what it can, and decides when to look again or to exit because nobody needs the agent.
+    // Takes back what it can, and sets when to try again, or to exit because nobody needs the agent.
     void setTimer();
     void exitWhenIdle();
 

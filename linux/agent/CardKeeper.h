@@ -45,7 +45,7 @@ class CardKeeper {
     // The client is about to write into its cards.
     void noteWrite(const std::string& client) { cards_->keepAwake(client); }
 
-    // The client does not want its cards any more.
+    // The client no longer needs its cards.
     void giveUp(const std::string& client);
     // Takes back what was given up and is no longer used. Returns whether something is left for another try.
     bool takeBack();
@@ -58,7 +58,7 @@ class CardKeeper {
         bool isGivenUp = false;
     };
 
-    // Between clients, so that a change of the files counts without a new start.
+    // Reads the rules again while no client has cards, so that changed files take effect without a restart.
     void readRules();
     void addProbes(Holding& holding, const std::string& address) const;
     static bool isInUse(const Holding& holding);

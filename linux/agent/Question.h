@@ -22,7 +22,7 @@ class Question {
     Question(sd_bus* connection, const std::string& client, bool mayAsk, Done done);
     Question(const Question&) = delete;
     Question& operator=(const Question&) = delete;
-    // Takes the question back if it has not been answered.
+    // Withdraws the question if it has not been answered.
     ~Question();
 
   private:

@@ -2,7 +2,7 @@
 
 // The lock that keeps the computer on and awake during a client's write.
 //
-// It is asked for by root, because the locks of a user do not keep that user from switching off.
+// Root asks for it, because a user's own lock does not stop that user from switching the computer off.
 
 #include <systemd/sd-bus.h>
 
@@ -13,9 +13,8 @@
 
 class WriteLock {
   public:
-    // Asks logind for the lock and, when it is there, answers the client's call with a descriptor that holds
-    // it, too. Throws files::UserError if logind cannot be asked; if it refuses, the call is answered with
-    // that.
+    // Asks logind for the lock, then answers the client's call with a descriptor that holds it, too, or with
+    // an error if logind refuses. Throws files::UserError if logind cannot be asked.
     WriteLock(sd_bus* connection, sd_bus_message* call);
     WriteLock(const WriteLock&) = delete;
     WriteLock& operator=(const WriteLock&) = delete;

@@ -54,9 +54,8 @@ int serve(CardKeeper& keeper, std::chrono::seconds idleTime) {
 
 int run(int argc, char** argv) {
     CLI::App program(
-        "Opens the cards named in /etc/vupdater/cards.d for programs whose users may use them. The system "
-        "bus "
-        "starts it.",
+        "Opens the cards named in /etc/vupdater/cards.d for programs whose users may use them. The "
+        "system bus starts it.",
         "vupdater-agent");
     CardKeeper::Folders folders;
     unsigned idleSeconds = 30;

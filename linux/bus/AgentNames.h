@@ -18,10 +18,10 @@ constexpr char kBusName[] = "com.vornlabs.VUpdater.Agent";
 constexpr char kObjectPath[] = "/com/vornlabs/VUpdater/Agent";
 constexpr char kInterface[] = "com.vornlabs.VUpdater.Agent";
 
-// polkit's name for what the administrator allows.
+// polkit's name for what the administrator permits.
 constexpr char kAction[] = "com.vornlabs.vupdater.use-cards";
 
-// Who holds the lock, as logind and the desktop name it.
+// The lock's holder, as logind and the desktop show it.
 constexpr char kLockOwner[] = "VUpdater";
 
 }  // namespace agent

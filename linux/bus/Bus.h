@@ -1,6 +1,6 @@
 #pragma once
 
-// What both ends of the system bus need of sd-bus: its objects with an owner, calls, and errors as text.
+// What both ends of the system bus need from sd-bus: owned objects, calls, and errors as text.
 //
 // Results are sd-bus's own: negative is an errno value. Its functions answer -EINVAL to a null object, so a
 // chain of calls needs to look at its last result only.
@@ -19,7 +19,7 @@ struct Releaser {
     void operator()(auto* object) const { release(object); }
 };
 
-// Closes without waiting for what is still to be sent, which a bus that hangs would never take.
+// Closes without sending what is still queued, because a bus that hangs would never take it.
 using Connection = std::unique_ptr<sd_bus, Releaser<sd_bus_close_unref>>;
 using Message = std::unique_ptr<sd_bus_message, Releaser<sd_bus_message_unref>>;
 // A callback that is registered for as long as the slot lives.
@@ -35,7 +35,7 @@ class Error {
     // For sd-bus to fill in; what was there before is forgotten.
     sd_bus_error* fill();
     bool is(const char* name) const { return sd_bus_error_has_name(&error_, name) != 0; }
-    // The reason for a person, without a full stop, on one line; `result` is sd-bus's, for want of better.
+    // The reason in words, on one line, without a full stop. If sd-bus gave no text, that of `result`.
     std::string reason(int result) const;
 
   private:
@@ -56,10 +56,10 @@ struct Object {
 constexpr Object kLogind{"org.freedesktop.login1", "/org/freedesktop/login1",
                          "org.freedesktop.login1.Manager"};
 
-// A call without arguments yet; null if there is no connection.
+// A call, still without arguments; null if there is no connection.
 Message newCall(sd_bus* connection, const Object& object, const char* member);
 
-// Longer than anybody thinks about a password.
+// Longer than anybody takes to enter a password.
 constexpr std::chrono::microseconds kNoLimit = std::chrono::hours(24 * 365);
 
 // Makes a call and waits for its answer. Null if that is an error, or if there is none within the limit. If

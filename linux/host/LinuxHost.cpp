@@ -25,7 +25,7 @@ constexpr std::chrono::nanoseconds kLeastLoadTime{334};
 constexpr int kTimedBatches = 30;
 constexpr int kLoadsInABatch = 100;
 
-// At most 2 ms on an ordinary bus, and far too many for the look at the clock to count.
+// At most 2 ms on an ordinary bus, yet so many that reading the clock costs next to nothing.
 constexpr uint32_t kLoadsBetweenLooks = 1000;
 
 constexpr std::chrono::milliseconds kBetweenPauses{100};

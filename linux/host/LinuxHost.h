@@ -1,11 +1,11 @@
 #pragma once
 
-// This computer as the host of this process: its own cards, as their agent hands them out.
+// This computer as the host of this process: its own cards, which their agent opens.
 //
-// The updater sees cards without being asked for a password if the agent grants them so. Otherwise it sees
-// none and takes the road of its private driver: the administrator's right is the agent's claim, loading the
-// driver makes the claimed cards appear, and unloading it lets them go. No tool but /bin/rm is run, and that
-// with the user's own rights.
+// If the agent grants the cards without a password, the updater sees them at once. Otherwise it sees none
+// and does what it does to load its private driver: the administrator's right is the agent's claim, loading
+// the driver makes the claimed cards appear, and unloading it lets them go. No tool but /bin/rm is run, and
+// that with the user's own rights.
 
 #include <chrono>
 #include <cstdint>

@@ -1,7 +1,7 @@
 #pragma once
 
-// Which devices on the bus are cards, as the computer's administrator has written it down: one kind of card a
-// line, and # begins a comment.
+// The administrator's rules that say which devices on the bus are cards. Each line names one kind of card; #
+// begins a comment.
 //
 //   VENDOR:DEVICE [SUBVENDOR:SUBDEVICE] [range0=BAR] [range1=BAR] [simulated] "NAME"
 //

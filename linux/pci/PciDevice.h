@@ -33,7 +33,7 @@ struct Resource {
 constexpr std::size_t kBars = 6;
 using Resources = std::array<Resource, kBars + 1>;
 
-// The device's resources as the text of the file tells them; nothing if it is not such a text.
+// The device's resources as the file lists them; nothing if the text has another form.
 std::optional<Resources> parseResources(std::string_view text);
 
 // Whether a text has the form of a device's address, such as 0000:05:01.0.
@@ -59,10 +59,10 @@ class PciDevice {
     static constexpr uint16_t kMemoryDecoding = 0x0002;
     static constexpr uint16_t kBusMastering = 0x0004;
     std::optional<uint16_t> command() const;
-    // Clears or sets one bit and looks again; false if the bit is not as wanted then.
+    // Clears or sets one bit and reads it back; false if the bit did not change as wanted.
     [[nodiscard]] bool clearInCommand(uint16_t bit) const { return changeCommand(bit, 0); }
     [[nodiscard]] bool setInCommand(uint16_t bit) const { return changeCommand(bit, bit); }
-    // Puts back what it was, if the device is still there.
+    // Restores an earlier value, if the device is still there.
     void restoreCommand(uint16_t command) const { static_cast<void>(writeCommand(command)); }
 
   private:

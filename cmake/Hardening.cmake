@@ -1,4 +1,4 @@
-# What makes a mistake with memory harder to exploit in the optimised build: tables that cannot be overwritten once the
+# Makes memory errors harder to exploit in the optimised build, by tables that cannot be overwritten once the
 # program is loaded, and checks of the stack and of the C library's copies. Debian's compiler makes position-independent
 # programs by itself, and a package's build, which is of no type, brings flags of its own.
 

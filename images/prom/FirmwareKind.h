@@ -20,8 +20,8 @@ enum class FirmwareKind : uint8_t {
 // their order, contain the signature of a simulated FPGA's configuration, or if what several passes leave in
 // a page does. So it does not matter how the shifts are divided, in which order the pages come, what follows
 // the signature, or whether the image is complete. About one other image in two thousand contains these 32
-// bits by chance. It is no guard against an image that was made to deceive it: a value whose retry is what
-// the PROM keeps, for one, is looked at once.
+// bits by chance. It is no guard against an image that was made to deceive it: for example, a
+// value that the PROM keeps only after a retry is examined once.
 FirmwareKind firmwareKindOf(std::span<const uint8_t> image);
 
 }  // namespace images

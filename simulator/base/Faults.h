@@ -56,7 +56,7 @@ struct Fault {
     When when = When::atOnce;
     uint64_t count = 0;  // of accesses or clocks
     bool struck = false;
-    bool prevented = false;  // machineSleeps: it has struck in vain
+    bool prevented = false;  // machineSleeps: it struck, but sleep was prevented
 
     bool operator==(const Fault&) const = default;
 };

@@ -1,7 +1,7 @@
 #pragma once
 
-// A page of memory that a guest computer has on its bus as a card's registers, in a file that this process
-// and the emulator share.
+// The page of memory that is a card's registers on a guest computer's bus, in a file that this process and
+// the emulator share.
 
 #include <cstdint>
 #include <filesystem>
@@ -15,7 +15,7 @@ class CardMemory {
     // What the emulator gives the card on the bus; the registers are at its beginning.
     static constexpr uint32_t kBytes = 0x1000;
 
-    // Makes the file if there is none. Throws files::FileError if it cannot.
+    // Creates the file if there is none. Throws files::FileError.
     explicit CardMemory(const std::filesystem::path& file);
     CardMemory(const CardMemory&) = delete;
     CardMemory& operator=(const CardMemory&) = delete;

@@ -1,10 +1,9 @@
 #pragma once
 
-// The cards of a simulated machine on the bus of a guest computer, from its switching on to its switching
-// off.
+// The cards of a simulated machine on the bus of a guest computer, from power-up to power-off.
 //
-// Where the guest's own memory has a card's page is learnt from the first store that the card's memory shows,
-// and again when the page has moved. Loads before that are not seen. So a guest that wants all of its
+// The first store that shows in a card's memory tells where the guest has mapped the card's page, and so does
+// the first one after the page has moved. Loads before that are not seen. So a guest that wants all of its
 // accesses counted begins with a store to kMark, which is not counted.
 
 #include <cstdint>

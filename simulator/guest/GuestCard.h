@@ -29,11 +29,11 @@ class GuestCard {
     // woke the machine: all cards must then be shown anew, so a fault shows from the next access on.
     [[nodiscard]] bool accessed(uint32_t offset, uint32_t bytes, GuestAccess access);
 
-    // Takes a guest's store back as if it had not been.
+    // Undoes a guest's store.
     void restore(uint32_t offset);
     void show() { memory_.show(*card_.window(0)); }
 
-    // Where the guest's own memory has the card's page, once it is known.
+    // Where the guest has mapped the card's page, once that is known.
     static constexpr uint64_t kNowhere = ~uint64_t{0};
     uint64_t page() const { return page_; }
     void setPage(uint64_t page) { page_ = page; }

@@ -31,7 +31,7 @@ BEGINNING = time.monotonic()
 
 
 def tell(text):
-    """Says what happens, with the seconds since the beginning."""
+    """Prints what happens, with the seconds since the start."""
     say(f"[{time.monotonic() - BEGINNING:5.0f} s] {text}")
 
 

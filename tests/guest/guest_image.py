@@ -93,6 +93,8 @@ def debian():
             subprocess.run(["mke2fs", "-q", "-t", "ext4", "-O", "^has_journal", "-d", work / "tree", work / "disk", "1G"],
                            check=True)
             (work / "disk").rename(disk)
+        for other in set(CACHE.glob("debian-*.img")) - {disk}:
+            other.unlink()
     return disk
 
 

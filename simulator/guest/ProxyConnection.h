@@ -11,7 +11,7 @@ namespace simulator {
 
 class ProxyConnection {
   public:
-    // Makes the socket. The device must outlive the connection. Throws files::UserError.
+    // Creates the socket. The device must outlive the connection. Throws files::UserError.
     explicit ProxyConnection(ProxyDevice& device);
     ProxyConnection(const ProxyConnection&) = delete;
     ProxyConnection& operator=(const ProxyConnection&) = delete;

@@ -18,7 +18,7 @@ constexpr const char* kStores = "stores";
 
 // The benchmark of an image of this size over plain memory, and the counter that holds the image's true size
 // in bytes.
-[[nodiscard]] std::string imageName(std::size_t bytes);
+std::string imageName(std::size_t bytes);
 constexpr const char* kImageBytes = "bytes";
 constexpr std::size_t kImageSizes[] = {1'000, 8'000, 64'000, 512'000, 8'000'000};
 

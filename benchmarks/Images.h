@@ -10,13 +10,13 @@ namespace benchmarks {
 
 // A firmware image like those in the bundle: erases the PROM, programs all its pages and reads every page
 // back.
-[[nodiscard]] std::vector<uint8_t> firmwareImage();
+std::vector<uint8_t> firmwareImage();
 
 // The same with its compare masks cleared, so that it plays to its end at the same cost where no chain
 // answers: every comparison is made in full and passes.
-[[nodiscard]] std::vector<uint8_t> unmaskedFirmwareImage();
+std::vector<uint8_t> unmaskedFirmwareImage();
 
 // An image of at most that many bytes (at least 1000), which consists of compared data shifts of 512 bits.
-[[nodiscard]] std::vector<uint8_t> imageOfShifts(std::size_t bytes);
+std::vector<uint8_t> imageOfShifts(std::size_t bytes);
 
 }  // namespace benchmarks

@@ -21,7 +21,7 @@ class RatioTable : public benchmark::BenchmarkReporter {
     void Finalize() override;
 
     // After the benchmarks have run: true if all of them did and every ratio is within its goal.
-    [[nodiscard]] bool allMet() const { return allMet_; }
+    bool allMet() const { return allMet_; }
 
   private:
     struct Least {

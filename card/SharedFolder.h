@@ -8,9 +8,9 @@
 
 // Takes a name for an empty file that only we can read and write, replacing a file, link or pipe of ours.
 // Returns false if what is there cannot be removed, as a folder cannot.
-bool TakeFile(const char* path);
+[[nodiscard]] bool TakeFile(const char* path);
 
 // Takes a name for an empty folder that only we can enter, replacing anything of ours, even while another
 // process is removing it, too. Returns false if something remains. What belongs to another user is left
 // alone.
-bool TakeFolder(const char* path);
+[[nodiscard]] bool TakeFolder(const char* path);

@@ -50,7 +50,7 @@ class Host {
     // Opens a connection to a service. Returns a connection number that is above 0xFFFF, so that it can be
     // mistaken neither for "none" nor for a card index, and is never reused; or nothing if the service cannot
     // be opened.
-    virtual std::optional<uint32_t> openService(uint64_t service) = 0;
+    [[nodiscard]] virtual std::optional<uint32_t> openService(uint64_t service) = 0;
 
     // Closes a connection and takes its mappings away. Returns false, changing nothing, if the number is not
     // an open connection.
@@ -58,12 +58,12 @@ class Host {
 
     // Maps one of the card's memory ranges (0 or 1). The mapping lasts until its connection is closed.
     // Nothing if the range cannot be mapped.
-    virtual std::optional<MappedRange> mapMemory(uint32_t connection, uint32_t memoryType) = 0;
+    [[nodiscard]] virtual std::optional<MappedRange> mapMemory(uint32_t connection, uint32_t memoryType) = 0;
 
     // Calls a driver method that takes no input and answers with a structure (platform/CardDriver.h). Returns
     // how many bytes of the reply were filled, or nothing, leaving the reply alone, if the driver refuses.
-    virtual std::optional<std::size_t> callMethod(uint32_t connection, uint32_t method,
-                                                  std::span<uint8_t> reply) = 0;
+    [[nodiscard]] virtual std::optional<std::size_t> callMethod(uint32_t connection, uint32_t method,
+                                                                std::span<uint8_t> reply) = 0;
 
     // Moves one aligned 32-bit word from or to mapped memory. The word is formed with the byte at the lowest
     // address as its most significant byte, on every processor. These two are the program's hottest calls: a
@@ -76,7 +76,7 @@ class Host {
     virtual std::vector<Process> processes() = 0;
 
     // Hands the system's shut-down event to a process. Returns false if there is no such process.
-    virtual bool deliverShutDownEvent(uint64_t processSerialNumber) = 0;
+    [[nodiscard]] virtual bool deliverShutDownEvent(uint64_t processSerialNumber) = 0;
 
     // Asks the user at the computer for the administrator's right, and returns with the answer.
     virtual RightAnswer askForAdministratorRight() = 0;
@@ -85,7 +85,8 @@ class Host {
     // that the caller waits for. The arguments do not name the tool. Returns false, with no child, if it
     // cannot be started; the child's exit status tells how it ended. The updater runs /bin/rm,
     // /usr/sbin/chown, /sbin/kextload and /sbin/kextunload.
-    virtual bool runPrivilegedTool(const std::string& tool, const std::vector<std::string>& arguments) = 0;
+    [[nodiscard]] virtual bool runPrivilegedTool(const std::string& tool,
+                                                 const std::vector<std::string>& arguments) = 0;
 
     // Returns after this many seconds of machine time.
     virtual void sleepSeconds(uint32_t seconds) = 0;

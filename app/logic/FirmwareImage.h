@@ -32,4 +32,4 @@ struct FirmwareImageError {
 // The player stops at the image's completion command and never looks at its length. So a guard of unsupported
 // commands, longer than the operands of any one command, follows the bytes: in a truncated image the player
 // stops there with an error instead of reading beyond the image's memory.
-std::optional<FirmwareImage> LoadFirmwareImage(const char* path, FirmwareImageError& outError);
+[[nodiscard]] std::optional<FirmwareImage> LoadFirmwareImage(const char* path, FirmwareImageError& outError);

@@ -18,7 +18,7 @@ class Descriptor {
     explicit operator bool() const { return descriptor_ >= 0; }
     int number() const { return descriptor_; }
     // Gives the descriptor away.
-    int release();
+    [[nodiscard]] int release();
     void close();
 
   private:

@@ -41,11 +41,11 @@ class CardAgent {
     // Claims all usable cards for this program until letGo() or its end. Asks for an administrator's password
     // if that is needed and mayAsk allows it. If the answer is not `granted`, mayAsk was true and the user
     // should know more than that, a line on standard error says what to do.
-    virtual Host::RightAnswer claim(bool mayAsk) = 0;
+    [[nodiscard]] virtual Host::RightAnswer claim(bool mayAsk) = 0;
     virtual void letGo() = 0;
 
     // Opens memory range 0 or 1 of a claimed card; nothing, with a line on standard error, if that fails.
-    virtual std::optional<Range> openRange(const std::string& address, uint32_t memoryType) = 0;
+    [[nodiscard]] virtual std::optional<Range> openRange(const std::string& address, uint32_t memoryType) = 0;
 
     // From the first, which may be called again, to the second, the computer cannot be switched off or put to
     // sleep, nor the user logged out. Neither fails: without that protection the write goes on, after a line
@@ -55,5 +55,5 @@ class CardAgent {
     virtual void endWrite() = 0;
 
     // Switches the computer off, as the desktop's menu does. True if that has begun or was under way.
-    virtual bool powerOff() = 0;
+    [[nodiscard]] virtual bool powerOff() = 0;
 };

@@ -149,7 +149,7 @@ class Probe {
     }
 
   private:
-    [[nodiscard]] uint32_t ordered(uint32_t value) const {
+    uint32_t ordered(uint32_t value) const {
         return !swap_ ? value : value >> 24 | (value >> 8 & 0xFF00) | (value & 0xFF00) << 8 | value << 24;
     }
 

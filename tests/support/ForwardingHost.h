@@ -43,9 +43,7 @@ class ForwardingHost : public Host {
 
   protected:
     // The offset in bytes within the most recently mapped registers.
-    [[nodiscard]] uint32_t offsetOf(const uint32_t* address) const {
-        return static_cast<uint32_t>(address - base_) * 4;
-    }
+    uint32_t offsetOf(const uint32_t* address) const { return static_cast<uint32_t>(address - base_) * 4; }
 
   private:
     Host& host_;

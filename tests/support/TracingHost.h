@@ -23,7 +23,7 @@ class TracingHost : public ForwardingHost {
         lookNowAndThen();
         ForwardingHost::storeWord(address, word);
     }
-    [[nodiscard]] std::string summary() const { return accesses_.text(); }
+    std::string summary() const { return accesses_.text(); }
 
   protected:
     // Called now and then, so that two runs that differ can show where.

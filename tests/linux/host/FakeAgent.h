@@ -33,7 +33,7 @@ class FakeAgent : public CardAgent {
         list->push_back({std::move(address), std::move(name), "PCI slot 1", false, std::move(refusal)});
     }
     // The file that holds a card's range.
-    [[nodiscard]] std::filesystem::path file(const std::string& address, uint32_t memoryType) const {
+    std::filesystem::path file(const std::string& address, uint32_t memoryType) const {
         return folder_.path() / (address + '.' + std::to_string(memoryType));
     }
 

@@ -33,7 +33,7 @@ class TrappedRegisters {
 
     // Accesses of another width than 32 bits, not aligned, or in the page but outside the window. The first
     // one turns the page into plain memory.
-    [[nodiscard]] uint64_t strayAccesses() const {
+    uint64_t strayAccesses() const {
         return strays_;
     }
 

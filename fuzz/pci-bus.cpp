@@ -33,7 +33,7 @@ struct TwoDevices : MadeUpBus {
 // Without its end, but with the line break before it.
 std::string take(std::string_view& input) {
     const std::size_t end = input.find(kEnd);
-    const std::string text(input.substr(0, end == std::string_view::npos ? end : end + 1));
+    std::string text(input.substr(0, end == std::string_view::npos ? end : end + 1));
     input.remove_prefix(end == std::string_view::npos ? input.size() : end + kEnd.size());
     return text;
 }

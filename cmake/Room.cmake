@@ -1,5 +1,5 @@
-# A room is one folder and one static library: every .cpp in the folder but a program's main.cpp, linked to the rooms
-# below it.
+# A room is one folder and one static library: every .cpp in the folder but the main.cpp of a program or plugin, linked to
+# the rooms below it.
 #
 #   add_room(card LINKS platform)
 

@@ -6,7 +6,7 @@
 
 #include "files/UserError.h"
 #include "fuzz/Require.h"
-#include "simulator/guest/ProxyDevice.h"
+#include "simulator/guest/proxy/ProxyDevice.h"
 
 namespace {
 

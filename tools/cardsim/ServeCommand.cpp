@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "files/UserError.h"
-#include "simulator/guest/GuestSession.h"
+#include "simulator/guest/proxy/GuestSession.h"
 #include "tools/cardsim/Commands.h"
 #include "tools/cardsim/MachineArguments.h"
 #include "tools/command_line/CommandLine.h"

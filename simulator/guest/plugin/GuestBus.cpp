@@ -1,4 +1,4 @@
-#include "simulator/guest/GuestBus.h"
+#include "simulator/guest/plugin/GuestBus.h"
 
 #include <algorithm>
 #include <cstdio>

@@ -1,4 +1,4 @@
-#include "simulator/guest/PciConfiguration.h"
+#include "simulator/guest/proxy/PciConfiguration.h"
 
 #include <algorithm>
 #include <cstddef>

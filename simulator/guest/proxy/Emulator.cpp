@@ -1,4 +1,4 @@
-#include "simulator/guest/Emulator.h"
+#include "simulator/guest/proxy/Emulator.h"
 
 #include <fcntl.h>
 #include <sys/prctl.h>

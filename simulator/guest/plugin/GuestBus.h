@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "simulator/guest/GuestCard.h"
+#include "simulator/guest/plugin/GuestCard.h"
 #include "simulator/storage/MachineDirectory.h"
 
 namespace simulator {

@@ -1,4 +1,4 @@
-#include "simulator/guest/ProxyConnection.h"
+#include "simulator/guest/proxy/ProxyConnection.h"
 
 #include <sys/socket.h>
 #include <unistd.h>

@@ -1,4 +1,4 @@
-#include "simulator/guest/ProxyDevice.h"
+#include "simulator/guest/proxy/ProxyDevice.h"
 
 namespace simulator {
 namespace {

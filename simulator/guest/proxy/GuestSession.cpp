@@ -1,4 +1,4 @@
-#include "simulator/guest/GuestSession.h"
+#include "simulator/guest/proxy/GuestSession.h"
 
 #include <poll.h>
 #include <sys/signalfd.h>

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "simulator/guest/ProxyDevice.h"
+#include "simulator/guest/proxy/ProxyDevice.h"
 
 namespace simulator {
 

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "simulator/guest/PciFunction.h"
+#include "simulator/guest/proxy/PciFunction.h"
 
 namespace simulator {
 

@@ -9,7 +9,7 @@
 #include <string>
 
 #include "simulator/base/AccessDigest.h"
-#include "simulator/guest/CardMemory.h"
+#include "simulator/guest/plugin/CardMemory.h"
 #include "simulator/machine/Machine.h"
 
 namespace simulator {

@@ -1,4 +1,4 @@
-#include "simulator/guest/ProxyMessages.h"
+#include "simulator/guest/proxy/ProxyMessages.h"
 
 #include <algorithm>
 

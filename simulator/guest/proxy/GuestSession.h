@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "simulator/guest/Emulator.h"
-#include "simulator/guest/PciFunction.h"
-#include "simulator/guest/ProxyConnection.h"
+#include "simulator/guest/proxy/Emulator.h"
+#include "simulator/guest/proxy/PciFunction.h"
+#include "simulator/guest/proxy/ProxyConnection.h"
 #include "simulator/machine/Machine.h"
 
 namespace simulator {

@@ -18,7 +18,7 @@
 #include <string_view>
 
 #include "files/UserError.h"
-#include "simulator/guest/GuestBus.h"
+#include "simulator/guest/plugin/GuestBus.h"
 #include "simulator/guest/plugin/PluginInterface.h"
 
 int qemu_plugin_version = kQemuPluginVersion;

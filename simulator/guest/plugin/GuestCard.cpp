@@ -1,4 +1,4 @@
-#include "simulator/guest/GuestCard.h"
+#include "simulator/guest/plugin/GuestCard.h"
 
 namespace simulator {
 namespace {

@@ -1,4 +1,4 @@
-#include "simulator/guest/CardMemory.h"
+#include "simulator/guest/plugin/CardMemory.h"
 
 #include <fcntl.h>
 #include <sys/mman.h>

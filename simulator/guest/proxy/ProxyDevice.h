@@ -7,8 +7,8 @@
 #include <string>
 
 #include "simulator/base/AccessDigest.h"
-#include "simulator/guest/PciConfiguration.h"
-#include "simulator/guest/ProxyMessages.h"
+#include "simulator/guest/proxy/PciConfiguration.h"
+#include "simulator/guest/proxy/ProxyMessages.h"
 #include "simulator/machine/Machine.h"
 
 namespace simulator {

@@ -12,7 +12,7 @@ constexpr uint32_t wordOf(uint32_t offset) {
 }  // namespace
 
 GuestCard::GuestCard(Machine& machine, Card& card, const std::filesystem::path& file)
-    : machine_(machine), card_(card), memory_(file) {
+    : machine_(machine), card_(card), memory_(file), accesses_(machine, card) {
     show();
 }
 
@@ -54,18 +54,14 @@ bool GuestCard::accessed(uint32_t offset, uint32_t bytes, GuestAccess access) {
 }
 
 bool GuestCard::refuses(uint32_t offset, uint32_t bytes) {
-    const char* detail = nullptr;
-    if (bytes != kWordBytes || offset % kWordBytes != 0) {
-        detail = "An access was not of one aligned word.";
-    } else if (offset >= Card::kRegisterBytes) {
-        detail = "A word was accessed behind the registers.";
+    if (accesses_.refuses(offset, bytes)) {
+        return true;
     }
-    if (detail == nullptr) {
-        return false;
+    if (offset >= Card::kRegisterBytes) {
+        [[unlikely]] accesses_.addStray("A word was accessed behind the registers.");
+        return true;
     }
-    ++strayAccesses_;
-    machine_.ledger().record(Misuse::strayAccess, card_.board().name, detail, machine_.accesses());
-    return true;
+    return false;
 }
 
 }  // namespace simulator

@@ -6,9 +6,8 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <string>
 
-#include "simulator/base/AccessDigest.h"
+#include "simulator/guest/GuestAccesses.h"
 #include "simulator/guest/plugin/CardMemory.h"
 #include "simulator/machine/Machine.h"
 
@@ -38,10 +37,8 @@ class GuestCard {
     uint64_t page() const { return page_; }
     void setPage(uint64_t page) { page_ = page; }
 
-    const AccessDigest& accesses() const { return accesses_; }
-    // Accesses that were not of one aligned word, or not of the registers. They have no effect and the ledger
-    // has them too.
-    uint64_t strayAccesses() const { return strayAccesses_; }
+    // Those that were not of one aligned word, or not of the registers, are stray.
+    const GuestAccesses& accesses() const { return accesses_; }
 
   private:
     bool refuses(uint32_t offset, uint32_t bytes);
@@ -50,8 +47,7 @@ class GuestCard {
     Card& card_;
     CardMemory memory_;
     uint64_t page_ = kNowhere;
-    AccessDigest accesses_;
-    uint64_t strayAccesses_ = 0;
+    GuestAccesses accesses_;
 };
 
 }  // namespace simulator

@@ -151,7 +151,7 @@ void GuestSession::passSignalsOn(const Emulator& emulator, int signals, bool& ha
 std::string GuestSession::report() const {
     std::string lines;
     for (const auto& seat : seats_) {
-        lines += "Card " + std::to_string(seat->cardNumber) + ": " + seat->device.report() + ".\n";
+        lines += "Card " + std::to_string(seat->cardNumber) + ": " + seat->device.accesses().text() + ".\n";
     }
     return lines;
 }

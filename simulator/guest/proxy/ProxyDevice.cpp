@@ -34,14 +34,13 @@ std::optional<uint64_t> ProxyDevice::carryOut(const ProxyRequest& request) {
 }
 
 uint64_t ProxyDevice::accessMemory(const ProxyRequest& request) {
-    const auto place = configuration_.find(request.address);
-    if (request.bytes != sizeof(uint32_t) || request.address % sizeof(uint32_t) != 0) {
-        recordStray("An access was not of one aligned word.");
+    if (accesses_.refuses(request.address, request.bytes)) {
         return kNobodyAnswers;
     }
+    const auto place = configuration_.find(request.address);
     const RegisterWindow* const window = place ? card_.window(place->memoryRange) : nullptr;
     if (window == nullptr || place->offset >= window->bytes()) {
-        recordStray("A word was accessed behind the card's memory.");
+        accesses_.addStray("A word was accessed behind the card's memory.");
         return kNobodyAnswers;
     }
     if (machine_.clock().tick()) {
@@ -58,19 +57,6 @@ uint64_t ProxyDevice::accessMemory(const ProxyRequest& request) {
         card_.storeRegister(place->offset, word);
     }
     return 0;
-}
-
-void ProxyDevice::recordStray(const char* detail) {
-    ++strays_;
-    machine_.ledger().record(Misuse::strayAccess, card_.board().name, detail, machine_.accesses());
-}
-
-std::string ProxyDevice::report() const {
-    std::string text = accesses_.text();
-    if (strays_ != 0) {
-        text += ", " + std::to_string(strays_) + " stray";
-    }
-    return text;
 }
 
 }  // namespace simulator

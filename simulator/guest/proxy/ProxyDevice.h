@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "simulator/base/AccessDigest.h"
+#include "simulator/guest/GuestAccesses.h"
 #include "simulator/guest/proxy/PciConfiguration.h"
 #include "simulator/guest/proxy/ProxyMessages.h"
 #include "simulator/machine/Machine.h"
@@ -17,7 +17,7 @@ class ProxyDevice {
   public:
     // The machine, whose card it is, must outlive the device.
     ProxyDevice(Machine& machine, Card& card, const PciFunction& function)
-        : machine_(machine), card_(card), configuration_(function) {}
+        : machine_(machine), card_(card), configuration_(function), accesses_(machine, card) {}
 
     // Carries out a request. Returns the value to answer with; nothing for a request without a value. The bus
     // and the guest have the lowest byte first. A card that does not answer on the bus reads as ones.
@@ -28,19 +28,16 @@ class ProxyDevice {
 
     bool hasPower() const { return machine_.isOn(); }
 
-    // Such as "264 loads, 12 stores, digest 8123079c", and how many accesses more were refused.
-    std::string report() const;
+    const GuestAccesses& accesses() const { return accesses_; }
 
   private:
     bool answers() const;
     uint64_t accessMemory(const ProxyRequest& request);
-    void recordStray(const char* detail);
 
     Machine& machine_;
     Card& card_;
     PciConfiguration configuration_;
-    AccessDigest accesses_;
-    uint64_t strays_ = 0;
+    GuestAccesses accesses_;
 };
 
 }  // namespace simulator

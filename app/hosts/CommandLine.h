@@ -5,11 +5,11 @@
 #include <CLI/CLI.hpp>
 #include <functional>
 
-// The exit codes of all hosts' programs, besides kDisplayLost (app/UpdaterMain.h) and 0.
+// The exit codes of all hosts' programs, besides 0, kDisplayLost (app/UpdaterMain.h) and, for a simulated
+// machine's loss of power, kPowerWasLost (simulator/storage/PowerLoss.h).
 enum ExitCode {
     kFailed = 1,
     kWrongUsage = 2,
-    kPowerWasLost = 3,
     kNoDisplay = 4,
 };
 

@@ -1,7 +1,6 @@
 // The updater on a simulated machine, which is stored in the folder that the command line names.
 
 #include <QGuiApplication>
-#include <cstdlib>
 #include <exception>
 #include <filesystem>
 #include <string>
@@ -17,6 +16,7 @@
 #include "platform/Host.h"
 #include "simulator/host/SimulatedHost.h"
 #include "simulator/storage/MachineDirectory.h"
+#include "simulator/storage/PowerLoss.h"
 
 namespace {
 
@@ -24,17 +24,6 @@ constexpr char kProgram[] = "vupdater-simulated";
 
 void say(const char* what) {
     Say(kProgram, what);
-}
-
-// Ends the process at once, as a loss of power does.
-[[noreturn]] void losePower(simulator::MachineDirectory& directory) {
-    say("The machine has lost its power.");
-    try {
-        directory.save();
-    } catch (const std::exception& error) {
-        say(error.what());
-    }
-    std::_Exit(kPowerWasLost);
 }
 
 // Reports errors here, because the machine must be saved even after one.
@@ -65,7 +54,7 @@ int runOn(const std::filesystem::path& folder) {
     directory->machine().beginRecordings();
     // Programs that look at the machine after this process has been killed must see that it is on.
     directory->save();
-    directory->machine().onPowerLost([&directory] { losePower(*directory); });
+    simulator::endProcessOnPowerLoss(*directory, say);
     int exitCode = 0;
     {
         simulator::SimulatedHost host(directory->machine(), BundleBesideExecutable(), AskAdministrator);

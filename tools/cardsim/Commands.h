@@ -9,9 +9,9 @@
 
 namespace cardsim {
 
-// Exit codes besides those of every tool (tools::ExitCode).
-constexpr int kDifferent = 3;     // a comparison found differences
-constexpr int kPowerWasLost = 3;  // the machine lost its power during a guest's run
+// The exit code of a comparison that found differences. The others are tools::ExitCode and, of a guest's run,
+// simulator::kPowerWasLost.
+constexpr int kDifferent = 3;
 
 void addMachineCommands(CLI::App& program, std::ostream& out);  // make, show, power-cycle, -on and -off
 void addCardCommands(CLI::App& program, std::ostream& out);     // add, remove, change

@@ -8,6 +8,7 @@
 
 #include "files/UserError.h"
 #include "simulator/guest/proxy/GuestSession.h"
+#include "simulator/storage/PowerLoss.h"
 #include "tools/cardsim/Commands.h"
 #include "tools/cardsim/MachineArguments.h"
 #include "tools/command_line/CommandLine.h"
@@ -101,7 +102,7 @@ int runGuest(MachineDirectory& directory, const PciFunction& function, const Ser
     simulator::Machine& machine = directory.machine();
     std::exception_ptr failure;
     std::string report;
-    int exitCode = kPowerWasLost;
+    int exitCode = simulator::kPowerWasLost;
     try {
         GuestSession session(machine, function);
         if (machine.isOn()) {
@@ -118,8 +119,8 @@ int runGuest(MachineDirectory& directory, const PciFunction& function, const Ser
     if (failure) {
         std::rethrow_exception(failure);
     }
-    out << report << (powerWasLost ? "The machine has lost its power.\n" : "The machine is off.\n");
-    return powerWasLost ? kPowerWasLost : exitCode;
+    out << report << (powerWasLost ? simulator::kPowerLossMessage : "The machine is off.") << '\n';
+    return powerWasLost ? simulator::kPowerWasLost : exitCode;
 }
 
 void serve(const ServeOptions& options, std::ostream& out) {

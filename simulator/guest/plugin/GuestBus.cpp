@@ -2,28 +2,15 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <cstdlib>
-#include <exception>
 #include <utility>
+
+#include "simulator/storage/PowerLoss.h"
 
 namespace simulator {
 namespace {
 
-constexpr int kPowerWasLost = 3;
-
 constexpr uint32_t offsetOf(uint64_t place) {
     return static_cast<uint32_t>(place % CardMemory::kBytes);
-}
-
-// Ends the guest at once, as a loss of power does.
-[[noreturn]] void losePower(MachineDirectory& directory) {
-    std::fputs("The machine has lost its power.\n", stderr);
-    try {
-        directory.save();
-    } catch (const std::exception& error) {
-        std::fprintf(stderr, "%s\n", error.what());
-    }
-    std::_Exit(kPowerWasLost);
 }
 
 }  // namespace
@@ -33,7 +20,7 @@ GuestBus::GuestBus(const std::filesystem::path& machine, const std::filesystem::
     Machine& opened = directory_->machine();
     opened.beginRecordings();
     directory_->save();  // for whoever looks at the machine meanwhile: it is on
-    opened.onPowerLost([this] { losePower(*directory_); });
+    endProcessOnPowerLoss(*directory_, [](const char* message) { std::fprintf(stderr, "%s\n", message); });
     for (std::size_t index = 0; index < opened.cardCount(); ++index) {
         cards_.push_back(std::make_unique<GuestCard>(opened, opened.card(index),
                                                      memory / ("card-" + std::to_string(index + 1))));

@@ -81,8 +81,10 @@ void CUpdaterApp::WriteFirmware(uint8_t* image, uint32_t bytes) {
     gProgressMax = bytes;
     gpProgressBar = dynamic_cast<LProgressBar*>(mMainWindow->FindPaneByID(kProgressBarPane));
     UpdateProgressBar(0);
-    ChangeWindowState(kWindowUpdating);
+    // A listener may have to wait for the computer, so the window shows the new state before.
+    mWindowState = kWindowUpdating;
     UpdateWindowState();
+    ChangeWindowState(kWindowUpdating);
     for (int pass = 0; pass < kPassesBeforeWriting; ++pass) {
         ProcessNextEvent();
     }

@@ -7,7 +7,6 @@
 #include <cstring>
 #include <exception>
 #include <thread>
-#include <utility>
 
 #include "linux/bus/AgentNames.h"
 #include "linux/bus/PowerLock.h"
@@ -25,7 +24,7 @@ constexpr std::chrono::microseconds kLimit = 5s;
 constexpr std::chrono::microseconds kStartLimit = 25s;
 
 // Between two attempts to get a lock while the computer is going to sleep or shutting down.
-constexpr std::chrono::milliseconds kBetweenTries = 200ms;
+constexpr std::chrono::milliseconds kBetweenTries = 100ms;
 
 constexpr char kNoReply[] = "org.freedesktop.DBus.Error.NoReply";
 
@@ -74,9 +73,10 @@ bus::Message AgentClient::newCall(const char* member, Answer& answer) {
     return bus::newCall(connection(answer.result), kAgent, member);
 }
 
-void AgentClient::makeCall(const bus::Message& call, std::chrono::microseconds limit, Answer& answer) {
+void AgentClient::makeCall(const bus::Message& call, std::chrono::microseconds limit, Answer& answer,
+                           const std::function<bool()>& mayWait) {
     if (call) {
-        answer.message = bus::answerTo(call, limit, answer.error, answer.result);
+        answer.message = bus::answerTo(call, limit, answer.error, answer.result, mayWait);
     }
 }
 
@@ -102,10 +102,7 @@ std::optional<std::vector<CardAgent::Card>> AgentClient::cards() {
 void AgentClient::askForClaim(bool mayAsk, Answer& answer) {
     const bus::Message call = newCall("Claim", answer);
     sd_bus_message_append(call.get(), "b", static_cast<int>(mayAsk));
-    if (call) {
-        answer.message =
-            bus::answerTo(call, mayAsk ? bus::kNoLimit : kStartLimit, answer.error, answer.result, mayWait_);
-    }
+    makeCall(call, mayAsk ? bus::kNoLimit : kStartLimit, answer, mayWait_);
 }
 
 Host::RightAnswer AgentClient::claim(bool mayAsk) {
@@ -165,25 +162,33 @@ std::optional<CardAgent::Range> AgentClient::openRange(const std::string& addres
     return range;
 }
 
+bool AgentClient::keepWaiting() {
+    if (mayWait_) {
+        mayWait_();
+    }
+    return true;
+}
+
 bool AgentClient::takeAgentsLock(Answer& answer) {
     const bus::Message call = newCall("BeginWrite", answer);
     sd_bus_message_set_auto_start(call.get(), 0);
-    makeCall(call, kLimit, answer);
+    makeCall(call, kLimit, answer, [this] { return keepWaiting(); });
     lock_ = bus::lockIn(answer.message);
     return static_cast<bool>(lock_);
 }
 
 // The user's own lock. It stops a lid, a timer and other users, but not the user who asks for a shut-down.
 bool AgentClient::takeOwnLock(Answer& answer) {
-    makeCall(bus::newLockCall(connection(answer.result)), kLimit, answer);
+    makeCall(bus::newLockCall(connection(answer.result)), kLimit, answer, [this] { return keepWaiting(); });
     lock_ = bus::lockIn(answer.message);
     return static_cast<bool>(lock_);
 }
 
 void AgentClient::takeLock() {
-    // Once the computer is on its way to sleep or off, the write must not begin before it is awake again,
-    // whatever else fails on that way.
-    bool isGoingDown = false;
+    using Clock = std::chrono::steady_clock;  // which stands still while the computer sleeps
+    // Once the computer is on its way to sleep or off, other things fail on that way, too, and the write must
+    // not begin before the computer is awake again. But what has failed may also stay so.
+    std::optional<Clock::time_point> lastGoingDown;
     while (true) {
         Answer agents;
         Answer own;
@@ -191,18 +196,20 @@ void AgentClient::takeLock() {
             return;
         }
         const bool hasOwn = !agents.error.is(bus::kIsGoingDown) && takeOwnLock(own);
-        const bool wasGoingDown =
-            std::exchange(isGoingDown, isGoingDown || agents.error.is(bus::kIsGoingDown) ||
-                                           own.error.is(bus::kIsGoingDown));
-        if (hasOwn || !isGoingDown) {
+        const bool isGoingDown = agents.error.is(bus::kIsGoingDown) || own.error.is(bus::kIsGoingDown);
+        if (isGoingDown && !lastGoingDown) {
+            say("The computer is going to sleep or shutting down. The write begins when it is awake again.");
+        }
+        if (isGoingDown) {
+            lastGoingDown = Clock::now();
+        }
+        if (hasOwn || !lastGoingDown || Clock::now() - *lastGoingDown > longestSilence_) {
             say(std::string(hasOwn ? "You can switch the computer off during the write: "
                                    : "The computer can be switched off or put to sleep during the write: ") +
                 agents.error.reason(agents.result) + ". Do not do so until the write has ended.");
             return;
         }
-        if (!wasGoingDown) {
-            say("The computer is going to sleep or shutting down. The write begins when it is awake again.");
-        }
+        keepWaiting();
         std::this_thread::sleep_for(kBetweenTries);
     }
 }

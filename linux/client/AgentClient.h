@@ -16,9 +16,15 @@
 
 class AgentClient : public CardAgent {
   public:
-    // While a password is waited for, `mayWait` is called about every 100 ms. If it says no, the claim is
-    // cancelled; the agent withdraws its question when this program ends.
-    explicit AgentClient(std::function<bool()> mayWait = {}) : mayWait_(std::move(mayWait)) {}
+    // While a password or the lock for a write is waited for, `mayWait` is called about every 100 ms. If it
+    // says no, the claim is cancelled; the agent withdraws its question when this program ends. A write is
+    // never cancelled so.
+    //
+    // A write does not begin while the computer is going to sleep or off, nor until it has been awake for
+    // `longestSilence` since logind last said that it is.
+    explicit AgentClient(std::function<bool()> mayWait = {},
+                         std::chrono::milliseconds longestSilence = std::chrono::minutes(5))
+        : mayWait_(std::move(mayWait)), longestSilence_(longestSilence) {}
 
     std::optional<std::vector<Card>> cards() override;
     Host::RightAnswer claim(bool mayAsk) override;
@@ -40,14 +46,18 @@ class AgentClient : public CardAgent {
     // reason, if it cannot be.
     sd_bus* connection(int& result);
     bus::Message newCall(const char* member, Answer& answer);
-    void makeCall(const bus::Message& call, std::chrono::microseconds limit, Answer& answer);
+    void makeCall(const bus::Message& call, std::chrono::microseconds limit, Answer& answer,
+                  const std::function<bool()>& mayWait = {});
     void askForClaim(bool mayAsk, Answer& answer);
+    // Calls `mayWait` whatever it says.
+    bool keepWaiting();
     // Hold a lock afterwards, or return false and why.
     bool takeAgentsLock(Answer& answer);
     bool takeOwnLock(Answer& answer);
     void takeLock();
 
     std::function<bool()> mayWait_;
+    std::chrono::milliseconds longestSilence_;
     bus::Connection connection_;
     // Held while a write is on.
     bus::Descriptor lock_;

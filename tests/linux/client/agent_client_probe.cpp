@@ -1,12 +1,15 @@
 // A client of the agent that does what the lines on its standard input say, and answers each with lines that
-// end with "done". Its other messages are on standard error.
+// end with "done". Its other messages are on standard error. When it waits for a lock, it gives logind up
+// after a second.
 
 #include <sys/mman.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <csignal>
 #include <iostream>
 #include <string>
+#include <utility>
 
 #include "linux/client/AgentClient.h"
 
@@ -51,7 +54,8 @@ int main() {
     sigaction(SIGUSR1, &action, nullptr);
     action.sa_handler = [](int) { givesUp = 1; };
     sigaction(SIGUSR2, &action, nullptr);
-    AgentClient client([] { return givesUp == 0; });
+    int waits = 0;
+    AgentClient client([&waits] { return ++waits, givesUp == 0; }, std::chrono::seconds(1));
     for (std::string word; std::cin >> word;) {
         if (word == "cards") {
             showCards(client);
@@ -66,6 +70,8 @@ int main() {
             client.beginWrite();
         } else if (word == "end") {
             client.endWrite();
+        } else if (word == "waits") {
+            std::cout << std::exchange(waits, 0) << '\n';
         } else if (word == "power-off") {
             std::cout << (client.powerOff() ? "begun" : "not begun") << '\n';
         }

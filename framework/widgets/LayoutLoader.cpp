@@ -2,37 +2,13 @@
 
 #include <QAction>
 #include <QFile>
-#include <QGridLayout>
 #include <QHash>
 #include <QLabel>
+#include <QLayout>
 #include <QMenu>
 #include <QMetaProperty>
 
-namespace {
-
-constexpr struct {
-    const char* attribute;
-    void (QGridLayout::*set)(int index, int value);
-} kGridAttributes[] = {{"columnstretch", &QGridLayout::setColumnStretch},
-                       {"rowstretch", &QGridLayout::setRowStretch},
-                       {"columnminimumwidth", &QGridLayout::setColumnMinimumWidth},
-                       {"rowminimumheight", &QGridLayout::setRowMinimumHeight}};
-
-constexpr struct {
-    const char* property;
-    void (QMargins::*set)(int pixels);
-} kMargins[] = {{"leftMargin", &QMargins::setLeft},
-                {"topMargin", &QMargins::setTop},
-                {"rightMargin", &QMargins::setRight},
-                {"bottomMargin", &QMargins::setBottom}};
-
-constexpr struct {
-    const char* property;
-    void (QGridLayout::*set)(int pixels);
-} kGridSpacings[] = {{"horizontalSpacing", &QGridLayout::setHorizontalSpacing},
-                     {"verticalSpacing", &QGridLayout::setVerticalSpacing}};
-
-}  // namespace
+#include "framework/widgets/LayoutMeasures.h"
 
 std::unique_ptr<QWidget> LayoutLoader::Load(QFile& file) {
     LayoutLoader loader(file);
@@ -136,7 +112,7 @@ void LayoutLoader::ReadLayout(QWidget& owner, const LayoutPlace* place) {
     } else {
         owner.setLayout(layout);
     }
-    ReadGridAttributes(*layout);
+    ShareRoom(*layout, mReader);
     mReader.ForEachElement([&] {
         if (mReader.Name() == u"property") {
             ReadLayoutProperty(*layout);
@@ -148,38 +124,11 @@ void LayoutLoader::ReadLayout(QWidget& owner, const LayoutPlace* place) {
     });
 }
 
-void LayoutLoader::ReadGridAttributes(QLayout& layout) {
-    auto* const grid = qobject_cast<QGridLayout*>(&layout);
-    for (const auto& known : kGridAttributes) {
-        const QString values = mReader.Attribute(known.attribute);
-        if (grid == nullptr || values.isEmpty()) {
-            continue;
-        }
-        int index = 0;
-        for (const QString& value : values.split(',')) {
-            (grid->*known.set)(index++, value.toInt());
-        }
-    }
-}
-
 void LayoutLoader::ReadLayoutProperty(QLayout& layout) {
     const LayoutReader::Property property = mReader.ReadProperty();
-    for (const auto& side : kMargins) {
-        if (property.name == side.property) {
-            QMargins margins = layout.contentsMargins();
-            (margins.*side.set)(property.value.toInt());
-            layout.setContentsMargins(margins);
-            return;
-        }
+    if (!SetMeasure(layout, property.name, property.value.toInt())) {
+        SetProperty(layout, property);
     }
-    auto* const grid = qobject_cast<QGridLayout*>(&layout);
-    for (const auto& direction : kGridSpacings) {
-        if (grid != nullptr && property.name == direction.property) {
-            (grid->*direction.set)(property.value.toInt());
-            return;
-        }
-    }
-    SetProperty(layout, property);
 }
 
 void LayoutLoader::ReadItem(QWidget& owner, QLayout& layout) {

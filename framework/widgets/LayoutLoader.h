@@ -39,7 +39,6 @@ class LayoutLoader {
     void ReadWidgetProperty(QWidget& widget);
     void ReadAction(QWidget& owner);
     void ReadLayout(QWidget& owner, const LayoutPlace* place);
-    void ReadGridAttributes(QLayout& layout);
     void ReadLayoutProperty(QLayout& layout);
     void ReadItem(QWidget& owner, QLayout& layout);
     void ReadSpacer(const LayoutPlace& place);

@@ -10,12 +10,10 @@ using AlertType = int16_t;
 constexpr AlertType kAlertStopAlert = 0;
 constexpr AlertType kAlertNoteAlert = 1;
 constexpr AlertType kAlertCautionAlert = 2;
-constexpr AlertType kAlertPlainAlert = 3;
 
-// The buttons, by the numbers that a hit reports.
+// The buttons, by the numbers that a hit reports; a third button is 3.
 constexpr int16_t kAlertStdAlertOKButton = 1;
 constexpr int16_t kAlertStdAlertCancelButton = 2;
-constexpr int16_t kAlertStdAlertOtherButton = 3;
 
 // Given as a button's text: the system's own text, in the user's language.
 inline constexpr unsigned char kAlertDefaultOKText[] = {2, 'O', 'K'};

@@ -7,13 +7,19 @@
 #include "tests/support/FakeHost.h"
 #include "xsvf/JtagPort.h"
 
-static std::string asked;  // the calls to the application, in order: "event ", or a progress in bytes
+// Where the calls to the application are recorded, in order: "event ", or a progress in bytes. Null if nobody
+// asks.
+static std::string* recorded = nullptr;
 
 void AllowNextEvent() {
-    asked += "event ";
+    if (recorded != nullptr) {
+        *recorded += "event ";
+    }
 }
 void UpdateProgressBar(uint32_t bytes) {
-    asked += std::to_string(bytes) + " ";
+    if (recorded != nullptr) {
+        *recorded += std::to_string(bytes) + " ";
+    }
 }
 
 namespace {
@@ -21,11 +27,12 @@ namespace {
 class JtagPort : public testing::Test {
   protected:
     JtagPort() {
-        asked.clear();
+        recorded = &asked;
         gpRegisters = card.window.data();
         openPort(image.data(), 6000, RegisterAt(0x100), RegisterAt(0x108));
         card.accesses.clear();
     }
+    ~JtagPort() override { recorded = nullptr; }
     void TearDown() override { EXPECT_EQ(card.accesses, expected); }
 
     // A word written to the output register, and the reads that let the signal settle.
@@ -34,6 +41,7 @@ class JtagPort : public testing::Test {
         expected.insert(expected.end(), reads, {false, 0x100, word});
     }
 
+    std::string asked;
     FakeHost card;  // with a silent chain
     std::vector<FakeHost::Access> expected;
     std::vector<uint8_t> image = std::vector<uint8_t>(6000, 0);

@@ -1,22 +1,17 @@
-#include "images/prom/FirmwareImage.h"
-
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 
 #include "card/Registers.h"
-#include "hw/ApplicationHooks.h"
 #include "hw/JtagPort.h"
+#include "images/prom/FirmwareImage.h"
 #include "platform/CardDriver.h"
 #include "simulator/host/SimulatedHost.h"
 #include "tests/support/AllocationCounter.h"
 
-void AllowNextEvent() {}
-void UpdateProgressBar(uint32_t) {}
-
 namespace {
 
-TEST(FirmwareImage, ReplacesThePromsContentWithoutAllocating) {
+TEST(WholeImageTest, ReplacesThePromsContentWithoutAllocating) {
     const auto old = simulator::encodeConfiguration({0x21, 1, 'M', 10, 0x5C1F});
     const auto after = simulator::encodeConfiguration({0x21, 1, 'W', 12, 0x6311});
     auto image = images::makeFirmwareImage(std::span<const uint8_t, simulator::kPromBytes>(after));

@@ -1,5 +1,8 @@
 #pragma once
 
+// An application for tests, with the updater's layouts, and what happens to it from outside: calls from the
+// event loop, keys.
+
 #include <gtest/gtest.h>
 
 #include <QApplication>

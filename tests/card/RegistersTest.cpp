@@ -6,7 +6,7 @@
 
 namespace {
 
-TEST(Registers, FollowTheCardsByteOrder) {
+TEST(RegistersTest, FollowTheCardsByteOrder) {
     FakeHost host;
     gpRegisters = host.window.data();
     host.window[2] = 0x12345678;  // the bytes 12 34 56 78, in this order

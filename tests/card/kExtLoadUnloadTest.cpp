@@ -47,26 +47,26 @@ void leaveEndedChild() {
     ASSERT_EQ(::waitid(P_ALL, 0, &ended, WEXITED | WNOWAIT), 0);
 }
 
-class ExtractedDriver : public testing::Test {
+class ExtractedDriverTest : public testing::Test {
   protected:
-    ExtractedDriver() {
-        fs::permissions(mine, fs::perms(0755));
-        fs::create_directories(mine / "VUpdater.kext/Contents");
-        std::ofstream(mine / "VUpdater.kext/Contents/Info.plist") << "driver";
-        pack(mine / "Some.app");
+    ExtractedDriverTest() {
+        fs::permissions(mine_, fs::perms(0755));
+        fs::create_directories(mine_ / "VUpdater.kext/Contents");
+        std::ofstream(mine_ / "VUpdater.kext/Contents/Info.plist") << "driver";
+        pack(mine_ / "Some.app");
     }
 
     void inMine(const std::string& command) {
-        ASSERT_EQ(std::system(("cd " + mine.string() + " && " + command).c_str()), 0);
+        ASSERT_EQ(std::system(("cd " + mine_.string() + " && " + command).c_str()), 0);
     }
 
     // Makes a bundle whose driver is the folder's VUpdater.kext.
     void pack(const fs::path& bundle) {
-        host.bundle = bundle;
-        archive = bundle / "Contents/Resources/vupdaterkext.pax";
-        fs::create_directories(archive.parent_path());
+        host_.bundle = bundle;
+        archive_ = bundle / "Contents/Resources/vupdaterkext.pax";
+        fs::create_directories(archive_.parent_path());
         inMine("pax -w -f packed VUpdater.kext");
-        fs::copy_file(mine / "packed", archive, fs::copy_options::overwrite_existing);
+        fs::copy_file(mine_ / "packed", archive_, fs::copy_options::overwrite_existing);
     }
 
     // Installs the driver in a new process with a user's ID and a terminal without a reader. Returns what the
@@ -94,37 +94,37 @@ class ExtractedDriver : public testing::Test {
         std::string said = testing::internal::GetCapturedStderr();
         EXPECT_TRUE(WIFEXITED(status)) << "the installation hangs";
         EXPECT_EQ(WEXITSTATUS(status), said.ends_with(notCopied) || said.ends_with(notUnpacked) ? 0 : 1);
-        EXPECT_EQ(fs::exists(unpacked / "Contents/Info.plist"), WEXITSTATUS(status) == 1);
+        EXPECT_EQ(fs::exists(unpacked_ / "Contents/Info.plist"), WEXITSTATUS(status) == 1);
         if (WEXITSTATUS(status) == 1) {
-            EXPECT_EQ(fs::status(unpacked).permissions() & fs::perms(0077), fs::perms::none);
+            EXPECT_EQ(fs::status(unpacked_).permissions() & fs::perms(0077), fs::perms::none);
         }
         return said;
     }
 
-    SystemTmp tmp;
-    TemporaryDirectory directory;
-    const fs::path& mine = directory.path();
-    const fs::path unpacked = SystemTmp::driver;
-    RemovingHost host;
-    fs::path archive;
+    SystemTmp tmp_;
+    TemporaryDirectory directory_;
+    const fs::path& mine_ = directory_.path();
+    const fs::path unpacked_ = SystemTmp::driver;
+    RemovingHost host_;
+    fs::path archive_;
 };
 
-TEST_F(ExtractedDriver, WaitsUntilTheOldDriverIsGone) {
+TEST_F(ExtractedDriverTest, WaitsUntilTheOldDriverIsGone) {
     const std::string old = "mkdir -p $driver; cd $driver; touch $(seq 2000)";
     const std::string prefix = "driver=" + std::string(SystemTmp::driver) + "; ";
     for (const char* const removal : {"sleep 1; rm -rf $driver", "rm -rf $driver &"}) {
         SCOPED_TRACE(removal);
         inMine(prefix + old);
-        host.removal = prefix + removal;
+        host_.removal = prefix + removal;
         EXPECT_EQ(installed(::geteuid()), "");
     }
 }
 
-TEST_F(ExtractedDriver, CleansUpAfterAFailingTool) {
+TEST_F(ExtractedDriverTest, CleansUpAfterAFailingTool) {
     const char* const found = std::getenv("PATH");
     ASSERT_NE(found, nullptr);
     const std::string path = found;
-    ::setenv("PATH", (mine.string() + ":" + path).c_str(), 1);
+    ::setenv("PATH", (mine_.string() + ":" + path).c_str(), 1);
     inMine("echo 'echo part >\"$3\"; exit 1' >cp; chmod +x cp");
     EXPECT_EQ(installed(::geteuid()), notCopied);
     EXPECT_TRUE(SystemTmp::isClean());
@@ -134,29 +134,29 @@ TEST_F(ExtractedDriver, CleansUpAfterAFailingTool) {
     ::setenv("PATH", path.c_str(), 1);
 }
 
-TEST(ShellCommand, IsNotMistakenForAnotherChild) {
+TEST(ShellCommandTest, IsNotMistakenForAnotherChild) {
     leaveEndedChild();
     EXPECT_NE(RunByShell("exit 3"), 0);
     while (::wait(nullptr) > 0) {
     }
 }
 
-TEST_F(ExtractedDriver, BundlePathIsNeverRunAsACommand) {
-    pack(mine / R"(a"b$(touch pwned)`touch pwned`\"'; touch pwned;')" / "Some.app");
+TEST_F(ExtractedDriverTest, BundlePathIsNeverRunAsACommand) {
+    pack(mine_ / R"(a"b$(touch pwned)`touch pwned`\"'; touch pwned;')" / "Some.app");
     const fs::path before = fs::current_path();
-    fs::current_path(mine);
+    fs::current_path(mine_);
     EXPECT_EQ(installed(::geteuid()), "");
     fs::current_path(before);
-    EXPECT_FALSE(fs::exists(mine / "pwned"));
+    EXPECT_FALSE(fs::exists(mine_ / "pwned"));
 }
 
-TEST_F(ExtractedDriver, RefusesAnArchiveWithoutADriverAndAsksNothing) {
-    fs::resize_file(archive, 1500);
+TEST_F(ExtractedDriverTest, RefusesAnArchiveWithoutADriverAndAsksNothing) {
+    fs::resize_file(archive_, 1500);
     EXPECT_TRUE(installed(::geteuid()).ends_with(notUnpacked));
     EXPECT_TRUE(SystemTmp::isClean());
-    fs::rename(mine / "VUpdater.kext", mine / "elsewhere");
-    fs::create_directory_symlink(mine / "elsewhere", mine / "VUpdater.kext");
-    pack(mine / "Some.app");
+    fs::rename(mine_ / "VUpdater.kext", mine_ / "elsewhere");
+    fs::create_directory_symlink(mine_ / "elsewhere", mine_ / "VUpdater.kext");
+    pack(mine_ / "Some.app");
     EXPECT_EQ(installed(::geteuid()), notUnpacked);
     EXPECT_TRUE(SystemTmp::isClean());
 }
@@ -173,7 +173,7 @@ const std::pair<std::string, std::string> things[] = {
     {"folder", "mkdir -m 777 $name; ln -s $PWD/folder $name/Contents"}};
 
 // The parameter says whether a stranger, not the user, planted the file.
-class PlantedFiles : public ExtractedDriver, public testing::WithParamInterface<bool> {
+class PlantedFilesTest : public ExtractedDriverTest, public testing::WithParamInterface<bool> {
   protected:
     void expectHarmless(const fs::path& name, bool isStrange, uid_t user) {
         const bool isCopy = name == SystemTmp::archive;
@@ -182,21 +182,21 @@ class PlantedFiles : public ExtractedDriver, public testing::WithParamInterface<
         EXPECT_EQ(installed(user), !stays ? "" : isCopy ? notCopied : notUnpacked);
         EXPECT_EQ(fs::exists(fs::symlink_status(SystemTmp::archive)), stays && isCopy);
         EXPECT_EQ(fs::is_symlink(name / "Contents"), stays && isFolder) << "a remaining folder is unchanged";
-        EXPECT_EQ(fs::file_size(mine / "diary"), 4U);
-        EXPECT_TRUE(fs::is_empty(mine / "folder"));
+        EXPECT_EQ(fs::file_size(mine_ / "diary"), 4U);
+        EXPECT_TRUE(fs::is_empty(mine_ / "folder"));
     }
 };
 
-TEST_P(PlantedFiles, AreNeverFollowedAwaitedOrLoaded) {
+TEST_P(PlantedFilesTest, AreNeverFollowedAwaitedOrLoaded) {
     const bool byStranger = GetParam();
     if (byStranger && ::geteuid() != 0) {
         GTEST_SKIP() << "only root can be two users";
     }
     const uid_t user = byStranger ? victim : ::geteuid();
-    std::ofstream(mine / "diary") << "mine";
-    fs::create_directory(mine / "folder");
+    std::ofstream(mine_ / "diary") << "mine";
+    fs::create_directory(mine_ / "folder");
     for (const char* const own : {"diary", "folder"}) {
-        ASSERT_EQ(::chown((mine / own).c_str(), user, gid_t(-1)), 0);
+        ASSERT_EQ(::chown((mine_ / own).c_str(), user, gid_t(-1)), 0);
     }
     for (const auto& [what, command] : things) {
         for (const char* const name : {SystemTmp::archive, SystemTmp::driver}) {
@@ -212,7 +212,7 @@ TEST_P(PlantedFiles, AreNeverFollowedAwaitedOrLoaded) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(, PlantedFiles, testing::Bool(),
+INSTANTIATE_TEST_SUITE_P(, PlantedFilesTest, testing::Bool(),
                          [](const auto& by) { return by.param ? "ByAStranger" : "ByTheUser"; });
 
 }  // namespace

@@ -5,7 +5,7 @@
 namespace catalogue {
 namespace {
 
-TEST(CardIdentity, FormatsSerialNumbers) {
+TEST(CardIdentityTest, FormatsSerialNumbers) {
     EXPECT_EQ(serialNumberText(0x21307015), "2103070021");
     EXPECT_EQ(serialNumberText(0x25F35FFF), "2515534095");
     EXPECT_EQ(identityModelCode(0x21307015), 0x21);
@@ -14,7 +14,7 @@ TEST(CardIdentity, FormatsSerialNumbers) {
     EXPECT_FALSE(isBlankIdentity(0xFFFFFFFF));
 }
 
-TEST(CardIdentity, ParsesTypedSerialNumbers) {
+TEST(CardIdentityTest, ParsesTypedSerialNumbers) {
     const std::pair<const char*, uint32_t> accepted[] = {{"2103070021", 0x21307015},
                                                          {"2503530001", 0x25335001},
                                                          {"2515534095", 0x25F35FFF},
@@ -33,7 +33,7 @@ TEST(CardIdentity, ParsesTypedSerialNumbers) {
     }
 }
 
-TEST(CardIdentity, FormatsTheManufactureDate) {
+TEST(CardIdentityTest, FormatsTheManufactureDate) {
     const std::pair<uint32_t, const char*> weeks[] = {{1, "Jan 01, 2003"},
                                                       {5, "Jan 29, 2003"},
                                                       {7, "Feb 12, 2003"},

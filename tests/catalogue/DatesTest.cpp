@@ -5,7 +5,7 @@
 namespace catalogue {
 namespace {
 
-TEST(FirmwareDate, IsParsedAndFormatted) {
+TEST(FirmwareDateTest, IsParsedAndFormatted) {
     EXPECT_EQ(parseFirmwareDate("2006-03-17"), 0x6311);
     EXPECT_EQ(parseFirmwareDate("2004-02-29"), 0x421D);
     for (const char* text : {"", "2006-3-17", "2006/03/17", "1999-12-31", "2016-01-01", "2006-02-29",

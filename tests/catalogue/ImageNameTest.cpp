@@ -9,7 +9,7 @@
 namespace catalogue {
 namespace {
 
-TEST(CardModels, HaveCodesNamesAndTags) {
+TEST(CardModelsTest, HaveCodesNamesAndTags) {
     const std::tuple<uint16_t, const char*, const char*, const char*> models[] = {
         {0x20, "VornMX-A", "VornMX-A", "VMAM12NC.xsv"}, {0x21, "VornMX-B", "VornMX-B", "VMBM12NC.xsv"},
         {0x22, "VornMX-C", "VornMX-C", "VMCM12NC.xsv"}, {0x23, "Vorn K40", "K40", "K40M12NC.xsv"},
@@ -25,7 +25,7 @@ TEST(CardModels, HaveCodesNamesAndTags) {
     EXPECT_FALSE(isModelCode(0x1F) || isModelCode(0x26) || modelByName("K4") || modelByName(""));
 }
 
-TEST(ImageName, DecodesTagsByCharacterArithmetic) {
+TEST(ImageNameTest, DecodesTagsByCharacterArithmetic) {
     const std::pair<const char*, int> tags[] = {{"VMD", 0x23}, {"VME", 0x24}, {"VMF", 0x25},
                                                 {"DXA", 0x24}, {"DAA", 0x20}, {"XX0", 0x23}};
     for (const auto& [tag, code] : tags) {
@@ -33,7 +33,7 @@ TEST(ImageName, DecodesTagsByCharacterArithmetic) {
     }
 }
 
-TEST(ImageName, HasOneSpelling) {
+TEST(ImageNameTest, HasOneSpelling) {
     EXPECT_EQ(imageFileName({0x21, 'W', 0, 1}), "VMBW00A.xsv");
     EXPECT_EQ(imageFileName({0x22, 'M', 99, 26}), "VMCM99Z.xsv");
     EXPECT_FALSE(imageFileName({0x26, 'M', 1, 1}) || imageFileName({0x21, 'X', 1, 1}));
@@ -45,7 +45,7 @@ TEST(ImageName, HasOneSpelling) {
     }
 }
 
-TEST(BoardRevision, IsALetterOrNone) {
+TEST(BoardRevisionTest, IsALetterOrNone) {
     EXPECT_EQ(boardRevisionText(0), "NC");
     EXPECT_EQ(boardRevisionText(2), "B");
     EXPECT_EQ(parseBoardRevision("Z"), 26);

@@ -24,34 +24,34 @@ void UpdateProgressBar(uint32_t bytes) {
 
 namespace {
 
-class JtagPort : public testing::Test {
+class JtagPortTest : public testing::Test {
   protected:
-    JtagPort() {
-        recorded = &asked;
-        gpRegisters = card.window.data();
-        openPort(image.data(), 6000, RegisterAt(0x100), RegisterAt(0x108));
-        card.accesses.clear();
+    JtagPortTest() {
+        recorded = &asked_;
+        gpRegisters = card_.window.data();
+        openPort(image_.data(), 6000, RegisterAt(0x100), RegisterAt(0x108));
+        card_.accesses.clear();
     }
-    ~JtagPort() override { recorded = nullptr; }
-    void TearDown() override { EXPECT_EQ(card.accesses, expected); }
+    ~JtagPortTest() override { recorded = nullptr; }
+    void TearDown() override { EXPECT_EQ(card_.accesses, expected_); }
 
     // A word written to the output register, and the reads that let the signal settle.
     void expectWord(uint32_t word, std::size_t reads = 15) {
-        expected.push_back({true, 0x100, word});
-        expected.insert(expected.end(), reads, {false, 0x100, word});
+        expected_.push_back({true, 0x100, word});
+        expected_.insert(expected_.end(), reads, {false, 0x100, word});
     }
 
-    std::string asked;
-    FakeHost card;  // with a silent chain
-    std::vector<FakeHost::Access> expected;
-    std::vector<uint8_t> image = std::vector<uint8_t>(6000, 0);
+    std::string asked_;
+    FakeHost card_;  // with a silent chain
+    std::vector<FakeHost::Access> expected_;
+    std::vector<uint8_t> image_ = std::vector<uint8_t>(6000, 0);
 };
 
-TEST_F(JtagPort, ShowsSignalsWithTheNextClockLevel) {
+TEST_F(JtagPortTest, ShowsSignalsWithTheNextClockLevel) {
     for (const auto& [port, level] : {std::pair{1, 1}, {2, -7}, {2, 0}, {3, 1}, {-1, 1}}) {
         setPort(static_cast<int16_t>(port), static_cast<int16_t>(level));
     }
-    EXPECT_TRUE(card.accesses.empty());
+    EXPECT_TRUE(card_.accesses.empty());
     pulseClock();
     setPort(2, 256);
     setPort(0, 256);
@@ -60,19 +60,19 @@ TEST_F(JtagPort, ShowsSignalsWithTheNextClockLevel) {
     }
 }
 
-TEST_F(JtagPort, SamplesWithOneReadAndWaitsWithThreePerMicrosecond) {
+TEST_F(JtagPortTest, SamplesWithOneReadAndWaitsWithThreePerMicrosecond) {
     for (const uint32_t word : {0x80U, 0xFFFFFF7FU}) {
-        card.window[0x108 / 4] = word;
+        card_.window[0x108 / 4] = word;
         EXPECT_EQ(readTDOBit(), word == 0x80 ? 1 : 0);
-        expected.push_back({false, 0x108, word});
+        expected_.push_back({false, 0x108, word});
     }
     for (const int32_t microseconds : {0, INT32_MIN, 1, 14000}) {
         waitTime(microseconds);
     }
-    expected.insert(expected.end(), 3 + 42000, {false, 0x100, 0x08});
+    expected_.insert(expected_.end(), 3 + 42000, {false, 0x100, 0x08});
 }
 
-TEST_F(JtagPort, YieldsToTheApplicationBetweenBytes) {
+TEST_F(JtagPortTest, YieldsToTheApplicationBetweenBytes) {
     const std::tuple<uint32_t, const char*, uint32_t> cases[] = {
         {999, "", 0x08},
         {1000, "event ", 0x08},
@@ -82,14 +82,14 @@ TEST_F(JtagPort, YieldsToTheApplicationBetweenBytes) {
         for (uint8_t byte = 0; gulCurrentOffset < bytes;) {
             readByte(&byte);
         }
-        EXPECT_EQ(asked, expectedOfIt);
+        EXPECT_EQ(asked_, expectedOfIt);
         EXPECT_EQ(gulControlReg, shadow);
     }
 }
 
-TEST_F(JtagPort, RunsFromIdleWordToIdleWord) {
+TEST_F(JtagPortTest, RunsFromIdleWordToIdleWord) {
     tagSXsvfInfo info;
-    PlayOnCard(&info, image.data(), 1);
+    PlayOnCard(&info, image_.data(), 1);
     expectWord(0x08, 0);
     for (int word = 0; word < 15; ++word) {
         expectWord(word % 3 == 1 ? 0x68 : 0x28);

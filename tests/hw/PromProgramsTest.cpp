@@ -17,7 +17,7 @@ void expectBytes(std::span<const uint8_t> bytes, std::string listing) {
     EXPECT_EQ(text, listing);
 }
 
-TEST(PromPrograms, ProtectAndReadTheIdentity) {
+TEST(PromProgramsTest, ProtectAndReadTheIdentity) {
     expectBytes(kProtectProgram,
                 "0700 1200 1201 0400000000 020D1FFF 020D1FDF 0800000021 01001FF1FFFE"
                 "09 0000000000 01EA06A126 040001ADB0 020D1E1F 0400000000 020D1D1F 0800000007"
@@ -32,7 +32,7 @@ TEST(PromPrograms, ProtectAndReadTheIdentity) {
                 "09 01FFFFFFFE 00FFFFFFFF 020D1FFF 00");
 }
 
-TEST(PromPrograms, WriteAnIdentity) {
+TEST(PromProgramsTest, WriteAnIdentity) {
     const auto step = [](const std::string& check, const std::string& wait) {
         return "020D1D7F 0800000011 01" + check + "09 010000" + check +
                "020D1FBF 0800000021 010000000000 09 004260E02A 0000000000 04000036B0 020D1D5F 04" + wait;

@@ -14,7 +14,7 @@ using Image = std::vector<uint8_t>;
 using images::assemble;
 using images::listingOf;
 
-TEST(Listing, AnyBytesSurviveARoundTrip) {
+TEST(ListingTest, AnyBytesSurviveARoundTrip) {
     std::mt19937 random;
     for (int round = 0; round < 20'000; ++round) {
         Image image(random() % 40);
@@ -26,7 +26,7 @@ TEST(Listing, AnyBytesSurviveARoundTrip) {
 }
 
 // In both directions a few bytes can expand to a thousand.
-TEST(Listing, RefusesToGrowBeyondItsLimit) {
+TEST(ListingTest, RefusesToGrowBeyondItsLimit) {
     const Image steps{0x0B, 0xFF, 0x00};  // XSDRINC with 255 values of no size
     EXPECT_GT(listingOf(steps).size(), 1000U);
     EXPECT_THROW(listingOf(steps, 1000), files::UserError);

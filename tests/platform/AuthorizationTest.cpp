@@ -6,7 +6,7 @@
 
 namespace {
 
-TEST(Authorization, RunsToolsOnlyWithTheAdministratorRight) {
+TEST(AuthorizationTest, RunsToolsOnlyWithTheAdministratorRight) {
     constexpr AuthorizationFlags mayAsk =
         kAuthorizationFlagInteractionAllowed | kAuthorizationFlagExtendRights;
     FakeHost host;

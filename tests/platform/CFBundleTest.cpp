@@ -9,7 +9,7 @@
 
 namespace {
 
-TEST(CFBundle, ListsResourcesOfATypeByName) {
+TEST(CFBundleTest, ListsResourcesOfATypeByName) {
     const TemporaryDirectory directory;
     FakeHost host;
     EXPECT_EQ(CFBundleGetMainBundle(), nullptr);

@@ -6,7 +6,7 @@
 
 namespace {
 
-TEST(IOKitLib, CountsLeaksAndAvoidsSmallHandles) {
+TEST(IOKitLibTest, CountsLeaksAndAvoidsSmallHandles) {
     FakeHost host;
     host.cards.resize(1);
     mach_port_t masterPort = MACH_PORT_NULL;

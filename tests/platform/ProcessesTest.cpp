@@ -6,7 +6,7 @@
 
 namespace {
 
-TEST(Processes, WalkEndsAtNoProcessAndStartsAgain) {
+TEST(ProcessesTest, WalkEndsAtNoProcessAndStartsAgain) {
     FakeHost host;
     const std::string uncut(254, 'x');
     host.processList = {{0x100000007, uncut + "\u00e9, cut before this letter"}, {9, "second"}};

@@ -12,11 +12,11 @@ using Alert = UpdaterSession::Alert;
 using Alerts = std::vector<Alert>;
 using Texts = std::vector<std::string>;
 
-class CardInformation : public UpdaterTest {
+class CardInformationTest : public UpdaterTest {
   protected:
-    CardInformation() {
+    CardInformationTest() {
         for (const char* image : {"VMBM12A.xsv", "K40W07B.xsv", "DX8M05NC.xsv"}) {
-            bundle.addShippedResource(image);
+            bundle_.addShippedResource(image);
         }
     }
 };
@@ -29,8 +29,8 @@ Texts informationOf(const UpdaterSession& session) {
     return texts;
 }
 
-TEST_F(CardInformation, ShowsEachCardsDetails) {
-    UpdaterSession session(machine, bundle);
+TEST_F(CardInformationTest, ShowsEachCardsDetails) {
+    UpdaterSession session(machine_, bundle_);
     // The upper bytes of the version register mean nothing, in either byte order.
     session.host.falsifyLoad = [](uint32_t offset, uint32_t word) {
         return offset == 0x10 ? word | 0x00ABAB00 : word;
@@ -61,8 +61,8 @@ TEST_F(CardInformation, ShowsEachCardsDetails) {
                       noNewFirmware}));
 }
 
-TEST_F(CardInformation, ReadsACardOnceWhenItIsPicked) {
-    UpdaterSession session(machine, bundle);
+TEST_F(CardInformationTest, ReadsACardOnceWhenItIsPicked) {
+    UpdaterSession session(machine_, bundle_);
     std::vector<uint32_t> registersRead;
     session.host.falsifyLoad = [&](uint32_t offset, uint32_t word) {
         if (offset < 0x100) {
@@ -75,9 +75,9 @@ TEST_F(CardInformation, ReadsACardOnceWhenItIsPicked) {
         session.pickCard(2);
         EXPECT_EQ(registersRead, (std::vector<uint32_t>{0x00, 0x08, 0x0C, 0x10, 0x14, 0x18}));
         // Picking the open card again reads nothing, and forgets that its firmware is the newest.
-        const uint64_t accesses = machine.accesses();
+        const uint64_t accesses = machine_.accesses();
         session.pickOpenCardAgain();
-        EXPECT_EQ(machine.accesses(), accesses);
+        EXPECT_EQ(machine_.accesses(), accesses);
         session.cancelled = {confirmation.title};
         session.click("UPDT");
     });
@@ -124,11 +124,11 @@ const struct {
      {{"Error", "VornMX/K40/DX8 Serial Number does not match Device ID!"}},
      ""}};
 
-TEST_F(CardInformation, QuitsOnAFatalFinding) {
+TEST_F(CardInformationTest, QuitsOnAFatalFinding) {
     for (const auto& each : fatalFindings) {
         SCOPED_TRACE(each.what);
         card().cells().setUserCode(each.identity);
-        UpdaterSession session(machine, bundle);
+        UpdaterSession session(machine_, bundle_);
         session.host.falsifyLoad = [&](uint32_t offset, uint32_t word) {
             return offset == each.offset ? each.word : word;
         };
@@ -140,12 +140,12 @@ TEST_F(CardInformation, QuitsOnAFatalFinding) {
     }
 }
 
-TEST_F(CardInformation, AsksForABlankIdentityAndWritesIt) {
+TEST_F(CardInformationTest, AsksForABlankIdentityAndWritesIt) {
     const Alert invalid = {"Error", "Invalid Serial Number!"};
     const std::deque<std::string> rejected = {"", "2603070021"};
-    machine.card(0).cells().setUserCode(0xFFFFFFFF);
+    machine_.card(0).cells().setUserCode(0xFFFFFFFF);
     {
-        UpdaterSession session(machine, bundle);
+        UpdaterSession session(machine_, bundle_);
         session.typed = rejected;
         session.typed.push_back("2103070021");
         session.run([&] {
@@ -158,15 +158,15 @@ TEST_F(CardInformation, AsksForABlankIdentityAndWritesIt) {
         EXPECT_EQ(session.identityDialogs, shown);
         EXPECT_EQ(session.alerts, Alerts(rejected.size(), invalid));
     }
-    EXPECT_EQ(machine.card(0).identity(), 0x21307015u);
+    EXPECT_EQ(machine_.card(0).identity(), 0x21307015u);
 
     // The serial number of another model is accepted and written, and then does not match the card.
-    machine.card(2).cells().setUserCode(0);
-    UpdaterSession session(machine, bundle);
+    machine_.card(2).cells().setUserCode(0);
+    UpdaterSession session(machine_, bundle_);
     session.typed = {"2303070021"};
     session.run([&] { session.pickCard(3); });
     EXPECT_EQ(session.alerts, (Alerts{{"Error", "VornMX/K40/DX8 Serial Number does not match Device ID!"}}));
-    EXPECT_EQ(machine.card(2).identity(), 0x23307015u);
+    EXPECT_EQ(machine_.card(2).identity(), 0x23307015u);
     // So the dialog says how this model's serial numbers begin, and the window behind it shows no other
     // card's.
     EXPECT_NE(session.identityQuestion.find("every Vorn DX8 begins with 24"), std::string::npos);

@@ -34,9 +34,9 @@ std::vector<uint8_t> twoPageImage() {
     return images::makeFirmwareImage(content);
 }
 
-class Faults : public UpdaterTest {
+class FaultyUpdateTest : public UpdaterTest {
   protected:
-    Faults() { bundle.addImage(imageName, twoPageImage()); }
+    FaultyUpdateTest() { bundle_.addImage(imageName, twoPageImage()); }
 
     bool holdsSecondPage() {
         const auto bytes = card().cells().bytesOf(PromCells::page(1));
@@ -97,14 +97,14 @@ const Attempt attempts[] = {
     {{.kind = FaultKind::slowProgramming, .factor = 2}, bothFail, {}, {}, false},
     {vanishedInErase, writesBlindly, blank, erased, false}};
 
-class FaultyAttempt : public Faults, public testing::WithParamInterface<Attempt> {};
+class FaultyAttemptTest : public FaultyUpdateTest, public testing::WithParamInterface<Attempt> {};
 
-TEST_P(FaultyAttempt, IsReportedAndTheNextSucceeds) {
+TEST_P(FaultyAttemptTest, IsReportedAndTheNextSucceeds) {
     const Attempt& attempt = GetParam();
-    UpdaterSession session(machine, bundle);
+    UpdaterSession session(machine_, bundle_);
     session.run([&] {
         Fault fault = attempt.fault;
-        fault.count += fault.when == When::atClock ? card().chain().state().clocks : machine.accesses();
+        fault.count += fault.when == When::atClock ? card().chain().state().clocks : machine_.accesses();
         card().inject(fault);
         session.click("UPDT");
         EXPECT_EQ(session.alerts, attempt.alerts);
@@ -130,13 +130,13 @@ TEST_P(FaultyAttempt, IsReportedAndTheNextSucceeds) {
     });
 }
 
-INSTANTIATE_TEST_SUITE_P(, FaultyAttempt, testing::ValuesIn(attempts));
+INSTANTIATE_TEST_SUITE_P(, FaultyAttemptTest, testing::ValuesIn(attempts));
 
 // The machine wants to sleep while the second page is being programmed.
-TEST_F(Faults, SleepRuinsAWriteUnlessItIsPrevented) {
+TEST_F(FaultyUpdateTest, SleepRuinsAWriteUnlessItIsPrevented) {
     for (const bool isPrevented : {true, false}) {
-        UpdaterSession session(machine, bundle);
-        WriteListener listener([&] { machine.preventSleep(); }, [&] { machine.allowSleep(); });
+        UpdaterSession session(machine_, bundle_);
+        WriteListener listener([&] { machine_.preventSleep(); }, [&] { machine_.allowSleep(); });
         session.setup.windowStateListener = isPrevented ? &listener : nullptr;
         session.run([&] {
             Fault fault = inSecondPage(FaultKind::machineSleeps);
@@ -153,13 +153,13 @@ TEST_F(Faults, SleepRuinsAWriteUnlessItIsPrevented) {
 }
 
 // After a failed write the card still runs, but would not come back from a sleep.
-TEST_F(Faults, SleepIsPreventedUntilAWriteHasSucceeded) {
-    UpdaterSession session(machine, bundle);
-    WriteListener listener([&] { machine.preventSleep(); }, [&] { machine.allowSleep(); });
+TEST_F(FaultyUpdateTest, SleepIsPreventedUntilAWriteHasSucceeded) {
+    UpdaterSession session(machine_, bundle_);
+    WriteListener listener([&] { machine_.preventSleep(); }, [&] { machine_.allowSleep(); });
     session.setup.windowStateListener = &listener;
     const auto isPrevented = [this] {
         card().inject(
-            {.kind = FaultKind::machineSleeps, .when = When::atAccess, .count = machine.accesses()});
+            {.kind = FaultKind::machineSleeps, .when = When::atAccess, .count = machine_.accesses()});
         const bool wasPrevented = card().faults().all().at(0).prevented;
         card().clearFaults();
         return wasPrevented;
@@ -177,7 +177,7 @@ TEST_F(Faults, SleepIsPreventedUntilAWriteHasSucceeded) {
 }
 
 // Faults that strike before or while a card is read.
-TEST_F(Faults, BrokenCardEndsTheUpdater) {
+TEST_F(FaultyUpdateTest, BrokenCardEndsTheUpdater) {
     const struct {
         Fault fault;
         const char* alert;  // part of the only alert; null if there is none
@@ -189,10 +189,10 @@ TEST_F(Faults, BrokenCardEndsTheUpdater) {
     for (const auto& c : cases) {
         SCOPED_TRACE(describe(c.fault.kind).name);
         Fault fault = c.fault;
-        fault.count += machine.accesses();
+        fault.count += machine_.accesses();
         card().inject(fault);
         {
-            UpdaterSession session(machine, bundle);
+            UpdaterSession session(machine_, bundle_);
             bool quitByItself = false;
             session.run([&] { quitByItself = LApplication::Current()->IsQuitting(); });
             EXPECT_TRUE(quitByItself);
@@ -202,13 +202,13 @@ TEST_F(Faults, BrokenCardEndsTheUpdater) {
             }
         }
         card().clearFaults();
-        UpdaterSession session(machine, bundle);
+        UpdaterSession session(machine_, bundle_);
         session.run([&] { EXPECT_EQ(session.text("SRNO"), "2103070021"); });
     }
 }
 
 // The updater shows the typed identity until it ends; the next run asks again.
-TEST_F(Faults, ReportsATypedIdentityThatTheCardDoesNotKeep) {
+TEST_F(FaultyUpdateTest, ReportsATypedIdentityThatTheCardDoesNotKeep) {
     const struct {
         FaultKind kind;
         UpdaterSession::Alert alert;
@@ -217,7 +217,7 @@ TEST_F(Faults, ReportsATypedIdentityThatTheCardDoesNotKeep) {
     card().cells().setUserCode(blank);
     for (const auto& each : cases) {
         card().inject({.kind = each.kind});
-        UpdaterSession session(machine, bundle);
+        UpdaterSession session(machine_, bundle_);
         session.typed = {"2103070021"};
         session.run([&] { EXPECT_EQ(session.text("SRNO"), "2103070021"); });
         EXPECT_EQ(session.alerts, Alerts{each.alert});
@@ -229,7 +229,7 @@ TEST_F(Faults, ReportsATypedIdentityThatTheCardDoesNotKeep) {
 }
 
 // The same image without one of the steps that a PROM needs.
-TEST_F(Faults, SkippedStepsShowInTheLedger) {
+TEST_F(FaultyUpdateTest, SkippedStepsShowInTheLedger) {
     const struct {
         const char* step;
         const char* instead;
@@ -243,15 +243,15 @@ TEST_F(Faults, SkippedStepsShowInTheLedger) {
     const std::string listing = images::listingOf(twoPageImage());
     for (const auto& [step, instead, expected] : cases) {
         const std::string skipping = std::regex_replace(listing, std::regex(step), instead);
-        bundle.addImage(imageName, images::assemble(skipping));
-        UpdaterSession session(machine, bundle);
+        bundle_.addImage(imageName, images::assemble(skipping));
+        UpdaterSession session(machine_, bundle_);
         session.run([&] { session.click("UPDT"); });
         std::vector<Misuse> misuses;
-        for (const auto& entry : machine.ledger().entries()) {
+        for (const auto& entry : machine_.ledger().entries()) {
             misuses.insert(misuses.end(), entry.times, entry.misuse);
         }
         EXPECT_EQ(misuses, expected);
-        machine.ledger().clear();
+        machine_.ledger().clear();
     }
 }
 

@@ -17,32 +17,32 @@ namespace {
 
 namespace fs = std::filesystem;
 
-class OfferedImages : public UpdaterTest {};
+class OfferedImagesTest : public UpdaterTest {};
 
-TEST_F(OfferedImages, AreThoseForTheComputersCards) {
+TEST_F(OfferedImagesTest, AreThoseForTheComputersCards) {
     int shipped = 0;
     for (const auto& entry : fs::directory_iterator(BUNDLE_RESOURCES)) {
         if (entry.path().extension() == ".xsv") {
-            bundle.addShippedResource(entry.path().filename());
+            bundle_.addShippedResource(entry.path().filename());
             ++shipped;
         }
     }
     EXPECT_EQ(shipped, 4);
     const auto other = images::makeFirmwareImage(std::vector<uint8_t>(512, 0x5A));
-    bundle.addImage("VMBM13A.xsv", other);
-    bundle.addImage("VMBM14A.xsv", {other.begin(), other.end() - 1});
-    fs::create_symlink("VMBM13A.xsv", bundle.resource("VMBM15A.xsv"));
-    fs::create_symlink("nothing", bundle.resource("VMBM16A.xsv"));
+    bundle_.addImage("VMBM13A.xsv", other);
+    bundle_.addImage("VMBM14A.xsv", {other.begin(), other.end() - 1});
+    fs::create_symlink("VMBM13A.xsv", bundle_.resource("VMBM15A.xsv"));
+    fs::create_symlink("nothing", bundle_.resource("VMBM16A.xsv"));
 
     const auto offeredFor = [this](CardsOfComputer cards) {
-        UpdaterSession session(machine, bundle);
+        UpdaterSession session(machine_, bundle_);
         session.setup.mayBeOffered = ::OfferedImages(cards);
         std::string offered;
         session.run([&] {
             offered = FirmwareOverview();
             if (session.text("NFWR") == "M13") {
-                bundle.addShippedResource("VMBM12A.xsv");
-                fs::rename(bundle.resource("VMBM12A.xsv"), bundle.resource("VMBM13A.xsv"));
+                bundle_.addShippedResource("VMBM12A.xsv");
+                fs::rename(bundle_.resource("VMBM12A.xsv"), bundle_.resource("VMBM13A.xsv"));
                 session.click("UPDT");
                 EXPECT_EQ(session.alerts, std::vector{noSuitableFirmware});
             }

@@ -22,13 +22,13 @@ using When = simulator::Fault::When;
 
 constexpr int powerWasLost = 7;
 
-class PowerLoss : public testing::Test {
+class PowerLossTest : public testing::Test {
   protected:
-    PowerLoss() {
-        bundle.addShippedResource(imageName);
-        bundle.addShippedResource("vupdaterkext.pax");
-        image = files::readFile(bundle.resource(imageName));
-        const auto directory = MachineDirectory::create(folder.path());
+    PowerLossTest() {
+        bundle_.addShippedResource(imageName);
+        bundle_.addShippedResource("vupdaterkext.pax");
+        image_ = files::readFile(bundle_.resource(imageName));
+        const auto directory = MachineDirectory::create(folder_.path());
         directory->machine().addCard(
             {"VornMX-B", "PCI slot 1", 0x21, 1},
             {simulator::encodeConfiguration({0x21, 1, 'M', 10, 0x4511}), identity, 3});
@@ -48,14 +48,14 @@ class PowerLoss : public testing::Test {
         const pid_t child = fork();
         if (child == 0) {
             const auto directory =
-                MachineDirectory::open(folder.path(), MachineDirectory::OnOpening::powerUp);
+                MachineDirectory::open(folder_.path(), MachineDirectory::OnOpening::powerUp);
             simulator::Machine& machine = directory->machine();
             machine.onPowerLost([&] {
                 directory->save();
                 testing::internal::GetCapturedStderr();  // removes its file
                 std::_Exit(powerWasLost);
             });
-            UpdaterSession session(machine, bundle);
+            UpdaterSession session(machine, bundle_);
             session.run([&] {
                 machine.card(0).inject({.kind = FaultKind::powerLost,
                                         .when = When::atAccess,
@@ -76,13 +76,13 @@ class PowerLoss : public testing::Test {
             tmp.emplace();
         }
         const auto directory =
-            MachineDirectory::open(folder.path(), MachineDirectory::OnOpening::leaveAsItIs);
+            MachineDirectory::open(folder_.path(), MachineDirectory::OnOpening::leaveAsItIs);
         simulator::Machine& machine = directory->machine();
         EXPECT_FALSE(machine.isOn());
         machine.powerOn();
         EXPECT_EQ(machine.card(0).running() ? machine.card(0).running()->version : 0, version);
         EXPECT_EQ(machine.card(0).identity() == identity, keepsIdentity);
-        UpdaterSession session(machine, bundle);
+        UpdaterSession session(machine, bundle_);
         bool hasWindow = false;
         session.run([&] {
             hasWindow = true;
@@ -97,19 +97,19 @@ class PowerLoss : public testing::Test {
         EXPECT_TRUE(machine.ledger().empty());
     }
 
-    TemporaryDirectory folder;
-    TestBundle bundle;
-    std::vector<uint8_t> image;
+    TemporaryDirectory folder_;
+    TestBundle bundle_;
+    std::vector<uint8_t> image_;
 };
 
 // Twentieths of the image's accesses.
-class PowerLossInImage : public PowerLoss, public testing::WithParamInterface<uint64_t> {};
+class PowerLossInImageTest : public PowerLossTest, public testing::WithParamInterface<uint64_t> {};
 
-TEST_P(PowerLossInImage, LeavesOldNoOrNewFirmware) {
+TEST_P(PowerLossInImageTest, LeavesOldNoOrNewFirmware) {
     constexpr uint64_t parts = 20;
     uint64_t erasing = 0;     // accesses before the erase
     uint64_t programmed = 0;  // accesses after the last page
-    images::CommandReader reader(image);
+    images::CommandReader reader(image_);
     images::AccessCounter counter;
     while (const auto command = reader.next()) {
         const uint64_t before = counter.total().count();
@@ -128,7 +128,7 @@ TEST_P(PowerLossInImage, LeavesOldNoOrNewFirmware) {
     expectAfterwards(version, cut < erasing);
 }
 
-INSTANTIATE_TEST_SUITE_P(, PowerLossInImage, testing::Range(uint64_t{0}, uint64_t{20}));
+INSTANTIATE_TEST_SUITE_P(, PowerLossInImageTest, testing::Range(uint64_t{0}, uint64_t{20}));
 
 // After the image: the identity is written three times, verified, protected and read back.
 struct Cut {
@@ -141,16 +141,16 @@ struct Cut {
     }
 };
 
-class PowerLossInIdentity : public PowerLoss, public testing::WithParamInterface<Cut> {};
+class PowerLossInIdentityTest : public PowerLossTest, public testing::WithParamInterface<Cut> {};
 
-TEST_P(PowerLossInIdentity, LeavesTheNewFirmware) {
-    uint64_t from = images::accessesOf(image).value().count();
+TEST_P(PowerLossInIdentityTest, LeavesTheNewFirmware) {
+    uint64_t from = images::accessesOf(image_).value().count();
     from += GetParam().isFromTheEnd ? identityAccesses().count() : 0;
     update(from + static_cast<uint64_t>(GetParam().accesses));
     expectAfterwards(12, GetParam().keepsIdentity);
 }
 
-INSTANTIATE_TEST_SUITE_P(, PowerLossInIdentity,
+INSTANTIATE_TEST_SUITE_P(, PowerLossInIdentityTest,
                          testing::Values(Cut{false, 30'000, false},  // being written for the first time
                                          Cut{false, 90'000, false},  // again
                                          Cut{false, 175'000, true},  // verified

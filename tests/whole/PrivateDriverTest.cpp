@@ -25,17 +25,17 @@ const std::string attaching = "sleep 4";
 const std::string unloading = "/sbin/kextunload -b com.VornLabs.driver.VornMx";
 const std::string detaching = "sleep 2";
 
-class PrivateDriver : public testing::Test {
+class PrivateDriverTest : public testing::Test {
   protected:
-    PrivateDriver() {
-        simulator::addDefaultCards(machine);
-        machine.drivers().resident = false;
-        machine.powerOn();
-        bundle.emplace().addShippedResource("vupdaterkext.pax");
-        bundle->addShippedResource("VMBM12A.xsv");
+    PrivateDriverTest() {
+        simulator::addDefaultCards(machine_);
+        machine_.drivers().resident = false;
+        machine_.powerOn();
+        bundle_.emplace().addShippedResource("vupdaterkext.pax");
+        bundle_->addShippedResource("VMBM12A.xsv");
     }
 
-    void TearDown() override { EXPECT_TRUE(machine.ledger().empty()); }
+    void TearDown() override { EXPECT_TRUE(machine_.ledger().empty()); }
 
     // Starts the updater, which must end without a window: after dialogs whose texts begin as given, with
     // this last line on standard error, these tools and sleeps, no loaded driver, and nothing left in /tmp.
@@ -43,7 +43,7 @@ class PrivateDriver : public testing::Test {
         const std::vector<std::string>& texts, const std::string& lastLine, const Runs& runs,
         const std::function<void(UpdaterSession&)>& prepare = [](UpdaterSession&) {}) {
         SCOPED_TRACE(lastLine);
-        UpdaterSession session(machine, *bundle);
+        UpdaterSession session(machine_, *bundle_);
         prepare(session);
         session.run([] { ADD_FAILURE() << "a window opened"; });
         ASSERT_EQ(session.alerts.size(), texts.size());
@@ -54,16 +54,16 @@ class PrivateDriver : public testing::Test {
         EXPECT_EQ(session.standardError.empty(), lastLine.empty()) << session.standardError;
         EXPECT_EQ(session.host.privileged, runs);
         EXPECT_TRUE(SystemTmp::isClean());
-        EXPECT_TRUE(machine.drivers().loaded.empty());
+        EXPECT_TRUE(machine_.drivers().loaded.empty());
     }
 
-    SystemTmp tmp;
-    simulator::Machine machine;
-    std::optional<TestBundle> bundle;
+    SystemTmp tmp_;
+    simulator::Machine machine_;
+    std::optional<TestBundle> bundle_;
 };
 
-TEST_F(PrivateDriver, ShowsTheCardsUntilTheUpdaterQuits) {
-    UpdaterSession session(machine, *bundle);
+TEST_F(PrivateDriverTest, ShowsTheCardsUntilTheUpdaterQuits) {
+    UpdaterSession session(machine_, *bundle_);
     bool wasShown = false;
     std::vector<std::size_t> open;
     session.run([&] {
@@ -82,25 +82,25 @@ TEST_F(PrivateDriver, ShowsTheCardsUntilTheUpdaterQuits) {
     EXPECT_EQ(session.host.privileged,
               (Runs{deletion, owning, loading, attaching, unloading, detaching, deletion}));
     EXPECT_TRUE(SystemTmp::isClean());
-    EXPECT_TRUE(machine.drivers().loaded.empty());
+    EXPECT_TRUE(machine_.drivers().loaded.empty());
 }
 
-TEST_F(PrivateDriver, IsRemovedIfItShowsNoCard) {
+TEST_F(PrivateDriverTest, IsRemovedIfItShowsNoCard) {
     const Runs all = {deletion, owning, loading, attaching, unloading, detaching, deletion};
-    machine.drivers().privateDriverFault = PrivateDriverFault::publishesNothing;
+    machine_.drivers().privateDriverFault = PrivateDriverFault::publishesNothing;
     expectFailure({prompt, noCard}, "", all);
-    machine.drivers().privateDriverFault = PrivateDriverFault::doesNotLoad;
+    machine_.drivers().privateDriverFault = PrivateDriverFault::doesNotLoad;
     expectFailure({prompt, noCard}, "kextunload: com.VornLabs.driver.VornMx: is not loaded.\n", all);
-    machine.drivers().privateDriverFault = PrivateDriverFault::none;
-    machine.powerOff();
-    while (machine.cardCount() > 0) {
-        machine.removeCard(0);
+    machine_.drivers().privateDriverFault = PrivateDriverFault::none;
+    machine_.powerOff();
+    while (machine_.cardCount() > 0) {
+        machine_.removeCard(0);
     }
-    machine.powerOn();
+    machine_.powerOn();
     expectFailure({prompt, noCard}, "", all);
 }
 
-TEST_F(PrivateDriver, ReportsAndCleansUpAfterEachFailingStep) {
+TEST_F(PrivateDriverTest, ReportsAndCleansUpAfterEachFailingStep) {
     const std::vector<std::string> alerts = {prompt, unreachable};
     const auto without = [](const std::string& tool) {
         return [tool](UpdaterSession& session) { session.host.toolsThatDoNotStart = {tool}; };
@@ -111,7 +111,7 @@ TEST_F(PrivateDriver, ReportsAndCleansUpAfterEachFailingStep) {
     expectFailure(alerts, "kExtLoadUnload: Could not kextload\n",
                   {deletion, owning, loading, attaching, deletion}, without("/sbin/kextload"));
     expectFailure(alerts, "Could not chown\n", {deletion, owning, deletion}, without("/usr/sbin/chown"));
-    const auto archive = bundle->resource("vupdaterkext.pax");
+    const auto archive = bundle_->resource("vupdaterkext.pax");
     std::ofstream(archive) << std::string(2000, 'x');
     expectFailure(alerts, "Could not unpax\n", {deletion});
     std::filesystem::remove(archive);
@@ -123,29 +123,29 @@ TEST_F(PrivateDriver, ReportsAndCleansUpAfterEachFailingStep) {
     expectFailure(alerts, "Could not get main bundle\n", {}, losing(2));
     expectFailure(alerts, "Could not Authenticate\n", {},
                   [](UpdaterSession& session) { session.cancelled = {promptTitle}; });
-    machine.drivers().refusesAdministrator = true;
+    machine_.drivers().refusesAdministrator = true;
     expectFailure({unreachable}, "Could not Authenticate\n", {});
-    machine.drivers().refusesAdministrator = false;
-    std::filesystem::remove(bundle->resource("dialog-200.ui"));
+    machine_.drivers().refusesAdministrator = false;
+    std::filesystem::remove(bundle_->resource("dialog-200.ui"));
     expectFailure({unreachable}, "Could not Authenticate\n", {});
     // A path that is too long is not reported on standard error.
-    bundle.emplace(std::string(200, 'x')).addShippedResource("vupdaterkext.pax");
+    bundle_.emplace(std::string(200, 'x')).addShippedResource("vupdaterkext.pax");
     expectFailure(alerts, "", {});
 }
 
-TEST_F(PrivateDriver, StaysLoadedWhenTheComputerShutsDown) {
+TEST_F(PrivateDriverTest, StaysLoadedWhenTheComputerShutsDown) {
     {
-        UpdaterSession session(machine, *bundle);
+        UpdaterSession session(machine_, *bundle_);
         session.run([&] {
             session.click("UPDT");
             session.click("POWR");
         });
-        EXPECT_FALSE(machine.isOn());
+        EXPECT_FALSE(machine_.isOn());
         EXPECT_TRUE(std::filesystem::exists(SystemTmp::driver));
         EXPECT_EQ(session.host.privileged, (Runs{deletion, owning, loading, attaching}));
     }
-    machine.powerOn();
-    UpdaterSession session(machine, *bundle);
+    machine_.powerOn();
+    UpdaterSession session(machine_, *bundle_);
     session.run([&] { EXPECT_EQ(session.text("FWVR"), "M12"); });
     EXPECT_EQ(session.alerts.size(), 1u) << "loaded again, over the bundle that was left";
     EXPECT_TRUE(SystemTmp::isClean());

@@ -9,7 +9,7 @@ namespace {
 
 constexpr uint64_t loginProcess = 0x80001;  // of the simulated machine
 
-TEST(ShutDown, AsksEveryLoginProcess) {
+TEST(ShutDownTest, AsksEveryLoginProcess) {
     const struct {
         std::vector<Host::Process> processes;
         std::vector<uint64_t> asked;

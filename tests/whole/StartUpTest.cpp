@@ -18,7 +18,7 @@ namespace {
 using simulator::FaultKind;
 using Alerts = std::vector<UpdaterSession::Alert>;
 
-class StartUp : public UpdaterTest {
+class StartUpTest : public UpdaterTest {
   protected:
     // Replaces text in the main window's layout as shipped.
     void editLayout(const std::string& from, const std::string& to) {
@@ -27,23 +27,23 @@ class StartUp : public UpdaterTest {
         std::string layout{std::istreambuf_iterator<char>(in), {}};
         const auto at = layout.find(from);
         ASSERT_NE(at, std::string::npos) << from;
-        std::ofstream(bundle.resource("window-128.ui")) << layout.replace(at, from.size(), to);
+        std::ofstream(bundle_.resource("window-128.ui")) << layout.replace(at, from.size(), to);
     }
 
     // Starts the updater, which must report a missing object and end without any access to a card.
     void expectNilPointer(const std::string& what) {
-        UpdaterSession session(machine, bundle);
+        UpdaterSession session(machine_, bundle_);
         session.run();
         EXPECT_NE(session.standardError.find("nilP"), std::string::npos) << what;
         ASSERT_EQ(session.alerts.size(), 1u) << what;
         EXPECT_NE((session.alerts[0].title + session.alerts[0].message).find("nilP"), std::string::npos);
-        EXPECT_EQ(machine.accesses(), 0u);
+        EXPECT_EQ(machine_.accesses(), 0u);
     }
 };
 
-TEST_F(StartUp, AboutShowsTheVersions) {
-    bundle.addImage(imageName, {0x00});
-    UpdaterSession session(machine, bundle);
+TEST_F(StartUpTest, AboutShowsTheVersions) {
+    bundle_.addImage(imageName, {0x00});
+    UpdaterSession session(machine_, bundle_);
     session.run([&] {
         LApplication::Current()->ObeyCommand(kCommandAbout);
         const auto* const about = session.window()->findChild<QDialog*>();
@@ -64,7 +64,7 @@ TEST_F(StartUp, AboutShowsTheVersions) {
     });
 }
 
-TEST_F(StartUp, EndsWithoutARequiredPane) {
+TEST_F(StartUpTest, EndsWithoutARequiredPane) {
     for (const std::string paneID : {"CRDS", "POWR", "PTX1", "FTX2"}) {
         editLayout("name=\"" + paneID + '"', "name=\"GONE\"");
         expectNilPointer(paneID);
@@ -73,21 +73,21 @@ TEST_F(StartUp, EndsWithoutARequiredPane) {
     expectNilPointer("a button that is a text");
     editLayout(R"(class="LPopupButton" name="CRDS")", R"(class="LPushButton" name="CRDS")");
     expectNilPointer("a popup that is a button");
-    std::filesystem::remove(bundle.resource("window-128.ui"));
+    std::filesystem::remove(bundle_.resource("window-128.ui"));
     expectNilPointer("no layout");
 }
 
-TEST_F(StartUp, WorksWithoutOptionalPanes) {
-    bundle.addImage(imageName, {0x00});
+TEST_F(StartUpTest, WorksWithoutOptionalPanes) {
+    bundle_.addImage(imageName, {0x00});
     for (const char* instead : {R"(class="LPushButton" name="MODL")", R"(class="LStaticText" name="GONE")"}) {
         editLayout(R"(class="LStaticText" name="MODL")", instead);
-        UpdaterSession session(machine, bundle);
+        UpdaterSession session(machine_, bundle_);
         session.run([&] { EXPECT_EQ(session.text("FWVR"), "M10"); });
         EXPECT_EQ(session.alerts, Alerts());
     }
     editLayout(R"(class="LProgressBar" name="PGRS")", R"(class="LStaticText" name="PGRS")");
     {
-        UpdaterSession session(machine, bundle);
+        UpdaterSession session(machine_, bundle_);
         session.run([&] {
             session.click("UPDT");
             EXPECT_EQ(session.shownStatePanes(), finishedPanes);
@@ -95,7 +95,7 @@ TEST_F(StartUp, WorksWithoutOptionalPanes) {
     }
     // A control that broadcasts an unknown message.
     editLayout("<string>UPDT</string>", "<string>NONE</string>");
-    UpdaterSession session(machine, bundle);
+    UpdaterSession session(machine_, bundle_);
     session.run([&] {
         session.click("UPDT");
         EXPECT_EQ(session.shownStatePanes(), idlePanes);
@@ -103,7 +103,7 @@ TEST_F(StartUp, WorksWithoutOptionalPanes) {
     EXPECT_EQ(session.alerts, Alerts());
 }
 
-TEST_F(StartUp, ListsAllCardsInOrder) {
+TEST_F(StartUpTest, ListsAllCardsInOrder) {
     for (const std::size_t cards : {1U, 3U, 32U}) {
         simulator::Machine crowd;
         while (crowd.cardCount() < cards) {
@@ -118,8 +118,8 @@ TEST_F(StartUp, ListsAllCardsInOrder) {
                                      identity + number, 3));
         }
         crowd.powerOn();
-        bundle.addImage(imageName, {0x00});
-        UpdaterSession session(crowd, bundle);
+        bundle_.addImage(imageName, {0x00});
+        UpdaterSession session(crowd, bundle_);
         session.run([&] {
             ASSERT_EQ(session.cardItems().size(), cards);
             EXPECT_EQ(session.cardItems().back(), "VornMX-B in slot " + std::to_string(cards));
@@ -165,19 +165,19 @@ const struct {
 // before them. A card that cannot be opened is not counted either, so the last card is missing too, unless
 // the card fails after the count. A card that opens but cannot be mapped is listed, and ends the updater when
 // picked.
-TEST_F(StartUp, LaterCardsMoveUpIfOneFails) {
-    machine.powerOff();
-    machine.removeCard(3);
-    machine.powerOn();
+TEST_F(StartUpTest, LaterCardsMoveUpIfOneFails) {
+    machine_.powerOff();
+    machine_.removeCard(3);
+    machine_.powerOn();
     for (const char* image : {imageName, "K40W07B.xsv", "DX8M05NC.xsv"}) {
-        bundle.addImage(image, {0x00});
+        bundle_.addImage(image, {0x00});
     }
     for (const auto& each : failingCards) {
         SCOPED_TRACE(std::string(simulator::describe(each.kind).name) + ' ' + std::to_string(each.broken));
-        UpdaterSession session(machine, bundle);
+        UpdaterSession session(machine_, bundle_);
         session.host.beforeOpening = [&, openings = 0]() mutable {
             if (openings++ == each.openingsBefore) {
-                machine.card(each.broken).inject({.kind = each.kind});
+                machine_.card(each.broken).inject({.kind = each.kind});
             }
         };
         session.run([&] {
@@ -193,15 +193,15 @@ TEST_F(StartUp, LaterCardsMoveUpIfOneFails) {
         if (each.ends) {
             EXPECT_TRUE(session.alerts[0].message.starts_with("The card could not be reached"));
         }
-        machine.card(each.broken).clearFaults();
+        machine_.card(each.broken).clearFaults();
     }
 }
 
-TEST_F(StartUp, EmptyPopupAllowsOnlyQuitting) {
-    for (std::size_t card = 0; card < machine.cardCount(); ++card) {
-        machine.card(card).inject({.kind = FaultKind::serviceSilent});
+TEST_F(StartUpTest, EmptyPopupAllowsOnlyQuitting) {
+    for (std::size_t card = 0; card < machine_.cardCount(); ++card) {
+        machine_.card(card).inject({.kind = FaultKind::serviceSilent});
     }
-    UpdaterSession session(machine, bundle);
+    UpdaterSession session(machine_, bundle_);
     session.run([&] {
         EXPECT_TRUE(session.cardItems().empty());
         session.click("UPDT");
@@ -212,26 +212,26 @@ TEST_F(StartUp, EmptyPopupAllowsOnlyQuitting) {
 
 // A card has no new firmware if there are no images, if an image's path is too long, or if the image is the
 // seventeenth.
-TEST_F(StartUp, UncataloguedImagesAreNotOffered) {
+TEST_F(StartUpTest, UncataloguedImagesAreNotOffered) {
     const Alerts none = {noNewFirmware, noSuitableFirmware};
     const auto expectNone = [&](const TestBundle& used, int bundleFinds, const char* standardError) {
-        UpdaterSession session(machine, used);
+        UpdaterSession session(machine_, used);
         session.host.bundleFinds = bundleFinds;
         session.run([&] { session.click("UPDT"); });
         EXPECT_EQ(session.alerts, none);
         EXPECT_EQ(gusNewFirmwareRev, 0);
         EXPECT_EQ(session.standardError, standardError);
     };
-    expectNone(bundle, 100, "");
-    bundle.addImage(imageName, {0x00});
-    expectNone(bundle, 1, "Could not get main bundle\n");  // found once, for the layouts
+    expectNone(bundle_, 100, "");
+    bundle_.addImage(imageName, {0x00});
+    expectNone(bundle_, 1, "Could not get main bundle\n");  // found once, for the layouts
     TestBundle deep(std::string(200, 'x'));
     deep.addImage(imageName, {0x00});
     expectNone(deep, 100, "");
     for (char last = 'A'; last <= 'P'; ++last) {
-        bundle.addImage(std::string("DX8M05N") + last + ".xsv", {0x00});
+        bundle_.addImage(std::string("DX8M05N") + last + ".xsv", {0x00});
     }
-    expectNone(bundle, 100, "");
+    expectNone(bundle_, 100, "");
 }
 
 }  // namespace

@@ -28,14 +28,14 @@ std::vector<uint8_t> bytesOf(const std::filesystem::path& file) {
     return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-class Update : public UpdaterTest {
+class UpdateTest : public UpdaterTest {
   protected:
-    Update() { bundle.addShippedResource("VMBM12A.xsv"); }
+    UpdateTest() { bundle_.addShippedResource("VMBM12A.xsv"); }
 };
 
-TEST_F(Update, WritesTheFirmwareAndShowsItAfterThePowerCycle) {
+TEST_F(UpdateTest, WritesTheFirmwareAndShowsItAfterThePowerCycle) {
     {
-        UpdaterSession session(machine, bundle);
+        UpdaterSession session(machine_, bundle_);
         session.run([&] {
             EXPECT_EQ(session.shownStatePanes(), idlePanes);
             EXPECT_EQ(session.text("FWVR"), "M10");
@@ -50,10 +50,10 @@ TEST_F(Update, WritesTheFirmwareAndShowsItAfterThePowerCycle) {
         EXPECT_EQ(session.alerts, Alerts{confirmation});
         EXPECT_NE(session.standardError.find("/VMBM12A.xsv for firmware\n"), std::string::npos);
     }
-    EXPECT_FALSE(machine.isOn());
+    EXPECT_FALSE(machine_.isOn());
     EXPECT_EQ(card().identity(), identity);
-    machine.powerOn();
-    UpdaterSession session(machine, bundle);
+    machine_.powerOn();
+    UpdaterSession session(machine_, bundle_);
     session.run([&] {
         EXPECT_EQ(session.text("FWVR"), "M12");
         EXPECT_EQ(session.text("FWDT"), "Mar 17, 2006");
@@ -63,8 +63,8 @@ TEST_F(Update, WritesTheFirmwareAndShowsItAfterThePowerCycle) {
     EXPECT_EQ(session.alerts, (Alerts{{"Error", "The firmware on your card is already up to date!"}}));
 }
 
-TEST_F(Update, InputDuringAWriteChangesNothing) {
-    UpdaterSession session(machine, bundle);
+TEST_F(UpdateTest, InputDuringAWriteChangesNothing) {
+    UpdaterSession session(machine_, bundle_);
     int passes = 0;  // of the event loop during the write
     QTimer timer;
     timer.callOnTimeout([&] { passes += session.isShown("PTX0") ? 1 : 0; });
@@ -96,7 +96,7 @@ TEST_F(Update, InputDuringAWriteChangesNothing) {
 
     // The image, then the identity written, protected and read back.
     Accesses expected = identityAccesses();
-    expected += images::accessesOf(bytesOf(bundle.resource(imageName))).value();
+    expected += images::accessesOf(bytesOf(bundle_.resource(imageName))).value();
     EXPECT_EQ(made, expected);
 
     // One step per 3000 bytes, never backwards.
@@ -105,13 +105,13 @@ TEST_F(Update, InputDuringAWriteChangesNothing) {
     EXPECT_GT(progress.back(), 995);
 }
 
-TEST_F(Update, FailedWriteKeepsTheIdentityAndCanBeRetried) {
-    std::vector<uint8_t> image = bytesOf(bundle.resource("VMBM12A.xsv"));
+TEST_F(UpdateTest, FailedWriteKeepsTheIdentityAndCanBeRetried) {
+    std::vector<uint8_t> image = bytesOf(bundle_.resource("VMBM12A.xsv"));
     // Cut off in the middle of the pages.
     const std::vector<uint8_t> truncated(image.begin(), image.begin() + 300000);
-    bundle.addImage(imageName, truncated);
+    bundle_.addImage(imageName, truncated);
 
-    UpdaterSession session(machine, bundle);
+    UpdaterSession session(machine_, bundle_);
     std::vector<int> progress;
     session.onProgress = [&](int value) { progress.push_back(value); };
     session.run([&] {
@@ -126,7 +126,7 @@ TEST_F(Update, FailedWriteKeepsTheIdentityAndCanBeRetried) {
         EXPECT_EQ(card().identity(), identity);
         EXPECT_FALSE(card().acceptableConfiguration());
 
-        bundle.addImage(imageName, image);
+        bundle_.addImage(imageName, image);
         session.click("UPDT");
         EXPECT_EQ(progress.at(0), 0) << "the next attempt starts at 0";
         EXPECT_EQ(session.shownStatePanes(), "FTX0 FTX1 FTX2 POWR");
@@ -143,7 +143,7 @@ TEST_F(Update, FailedWriteKeepsTheIdentityAndCanBeRetried) {
                                       {"Error", "Unable to determine New Firmware Version!"},
                                       confirmation}));
     // Quitting without the power-down leaves the machine on.
-    EXPECT_TRUE(machine.isOn());
+    EXPECT_TRUE(machine_.isOn());
     ASSERT_TRUE(card().acceptableConfiguration());
     EXPECT_EQ(card().acceptableConfiguration()->version, 12);
     EXPECT_EQ(card().identity(), identity);
@@ -165,8 +165,8 @@ struct FailingListener : LListener {
 
 // After an exception in a write, the user is warned, the card keeps its identity if it can be reached, and
 // the program can be used and quit again. A listener hears of each write before it begins and after it ends.
-TEST_F(Update, WriteAbortedByAnExceptionCanBeRetried) {
-    UpdaterSession session(machine, bundle);
+TEST_F(UpdateTest, WriteAbortedByAnExceptionCanBeRetried) {
+    UpdaterSession session(machine_, bundle_);
     FailingListener listener(session.host);
     session.setup.windowStateListener = &listener;
     std::vector<uint64_t> storesAround;
@@ -202,7 +202,7 @@ TEST_F(Update, WriteAbortedByAnExceptionCanBeRetried) {
     EXPECT_EQ(listener.states, (std::vector<int32_t>{1, 0, 1, 0, 1, 2}));
     EXPECT_EQ(listener.stores, storesAround);
     EXPECT_NE(session.standardError.find("Unexpected error: from the listener"), std::string::npos);
-    machine.ledger().clear();  // of the interrupted erase
+    machine_.ledger().clear();  // of the interrupted erase
 }
 
 }  // namespace

@@ -11,13 +11,13 @@
 class UpdaterTest : public testing::Test {
   protected:
     UpdaterTest() {
-        simulator::addDefaultCards(machine);
-        machine.powerOn();
+        simulator::addDefaultCards(machine_);
+        machine_.powerOn();
     }
-    void TearDown() override { EXPECT_TRUE(machine.ledger().empty()); }
+    void TearDown() override { EXPECT_TRUE(machine_.ledger().empty()); }
 
-    simulator::Card& card() { return machine.card(0); }
+    simulator::Card& card() { return machine_.card(0); }
 
-    simulator::Machine machine;
-    TestBundle bundle;
+    simulator::Machine machine_;
+    TestBundle bundle_;
 };

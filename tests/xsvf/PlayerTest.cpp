@@ -29,7 +29,7 @@ void expectRuns(std::initializer_list<Run> runs) {
     }
 }
 
-TEST(Player, EndsAtCompletionOrTheFirstIllegalCommand) {
+TEST(PlayerTest, EndsAtCompletionOrTheFirstIllegalCommand) {
     expectRuns({
         {"00", "11111", 0, 1},
         {"05", "11111", 4, 1},
@@ -43,7 +43,7 @@ TEST(Player, EndsAtCompletionOrTheFirstIllegalCommand) {
     });
 }
 
-TEST(Player, ScansAndWaits) {
+TEST(PlayerTest, ScansAndWaits) {
     expectRuns({
         // Least significant bit first; TDO is sampled before each clock.
         {"12 01 02 0D F5 C6 00", "11111 0 1100 0oo000ooo0o0i io", 0, 3},
@@ -63,7 +63,7 @@ TEST(Player, ScansAndWaits) {
     });
 }
 
-TEST(Player, ComparesAndRetries) {
+TEST(PlayerTest, ComparesAndRetries) {
     expectRuns({
         // Compared under the mask; with what an earlier command expected; in parts without the mask.
         {"08 00 00 00 01 01 01 09 00 01", "11111 0100 s 110", 2, 3},
@@ -83,7 +83,7 @@ TEST(Player, ComparesAndRetries) {
     });
 }
 
-TEST(Player, StepsThroughValues) {
+TEST(PlayerTest, StepsThroughValues) {
     expectRuns({
         // Data 0F, increment 01, new data in the high four bits: then 50 and A1.
         {"08 00 00 00 08 0A 01 F0 0B 0F 02 05 0A 00",
@@ -104,7 +104,7 @@ TEST(Player, StepsThroughValues) {
     });
 }
 
-TEST(Player, RecordsWhatItReadAndCaptured) {
+TEST(PlayerTest, RecordsWhatItReadAndCaptured) {
     FakePort port;
     port.tdo = {1, 0, 1, 1, 0, 0, 0, 0, 1, 1};
     const auto info =
@@ -134,13 +134,13 @@ TEST(Player, RecordsWhatItReadAndCaptured) {
     EXPECT_EQ(again.sDrBytes, 0);
 }
 
-TEST(Player, CountsAttemptsInOneByte) {
+TEST(PlayerTest, CountsAttemptsInOneByte) {
     FakePort port;
     EXPECT_EQ(played(bytesOf("07 FF 08 00 00 00 01 01 01 09 00 01")).iResult, kXsvfTdoMismatch);
     EXPECT_EQ(std::count(port.log.begin(), port.log.end(), 's'), 256);
 }
 
-TEST(Player, RefusesDataMasksItCannotIndex) {
+TEST(PlayerTest, RefusesDataMasksItCannotIndex) {
     const FakePort port;
     for (const std::size_t bytes : {255U, 256U}) {
         std::vector<uint8_t> image{0x08, 0, 0, 0x07, static_cast<uint8_t>(bytes == 255 ? 0xF8 : 0xFF), 0x0A};
@@ -151,7 +151,7 @@ TEST(Player, RefusesDataMasksItCannotIndex) {
     }
 }
 
-TEST(Player, SurvivesSizesThatDoNotFit) {
+TEST(PlayerTest, SurvivesSizesThatDoNotFit) {
     FakePort port;
     // 65536 bytes count as 0: every bit is shifted as 0 and none is kept.
     EXPECT_EQ(played(bytesOf("08 00 08 00 00 0F 00")).lvCaptured.sByteCount, 0);

@@ -16,7 +16,7 @@ void expectMove(uint8_t from, uint8_t to, const std::string& tms) {
     EXPECT_EQ(state, to);
 }
 
-TEST(TapMoves, ClockTheExactPath) {
+TEST(TapMovesTest, ClockTheExactPath) {
     const uint8_t states[] = {0x00, 0x01, 0x12, 0x14, 0x22, 0x24};
     // To:     reset    idle   Pause-DR Shift-DR Pause-IR Shift-IR
     const char* const moves[6][6] = {

@@ -17,7 +17,7 @@ var_len_byte valueOf(const std::string& hexadecimal) {
     return result;
 }
 
-TEST(VarLenByte, ComparesUnderTheMaskAtTheExpectedLength) {
+TEST(VarLenByteTest, ComparesUnderTheMaskAtTheExpectedLength) {
     const var_len_byte expected = valueOf("0F F0"), actual = valueOf("0E F0 55"), mask = valueOf("FE FF"),
                        none;
     EXPECT_EQ(EqualLenVal(&expected, &actual, &mask), 1);
@@ -25,7 +25,7 @@ TEST(VarLenByte, ComparesUnderTheMaskAtTheExpectedLength) {
     EXPECT_EQ(EqualLenVal(&none, &actual, nullptr), 1);
 }
 
-TEST(VarLenByte, AddsAtTheFirstAddendsLength) {
+TEST(VarLenByteTest, AddsAtTheFirstAddendsLength) {
     const var_len_byte one = valueOf("00 00 01"), carry = valueOf("00 01");
     var_len_byte sum = valueOf("00 FF");
     addVal(&sum, &sum, &carry);
@@ -34,7 +34,7 @@ TEST(VarLenByte, AddsAtTheFirstAddendsLength) {
     EXPECT_EQ(sum.sByteCount, 2);
 }
 
-TEST(VarLenByte, NegativeCountConsumesBytesWithoutStoringThem) {
+TEST(VarLenByteTest, NegativeCountConsumesBytesWithoutStoringThem) {
     std::vector<uint8_t> image(65536, 0xAA);
     openPort(image.data(), 65536, nullptr, nullptr);
     static var_len_byte values[2];  // static, so that padding is zero, too

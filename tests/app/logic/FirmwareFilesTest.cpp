@@ -19,7 +19,7 @@ void setNames(std::initializer_list<const char*> names) {
     }
 }
 
-TEST(FirmwareFiles, FirstMatchingFileWins) {
+TEST(FirmwareFilesTest, FirstMatchingFileWins) {
     struct Case {
         std::initializer_list<const char*> names;
         uint16_t model;
@@ -41,20 +41,20 @@ TEST(FirmwareFiles, FirstMatchingFileWins) {
     }
 }
 
-TEST(FirmwareFiles, OverviewExplainsEachName) {
+TEST(FirmwareFilesTest, OverviewExplainsEachName) {
     setNames({"VMBM12A.xsv", "K40W07NC.xsv", "notes.xsv", "DX.xsv"});
     EXPECT_EQ(FirmwareOverview(),
               "VornMX-B, board A: M12 (VMBM12A.xsv)\nVorn K40: W7 (K40W07NC.xsv)\nnotes.xsv\nDX.xsv");
 }
 
-TEST(FirmwareFiles, CurrentMeansSameLetterAndNotOlder) {
+TEST(FirmwareFilesTest, CurrentMeansSameLetterAndNotOlder) {
     EXPECT_TRUE(IsFirmwareCurrent(ByteOrderLetter(0), 12, FirmwareByteOrderLetter("VMBM12A"), 12));
     EXPECT_FALSE(IsFirmwareCurrent('M', 11, 'M', 12));
     EXPECT_FALSE(IsFirmwareCurrent('W', 12, 'M', 10));
     EXPECT_TRUE(IsFirmwareCurrent(ByteOrderLetter(1), 12, FirmwareByteOrderLetter("VMB?10A"), 10));
 }
 
-TEST(FirmwareFiles, CatalogueLimitsItsEntriesNamesAndPaths) {
+TEST(FirmwareFilesTest, CatalogueLimitsItsEntriesNamesAndPaths) {
     const TemporaryDirectory directory;
     FakeHost host;
     host.bundle = directory.path() / std::string(200 - directory.path().string().size(), 'x');

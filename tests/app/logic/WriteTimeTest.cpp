@@ -10,7 +10,7 @@
 
 namespace {
 
-TEST(WriteTime, IsRoundedAsInSpeech) {
+TEST(WriteTimeTest, IsRoundedAsInSpeech) {
     const std::pair<double, const char*> durations[] = {
         {1, "less than a minute"},         {44, "less than a minute"}, {46, "about a minute"},
         {92, "about a minute and a half"}, {106, "about 2 minutes"},   {149, "about 2 minutes"},
@@ -20,7 +20,7 @@ TEST(WriteTime, IsRoundedAsInSpeech) {
     }
 }
 
-TEST(WriteTime, IsGivenOnlyForAFileOfPlausibleSize) {
+TEST(WriteTimeTest, IsGivenOnlyForAFileOfPlausibleSize) {
     constexpr uintmax_t largest = 0x100'0000;
     const TemporaryDirectory directory;
     const std::string image = directory.path() / "VMBM12A.xsv";

@@ -21,7 +21,7 @@ class Ear : public LListener {
 
 }  // namespace
 
-TEST(Broadcaster, AllowsListenersToChangeDuringABroadcast) {
+TEST(BroadcasterTest, AllowsListenersToChangeDuringABroadcast) {
     LBroadcaster broadcaster;
     Ear first;
     Ear added;
@@ -43,7 +43,7 @@ TEST(Broadcaster, AllowsListenersToChangeDuringABroadcast) {
     EXPECT_EQ(added.mHeard, std::vector<MessageT>{2});
 }
 
-TEST(Broadcaster, MayBeDestroyedDuringItsBroadcast) {
+TEST(BroadcasterTest, MayBeDestroyedDuringItsBroadcast) {
     auto broadcaster = std::make_unique<LBroadcaster>();
     Ear first;
     Ear second;

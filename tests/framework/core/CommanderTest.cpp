@@ -34,7 +34,7 @@ class Recorder : public LCommander {
 
 }  // namespace
 
-TEST(Commander, CommandsClimbUntilHandled) {
+TEST(CommanderTest, CommandsClimbUntilHandled) {
     Recorder top(nullptr, 20);
     LCommander middle(&top);
     Recorder bottom(&middle, 30);
@@ -47,7 +47,7 @@ TEST(Commander, CommandsClimbUntilHandled) {
     EXPECT_EQ(top.mObeyed, 1);
 }
 
-TEST(Commander, AnySubcommanderMayRefuseToQuit) {
+TEST(CommanderTest, AnySubcommanderMayRefuseToQuit) {
     Recorder top(nullptr);
     LCommander middle(&top);
     Recorder first(&middle);
@@ -67,7 +67,7 @@ TEST(Commander, AnySubcommanderMayRefuseToQuit) {
     EXPECT_TRUE(top.AttemptQuit(kSaveOptionAsk)) << "destroyed commanders are not asked";
 }
 
-TEST(Commander, ChainSurvivesDestructionInEitherOrder) {
+TEST(CommanderTest, ChainSurvivesDestructionInEitherOrder) {
     auto top = std::make_unique<Recorder>(nullptr, 20);
     auto bottom = std::make_unique<LCommander>(top.get());
     auto other = std::make_unique<LCommander>(top.get());

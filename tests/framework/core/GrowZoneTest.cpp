@@ -4,7 +4,7 @@
 
 #include <new>
 
-TEST(GrowZone, ReleasesItsReserveOnceAndThenFails) {
+TEST(GrowZoneTest, ReleasesItsReserveOnceAndThenFails) {
     const LGrowZone zone(20000);
     testing::internal::CaptureStderr();
     std::get_new_handler()();

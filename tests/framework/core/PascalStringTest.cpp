@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-TEST(PascalString, CutsLongTextsBetweenCharacters) {
+TEST(PascalStringTest, CutsLongTextsBetweenCharacters) {
     Str255 string;
     PascalFromText(std::string(254, 'x') + "\xC3\xA9", string);
     EXPECT_EQ(TextOfPascal(string), std::string(254, 'x'));

@@ -10,7 +10,7 @@
 #include "framework/widgets/LStaticText.h"
 #include "tests/framework/widgets/Fixture.h"
 
-TEST(Application, ExceptionLeavesOnlyTheOutermostPass) {
+TEST(ApplicationTest, ExceptionLeavesOnlyTheOutermostPass) {
     SampleApplication application;
     application.openWindow();
     application.listenTo("UPDT");
@@ -34,7 +34,7 @@ TEST(Application, ExceptionLeavesOnlyTheOutermostPass) {
     EXPECT_NO_THROW(application.ProcessNextEvent()) << "it is thrown once, and an idle pass does not wait";
 }
 
-TEST(Application, RunReportsAnExceptionAndContinues) {
+TEST(ApplicationTest, RunReportsAnExceptionAndContinues) {
     SampleApplication application;
     std::string report;
     application.atStartUp = [&] {
@@ -59,7 +59,7 @@ TEST(Application, RunReportsAnExceptionAndContinues) {
     EXPECT_FALSE(application.window->isVisible()) << "no window remains during clean-up";
 }
 
-TEST(Application, QuitDuringStartUpEndsTheRunBeforeTheFirstEvent) {
+TEST(ApplicationTest, QuitDuringStartUpEndsTheRunBeforeTheFirstEvent) {
     SampleApplication application;
     bool eventHappened = false;
     application.atStartUp = [&] {
@@ -77,7 +77,7 @@ TEST(Application, QuitDuringStartUpEndsTheRunBeforeTheFirstEvent) {
     application.ProcessNextEvent();
 }
 
-TEST(Application, AboutAndHelpAreNotModal) {
+TEST(ApplicationTest, AboutAndHelpAreNotModal) {
     SampleApplication application;
     LWindow& window = application.openWindow();
     for (const CommandT command : {kCommandAbout, kCommandHelp, kCommandAbout}) {
@@ -111,7 +111,7 @@ struct Namer : LCommander {
 
 }  // namespace
 
-TEST(Application, MenuItemsFollowTheChainOfCommand) {
+TEST(ApplicationTest, MenuItemsFollowTheChainOfCommand) {
     SampleApplication application;
     LWindow& window = application.openWindow();
     application.pane<LStaticText>("SRNO").SetText("2103070021", 10);
@@ -132,7 +132,7 @@ TEST(Application, MenuItemsFollowTheChainOfCommand) {
     }
 }
 
-TEST(Application, CopiesTheDetailsWithTheirCaptions) {
+TEST(ApplicationTest, CopiesTheDetailsWithTheirCaptions) {
     SampleApplication application;
     LWindow& window = application.openWindow();
     uint8_t enabled = 0;

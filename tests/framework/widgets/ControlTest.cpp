@@ -14,97 +14,97 @@
 
 namespace {
 
-class PopupButton : public testing::Test {
+class PopupButtonTest : public testing::Test {
   protected:
-    PopupButton() {
-        mApplication.openWindow();
-        mApplication.listenTo("CRDS");
-        mPopup = &mApplication.pane<LPopupButton>("CRDS");
+    PopupButtonTest() {
+        application_.openWindow();
+        application_.listenTo("CRDS");
+        popup_ = &application_.pane<LPopupButton>("CRDS");
     }
 
     void append(const char* text) {
         Str255 string;
         PascalFromText(text, string);
-        mPopup->AppendMenu(string, true);
+        popup_->AppendMenu(string, true);
     }
 
-    SampleApplication mApplication;
-    LPopupButton* mPopup;
+    SampleApplication application_;
+    LPopupButton* popup_;
 };
 
 }  // namespace
 
-TEST_F(PopupButton, BroadcastsItsFirstItemOnceAndEveryPick) {
+TEST_F(PopupButtonTest, BroadcastsItsFirstItemOnceAndEveryPick) {
     append("first");
     append("second");
-    EXPECT_EQ(mPopup->GetValue(), 1);
-    EXPECT_TRUE(mApplication.heard.empty()) << "only from the event loop";
-    mApplication.ProcessNextEvent();
-    mApplication.ProcessNextEvent();
-    EXPECT_EQ(mApplication.heard, std::vector<MessageT>{FourCharCode("CRDS")});
-    mApplication.heard.clear();
+    EXPECT_EQ(popup_->GetValue(), 1);
+    EXPECT_TRUE(application_.heard.empty()) << "only from the event loop";
+    application_.ProcessNextEvent();
+    application_.ProcessNextEvent();
+    EXPECT_EQ(application_.heard, std::vector<MessageT>{FourCharCode("CRDS")});
+    application_.heard.clear();
 
-    mPopup->SetValue(2);
-    mPopup->SetValue(3);
-    EXPECT_TRUE(mApplication.heard.empty()) << "setting the value is no pick";
+    popup_->SetValue(2);
+    popup_->SetValue(3);
+    EXPECT_TRUE(application_.heard.empty()) << "setting the value is no pick";
 
     for (const std::size_t picks : {1U, 2U}) {
-        mPopup->showPopup();
-        QTest::keyClick(mPopup->view(), Qt::Key_Return);
-        EXPECT_EQ(mPopup->GetValue(), 2);
-        EXPECT_EQ(mApplication.heard.size(), picks) << "the same item can be picked again";
+        popup_->showPopup();
+        QTest::keyClick(popup_->view(), Qt::Key_Return);
+        EXPECT_EQ(popup_->GetValue(), 2);
+        EXPECT_EQ(application_.heard.size(), picks) << "the same item can be picked again";
     }
-    QTest::keyClick(mPopup, Qt::Key_Up);
-    EXPECT_EQ(mPopup->GetValue(), 1);
-    EXPECT_EQ(mApplication.heard.size(), 3U);
+    QTest::keyClick(popup_, Qt::Key_Up);
+    EXPECT_EQ(popup_->GetValue(), 1);
+    EXPECT_EQ(application_.heard.size(), 3U);
 
-    QWheelEvent wheel(QPointF(5, 5), mPopup->mapToGlobal(QPointF(5, 5)), QPoint(), QPoint(0, -120),
+    QWheelEvent wheel(QPointF(5, 5), popup_->mapToGlobal(QPointF(5, 5)), QPoint(), QPoint(0, -120),
                       Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-    QApplication::sendEvent(mPopup, &wheel);
-    EXPECT_EQ(mPopup->GetValue(), 1) << "scrolling is no pick";
+    QApplication::sendEvent(popup_, &wheel);
+    EXPECT_EQ(popup_->GetValue(), 1) << "scrolling is no pick";
 }
 
-TEST_F(PopupButton, KeepsItsItemWhileUnusable) {
+TEST_F(PopupButtonTest, KeepsItsItemWhileUnusable) {
     append("first");
     append("second");
-    mApplication.ProcessNextEvent();
-    mApplication.heard.clear();
-    mPopup->setFocus();
+    application_.ProcessNextEvent();
+    application_.heard.clear();
+    popup_->setFocus();
     const auto tryEverything = [&] {
-        QTest::keyClick(mPopup, Qt::Key_Down);
-        mPopup->showPopup();
-        EXPECT_FALSE(mPopup->view()->isVisible());
+        QTest::keyClick(popup_, Qt::Key_Down);
+        popup_->showPopup();
+        EXPECT_FALSE(popup_->view()->isVisible());
     };
-    mPopup->showPopup();
+    popup_->showPopup();
     inEventLoop([&] {
         tryEverything();  // the list was open when the alert appeared
         pressKey(*QApplication::activeModalWidget(), Qt::Key_Return);
         tryEverything();
     });
     UModalAlerts::Alert(130);
-    mPopup->showPopup();
-    mPopup->Disable();
+    popup_->showPopup();
+    popup_->Disable();
     tryEverything();
-    EXPECT_EQ(mPopup->GetValue(), 1);
-    EXPECT_TRUE(mApplication.heard.empty());
+    EXPECT_EQ(popup_->GetValue(), 1);
+    EXPECT_TRUE(application_.heard.empty());
 }
 
-TEST_F(PopupButton, ShowsTextsLiterallyAndElidesLongOnes) {
+TEST_F(PopupButtonTest, ShowsTextsLiterallyAndElidesLongOnes) {
     const char* metacharacters = "A;B (C !D <E /F ^G -H &I &&J";
     append(metacharacters);
-    EXPECT_EQ(mPopup->currentText(), metacharacters);
-    EXPECT_NE(qobject_cast<QStyledItemDelegate*>(mPopup->itemDelegate()), nullptr) << "a menu would hide '&'";
+    EXPECT_EQ(popup_->currentText(), metacharacters);
+    EXPECT_NE(qobject_cast<QStyledItemDelegate*>(popup_->itemDelegate()), nullptr) << "a menu would hide '&'";
 
     const std::string longText(250, 'M');
-    const int width = mPopup->width();
+    const int width = popup_->width();
     append(longText.c_str());
-    mPopup->SetValue(2);
+    popup_->SetValue(2);
     QApplication::processEvents();
-    EXPECT_EQ(mPopup->width(), width);
-    EXPECT_EQ(mPopup->toolTip().toStdString(), longText);
-    mPopup->showPopup();
-    EXPECT_LE(mPopup->view()->window()->width(), width);
-    mPopup->hidePopup();
+    EXPECT_EQ(popup_->width(), width);
+    EXPECT_EQ(popup_->toolTip().toStdString(), longText);
+    popup_->showPopup();
+    EXPECT_LE(popup_->view()->window()->width(), width);
+    popup_->hidePopup();
 }
 
 // Presses a button as a screen reader does.
@@ -114,7 +114,7 @@ void pressByAssistiveTechnology(LPushButton& button) {
     QApplication::processEvents();
 }
 
-TEST(PushButton, IsPressedAtOnceOrNotAtAll) {
+TEST(PushButtonTest, IsPressedAtOnceOrNotAtAll) {
     SampleApplication application;
     LWindow& window = application.openWindow();
     application.listenTo("UPDT");
@@ -157,7 +157,7 @@ TEST(PushButton, IsPressedAtOnceOrNotAtAll) {
     EXPECT_EQ(application.heard.size(), 3U);
 }
 
-TEST(PushButton, ReturnPressesTheFocusedOrTheDefaultButton) {
+TEST(PushButtonTest, ReturnPressesTheFocusedOrTheDefaultButton) {
     SampleApplication application;
     LWindow& window = application.openWindow();
     application.listenTo("UPDT");

@@ -85,7 +85,7 @@ bool isClipped(const QLabel& label) {
 
 }  // namespace
 
-TEST(Layout, FindsPanesByIDOnly) {
+TEST(LayoutTest, FindsPanesByIDOnly) {
     SampleApplication application;
     application.openWindow();
     EXPECT_EQ(application.window->FindPaneByID(FourCharCode("NONE")), nullptr);
@@ -94,7 +94,7 @@ TEST(Layout, FindsPanesByIDOnly) {
     EXPECT_THROW(UModalDialogs::AskForOneString(&application, 129, 1102, text), LException);
 }
 
-TEST(Layout, NothingMovesOrIsClippedBetweenStates) {
+TEST(LayoutTest, NothingMovesOrIsClippedBetweenStates) {
     UQDGlobals::InitializeToolbox();  // without which there is no font to scale
     for (const double factor : {1.0, 1.5}) {
         const FontScale scale(factor);
@@ -133,7 +133,7 @@ TEST(Layout, NothingMovesOrIsClippedBetweenStates) {
     QApplication::setLayoutDirection(Qt::LeftToRight);
 }
 
-TEST(Layout, FitsASmallScreen) {
+TEST(LayoutTest, FitsASmallScreen) {
     UQDGlobals::InitializeToolbox();  // without which there is no font to scale
     for (const double factor : {2.0, 4.0}) {
         const FontScale scale(factor);
@@ -177,7 +177,7 @@ TEST(Layout, FitsASmallScreen) {
     }
 }
 
-TEST(Layout, ButtonsFollowTheDesktopsOrder) {
+TEST(LayoutTest, ButtonsFollowTheDesktopsOrder) {
     SampleApplication application;
     application.openWindow();
     const auto dialog = LDialogBox::CreateDialog("dialog", 129, &application);
@@ -188,7 +188,7 @@ TEST(Layout, ButtonsFollowTheDesktopsOrder) {
               application.pane<LPushButton>("UPDT").x() < application.pane<LPushButton>("CLOS").x());
 }
 
-TEST(Layout, SecondaryTextFollowsTheThemeAndStaysLegible) {
+TEST(LayoutTest, SecondaryTextFollowsTheThemeAndStaysLegible) {
     SampleApplication application;
     LWindow& window = application.openWindow();
     for (const QColor& button : {QColor(40, 40, 40), QColor(230, 230, 230)}) {
@@ -203,7 +203,7 @@ TEST(Layout, SecondaryTextFollowsTheThemeAndStaysLegible) {
     }
 }
 
-TEST(Layout, ReadsEveryPropertyOfTheShippedLayouts) {
+TEST(LayoutTest, ReadsEveryPropertyOfTheShippedLayouts) {
     SampleApplication application;
     const QStringList layouts = QDir(LAYOUTS).entryList({"*.ui"});
     EXPECT_FALSE(layouts.isEmpty());
@@ -217,7 +217,7 @@ TEST(Layout, ReadsEveryPropertyOfTheShippedLayouts) {
     }
 }
 
-TEST(Layout, ReportsUnknownContentWithItsLine) {
+TEST(LayoutTest, ReportsUnknownContentWithItsLine) {
     SampleApplication application;
     const QTemporaryDir folder;
     UResources::UseFolder(folder.path().toStdString());
@@ -249,7 +249,7 @@ TEST(Layout, ReportsUnknownContentWithItsLine) {
     }
 }
 
-TEST(Layout, UnusableLayoutGivesAMessageAndNoWindow) {
+TEST(LayoutTest, UnusableLayoutGivesAMessageAndNoWindow) {
     SampleApplication application;
     const QTemporaryDir folder;
     UResources::UseFolder(folder.path().toStdString());

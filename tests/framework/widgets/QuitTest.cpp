@@ -29,7 +29,7 @@ const Way kWays[] = {
     {"SIGQUIT", [](LWindow& /*window*/) { std::raise(SIGQUIT); }},
 };
 
-class Quit : public testing::TestWithParam<Way> {};
+class QuitTest : public testing::TestWithParam<Way> {};
 
 int16_t showStandardAlert() {
     AlertStdAlertParamRec parameters;
@@ -59,7 +59,7 @@ void answerWith(Qt::Key key) {
 
 }  // namespace
 
-TEST_P(Quit, CanBeRefusedAndThenAccepted) {
+TEST_P(QuitTest, CanBeRefusedAndThenAccepted) {
     SampleApplication application;
     application.agreesToQuit = false;
     application.atStartUp = [&] {
@@ -78,7 +78,7 @@ TEST_P(Quit, CanBeRefusedAndThenAccepted) {
     EXPECT_EQ(application.timesAsked, 2);
 }
 
-TEST(QuitSignals, IgnoredFromTheStartStayIgnored) {
+TEST(QuitSignalsTest, IgnoredFromTheStartStayIgnored) {
     const auto before = std::signal(SIGHUP, SIG_IGN);
     {
         SampleApplication application;
@@ -89,9 +89,9 @@ TEST(QuitSignals, IgnoredFromTheStartStayIgnored) {
     std::signal(SIGHUP, before);
 }
 
-INSTANTIATE_TEST_SUITE_P(Ways, Quit, testing::ValuesIn(kWays));
+INSTANTIATE_TEST_SUITE_P(Ways, QuitTest, testing::ValuesIn(kWays));
 
-TEST(Alerts, AreAnsweredByKeyboard) {
+TEST(AlertsTest, AreAnsweredByKeyboard) {
     SampleApplication application;
     application.openWindow();
     whenDialogIsUp([](QWidget& dialog) {
@@ -110,7 +110,7 @@ TEST(Alerts, AreAnsweredByKeyboard) {
     EXPECT_EQ(UModalAlerts::Alert(130), UModalAlerts::kItemOK);
 }
 
-TEST(Alerts, AcceptedQuitCancelsOpenAndLaterDialogs) {
+TEST(AlertsTest, AcceptedQuitCancelsOpenAndLaterDialogs) {
     SampleApplication application;
     application.openWindow();
     whenDialogIsUp([&](QWidget& /*dialog*/) {

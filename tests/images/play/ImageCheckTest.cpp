@@ -14,7 +14,7 @@ namespace {
 
 // An image compares what it programs with what it reads back. So no wrong byte, in the commands before the
 // first page or anywhere else, can change what is written without a fault.
-TEST(ImageCheck, PassesADamagedImageOnlyIfItWritesTheSame) {
+TEST(ImageCheckTest, PassesADamagedImageOnlyIfItWritesTheSame) {
     const simulator::FpgaConfiguration content{0x21, 1, 'M', 12, 0x6311};
     auto image = images::makeFirmwareImage(
         std::span<const uint8_t, simulator::kPromBytes>(simulator::encodeConfiguration(content)));

@@ -60,40 +60,40 @@ struct Passage {
     }
 };
 
-class DamagedImage : public testing::Test {
+class DamagedImageTest : public testing::Test {
   protected:
     void open(std::vector<uint8_t>& image) {
-        passage.emplace(Passage{{}, images::CommandReader(image), {}});
-        port.open(image, 0, passage->info, manyClocks);
-        port.accesses = {.stores = 2};
-        xsvfInitialize(&passage->info);
+        passage_.emplace(Passage{{}, images::CommandReader(image), {}});
+        port_.open(image, 0, passage_->info, manyClocks);
+        port_.accesses = {.stores = 2};
+        xsvfInitialize(&passage_->info);
     }
 
     // Takes some commands from the current place with a byte changed, and then returns there.
     void meet(std::vector<uint8_t>& image, std::size_t place, uint8_t change, int commands) {
-        Passage damaged = *passage;
+        Passage damaged = *passage_;
         const uint32_t offset = gulCurrentOffset;
-        const images::Accesses before = port.accesses;
+        const images::Accesses before = port_.accesses;
         image[place] ^= change;
-        port.open(image, offset, damaged.info, manyClocks);
-        while (commands > 0 && damaged.step(port)) {
+        port_.open(image, offset, damaged.info, manyClocks);
+        while (commands > 0 && damaged.step(port_)) {
             --commands;
         }
         image[place] ^= change;
-        port.accesses = before;
-        port.open(image, offset, passage->info, manyClocks);
+        port_.accesses = before;
+        port_.open(image, offset, passage_->info, manyClocks);
     }
 
     uint8_t anyChange() { return static_cast<uint8_t>(1 + random() % 255); }
 
-    AnsweringPort port;
-    std::optional<Passage> passage;
-    std::mt19937 random;
+    AnsweringPort port_;
+    std::optional<Passage> passage_;
+    std::mt19937 random_;
 };
 
 // The bytes before the damage are unchanged, so each damaged image continues from the sound one. Sixteen
 // commands later the next page begins.
-TEST_F(DamagedImage, PlayerAndToolAgreeAtTenThousandPlaces) {
+TEST_F(DamagedImageTest, PlayerAndToolAgreeAtTenThousandPlaces) {
     auto image = images::makeFirmwareImage(std::span<const uint8_t, simulator::kPromBytes>(
         simulator::encodeConfiguration({0x21, 1, 'M', 12, 0x6311})));
     std::vector<std::size_t> places(10'000);
@@ -102,21 +102,21 @@ TEST_F(DamagedImage, PlayerAndToolAgreeAtTenThousandPlaces) {
     open(image);
     for (const std::size_t place : places) {
         for (;;) {
-            images::CommandReader ahead = passage->reader;
+            images::CommandReader ahead = passage_->reader;
             ASSERT_TRUE(ahead.next());
             if (ahead.offset() > place) {
                 break;
             }
-            port.clocksLeft = manyClocks;
-            ASSERT_TRUE(passage->step(port));
-            ASSERT_FALSE(passage->isFaulty);
+            port_.clocksLeft = manyClocks;
+            ASSERT_TRUE(passage_->step(port_));
+            ASSERT_FALSE(passage_->isFaulty);
         }
         meet(image, place, anyChange(), 16);
         ASSERT_FALSE(HasFailure()) << place;
     }
 }
 
-TEST_F(DamagedImage, PlayerAndToolAgreeOnEveryCommand) {
+TEST_F(DamagedImageTest, PlayerAndToolAgreeOnEveryCommand) {
     std::ifstream file(EVERY_COMMAND);
     const std::string listing{std::istreambuf_iterator<char>(file), {}};
     auto image = images::assemble(listing);
@@ -127,11 +127,11 @@ TEST_F(DamagedImage, PlayerAndToolAgreeOnEveryCommand) {
             ASSERT_FALSE(HasFailure()) << place;
         }
     }
-    while (passage->step(port)) {
+    while (passage_->step(port_)) {
     }
-    EXPECT_FALSE(passage->isFaulty);
+    EXPECT_FALSE(passage_->isFaulty);
     EXPECT_EQ(gulCurrentOffset, image.size());
-    EXPECT_EQ(images::accessesOf(image), port.accesses);
+    EXPECT_EQ(images::accessesOf(image), port_.accesses);
 }
 
 }  // namespace

@@ -24,7 +24,7 @@ Bytes imageOf(const Bytes& content, std::size_t cutOff = 0) {
     return image;
 }
 
-TEST(FirmwareKind, DependsOnTheContentAlone) {
+TEST(FirmwareKindTest, DependsOnTheContentAlone) {
     Bytes content = simulator::encodeConfiguration({0x23, 2, 'W', 7, 0x5B02});
     EXPECT_EQ(firmwareKindOf(imageOf(content)), FirmwareKind::simulated);
     content.back() ^= 1;  // the checksum
@@ -50,7 +50,7 @@ std::string programPage(const std::string& address, const std::string& page) {
 }
 
 // A page keeps the bits that are 1 in all passes.
-TEST(FirmwareKind, DependsOnWhatSeveralPassesLeave) {
+TEST(FirmwareKindTest, DependsOnWhatSeveralPassesLeave) {
     const std::string first = programPage("0x20", "0x47504F5F00FF00FF00");
     const std::string second = programPage("0x20", "0x4FF8F65600FF00FF00");
     const std::string between = programPage("0x40", "0x000000000000000000");
@@ -62,7 +62,7 @@ TEST(FirmwareKind, DependsOnWhatSeveralPassesLeave) {
 }
 
 // "VFPG" is 0x47504656 as it is shifted: the lowest bit first.
-TEST(FirmwareKind, DoesNotDependOnHowTheShiftsAreDivided) {
+TEST(FirmwareKindTest, DoesNotDependOnHowTheShiftsAreDivided) {
     for (const char* const shifts :
          {"XSDRSIZE 33 XSDR 0x08EA08CAC", "XSDRSIZE 40 XSDRTDO 0x4750465655 0x0",
           "XSDRSIZE 13 XSDRB 0x0656 XSDRSIZE 1 XSDRC 0x0 XSDRSIZE 18 XSDRE 0x11D41",

@@ -148,7 +148,7 @@ struct Work {
     }
 };
 
-class TrappedCards : public testing::Test {
+class TrappedCardsTest : public testing::Test {
   protected:
     void SetUp() override {
         if (!TrappedRegisters::kIsPossible) {
@@ -164,7 +164,7 @@ class TrappedCards : public testing::Test {
     LocalAgent agent_{sys_.path(), rules()};
 };
 
-TEST_F(TrappedCards, AnswerAndTakeFirmwareAsOnTheSimulatedBus) {
+TEST_F(TrappedCardsTest, AnswerAndTakeFirmwareAsOnTheSimulatedBus) {
     Work direct;
     simulator::SimulatedHost directHost(direct.machine, {});
     std::string expected;

@@ -23,17 +23,17 @@ constexpr double kBusSeconds = 0.5e-6;
 // One card, whose registers are a file. It counts as simulated, so that its loads are not slowed down.
 class OneCard final : public CardAgent {
   public:
-    std::optional<std::vector<Card>> cards() override {
+    std::optional<std::vector<pci::FoundCard>> cards() override {
         return {
             {{.address = "0000:05:01.0", .name = "", .location = "", .isSimulated = true, .refusal = ""}}};
     }
     Host::RightAnswer claim(bool) override { return Host::RightAnswer::granted; }
     void letGo() override {}
-    std::optional<Range> openRange(const std::string&, uint32_t) override {
+    std::optional<pci::OpenedRange> openRange(const std::string&, uint32_t) override {
         const std::filesystem::path path = folder_.path() / "registers";
-        const int file = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0600);
+        files::OpenFile file(AT_FDCWD, path, O_RDWR | O_CREAT, path);
         std::filesystem::resize_file(path, 0x1000);
-        return Range{.descriptor = file, .offsetInPage = 0, .bytes = 0x200};
+        return pci::OpenedRange{.file = std::move(file), .offsetInPage = 0, .bytes = 0x200};
     }
     void beginWrite() override {}
     void endWrite() override {}

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <span>
+#include <utility>
 #include <vector>
 
 namespace files {
@@ -25,6 +26,9 @@ class OpenFile {
     // The same, but refuses everything except an ordinary file, without following links or waiting for pipes.
     static OpenFile ordinary(int folder, const std::filesystem::path& name, int flags,
                              const std::filesystem::path& knownAs);
+    // Takes over a descriptor that somebody else has opened.
+    OpenFile(int descriptor, std::filesystem::path knownAs)
+        : name_(std::move(knownAs)), descriptor_(descriptor) {}
     OpenFile(OpenFile&& other) noexcept;
     OpenFile& operator=(OpenFile&&) = delete;
     ~OpenFile();

@@ -14,6 +14,7 @@
 #include "framework/widgets/LWindow.h"
 #include "linux/client/AgentClient.h"
 #include "linux/host/LinuxHost.h"
+#include "linux/pci/base/Refusals.h"
 #include "platform/Host.h"
 
 namespace {
@@ -34,24 +35,23 @@ bool goOn() {
 class AgentForOneKind final : public AgentClient {
   public:
     AgentForOneKind() : AgentClient(goOn) {
-        const auto atStart = AgentClient::cards().value_or(std::vector<Card>());
+        const auto atStart = AgentClient::cards().value_or(std::vector<pci::FoundCard>());
         mAreSimulated = std::ranges::any_of(
-            atStart, [](const Card& card) { return card.isSimulated && card.refusal.empty(); });
+            atStart, [](const pci::FoundCard& card) { return card.isSimulated && card.isUsable(); });
     }
 
     CardsOfComputer Kind() const {
         return mAreSimulated ? CardsOfComputer::kSimulated : CardsOfComputer::kReal;
     }
 
-    std::optional<std::vector<Card>> cards() override {
+    std::optional<std::vector<pci::FoundCard>> cards() override {
         auto all = AgentClient::cards();
         if (!all) {
             return all;
         }
-        for (Card& card : *all) {
-            if (card.isSimulated != mAreSimulated && card.refusal.empty()) {
-                card.refusal =
-                    "The card was not there when the program started. Quit the program, then start it again.";
+        for (pci::FoundCard& card : *all) {
+            if (card.isSimulated != mAreSimulated && card.isUsable()) {
+                card.refusal = pci::refusals::kAppearedLater;
             }
         }
         return all;

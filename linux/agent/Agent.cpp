@@ -58,10 +58,6 @@ uid_t userOf(sd_bus_message* call) {
     return user;
 }
 
-bool isUsable(const pci::FoundCard& card) {
-    return card.refusal.empty();
-}
-
 }  // namespace
 
 template <Agent::Method method>
@@ -132,7 +128,7 @@ void Agent::claim(sd_bus_message* call) {
     require(sd_bus_message_read(call, "b", &mayAsk), "The arguments cannot be read");
     const std::string client = sd_bus_message_get_sender(call);
     const auto cards = keeper_.list(client);
-    const bool isSomethingToGuard = std::any_of(cards.begin(), cards.end(), isUsable);
+    const bool isSomethingToGuard = std::ranges::any_of(cards, &pci::FoundCard::isUsable);
     if (keeper_.hasCards(client) || !isSomethingToGuard) {
         require(sd_bus_reply_method_return(call, "s", textOf(Question::Answer::granted)),
                 "The answer could not be sent");
@@ -144,8 +140,8 @@ void Agent::claim(sd_bus_message* call) {
 void Agent::ask(sd_bus_message* call, bool mayAsk) {
     const std::string client = sd_bus_message_get_sender(call);
     const uid_t user = userOf(call);
-    const auto ofUser = std::count_if(clients_.begin(), clients_.end(),
-                                      [&](const auto& entry) { return entry.second.user == user; });
+    const auto ofUser =
+        std::ranges::count_if(clients_, [&](const auto& entry) { return entry.second.user == user; });
     if (clients_.contains(client)) {
         throw files::UserError("The question has already been asked.");
     }
@@ -202,6 +198,7 @@ void Agent::openRange(sd_bus_message* call) {
 void Agent::beginWrite(sd_bus_message* call) {
     const std::string client = sd_bus_message_get_sender(call);
     if (!keeper_.hasCards(client)) {
+        // Without advice, because the client shows this beside its own and goes on with the write.
         throw files::UserError("The cards have not been claimed.");
     }
     keeper_.noteWrite(client);

@@ -8,6 +8,7 @@
 #include "files/FileError.h"
 #include "linux/agent/Journal.h"
 #include "linux/pci/CardRuleFiles.h"
+#include "linux/pci/base/Refusals.h"
 
 CardKeeper::CardKeeper(Folders folders) : folders_(std::move(folders)) {
     readRules();
@@ -55,19 +56,18 @@ std::vector<std::string> CardKeeper::claim(const std::string& client) {
     readRules();
     Holding holding;
     for (const pci::FoundCard& card : cards_->list(client)) {
-        if (card.refusal.empty()) {
+        if (card.isUsable()) {
             addProbes(holding, card.address);
         }
     }
     // Before anything is changed, because what a claim changes is undone with it, under that program's hands.
     if (holdings_.find(client) == holdings_.end() && isInUse(holding)) {
-        throw files::UserError(
-            "A program that was given the cards earlier is still using one. Quit it, then try again.");
+        throw files::UserError(pci::refusals::kStillInUse);
     }
     cards_->claim(client);
     std::vector<std::string> addresses;
     for (const pci::FoundCard& card : cards_->list(client)) {
-        if (card.refusal.empty()) {
+        if (card.isUsable()) {
             addresses.push_back(card.address);
         } else {
             journal(card.address + ": " + card.refusal);
@@ -82,7 +82,7 @@ std::vector<std::string> CardKeeper::claim(const std::string& client) {
 pci::OpenedRange CardKeeper::openRange(const std::string& client, const std::string& address,
                                        uint32_t range) {
     if (!hasCards(client)) {
-        throw files::UserError("The cards have not been claimed.");
+        throw files::UserError(pci::refusals::kNotClaimed);
     }
     pci::OpenedRange opened = cards_->openRange(client, address, range);
     // Shared, because a client may open a range more than once.
@@ -127,7 +127,7 @@ void CardKeeper::addProbes(Holding& holding, const std::string& address) const {
 }
 
 bool CardKeeper::isInUse(const Holding& holding) {
-    return std::any_of(holding.probes.begin(), holding.probes.end(), [](const files::OpenFile& probe) {
+    return std::ranges::any_of(holding.probes, [](const files::OpenFile& probe) {
         const bool isLocked = flock(probe.descriptor(), LOCK_EX | LOCK_NB) != 0;
         flock(probe.descriptor(), LOCK_UN);
         return isLocked;

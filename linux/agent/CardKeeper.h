@@ -31,6 +31,9 @@ class CardKeeper {
     // Leaves the cards alone if a program still uses one.
     ~CardKeeper();
 
+    // The folder whose files name the cards.
+    const std::filesystem::path& rulesFolder() const { return folders_.rules; }
+
     // The cards as the client sees them: those of other clients are refused.
     std::vector<pci::FoundCard> list(const std::string& client);
 

@@ -2,10 +2,12 @@
 
 #include <ostream>
 
+#include "linux/pci/base/Refusals.h"
+
 bool reportCards(CardKeeper& keeper, std::ostream& out) {
     const std::vector<pci::FoundCard> cards = keeper.list("");
     if (cards.empty()) {
-        out << "No card is named in the configuration, or none of those named is in this computer.\n";
+        out << pci::refusals::noCard(keeper.rulesFolder()) << "\n";
     }
     bool isOneUsable = false;
     for (const pci::FoundCard& card : cards) {
@@ -14,8 +16,8 @@ bool reportCards(CardKeeper& keeper, std::ostream& out) {
             out << ", " << card.location;
         }
         out << (card.isSimulated ? ", simulated" : "") << "\n    "
-            << (card.refusal.empty() ? "It can be used." : card.refusal) << "\n";
-        isOneUsable |= card.refusal.empty();
+            << (card.isUsable() ? "It can be used." : card.refusal) << "\n";
+        isOneUsable |= card.isUsable();
     }
     return isOneUsable;
 }

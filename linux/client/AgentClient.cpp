@@ -80,14 +80,14 @@ void AgentClient::makeCall(const bus::Message& call, std::chrono::microseconds l
     }
 }
 
-std::optional<std::vector<CardAgent::Card>> AgentClient::cards() {
+std::optional<std::vector<pci::FoundCard>> AgentClient::cards() {
     Answer answer;
     makeCall(newCall("Cards", answer), kStartLimit, answer);
     sd_bus_message* const list = answer.message.get();
     if (sd_bus_message_enter_container(list, SD_BUS_TYPE_ARRAY, "(sssbs)") < 0) {
         return std::nullopt;
     }
-    std::vector<Card> cards;
+    std::vector<pci::FoundCard> cards;
     const char* address = nullptr;
     const char* name = nullptr;
     const char* location = nullptr;
@@ -142,24 +142,25 @@ void AgentClient::letGo() {
     makeCall(call, kLimit, answer);
 }
 
-std::optional<CardAgent::Range> AgentClient::openRange(const std::string& address, uint32_t memoryType) {
+std::optional<pci::OpenedRange> AgentClient::openRange(const std::string& address, uint32_t memoryRange) {
     Answer answer;
     const bus::Message call = newCall("OpenRange", answer);
     sd_bus_message_set_auto_start(call.get(), 0);
-    sd_bus_message_append(call.get(), "su", address.c_str(), memoryType);
+    sd_bus_message_append(call.get(), "su", address.c_str(), memoryRange);
     makeCall(call, kLimit, answer);
     int theMessages = -1;
-    Range range = {};
+    uint32_t offsetInPage = 0;
     uint64_t bytes = 0;
-    sd_bus_message_read(answer.message.get(), "hut", &theMessages, &range.offsetInPage, &bytes);
-    // A card's ranges are far smaller than 4 GB; of a larger one, the beginning is enough.
-    range.bytes = static_cast<uint32_t>(std::min<uint64_t>(bytes, UINT32_MAX));
-    range.descriptor = bus::Descriptor::duplicate(theMessages).release();
-    if (range.descriptor < 0) {
+    sd_bus_message_read(answer.message.get(), "hut", &theMessages, &offsetInPage, &bytes);
+    bus::Descriptor file = bus::Descriptor::duplicate(theMessages);
+    if (!file) {
         say("The card at " + address + " cannot be opened: " + answer.error.reason(answer.result) + ".");
         return std::nullopt;
     }
-    return range;
+    // A card's ranges are far smaller than 4 GB; of a larger one, the beginning is enough.
+    return pci::OpenedRange{.file = files::OpenFile(file.release(), address),
+                            .offsetInPage = offsetInPage,
+                            .bytes = static_cast<uint32_t>(std::min<uint64_t>(bytes, UINT32_MAX))};
 }
 
 bool AgentClient::keepWaiting() {

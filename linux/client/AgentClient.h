@@ -26,10 +26,10 @@ class AgentClient : public CardAgent {
                          std::chrono::milliseconds longestSilence = std::chrono::minutes(5))
         : mayWait_(std::move(mayWait)), longestSilence_(longestSilence) {}
 
-    std::optional<std::vector<Card>> cards() override;
+    std::optional<std::vector<pci::FoundCard>> cards() override;
     Host::RightAnswer claim(bool mayAsk) override;
     void letGo() override;
-    std::optional<Range> openRange(const std::string& address, uint32_t memoryType) override;
+    std::optional<pci::OpenedRange> openRange(const std::string& address, uint32_t memoryRange) override;
     void beginWrite() override;
     void endWrite() override;
     bool powerOff() override;

@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "linux/host/MappedWord.h"
+#include "linux/pci/base/Refusals.h"
 #include "platform/CardDriver.h"
 #include "platform/ChildProcess.h"
 
@@ -34,17 +35,13 @@ void say(const std::string& text) {
     std::fprintf(stderr, "%s\n", text.c_str());
 }
 
-void sayAbout(const CardAgent::Card& card, const std::string& sentence) {
+void sayAbout(const pci::FoundCard& card, const std::string& sentence) {
     say(card.name + " (" + card.location + "): " + sentence);
 }
 
-bool isUsable(const CardAgent::Card& card) {
-    return card.refusal.empty();
-}
-
-void sayRefusals(const std::vector<CardAgent::Card>& cards) {
-    for (const CardAgent::Card& card : cards) {
-        if (!isUsable(card)) {
+void sayRefusals(const std::vector<pci::FoundCard>& cards) {
+    for (const pci::FoundCard& card : cards) {
+        if (!card.isUsable()) {
             sayAbout(card, card.refusal);
         }
     }
@@ -76,7 +73,7 @@ std::vector<uint64_t> LinuxHost::servicesOfClass(std::string_view className) {
     if (!hasTriedToClaim_) {
         hasTriedToClaim_ = true;
         const auto cards = agent_.cards();
-        if (cards && std::ranges::any_of(*cards, isUsable)) {
+        if (cards && std::ranges::any_of(*cards, &pci::FoundCard::isUsable)) {
             claim(false);
         }
     }
@@ -90,13 +87,13 @@ Host::RightAnswer LinuxHost::claim(bool mayAsk) {
     }
     holdsRight_ = true;
     services_.clear();
-    const auto cards = agent_.cards().value_or(std::vector<CardAgent::Card>());
+    const auto cards = agent_.cards().value_or(std::vector<pci::FoundCard>());
     sayRefusals(cards);
-    for (const CardAgent::Card& card : cards) {
-        if (!isUsable(card)) {
+    for (const pci::FoundCard& card : cards) {
+        if (!card.isUsable()) {
             continue;
         }
-        auto known = std::ranges::find(cards_, card.address, &CardAgent::Card::address);
+        auto known = std::ranges::find(cards_, card.address, &pci::FoundCard::address);
         if (known == cards_.end()) {
             known = cards_.insert(known, card);
         } else {
@@ -120,7 +117,7 @@ std::optional<uint32_t> LinuxHost::openService(uint64_t service) {
         return std::nullopt;
     }
     const uint32_t connection = nextConnection_++;
-    const CardAgent::Card& card = cards_[static_cast<std::size_t>(service - kFirstService)];
+    const pci::FoundCard& card = cards_[static_cast<std::size_t>(service - kFirstService)];
     connections_.emplace(connection, Connection{.card = card, .ranges = {}, .isFast = false});
     return connection;
 }
@@ -133,8 +130,8 @@ bool LinuxHost::closeConnection(uint32_t connection) {
     return true;
 }
 
-std::optional<RangeMapping> LinuxHost::mapRange(const CardAgent::Card& card, uint32_t memoryType) {
-    const auto range = agent_.openRange(card.address, memoryType);
+std::optional<RangeMapping> LinuxHost::mapRange(const pci::FoundCard& card, uint32_t memoryRange) {
+    const auto range = agent_.openRange(card.address, memoryRange);
     if (!range) {
         return std::nullopt;
     }
@@ -236,11 +233,11 @@ bool LinuxHost::deliverShutDownEvent(uint64_t processSerialNumber) {
 
 Host::RightAnswer LinuxHost::askForAdministratorRight() {
     const auto cards = agent_.cards();
-    if (!cards || std::ranges::any_of(*cards, isUsable)) {
+    if (!cards || std::ranges::any_of(*cards, &pci::FoundCard::isUsable)) {
         return claim(true);
     }
     if (cards->empty()) {
-        say("No card is named in /etc/vupdater/cards.d, or none of those named is in this computer.");
+        say(pci::refusals::noCard("/etc/vupdater/cards.d"));
     }
     sayRefusals(*cards);
     holdsRight_ = true;

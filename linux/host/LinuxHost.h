@@ -21,6 +21,7 @@
 
 #include "linux/host/CardAgent.h"
 #include "linux/host/RangeMapping.h"
+#include "linux/pci/base/FoundCard.h"
 #include "platform/Host.h"
 
 class LinuxHost final : public Host {
@@ -59,15 +60,15 @@ class LinuxHost final : public Host {
     using Clock = std::chrono::steady_clock;
 
     struct Connection {
-        CardAgent::Card card;
-        std::map<uint32_t, RangeMapping> ranges;  // by memory type
+        pci::FoundCard card;
+        std::map<uint32_t, RangeMapping> ranges;  // by their numbers
         bool isFast;                              // the bus is faster than the updater counts on
     };
 
     RightAnswer claim(bool mayAsk);
     void letGo();
     // The range; nothing, after a line on standard error, if it cannot be mapped.
-    std::optional<RangeMapping> mapRange(const CardAgent::Card& card, uint32_t memoryType);
+    std::optional<RangeMapping> mapRange(const pci::FoundCard& card, uint32_t memoryRange);
     [[gnu::noinline]] uint32_t loadAndLook(const uint32_t* address);
     void choosePace();
     // Paces loads from now on if those since the last look were too fast, and makes up for them: a processor
@@ -79,8 +80,8 @@ class LinuxHost final : public Host {
     std::function<void()> duringWaits_;
     bool hasTriedToClaim_ = false;
     bool holdsRight_ = false;
-    std::vector<CardAgent::Card> cards_;  // all that were ever claimed; a service's number is its place here
-    std::vector<uint64_t> services_;      // those that are claimed now
+    std::vector<pci::FoundCard> cards_;  // all that were ever claimed; a service's number is its place here
+    std::vector<uint64_t> services_;     // those that are claimed now
     std::map<uint32_t, Connection> connections_;
     uint32_t nextConnection_ = 0x1'0001;
     // Loads until one looks at the clock. While loads are paced, every one does.

@@ -1,47 +1,32 @@
 #include "linux/host/RangeMapping.h"
 
 #include <sys/mman.h>
-#include <unistd.h>
 
 #include <cerrno>
-#include <cstring>
 #include <utility>
+
+#include "linux/pci/base/Refusals.h"
 
 namespace {
 
 std::size_t wholePages(std::size_t bytes) {
-    const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+    const std::size_t page = pci::pageBytes();
     return (bytes + page - 1) / page * page;
-}
-
-std::string reasonOf(int error) {
-    switch (error) {
-        case EPERM:
-            return "The kernel does not let programs reach its registers, probably because of Secure Boot. "
-                   "Switch Secure Boot off in the computer's firmware settings.";
-        case EINVAL:
-            return "Its registers cannot be reached, probably because a driver uses them. Unload that "
-                   "driver.";
-        default:
-            return std::string("Its registers cannot be reached: ") + std::strerror(error) + '.';
-    }
 }
 
 }  // namespace
 
-RangeMapping::RangeMapping(const CardAgent::Range& range) : bytes_(range.bytes), refusal_(map(range)) {
-    ::close(range.descriptor);
-}
+RangeMapping::RangeMapping(const pci::OpenedRange& range) : bytes_(range.bytes), refusal_(map(range)) {}
 
-std::string RangeMapping::map(const CardAgent::Range& range) {
-    if (range.bytes < kLeastBytes) {
-        return "Its memory range has " + std::to_string(range.bytes) + " bytes; its registers need " +
-               std::to_string(kLeastBytes) + '.';
+std::string RangeMapping::map(const pci::OpenedRange& range) {
+    if (range.bytes < pci::kRegisterBytes) {
+        return pci::refusals::kNoWindow;
     }
     pagesBytes_ = wholePages(std::size_t{range.offsetInPage} + range.bytes);
-    void* const pages = ::mmap(nullptr, pagesBytes_, PROT_READ | PROT_WRITE, MAP_SHARED, range.descriptor, 0);
+    void* const pages =
+        ::mmap(nullptr, pagesBytes_, PROT_READ | PROT_WRITE, MAP_SHARED, range.file.descriptor(), 0);
     if (pages == MAP_FAILED) {
-        return reasonOf(errno);
+        return pci::refusals::mapping(errno);
     }
     pages_ = pages;
     base_ = static_cast<uint8_t*>(pages) + range.offsetInPage;

@@ -6,15 +6,13 @@
 #include <cstdint>
 #include <string>
 
-#include "linux/host/CardAgent.h"
+#include "linux/pci/base/MemoryRange.h"
 
 class RangeMapping {
   public:
-    static constexpr uint32_t kLeastBytes = 0x200;  // of the registers
-
-    // Maps the whole pages that hold the range, for reading and writing. The descriptor is closed. If the
-    // range is too small or cannot be mapped, base() is null and refusal() says why, in a sentence.
-    explicit RangeMapping(const CardAgent::Range& range);
+    // Maps the whole pages that hold the range, for reading and writing. Its file need not stay open. If the
+    // range is too small for a card's or cannot be mapped, base() is null and refusal() says why.
+    explicit RangeMapping(const pci::OpenedRange& range);
     RangeMapping(RangeMapping&& other) noexcept;
     RangeMapping(const RangeMapping&) = delete;
     RangeMapping& operator=(const RangeMapping&) = delete;
@@ -30,7 +28,7 @@ class RangeMapping {
 
   private:
     // Returns why not; empty if it could.
-    std::string map(const CardAgent::Range& range);
+    std::string map(const pci::OpenedRange& range);
 
     void* pages_ = nullptr;
     std::size_t pagesBytes_ = 0;

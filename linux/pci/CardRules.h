@@ -15,10 +15,9 @@
 #include <string_view>
 #include <vector>
 
-namespace pci {
+#include "linux/pci/base/MemoryRange.h"
 
-// A card's memory ranges are numbered 0 and 1, whichever of the device's base address registers they are.
-constexpr uint32_t kMemoryRanges = 2;
+namespace pci {
 
 constexpr std::size_t kMostRules = 1000;
 constexpr std::size_t kMostComplaints = 100;

@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "linux/pci/MemoryWindow.h"
-#include "linux/pci/Refusals.h"
+#include "linux/pci/base/Refusals.h"
 
 namespace pci {
 namespace {
@@ -24,14 +24,13 @@ files::OpenFile openWindow(const PciDevice& device, const MemoryWindow& window) 
 void tryMapping(const files::OpenFile& file) {
     void* const page = ::mmap(nullptr, pageBytes(), PROT_READ | PROT_WRITE, MAP_SHARED, file.descriptor(), 0);
     if (page == MAP_FAILED) {
-        throw files::UserError(errno == EPERM ? refusals::kLockedDown : refusals::kNotMapped);
+        throw files::UserError(refusals::mapping(errno));
     }
     ::munmap(page, pageBytes());
 }
 
 void refuseSimulatedBesideReal(std::vector<FoundCard>& cards) {
-    const bool hasReal =
-        std::any_of(cards.begin(), cards.end(), [](const FoundCard& card) { return !card.isSimulated; });
+    const bool hasReal = !std::ranges::all_of(cards, &FoundCard::isSimulated);
     for (FoundCard& card : cards) {
         if (hasReal && card.isSimulated) {
             card.refusal = refusals::kSimulatedBesideReal;
@@ -53,7 +52,7 @@ std::string Cards::refusal(const PciDevice& device, const CardRule& rule) const 
         return refusals::kLockedDown;
     }
     if (const auto driver = device.driver()) {
-        return "The driver \"" + *driver + "\" uses the card. Unload that driver, then try again.";
+        return refusals::driver(*driver);
     }
     const auto resources = device.resources();
     if (!resources) {
@@ -124,7 +123,7 @@ bool Cards::isHeld(const std::string& address) const {
 void Cards::claim(const std::string& client) {
     failures_.clear();
     for (const FoundCard& card : list(client)) {
-        if (!card.refusal.empty() || isHeld(card.address)) {
+        if (!card.isUsable() || isHeld(card.address)) {
             continue;
         }
         auto device = bus_.device(card.address);

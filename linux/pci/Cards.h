@@ -16,24 +16,10 @@
 #include "linux/pci/CardRules.h"
 #include "linux/pci/PciBus.h"
 #include "linux/pci/ReadyDevice.h"
+#include "linux/pci/base/FoundCard.h"
+#include "linux/pci/base/MemoryRange.h"
 
 namespace pci {
-
-// All texts are printable ASCII.
-struct FoundCard {
-    std::string address;   // on the bus, such as 0000:05:01.0
-    std::string name;      // from the rules
-    std::string location;  // such as "PCI slot 3"; else the address
-    bool isSimulated = false;
-    std::string refusal;  // why it cannot be used, and what to do; empty if it can
-};
-
-// One of a card's memory ranges: an open file whose pages, mapped from offset 0, hold it.
-struct OpenedRange {
-    files::OpenFile file;
-    uint32_t offsetInPage;  // where the range begins, less than a page
-    uint32_t bytes;         // at least 0x200
-};
 
 class Cards {
   public:

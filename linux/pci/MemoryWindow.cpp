@@ -2,13 +2,10 @@
 
 #include <bit>
 
-#include "linux/pci/Refusals.h"
+#include "linux/pci/base/Refusals.h"
 
 namespace pci {
 namespace {
-
-// A card's registers.
-constexpr uint64_t kFewestBytes = 0x200;
 
 std::optional<std::size_t> barOf(const CardRule& rule, const Resources& resources, uint32_t memoryRange) {
     if (memoryRange >= kMemoryRanges) {
@@ -36,7 +33,7 @@ bool isAligned(const Resource& resource) {
 
 std::optional<MemoryWindow> windowOf(const CardRule& rule, const Resources& resources, uint32_t memoryRange) {
     const auto bar = barOf(rule, resources, memoryRange);
-    if (!bar || resources[*bar].bytes() < kFewestBytes) {
+    if (!bar || resources[*bar].bytes() < kRegisterBytes) {
         return std::nullopt;
     }
     return MemoryWindow{.bar = *bar, .resource = resources[*bar]};
@@ -53,8 +50,7 @@ std::string refusalOf(const MemoryWindow& window, const PciBus& bus, const std::
     if (neighbour->empty()) {
         return refusals::kUnknownNeighbours;
     }
-    return "The card's registers are in the same page of memory as those of the device " + *neighbour +
-           ". Put the card into another slot, or take the other device out.";
+    return refusals::neighbour(*neighbour);
 }
 
 }  // namespace pci

@@ -1,12 +1,11 @@
 #include "linux/pci/PciBus.h"
 
-#include <unistd.h>
-
 #include <algorithm>
 #include <utility>
 
 #include "files/FileError.h"
 #include "files/Folder.h"
+#include "linux/pci/base/MemoryRange.h"
 
 namespace pci {
 namespace {
@@ -40,11 +39,6 @@ bool hasMemoryInPagesOf(const Resource& range, const Resources& resources) {
 }
 
 }  // namespace
-
-std::size_t pageBytes() {
-    static const auto bytes = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
-    return bytes;
-}
 
 std::vector<std::string> PciBus::addresses() const {
     std::vector<std::string> addresses = namesIn(devicesFolder(sys_));

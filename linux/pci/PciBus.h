@@ -38,7 +38,4 @@ class PciBus {
     std::filesystem::path sys_;
 };
 
-// Of this computer's memory.
-std::size_t pageBytes();
-
 }  // namespace pci

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "linux/pci/Refusals.h"
+#include "linux/pci/base/Refusals.h"
 
 namespace pci {
 namespace {

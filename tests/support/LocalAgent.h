@@ -2,8 +2,6 @@
 
 // The agent's part of handing out this computer's cards, in this process.
 
-#include <unistd.h>
-
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -17,21 +15,14 @@ class LocalAgent : public CardAgent {
   public:
     LocalAgent(const std::filesystem::path& sys, pci::CardRules rules) : cards_(sys, std::move(rules)) {}
 
-    std::optional<std::vector<Card>> cards() override {
-        std::vector<Card> list;
-        for (const pci::FoundCard& card : cards_.list("test")) {
-            list.push_back({card.address, card.name, card.location, card.isSimulated, card.refusal});
-        }
-        return list;
-    }
+    std::optional<std::vector<pci::FoundCard>> cards() override { return cards_.list("test"); }
     Host::RightAnswer claim(bool /*mayAsk*/) override {
         cards_.claim("test");
         return Host::RightAnswer::granted;
     }
     void letGo() override { cards_.release("test"); }
-    std::optional<Range> openRange(const std::string& address, uint32_t memoryType) override {
-        const pci::OpenedRange range = cards_.openRange("test", address, memoryType);
-        return Range{::dup(range.file.descriptor()), range.offsetInPage, range.bytes};
+    std::optional<pci::OpenedRange> openRange(const std::string& address, uint32_t memoryRange) override {
+        return cards_.openRange("test", address, memoryRange);
     }
     void beginWrite() override {}
     void endWrite() override {}

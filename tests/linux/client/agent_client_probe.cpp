@@ -3,7 +3,6 @@
 // after a second.
 
 #include <sys/mman.h>
-#include <unistd.h>
 
 #include <chrono>
 #include <csignal>
@@ -21,7 +20,7 @@ void showCards(AgentClient& client) {
         std::cout << "nobody answers\n";
         return;
     }
-    for (const CardAgent::Card& card : *cards) {
+    for (const pci::FoundCard& card : *cards) {
         std::cout << card.address << '|' << card.name << '|' << card.location << '|' << card.isSimulated
                   << '|' << card.refusal << '\n';
     }
@@ -40,8 +39,7 @@ void open(AgentClient& client) {
         return;
     }
     auto* const base = static_cast<const char*>(
-        mmap(nullptr, 4096, PROT_READ | PROT_WRITE, MAP_SHARED, opened->descriptor, 0));
-    close(opened->descriptor);
+        mmap(nullptr, 4096, PROT_READ | PROT_WRITE, MAP_SHARED, opened->file.descriptor(), 0));
     std::cout << opened->bytes << ' ' << std::string(base + opened->offsetInPage, 4) << '\n';
 }
 

@@ -17,7 +17,7 @@
 class FakeAgent : public CardAgent {
   public:
     // Nothing if the agent is not there.
-    std::optional<std::vector<Card>> list = std::vector<Card>();
+    std::optional<std::vector<pci::FoundCard>> list = std::vector<pci::FoundCard>();
     Host::RightAnswer answer = Host::RightAnswer::granted;
     Host::RightAnswer answerWithoutAsking = Host::RightAnswer::denied;
     bool powersOff = true;
@@ -33,29 +33,29 @@ class FakeAgent : public CardAgent {
         list->push_back({std::move(address), std::move(name), "PCI slot 1", false, std::move(refusal)});
     }
     // The file that holds a card's range.
-    std::filesystem::path file(const std::string& address, uint32_t memoryType) const {
-        return folder_.path() / (address + '.' + std::to_string(memoryType));
+    std::filesystem::path file(const std::string& address, uint32_t memoryRange) const {
+        return folder_.path() / (address + '.' + std::to_string(memoryRange));
     }
 
-    std::optional<std::vector<Card>> cards() override { return list; }
+    std::optional<std::vector<pci::FoundCard>> cards() override { return list; }
     Host::RightAnswer claim(bool mayAsk) override {
         calls.emplace_back(mayAsk ? "claim, asking" : "claim");
         return mayAsk ? answer : answerWithoutAsking;
     }
     void letGo() override { calls.emplace_back("let go"); }
-    std::optional<Range> openRange(const std::string& address, uint32_t memoryType) override {
-        if (memoryType > 1) {
+    std::optional<pci::OpenedRange> openRange(const std::string& address, uint32_t memoryRange) override {
+        if (memoryRange > 1) {
             return std::nullopt;
         }
-        const auto path = file(address, memoryType);
+        const auto path = file(address, memoryRange);
         std::ofstream(path, std::ios::app).close();
         std::filesystem::resize_file(path, 0x10000);
         if (isSealed) {
             const int memory = ::memfd_create("range", MFD_ALLOW_SEALING);
             ::fcntl(memory, F_ADD_SEALS, F_SEAL_WRITE);
-            return Range{memory, offsetInPage, bytes};
+            return pci::OpenedRange{files::OpenFile(memory, path), offsetInPage, bytes};
         }
-        return Range{::open(path.c_str(), access | O_CLOEXEC), offsetInPage, bytes};
+        return pci::OpenedRange{files::OpenFile(AT_FDCWD, path, access, path), offsetInPage, bytes};
     }
     void beginWrite() override { calls.emplace_back("begin"); }
     void endWrite() override { calls.emplace_back("end"); }

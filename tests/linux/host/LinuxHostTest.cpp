@@ -126,15 +126,17 @@ TEST_F(LinuxHostTest, MapsWholePagesAndRefusesWhatItCannotMap) {
     const std::string card = "VornMX-B (PCI slot 1): ";
     const auto refuse = [&, connection = open()] { EXPECT_FALSE(host_.mapMemory(connection, 0)); };
     agent_.bytes = 0x1FF;
-    EXPECT_EQ(saidBy(refuse), card + "Its memory range has 511 bytes; its registers need 512.\n");
+    EXPECT_EQ(saidBy(refuse), card +
+                                  "The card's memory range is missing or smaller than 512 bytes. Check the "
+                                  "line that names the card in the configuration.\n");
     agent_.bytes = 0x200;
     agent_.access = O_RDONLY;
-    EXPECT_EQ(saidBy(refuse), card + "Its registers cannot be reached: Permission denied.\n");
+    EXPECT_EQ(saidBy(refuse), card + "The card's registers cannot be reached: Permission denied.\n");
     agent_.isSealed = true;
     EXPECT_EQ(saidBy(refuse), card +
-                                  "The kernel does not let programs reach its registers, probably because of "
-                                  "Secure Boot. Switch Secure Boot off in the computer's firmware "
-                                  "settings.\n");
+                                  "The kernel is locked down, so programs cannot reach the card's registers. "
+                                  "Switch Secure Boot off in the computer's firmware settings until the card "
+                                  "has been updated.\n");
 }
 
 TEST_F(LinuxHostTest, DescribesCardsInTextsThatFit) {

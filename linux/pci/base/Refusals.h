@@ -1,14 +1,14 @@
 #pragma once
 
-// Why a card cannot be used, and what a person can do about it.
+// Why a card cannot be used, and what a person can do about it: all that the agent and its clients say of it.
+
+#include <string>
 
 namespace pci::refusals {
 
 constexpr char kLockedDown[] =
     "The kernel is locked down, so programs cannot reach the card's registers. Switch Secure Boot off in "
     "the computer's firmware settings until the card has been updated.";
-constexpr char kNotMapped[] =
-    "The kernel keeps the card's registers for itself. Unload the driver that uses them, then try again.";
 constexpr char kNoWindow[] =
     "The card's memory range is missing or smaller than 512 bytes. Check the line that names the card in "
     "the configuration.";
@@ -21,12 +21,27 @@ constexpr char kBusMastering[] =
     "The card's bus mastering cannot be switched off. Switch the computer off and on, then try again.";
 constexpr char kMemoryDecoding[] =
     "The card's memory decoding cannot be switched on. Switch the computer off and on, then try again.";
-constexpr char kInUse[] = "Another program is using the card. Quit that program, then try again.";
+constexpr char kGone[] =
+    "The card could not be read. Check that it is still in the computer, then try again.";
 constexpr char kSimulatedBesideReal[] =
     "This card is simulated, but the computer also has a real one. Remove the line for one of them from "
     "the configuration.";
+
+// To one client about a card that others may be able to use.
+constexpr char kInUse[] = "Another program is using the card. Quit that program, then try again.";
+constexpr char kStillInUse[] =
+    "A program that was given the cards earlier is still using one. Quit it, then try again.";
 constexpr char kNotClaimed[] = "The card was not claimed. Quit the program, then start it again.";
-constexpr char kGone[] =
-    "The card could not be read. Check that it is still in the computer, then try again.";
+constexpr char kAppearedLater[] =
+    "The card was not there when the program started. Quit the program, then start it again.";
+
+// A driver has the card.
+std::string driver(const std::string& name);
+// Another device, at this address, has registers in a page of the card's.
+std::string neighbour(const std::string& address);
+// mmap(2) of the card's registers failed with this error.
+std::string mapping(int error);
+// There is no card at all; the folder is the one whose files name them.
+std::string noCard(const std::string& folder);
 
 }  // namespace pci::refusals

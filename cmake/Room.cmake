@@ -32,13 +32,17 @@ function(add_program name)
     set_project_warnings(${name})
 endfunction()
 
-# The tests of one room: every .cpp in the current folder, one executable named <room>_tests. With OWN_MAIN one of the
-# files has the main function.
+# The tests of one room: every .cpp in the current folder, and in the FOLDERS below it, one executable named <room>_tests.
+# With OWN_MAIN one of the files has the main function.
 #
 #   add_room_tests(card LINKS card)
 function(add_room_tests room)
-    cmake_parse_arguments(ROOM "OWN_MAIN" "" "LINKS" ${ARGN})
-    file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+    cmake_parse_arguments(ROOM "OWN_MAIN" "" "FOLDERS;LINKS" ${ARGN})
+    set(sources)
+    foreach(folder . ${ROOM_FOLDERS})
+        file(GLOB in_folder CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.cpp)
+        list(APPEND sources ${in_folder})
+    endforeach()
     add_executable(${room}_tests ${sources})
     target_include_directories(${room}_tests PRIVATE ${PROJECT_SOURCE_DIR})
     target_link_libraries(${room}_tests PRIVATE ${ROOM_LINKS} GTest::gtest)

@@ -8,7 +8,6 @@
 
 #include "files/UserError.h"
 #include "linux/agent/Journal.h"
-#include "linux/bus/AgentNames.h"
 
 namespace {
 
@@ -24,20 +23,6 @@ constexpr std::chrono::microseconds kTakeBackInterval = 1s;
 constexpr char kNameLostMatch[] =
     "type='signal',sender='org.freedesktop.DBus',path='/org/freedesktop/DBus',"
     "interface='org.freedesktop.DBus',member='NameOwnerChanged',arg2=''";
-
-const char* textOf(Question::Answer answer) {
-    switch (answer) {
-        case Question::Answer::granted:
-            return "granted";
-        case Question::Answer::dismissed:
-            return "dismissed";
-        case Question::Answer::refused:
-            return "refused";
-        case Question::Answer::nobodyToAsk:
-            break;
-    }
-    return "nobody to ask";
-}
 
 void require(int result, const char* what) {
     if (result < 0) {
@@ -60,7 +45,7 @@ uid_t userOf(sd_bus_message* call) {
 
 }  // namespace
 
-template <Agent::Method method>
+template <Agent::Member method>
 int Agent::handle(sd_bus_message* call, void* agent, sd_bus_error* error) {
     auto* const self = static_cast<Agent*>(agent);
     try {
@@ -72,15 +57,20 @@ int Agent::handle(sd_bus_message* call, void* agent, sd_bus_error* error) {
     }
 }
 
-const sd_bus_vtable Agent::kMethods[] = {
-    SD_BUS_VTABLE_START(0),
-    SD_BUS_METHOD("Cards", "", "a(sssbs)", handle<&Agent::cards>, SD_BUS_VTABLE_UNPRIVILEGED),
-    SD_BUS_METHOD("Claim", "b", "s", handle<&Agent::claim>, SD_BUS_VTABLE_UNPRIVILEGED),
-    SD_BUS_METHOD("OpenRange", "su", "hut", handle<&Agent::openRange>, SD_BUS_VTABLE_UNPRIVILEGED),
-    SD_BUS_METHOD("BeginWrite", "", "h", handle<&Agent::beginWrite>, SD_BUS_VTABLE_UNPRIVILEGED),
-    SD_BUS_METHOD("EndWrite", "", "", handle<&Agent::endWrite>, SD_BUS_VTABLE_UNPRIVILEGED),
-    SD_BUS_METHOD("LetGo", "", "", handle<&Agent::letGo>, SD_BUS_VTABLE_UNPRIVILEGED),
-    SD_BUS_VTABLE_END};
+template <Agent::Member method>
+constexpr sd_bus_vtable Agent::entry(const bus::Method& known) {
+    return SD_BUS_METHOD(known.name, known.arguments, known.answer, handle<method>,
+                         SD_BUS_VTABLE_UNPRIVILEGED);
+}
+
+const sd_bus_vtable Agent::kMethods[] = {SD_BUS_VTABLE_START(0),
+                                         entry<&Agent::cards>(bus::kCards),
+                                         entry<&Agent::claim>(bus::kClaim),
+                                         entry<&Agent::letGo>(bus::kLetGo),
+                                         entry<&Agent::openRange>(bus::kOpenRange),
+                                         entry<&Agent::beginWrite>(bus::kBeginWrite),
+                                         entry<&Agent::endWrite>(bus::kEndWrite),
+                                         SD_BUS_VTABLE_END};
 
 Agent::Agent(sd_event* loop, sd_bus* connection, CardKeeper& keeper, std::chrono::seconds idleTime)
     : loop_(loop), connection_(connection), keeper_(keeper), idleTime_(idleTime) {}
@@ -92,7 +82,7 @@ Agent::~Agent() {
 void Agent::start() {
     sd_bus_slot* slot = nullptr;
     require(
-        sd_bus_add_object_vtable(connection_, &slot, agent::kObjectPath, agent::kInterface, kMethods, this),
+        sd_bus_add_object_vtable(connection_, &slot, bus::kAgent.path, bus::kAgent.interface, kMethods, this),
         "The agent's methods could not be registered");
     object_.reset(slot);
     require(sd_bus_add_match(connection_, &slot, kNameLostMatch, onNameLost, this),
@@ -101,7 +91,7 @@ void Agent::start() {
     require(sd_event_add_time_relative(loop_, &timer_, CLOCK_MONOTONIC, 0, 0, onTimer, this),
             "No timer could be created");
     setTimer();
-    require(sd_bus_request_name(connection_, agent::kBusName, 0),
+    require(sd_bus_request_name(connection_, bus::kAgent.owner, 0),
             "The agent could not take its name on the bus. Only one agent can have it, and only as root");
 }
 
@@ -109,9 +99,9 @@ void Agent::cards(sd_bus_message* call) {
     sd_bus_message* created = nullptr;
     require(sd_bus_message_new_method_return(call, &created), "The answer could not be sent");
     const bus::Message answer(created);
-    sd_bus_message_open_container(created, SD_BUS_TYPE_ARRAY, "(sssbs)");
+    sd_bus_message_open_container(created, SD_BUS_TYPE_ARRAY, bus::kCardTypes);
     for (const pci::FoundCard& card : keeper_.list(sd_bus_message_get_sender(call))) {
-        sd_bus_message_append(created, "(sssbs)", card.address.c_str(), card.name.c_str(),
+        sd_bus_message_append(created, bus::kCardTypes, card.address.c_str(), card.name.c_str(),
                               card.location.c_str(), static_cast<int>(card.isSimulated),
                               card.refusal.c_str());
     }
@@ -125,12 +115,12 @@ void Agent::claim(sd_bus_message* call) {
         return;
     }
     int mayAsk = 0;
-    require(sd_bus_message_read(call, "b", &mayAsk), "The arguments cannot be read");
+    require(sd_bus_message_read(call, bus::kClaim.arguments, &mayAsk), "The arguments cannot be read");
     const std::string client = sd_bus_message_get_sender(call);
     const auto cards = keeper_.list(client);
     const bool isSomethingToGuard = std::ranges::any_of(cards, &pci::FoundCard::isUsable);
     if (keeper_.hasCards(client) || !isSomethingToGuard) {
-        require(sd_bus_reply_method_return(call, "s", textOf(Question::Answer::granted)),
+        require(sd_bus_reply_method_return(call, bus::kClaim.answer, bus::textOf(bus::ClaimAnswer::granted)),
                 "The answer could not be sent");
         return;
     }
@@ -155,7 +145,7 @@ void Agent::ask(sd_bus_message* call, bool mayAsk) {
     clients_.emplace(client, Client{.user = user, .question = std::move(question), .lock = nullptr});
 }
 
-void Agent::answerClaim(sd_bus_message* call, std::optional<Question::Answer> answer,
+void Agent::answerClaim(sd_bus_message* call, std::optional<bus::ClaimAnswer> answer,
                         const std::string& reason) {
     const std::string client = sd_bus_message_get_sender(call);
     const std::string who = client + ", user " + std::to_string(clients_.at(client).user);
@@ -163,9 +153,9 @@ void Agent::answerClaim(sd_bus_message* call, std::optional<Question::Answer> an
     if (!answer) {
         journal(who + ": polkit does not answer: " + reason);
         sd_bus_reply_method_errorf(call, SD_BUS_ERROR_FAILED, "polkit does not answer: %s", reason.c_str());
-    } else if (*answer != Question::Answer::granted) {
-        journal(who + ": The cards may not be used: " + textOf(*answer) + ".");
-        sd_bus_reply_method_return(call, "s", textOf(*answer));
+    } else if (*answer != bus::ClaimAnswer::granted) {
+        journal(who + ": The cards may not be used: " + bus::textOf(*answer) + ".");
+        sd_bus_reply_method_return(call, bus::kClaim.answer, bus::textOf(*answer));
     } else {
         try {
             std::string addresses;
@@ -173,7 +163,7 @@ void Agent::answerClaim(sd_bus_message* call, std::optional<Question::Answer> an
                 addresses += ' ' + address;
             }
             journal(who + ": May use the cards at" + addresses + ".");
-            sd_bus_reply_method_return(call, "s", textOf(*answer));
+            sd_bus_reply_method_return(call, bus::kClaim.answer, bus::textOf(*answer));
         } catch (const files::UserError& error) {
             journal(who + ": " + error.what());
             sd_bus_reply_method_errorf(call, SD_BUS_ERROR_FAILED, "%s", error.what());
@@ -188,10 +178,11 @@ void Agent::answerClaim(sd_bus_message* call, std::optional<Question::Answer> an
 void Agent::openRange(sd_bus_message* call) {
     const char* address = nullptr;
     uint32_t range = 0;
-    require(sd_bus_message_read(call, "su", &address, &range), "The arguments cannot be read");
+    require(sd_bus_message_read(call, bus::kOpenRange.arguments, &address, &range),
+            "The arguments cannot be read");
     const pci::OpenedRange opened = keeper_.openRange(sd_bus_message_get_sender(call), address, range);
-    require(sd_bus_reply_method_return(call, "hut", opened.file.descriptor(), opened.offsetInPage,
-                                       static_cast<uint64_t>(opened.bytes)),
+    require(sd_bus_reply_method_return(call, bus::kOpenRange.answer, opened.file.descriptor(),
+                                       opened.offsetInPage, static_cast<uint64_t>(opened.bytes)),
             "The answer could not be sent");
 }
 
@@ -262,7 +253,7 @@ void Agent::exitWhenIdle() {
     const auto onReleased = [](sd_bus_message*, void* agent, sd_bus_error*) {
         return sd_event_exit(static_cast<Agent*>(agent)->loop_, 0);
     };
-    if (sd_bus_release_name_async(connection_, nullptr, agent::kBusName, onReleased, this) < 0) {
+    if (sd_bus_release_name_async(connection_, nullptr, bus::kAgent.owner, onReleased, this) < 0) {
         sd_event_exit(loop_, 0);
     }
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-// The agent on the system bus (linux/bus/AgentNames.h): answers its clients, and undoes what it did for a
+// The agent on the system bus (linux/bus/AgentInterface.h): answers its clients, and undoes what it did for a
 // client that has gone.
 
 #include <systemd/sd-bus.h>
@@ -14,6 +14,7 @@
 #include "linux/agent/CardKeeper.h"
 #include "linux/agent/Question.h"
 #include "linux/agent/WriteLock.h"
+#include "linux/bus/AgentInterface.h"
 #include "linux/bus/Bus.h"
 
 class Agent {
@@ -34,11 +35,13 @@ class Agent {
         std::unique_ptr<Question> question;  // while it is open
         std::unique_ptr<WriteLock> lock;     // while a write is on
     };
-    using Method = void (Agent::*)(sd_bus_message*);
+    using Member = void (Agent::*)(sd_bus_message*);
 
     static const sd_bus_vtable kMethods[];
-    template <Method method>
+    template <Member method>
     static int handle(sd_bus_message* call, void* agent, sd_bus_error* error);
+    template <Member method>
+    static constexpr sd_bus_vtable entry(const bus::Method& known);
     static int onNameLost(sd_bus_message* signal, void* agent, sd_bus_error* error);
     static int onTimer(sd_event_source* timer, uint64_t time, void* agent);
 
@@ -50,7 +53,7 @@ class Agent {
     void letGo(sd_bus_message* call);
 
     void ask(sd_bus_message* call, bool mayAsk);
-    void answerClaim(sd_bus_message* call, std::optional<Question::Answer> answer, const std::string& reason);
+    void answerClaim(sd_bus_message* call, std::optional<bus::ClaimAnswer> answer, const std::string& reason);
     void forget(const std::string& client);
     // Takes back what it can, and sets when to try again, or to exit because nobody needs the agent.
     void setTimer();

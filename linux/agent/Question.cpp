@@ -5,12 +5,13 @@
 #include <utility>
 
 #include "files/UserError.h"
-#include "linux/bus/AgentNames.h"
 
 namespace {
 
 constexpr bus::Object kPolkit{"org.freedesktop.PolicyKit1", "/org/freedesktop/PolicyKit1/Authority",
                               "org.freedesktop.PolicyKit1.Authority"};
+// What the administrator permits; its description in share/agent/ has the same name.
+constexpr char kAction[] = "com.vornlabs.vupdater.use-cards";
 constexpr uint32_t kAllowUserInteraction = 1;
 
 // Whether the details of an answer, pairs of texts, say that the user closed the dialog.
@@ -25,7 +26,7 @@ bool isDismissed(sd_bus_message* answer) {
     return isDismissed;
 }
 
-std::optional<Question::Answer> answerIn(sd_bus_message* message) {
+std::optional<bus::ClaimAnswer> answerIn(sd_bus_message* message) {
     int isAuthorized = 0;
     int isChallenge = 0;
     if (sd_bus_message_enter_container(message, SD_BUS_TYPE_STRUCT, "bba{ss}") < 0 ||
@@ -33,12 +34,12 @@ std::optional<Question::Answer> answerIn(sd_bus_message* message) {
         return std::nullopt;
     }
     if (isAuthorized != 0) {
-        return Question::Answer::granted;
+        return bus::ClaimAnswer::granted;
     }
     if (isDismissed(message)) {
-        return Question::Answer::dismissed;
+        return bus::ClaimAnswer::dismissed;
     }
-    return isChallenge != 0 ? Question::Answer::nobodyToAsk : Question::Answer::refused;
+    return isChallenge != 0 ? bus::ClaimAnswer::nobodyToAsk : bus::ClaimAnswer::refused;
 }
 
 std::string nextId() {
@@ -52,7 +53,7 @@ Question::Question(sd_bus* connection, const std::string& client, bool mayAsk, D
     : connection_(connection), id_(nextId()), done_(std::move(done)) {
     const bus::Message call = bus::newCall(connection, kPolkit, "CheckAuthorization");
     sd_bus_message_append(call.get(), "(sa{sv})", "system-bus-name", 1, "name", "s", client.c_str());
-    sd_bus_message_append(call.get(), "sa{ss}us", agent::kAction, 0, mayAsk ? kAllowUserInteraction : 0,
+    sd_bus_message_append(call.get(), "sa{ss}us", kAction, 0, mayAsk ? kAllowUserInteraction : 0,
                           id_.c_str());
     sd_bus_slot* slot = nullptr;
     const int result = sd_bus_call_async(connection, &slot, call.get(), onAnswer, this, UINT64_MAX);
@@ -75,7 +76,7 @@ int Question::onAnswer(sd_bus_message* answer, void* question, sd_bus_error* /*e
     auto* const self = static_cast<Question*>(question);
     const bus::Slot answered = std::move(self->pending_);
     const Done done = std::move(self->done_);
-    const std::optional<Answer> given =
+    const std::optional<bus::ClaimAnswer> given =
         sd_bus_message_is_method_error(answer, nullptr) != 0 ? std::nullopt : answerIn(answer);
     const sd_bus_error* const error = sd_bus_message_get_error(answer);
     done(given, error != nullptr && error->message != nullptr ? error->message

@@ -8,17 +8,15 @@
 #include <optional>
 #include <string>
 
+#include "linux/bus/AgentInterface.h"
 #include "linux/bus/Bus.h"
 
 class Question {
   public:
-    // What the client is told.
-    enum class Answer { granted, dismissed, refused, nobodyToAsk };
-
     // Asks, without a time limit, whether the client with this name on the bus may use the cards. With mayAsk
     // the user may be asked for a password. `done` is called once, with the answer, or with nothing and the
     // reason why there is none; it may destroy the question.
-    using Done = std::function<void(std::optional<Answer> answer, const std::string& reason)>;
+    using Done = std::function<void(std::optional<bus::ClaimAnswer> answer, const std::string& reason)>;
     Question(sd_bus* connection, const std::string& client, bool mayAsk, Done done);
     Question(const Question&) = delete;
     Question& operator=(const Question&) = delete;

@@ -4,6 +4,7 @@
 
 #include "files/UserError.h"
 #include "linux/agent/Journal.h"
+#include "linux/bus/AgentInterface.h"
 #include "linux/bus/PowerLock.h"
 
 namespace {
@@ -44,5 +45,5 @@ int WriteLock::onAnswer(sd_bus_message* answer, void* lock, sd_bus_error* /*erro
     }
     self->lock_ = bus::Descriptor::duplicate(theMessages);
     journal(client + ": The computer stays on during the write.");
-    return sd_bus_reply_method_return(call.get(), "h", self->lock_.number());
+    return sd_bus_reply_method_return(call.get(), bus::kBeginWrite.answer, self->lock_.number());
 }

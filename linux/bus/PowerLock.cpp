@@ -1,7 +1,5 @@
 #include "linux/bus/PowerLock.h"
 
-#include "linux/bus/AgentNames.h"
-
 namespace bus {
 
 namespace {
@@ -13,7 +11,7 @@ constexpr char kWhat[] =
 
 Message newLockCall(sd_bus* connection) {
     Message call = newCall(connection, kLogind, "Inhibit");
-    sd_bus_message_append(call.get(), "ssss", kWhat, agent::kLockOwner, kLockReason, "block");
+    sd_bus_message_append(call.get(), "ssss", kWhat, kLockOwner, kLockReason, "block");
     return call;
 }
 

@@ -10,7 +10,8 @@ namespace bus {
 // logind's answer to the call once the computer is on its way to sleep or off, so that no lock can stop it.
 constexpr char kIsGoingDown[] = "org.freedesktop.login1.OperationInProgress";
 
-// What a person is told about it.
+// Who holds the lock and why, as logind and the desktop tell a person.
+constexpr char kLockOwner[] = "VUpdater";
 constexpr char kLockReason[] = "Firmware is being written into a card";
 
 // The call for the lock; null if there is no connection.

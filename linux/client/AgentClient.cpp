@@ -4,19 +4,16 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
-#include <cstring>
 #include <exception>
 #include <thread>
 
-#include "linux/bus/AgentNames.h"
+#include "linux/bus/AgentInterface.h"
 #include "linux/bus/PowerLock.h"
 #include "linux/client/PowerOff.h"
 
 namespace {
 
 using namespace std::chrono_literals;
-
-constexpr bus::Object kAgent{agent::kBusName, agent::kObjectPath, agent::kInterface};
 
 // A bus or an agent that hangs must not hold a write.
 constexpr std::chrono::microseconds kLimit = 5s;
@@ -40,25 +37,32 @@ std::string whyTheAgentFails(const bus::Error& error, int result) {
            ". To see its messages, run: journalctl --unit vupdater-agent";
 }
 
-struct ClaimAnswer {
-    const char* name;
+// What an answer to a claim means for the updater and, unless the claim was granted, for its user.
+struct Meaning {
     Host::RightAnswer right;
     const char* explanation;
 };
 
-constexpr ClaimAnswer kClaimAnswers[] = {
-    {"granted", Host::RightAnswer::granted, nullptr},
-    {"dismissed", Host::RightAnswer::cancelled,
-     "The cards cannot be used because no password was entered. To be asked again, start VUpdater "
-     "again."},
-    {"refused", Host::RightAnswer::denied,
-     "The cards cannot be used because permission was refused. Start VUpdater again and enter an "
-     "administrator's password, or ask somebody who has one."},
-    {"nobody to ask", Host::RightAnswer::denied,
-     "The cards cannot be used because nobody could be asked for an administrator's password. Log in to a "
-     "desktop at the computer itself. If you have done so, that desktop's polkit authentication agent is "
-     "missing or not running."},
-};
+Meaning meaningOf(bus::ClaimAnswer answer) {
+    switch (answer) {
+        case bus::ClaimAnswer::granted:
+            return {Host::RightAnswer::granted, nullptr};
+        case bus::ClaimAnswer::dismissed:
+            return {Host::RightAnswer::cancelled,
+                    "The cards cannot be used because no password was entered. To be asked again, start "
+                    "VUpdater again."};
+        case bus::ClaimAnswer::refused:
+            return {Host::RightAnswer::denied,
+                    "The cards cannot be used because permission was refused. Start VUpdater again and enter "
+                    "an administrator's password, or ask somebody who has one."};
+        case bus::ClaimAnswer::nobodyToAsk:
+            break;
+    }
+    return {Host::RightAnswer::denied,
+            "The cards cannot be used because nobody could be asked for an administrator's password. Log in "
+            "to a desktop at the computer itself. If you have done so, that desktop's polkit authentication "
+            "agent is missing or not running."};
+}
 
 }  // namespace
 
@@ -69,8 +73,8 @@ sd_bus* AgentClient::connection(int& result) {
     return connection_.get();
 }
 
-bus::Message AgentClient::newCall(const char* member, Answer& answer) {
-    return bus::newCall(connection(answer.result), kAgent, member);
+bus::Message AgentClient::newCall(const bus::Method& method, Answer& answer) {
+    return bus::newCall(connection(answer.result), bus::kAgent, method.name);
 }
 
 void AgentClient::makeCall(const bus::Message& call, std::chrono::microseconds limit, Answer& answer,
@@ -82,9 +86,9 @@ void AgentClient::makeCall(const bus::Message& call, std::chrono::microseconds l
 
 std::optional<std::vector<pci::FoundCard>> AgentClient::cards() {
     Answer answer;
-    makeCall(newCall("Cards", answer), kStartLimit, answer);
+    makeCall(newCall(bus::kCards, answer), kStartLimit, answer);
     sd_bus_message* const list = answer.message.get();
-    if (sd_bus_message_enter_container(list, SD_BUS_TYPE_ARRAY, "(sssbs)") < 0) {
+    if (sd_bus_message_enter_container(list, SD_BUS_TYPE_ARRAY, bus::kCardTypes) < 0) {
         return std::nullopt;
     }
     std::vector<pci::FoundCard> cards;
@@ -93,15 +97,16 @@ std::optional<std::vector<pci::FoundCard>> AgentClient::cards() {
     const char* location = nullptr;
     const char* refusal = nullptr;
     int isSimulated = 0;
-    while (sd_bus_message_read(list, "(sssbs)", &address, &name, &location, &isSimulated, &refusal) > 0) {
+    while (sd_bus_message_read(list, bus::kCardTypes, &address, &name, &location, &isSimulated, &refusal) >
+           0) {
         cards.push_back({address, name, location, isSimulated != 0, refusal});
     }
     return cards;
 }
 
 void AgentClient::askForClaim(bool mayAsk, Answer& answer) {
-    const bus::Message call = newCall("Claim", answer);
-    sd_bus_message_append(call.get(), "b", static_cast<int>(mayAsk));
+    const bus::Message call = newCall(bus::kClaim, answer);
+    sd_bus_message_append(call.get(), bus::kClaim.arguments, static_cast<int>(mayAsk));
     makeCall(call, mayAsk ? bus::kNoLimit : kStartLimit, answer, mayWait_);
 }
 
@@ -115,15 +120,14 @@ Host::RightAnswer AgentClient::claim(bool mayAsk) {
     if (answer.result == -ECANCELED) {
         return Host::RightAnswer::cancelled;
     }
-    const char* name = nullptr;
-    sd_bus_message_read(answer.message.get(), "s", &name);
-    for (const ClaimAnswer& known : kClaimAnswers) {
-        if (name != nullptr && std::strcmp(name, known.name) == 0) {
-            if (mayAsk && known.explanation != nullptr) {
-                say(known.explanation);
-            }
-            return known.right;
+    const char* text = "";
+    sd_bus_message_read(answer.message.get(), bus::kClaim.answer, &text);
+    if (const auto known = bus::claimAnswerOf(text)) {
+        const Meaning meaning = meaningOf(*known);
+        if (mayAsk && meaning.explanation != nullptr) {
+            say(meaning.explanation);
         }
+        return meaning.right;
     }
     if (mayAsk) {
         say(!connection_ ? "The system bus cannot be reached (" + answer.error.reason(answer.result) +
@@ -137,21 +141,21 @@ Host::RightAnswer AgentClient::claim(bool mayAsk) {
 
 void AgentClient::letGo() {
     Answer answer;
-    const bus::Message call = newCall("LetGo", answer);
+    const bus::Message call = newCall(bus::kLetGo, answer);
     sd_bus_message_set_auto_start(call.get(), 0);
     makeCall(call, kLimit, answer);
 }
 
 std::optional<pci::OpenedRange> AgentClient::openRange(const std::string& address, uint32_t memoryRange) {
     Answer answer;
-    const bus::Message call = newCall("OpenRange", answer);
+    const bus::Message call = newCall(bus::kOpenRange, answer);
     sd_bus_message_set_auto_start(call.get(), 0);
-    sd_bus_message_append(call.get(), "su", address.c_str(), memoryRange);
+    sd_bus_message_append(call.get(), bus::kOpenRange.arguments, address.c_str(), memoryRange);
     makeCall(call, kLimit, answer);
     int theMessages = -1;
     uint32_t offsetInPage = 0;
     uint64_t bytes = 0;
-    sd_bus_message_read(answer.message.get(), "hut", &theMessages, &offsetInPage, &bytes);
+    sd_bus_message_read(answer.message.get(), bus::kOpenRange.answer, &theMessages, &offsetInPage, &bytes);
     bus::Descriptor file = bus::Descriptor::duplicate(theMessages);
     if (!file) {
         say("The card at " + address + " cannot be opened: " + answer.error.reason(answer.result) + ".");
@@ -171,7 +175,7 @@ bool AgentClient::keepWaiting() {
 }
 
 bool AgentClient::takeAgentsLock(Answer& answer) {
-    const bus::Message call = newCall("BeginWrite", answer);
+    const bus::Message call = newCall(bus::kBeginWrite, answer);
     sd_bus_message_set_auto_start(call.get(), 0);
     makeCall(call, kLimit, answer, [this] { return keepWaiting(); });
     lock_ = bus::lockIn(answer.message);
@@ -234,7 +238,7 @@ void AgentClient::endWrite() {
     sessionLock_.release();
     try {
         Answer answer;
-        const bus::Message call = newCall("EndWrite", answer);
+        const bus::Message call = newCall(bus::kEndWrite, answer);
         sd_bus_message_set_auto_start(call.get(), 0);
         makeCall(call, kLimit, answer);
     } catch (const std::exception& exception) {

@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "linux/bus/AgentInterface.h"
 #include "linux/bus/Bus.h"
 #include "linux/bus/Descriptor.h"
 #include "linux/client/SessionLock.h"
@@ -45,7 +46,7 @@ class AgentClient : public CardAgent {
     // The connection, opened when it is first needed and again after the bus has ended it; null, with the
     // reason, if it cannot be.
     sd_bus* connection(int& result);
-    bus::Message newCall(const char* member, Answer& answer);
+    bus::Message newCall(const bus::Method& method, Answer& answer);
     void makeCall(const bus::Message& call, std::chrono::microseconds limit, Answer& answer,
                   const std::function<bool()>& mayWait = {});
     void askForClaim(bool mayAsk, Answer& answer);

@@ -9,8 +9,8 @@
 #include <thread>
 #include <vector>
 
-#include "linux/bus/AgentNames.h"
 #include "linux/bus/Bus.h"
+#include "linux/bus/PowerLock.h"
 
 namespace {
 
@@ -64,7 +64,7 @@ std::vector<Lock> locks(sd_bus* connection) {
 // logind notices the end of a lock some time after it, and may see a call first that was made later.
 void waitForEndOfOwnLock(sd_bus* connection) {
     const auto end = std::chrono::steady_clock::now() + kUnlockLimit;
-    const auto isOwn = [](const Lock& lock) { return lock.owner == agent::kLockOwner; };
+    const auto isOwn = [](const Lock& lock) { return lock.owner == bus::kLockOwner; };
     while (std::ranges::any_of(locks(connection), isOwn) && std::chrono::steady_clock::now() < end) {
         std::this_thread::sleep_for(10ms);
     }

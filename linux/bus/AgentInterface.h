@@ -1,0 +1,48 @@
+#pragma once
+
+// The agent as it appears on the system bus: all that it and its clients must agree on.
+
+#include <optional>
+#include <string_view>
+
+#include "linux/bus/Bus.h"
+
+namespace bus {
+
+constexpr Object kAgent{"com.vornlabs.VUpdater.Agent", "/com/vornlabs/VUpdater/Agent",
+                        "com.vornlabs.VUpdater.Agent"};
+
+// One of its methods: its name, and the types of what it takes and answers, as the bus writes them.
+struct Method {
+    const char* name;
+    const char* arguments;
+    const char* answer;
+};
+
+// The computer's cards, for anybody who asks: of each its address, name and location, whether it is
+// simulated, and the refusal, which is empty if it can be used.
+constexpr char kCardTypes[] = "(sssbs)";
+constexpr Method kCards{"Cards", "", "a(sssbs)"};
+
+// Whether the user may be asked for a password. If the answer is ClaimAnswer::granted, all usable cards are
+// the caller's until LetGo or its disconnection.
+constexpr Method kClaim{"Claim", "b", "s"};
+constexpr Method kLetGo{"LetGo", "", ""};
+
+// The address and the number of a memory range of a card of the caller's. Answers a descriptor of its pages,
+// where in the first one it begins, and its bytes.
+constexpr Method kOpenRange{"OpenRange", "su", "hut"};
+
+// Takes the lock that keeps the computer on. The descriptor holds it, too, so the end of the agent does not
+// end it. If logind refuses because the computer is on its way to sleep or off, so does the agent, with
+// logind's own error (see PowerLock.h).
+constexpr Method kBeginWrite{"BeginWrite", "", "h"};
+constexpr Method kEndWrite{"EndWrite", "", ""};
+
+enum class ClaimAnswer { granted, dismissed, refused, nobodyToAsk };
+
+// On the bus an answer is a text. Nothing if a text is none of them.
+const char* textOf(ClaimAnswer answer);
+std::optional<ClaimAnswer> claimAnswerOf(std::string_view text);
+
+}  // namespace bus

@@ -96,6 +96,9 @@ void Agent::start() {
 }
 
 void Agent::cards(sd_bus_message* call) {
+    if (sd_bus_message_get_expect_reply(call) == 0) {
+        return;  // there is nothing else to do
+    }
     sd_bus_message* created = nullptr;
     require(sd_bus_message_new_method_return(call, &created), "The answer could not be sent");
     const bus::Message answer(created);

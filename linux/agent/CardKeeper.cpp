@@ -10,6 +10,15 @@
 #include "linux/pci/CardRuleFiles.h"
 #include "linux/pci/base/Refusals.h"
 
+namespace {
+
+using std::chrono::steady_clock;
+
+// Looking at every device takes milliseconds, and anybody may ask for it.
+constexpr std::chrono::milliseconds kListLasts(100);
+
+}  // namespace
+
 CardKeeper::CardKeeper(Folders folders) : folders_(std::move(folders)) {
     readRules();
 }
@@ -43,8 +52,15 @@ void CardKeeper::readRules() {
 }
 
 std::vector<pci::FoundCard> CardKeeper::list(const std::string& client) {
-    readRules();
-    return cards_->list(client);
+    if (holdings_.contains(client)) {
+        return cards_->list(client);
+    }
+    if (steady_clock::now() >= staleFrom_) {
+        readRules();
+        listed_ = cards_->list(client);
+        staleFrom_ = steady_clock::now() + kListLasts;
+    }
+    return listed_;
 }
 
 bool CardKeeper::hasCards(const std::string& client) const {
@@ -64,6 +80,7 @@ std::vector<std::string> CardKeeper::claim(const std::string& client) {
     if (holdings_.find(client) == holdings_.end() && isInUse(holding)) {
         throw files::UserError(pci::refusals::kStillInUse);
     }
+    staleFrom_ = {};
     cards_->claim(client);
     std::vector<std::string> addresses;
     for (const pci::FoundCard& card : cards_->list(client)) {
@@ -109,6 +126,7 @@ bool CardKeeper::takeBack() {
             ++entry;
             continue;
         }
+        staleFrom_ = {};
         cards_->release(client);
         journal(client + ": The cards were taken back.");
         entry = holdings_.erase(entry);

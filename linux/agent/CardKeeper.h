@@ -9,6 +9,7 @@
 
 #include <sys/types.h>
 
+#include <chrono>
 #include <filesystem>
 #include <map>
 #include <memory>
@@ -34,7 +35,8 @@ class CardKeeper {
     // The folder whose files name the cards.
     const std::filesystem::path& rulesFolder() const { return folders_.rules; }
 
-    // The cards as the client sees them: those of other clients are refused.
+    // The cards as the client sees them: those of other clients are refused. Whoever has none sees changes on
+    // the bus and in the rules a moment late, so that a program that asks without end keeps no other waiting.
     std::vector<pci::FoundCard> list(const std::string& client);
 
     // Gives the client all usable cards and returns their addresses. Throws files::UserError if a program
@@ -70,4 +72,6 @@ class CardKeeper {
     pci::CardRules rules_;
     std::unique_ptr<pci::Cards> cards_;
     std::map<std::string, Holding> holdings_;  // by client
+    std::vector<pci::FoundCard> listed_;       // what whoever has no card saw last
+    std::chrono::steady_clock::time_point staleFrom_;
 };

@@ -18,7 +18,7 @@ import tempfile
 import traceback
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "scripts"))
-from virtual_desktop import Failure, run_cardsim, say, take_own_session  # noqa: E402
+from virtual_desktop import Failure, run_cardsim, say, take_own_session, wait_until  # noqa: E402
 
 IMAGE = "VMBM12A.xsv"
 IDENTITY = "2103070021"
@@ -140,3 +140,18 @@ def system_tmp():
         yield
     finally:
         os.close(descriptor)
+
+
+@contextlib.contextmanager
+def wayland(folder):
+    """Runs a Wayland compositor without a screen; yields it and the environment that makes a program use it."""
+    name = folder.name  # a killed compositor leaves its socket
+    with open(folder / "weston.log", "w") as log, \
+            subprocess.Popen(["weston", "--backend=headless-backend.so", f"--socket={name}"],
+                             stdout=log, stderr=log) as process:
+        socket = pathlib.Path(os.environ["XDG_RUNTIME_DIR"]) / name
+        wait_until(socket.exists, "The compositor did not start.")
+        try:
+            yield process, {"QT_QPA_PLATFORM": "wayland", "WAYLAND_DISPLAY": name}
+        finally:
+            process.kill()

@@ -1,6 +1,7 @@
 #include "files/PrintableText.h"
 
 #include <cstdint>
+#include <cstdio>
 
 namespace files {
 namespace {
@@ -31,6 +32,10 @@ std::string printable(std::string_view text) {
         }
     }
     return line;
+}
+
+void say(std::string_view text) {
+    std::fprintf(stderr, "%s\n", printable(text).c_str());
 }
 
 }  // namespace files

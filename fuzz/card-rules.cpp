@@ -12,7 +12,7 @@ namespace {
 using namespace pci;
 
 bool isPrintable(std::string_view text) {
-    return std::all_of(text.begin(), text.end(), [](char c) { return c >= ' ' && c <= '~'; });
+    return std::ranges::all_of(text, [](char c) { return c >= ' ' && c <= '~'; });
 }
 
 std::string written(const Identifiers& identifiers) {
@@ -41,11 +41,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     const std::string_view text(reinterpret_cast<const char*>(data), size);
     CardRules rules;
     parseCardRules(text, "cards.conf", rules);
-    const auto lines = static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')) + 1;
+    const auto lines = static_cast<std::size_t>(std::ranges::count(text, '\n')) + 1;
     require(rules.rules.size() + rules.complaints.size() <= lines, "a line is a rule or a complaint");
     for (const std::string& complaint : rules.complaints) {
         require(complaint.starts_with("cards.conf:"), "a complaint names its file");
-        require(std::none_of(complaint.begin(), complaint.end(), [](char c) { return c >= 0 && c < ' '; }),
+        require(std::ranges::none_of(complaint, [](char c) { return c >= 0 && c < ' '; }),
                 "a complaint is one line");
     }
     std::string again;

@@ -78,7 +78,7 @@ void checkOpened(const MadeUpBus& bus, const OpenedRange& range) {
 void checkTexts(const std::vector<FoundCard>& cards) {
     for (const FoundCard& card : cards) {
         const std::string all = card.address + card.location + card.refusal;
-        require(std::all_of(all.begin(), all.end(), [](char c) { return c >= ' ' && c <= '~'; }),
+        require(std::ranges::all_of(all, [](char c) { return c >= ' ' && c <= '~'; }),
                 "what is said of a card can be shown");
     }
 }

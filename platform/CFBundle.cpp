@@ -60,7 +60,7 @@ CFArrayRef CFBundleCopyResourceURLsOfType(CFBundleRef bundle, CFStringRef type, 
     if (error) {
         return nullptr;
     }
-    std::sort(paths.begin(), paths.end());
+    std::ranges::sort(paths);
     std::vector<CFTypeRef> urls;
     urls.reserve(paths.size());
     for (const auto& path : paths) {

@@ -6,8 +6,8 @@
 #include <exception>
 #include <utility>
 
+#include "files/PrintableText.h"
 #include "files/UserError.h"
-#include "linux/agent/Journal.h"
 
 namespace {
 
@@ -154,10 +154,10 @@ void Agent::answerClaim(sd_bus_message* call, std::optional<bus::ClaimAnswer> an
     const std::string who = client + ", user " + std::to_string(clients_.at(client).user);
     clients_.at(client).question.reset();
     if (!answer) {
-        journal(who + ": polkit does not answer: " + reason);
+        files::say(who + ": polkit does not answer: " + reason);
         sd_bus_reply_method_errorf(call, SD_BUS_ERROR_FAILED, "polkit does not answer: %s", reason.c_str());
     } else if (*answer != bus::ClaimAnswer::granted) {
-        journal(who + ": The cards may not be used: " + bus::textOf(*answer) + ".");
+        files::say(who + ": The cards may not be used: " + bus::textOf(*answer) + ".");
         sd_bus_reply_method_return(call, bus::kClaim.answer, bus::textOf(*answer));
     } else {
         try {
@@ -165,10 +165,10 @@ void Agent::answerClaim(sd_bus_message* call, std::optional<bus::ClaimAnswer> an
             for (const std::string& address : keeper_.claim(client)) {
                 addresses += ' ' + address;
             }
-            journal(who + ": May use the cards at" + addresses + ".");
+            files::say(who + ": May use the cards at" + addresses + ".");
             sd_bus_reply_method_return(call, bus::kClaim.answer, bus::textOf(*answer));
         } catch (const files::UserError& error) {
-            journal(who + ": " + error.what());
+            files::say(who + ": " + error.what());
             sd_bus_reply_method_errorf(call, SD_BUS_ERROR_FAILED, "%s", error.what());
         }
     }
@@ -203,7 +203,7 @@ void Agent::endWrite(sd_bus_message* call) {
     const auto client = clients_.find(sd_bus_message_get_sender(call));
     if (client != clients_.end() && client->second.lock) {
         client->second.lock.reset();
-        journal(client->first + ": The write has ended.");
+        files::say(client->first + ": The write has ended.");
     }
     require(sd_bus_reply_method_return(call, ""), "The answer could not be sent");
 }
@@ -222,7 +222,7 @@ int Agent::onNameLost(sd_bus_message* signal, void* agent, sd_bus_error* /*error
     auto* const self = static_cast<Agent*>(agent);
     const char* name = nullptr;
     if (sd_bus_message_read(signal, "s", &name) > 0 && self->clients_.contains(name)) {
-        journal(std::string(name) + ": Has left the bus.");
+        files::say(std::string(name) + ": Has left the bus.");
         self->forget(name);
         self->setTimer();
     }
@@ -248,7 +248,7 @@ int Agent::onTimer(sd_event_source* /*timer*/, uint64_t /*time*/, void* agent) {
 }
 
 void Agent::exitWhenIdle() {
-    journal("No program needs the agent. It exits, and starts again when it is called.");
+    files::say("No program needs the agent. It exits, and starts again when it is called.");
     isExiting_ = true;
     // In this order no call is lost: systemd starts an agent for those that come after the name has gone, and
     // what came before it is answered until the bus has let go of the name.

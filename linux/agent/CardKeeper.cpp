@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "files/FileError.h"
-#include "linux/agent/Journal.h"
+#include "files/PrintableText.h"
 #include "linux/pci/CardRuleFiles.h"
 #include "linux/pci/base/Refusals.h"
 
@@ -28,7 +28,7 @@ CardKeeper::~CardKeeper() {
         holding.isGivenUp = true;
     }
     if (takeBack()) {
-        journal("A program is still using a card, so the cards are left as they are.");
+        files::say("A program is still using a card, so the cards are left as they are.");
         // Its destructor would take the cards back.
         static_cast<void>(cards_.release());
     }
@@ -43,10 +43,10 @@ void CardKeeper::readRules() {
         return;
     }
     for (const std::string& complaint : read.complaints) {
-        journal(complaint);
+        files::say(complaint);
     }
-    journal("Kinds of cards named in " + folders_.rules.string() + ": " + std::to_string(read.rules.size()) +
-            ".");
+    files::say("Kinds of cards named in " + folders_.rules.string() + ": " +
+               std::to_string(read.rules.size()) + ".");
     rules_ = std::move(read);
     cards_ = std::make_unique<pci::Cards>(folders_.sys, rules_);
 }
@@ -87,7 +87,7 @@ std::vector<std::string> CardKeeper::claim(const std::string& client) {
         if (card.isUsable()) {
             addresses.push_back(card.address);
         } else {
-            journal(card.address + ": " + card.refusal);
+            files::say(card.address + ": " + card.refusal);
         }
     }
     if (!addresses.empty()) {
@@ -128,7 +128,7 @@ bool CardKeeper::takeBack() {
         }
         staleFrom_ = {};
         cards_->release(client);
-        journal(client + ": The cards were taken back.");
+        files::say(client + ": The cards were taken back.");
         entry = holdings_.erase(entry);
     }
     return isSomethingLeft;
@@ -140,7 +140,7 @@ void CardKeeper::addProbes(Holding& holding, const std::string& address) const {
             holding.probes.push_back(std::move(file));
         }
     } catch (const files::UserError& error) {
-        journal(address + ": " + error.what());
+        files::say(address + ": " + error.what());
     }
 }
 

@@ -2,8 +2,8 @@
 
 #include <chrono>
 
+#include "files/PrintableText.h"
 #include "files/UserError.h"
-#include "linux/agent/Journal.h"
 #include "linux/bus/AgentInterface.h"
 #include "linux/bus/PowerLock.h"
 
@@ -37,13 +37,13 @@ int WriteLock::onAnswer(sd_bus_message* answer, void* lock, sd_bus_error* /*erro
         const char* const reason = error != nullptr && error->message != nullptr
                                        ? error->message
                                        : "the answer could not be understood";
-        journal(client + ": logind gave no lock for the write: " + reason);
+        files::say(client + ": logind gave no lock for the write: " + reason);
         // The client must not write before this is over.
         const bool isGoingDown = sd_bus_error_has_name(error, bus::kIsGoingDown) != 0;
         return sd_bus_reply_method_errorf(call.get(), isGoingDown ? bus::kIsGoingDown : SD_BUS_ERROR_FAILED,
                                           "logind gave no lock: %s", reason);
     }
     self->lock_ = bus::Descriptor::duplicate(theMessages);
-    journal(client + ": The computer stays on during the write.");
+    files::say(client + ": The computer stays on during the write.");
     return sd_bus_reply_method_return(call.get(), bus::kBeginWrite.answer, self->lock_.number());
 }

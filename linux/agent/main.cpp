@@ -5,14 +5,13 @@
 
 #include <CLI/CLI.hpp>
 #include <csignal>
-#include <cstdio>
 #include <iostream>
 #include <memory>
 
+#include "files/PrintableText.h"
 #include "linux/agent/Agent.h"
 #include "linux/agent/CardKeeper.h"
 #include "linux/agent/CardReport.h"
-#include "linux/agent/Journal.h"
 
 namespace {
 
@@ -39,7 +38,7 @@ int serve(CardKeeper& keeper, std::chrono::seconds idleTime) {
     int result = 0;
     const bus::Connection connection = bus::openSystemBus(kBusLimit, result);
     if (!connection) {
-        journal("The system bus cannot be reached: " + bus::Error().reason(result) + ".");
+        files::say("The system bus cannot be reached: " + bus::Error().reason(result) + ".");
         return 1;
     }
     sd_bus_attach_event(connection.get(), loop.get(), SD_EVENT_PRIORITY_NORMAL);
@@ -95,7 +94,7 @@ int main(int argc, char** argv) {
     try {
         return run(argc, argv);
     } catch (const std::exception& exception) {
-        std::fprintf(stderr, "%s\n", exception.what());
+        files::say(exception.what());
         return 1;
     }
 }

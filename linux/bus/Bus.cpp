@@ -63,18 +63,7 @@ std::string Error::reason(int result) const {
     if (reason.ends_with('.')) {
         reason.pop_back();
     }
-    return oneLine(reason);
-}
-
-std::string oneLine(std::string text) {
-    std::replace_if(
-        text.begin(), text.end(),
-        [](char character) {
-            const auto byte = static_cast<unsigned char>(character);
-            return byte < 0x20 || byte == 0x7F;
-        },
-        '?');
-    return text;
+    return reason;
 }
 
 Message newCall(sd_bus* connection, const Object& object, const char* member) {

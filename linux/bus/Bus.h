@@ -35,16 +35,13 @@ class Error {
     // For sd-bus to fill in; what was there before is forgotten.
     sd_bus_error* fill();
     bool is(const char* name) const { return sd_bus_error_has_name(&error_, name) != 0; }
-    // The reason in words, on one line, without a full stop. If sd-bus gave no text, that of `result`.
+    // The reason in words, without a full stop: whoever answered chose them (see files::say), or else they
+    // are those for `result`.
     std::string reason(int result) const;
 
   private:
     sd_bus_error error_ = {};
 };
-
-// Text that somebody else chose, with its control characters replaced, so that it is one line and moves no
-// terminal's cursor.
-std::string oneLine(std::string text);
 
 // An object on the bus, by the name of its owner, its path, and the interface that is called.
 struct Object {

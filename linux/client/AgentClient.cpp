@@ -7,6 +7,7 @@
 #include <exception>
 #include <thread>
 
+#include "files/PrintableText.h"
 #include "linux/bus/AgentInterface.h"
 #include "linux/bus/PowerLock.h"
 #include "linux/client/PowerOff.h"
@@ -24,10 +25,6 @@ constexpr std::chrono::microseconds kStartLimit = 25s;
 constexpr std::chrono::milliseconds kBetweenTries = 100ms;
 
 constexpr char kNoReply[] = "org.freedesktop.DBus.Error.NoReply";
-
-void say(const std::string& sentences) {
-    std::fprintf(stderr, "%s\n", sentences.c_str());
-}
 
 std::string whyTheAgentFails(const bus::Error& error, int result) {
     if (error.is("org.freedesktop.DBus.Error.ServiceUnknown")) {
@@ -125,14 +122,15 @@ Host::RightAnswer AgentClient::claim(bool mayAsk) {
     if (const auto known = bus::claimAnswerOf(text)) {
         const Meaning meaning = meaningOf(*known);
         if (mayAsk && meaning.explanation != nullptr) {
-            say(meaning.explanation);
+            files::say(meaning.explanation);
         }
         return meaning.right;
     }
     if (mayAsk) {
-        say(!connection_ ? "The system bus cannot be reached (" + answer.error.reason(answer.result) +
-                               "). The cards cannot be used without it. Start the computer's D-Bus service."
-                         : whyTheAgentFails(answer.error, answer.result));
+        files::say(!connection_
+                       ? "The system bus cannot be reached (" + answer.error.reason(answer.result) +
+                             "). The cards cannot be used without it. Start the computer's D-Bus service."
+                       : whyTheAgentFails(answer.error, answer.result));
     }
     return Host::RightAnswer::denied;
 }
@@ -158,7 +156,8 @@ std::optional<pci::OpenedRange> AgentClient::openRange(const std::string& addres
     sd_bus_message_read(answer.message.get(), bus::kOpenRange.answer, &theMessages, &offsetInPage, &bytes);
     bus::Descriptor file = bus::Descriptor::duplicate(theMessages);
     if (!file) {
-        say("The card at " + address + " cannot be opened: " + answer.error.reason(answer.result) + ".");
+        files::say("The card at " + address + " cannot be opened: " + answer.error.reason(answer.result) +
+                   ".");
         return std::nullopt;
     }
     // A card's ranges are far smaller than 4 GB; of a larger one, the beginning is enough.
@@ -203,13 +202,15 @@ void AgentClient::takeLock() {
         const bool hasOwn = !agents.error.is(bus::kIsGoingDown) && takeOwnLock(own);
         const bool isGoingDown = agents.error.is(bus::kIsGoingDown) || own.error.is(bus::kIsGoingDown);
         if (isGoingDown && !lastGoingDown) {
-            say("The computer is going to sleep or shutting down. The write begins when it is awake again.");
+            files::say(
+                "The computer is going to sleep or shutting down. The write begins when it is awake again.");
         }
         if (isGoingDown) {
             lastGoingDown = Clock::now();
         }
         if (hasOwn || !lastGoingDown || Clock::now() - *lastGoingDown > longestSilence_) {
-            say(std::string(hasOwn ? "You can switch the computer off during the write: "
+            files::say(
+                std::string(hasOwn ? "You can switch the computer off during the write: "
                                    : "The computer can be switched off or put to sleep during the write: ") +
                 agents.error.reason(agents.result) + ". Do not do so until the write has ended.");
             return;
@@ -227,6 +228,7 @@ void AgentClient::beginWrite() {
         takeLock();
         sessionLock_.take();
     } catch (const std::exception& exception) {
+        // There may be no memory for a text.
         std::fprintf(stderr, "The computer can be switched off or put to sleep during the write: %s\n",
                      exception.what());
     }
@@ -254,8 +256,8 @@ bool AgentClient::powerOff() {
     int result = 0;
     sd_bus* const bus = connection(result);
     if (bus == nullptr) {
-        say("The computer was not switched off because the system bus cannot be reached (" +
-            bus::Error().reason(result) + "). Shut it down from the desktop's menu.");
+        files::say("The computer was not switched off because the system bus cannot be reached (" +
+                   bus::Error().reason(result) + "). Shut it down from the desktop's menu.");
         return false;
     }
     return powerOffThroughLogind(bus);

@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdint>
-#include <cstdio>
 #include <cstring>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include "files/PrintableText.h"
 #include "linux/bus/Bus.h"
 #include "linux/bus/PowerLock.h"
 
@@ -77,7 +77,7 @@ std::string whoPreventsIt(sd_bus* connection) {
         programs += programs.empty() ? "; it is prevented by " : ", ";
         programs += lock.owner + " (" + lock.reason + ")";
     }
-    return bus::oneLine(programs);
+    return programs;
 }
 
 }  // namespace
@@ -92,7 +92,7 @@ bool powerOffThroughLogind(sd_bus* connection) {
     if (bus::answerTo(call, kPowerOffLimit, error, result) || isShuttingDown(connection)) {
         return true;
     }
-    std::fprintf(stderr, "The computer was not switched off: %s%s. Shut it down from the desktop's menu.\n",
-                 error.reason(result).c_str(), whoPreventsIt(connection).c_str());
+    files::say("The computer was not switched off: " + error.reason(result) + whoPreventsIt(connection) +
+               ". Shut it down from the desktop's menu.");
     return false;
 }

@@ -1,9 +1,9 @@
 #include "linux/host/LinuxHost.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <thread>
 
+#include "files/PrintableText.h"
 #include "linux/host/MappedWord.h"
 #include "linux/pci/base/Refusals.h"
 #include "platform/CardDriver.h"
@@ -31,12 +31,8 @@ constexpr uint32_t kLoadsBetweenLooks = 1000;
 
 constexpr std::chrono::milliseconds kBetweenPauses{100};
 
-void say(const std::string& text) {
-    std::fprintf(stderr, "%s\n", text.c_str());
-}
-
 void sayAbout(const pci::FoundCard& card, const std::string& sentence) {
-    say(card.name + " (" + card.location + "): " + sentence);
+    files::say(card.name + " (" + card.location + "): " + sentence);
 }
 
 void sayRefusals(const std::vector<pci::FoundCard>& cards) {
@@ -237,7 +233,7 @@ Host::RightAnswer LinuxHost::askForAdministratorRight() {
         return claim(true);
     }
     if (cards->empty()) {
-        say(pci::refusals::noCard("/etc/vupdater/cards.d"));
+        files::say(pci::refusals::noCard("/etc/vupdater/cards.d"));
     }
     sayRefusals(*cards);
     holdsRight_ = true;

@@ -96,8 +96,8 @@ files::OpenFile Attributes::openForMapping(const std::string& name) const {
 
 std::string plainText(const std::string& text) {
     std::string plain = text.substr(0, kMostPlainCharacters);
-    std::replace_if(
-        plain.begin(), plain.end(), [](char c) { return c < ' ' || c > '~'; }, '?');
+    std::ranges::replace_if(
+        plain, [](char c) { return c < ' ' || c > '~'; }, '?');
     return plain;
 }
 

@@ -40,8 +40,8 @@ class Attributes {
     files::OpenFile folder_;
 };
 
-// Text from outside on one line of printable ASCII, cut if it is long, so that it can be part of a sentence
-// and of a message on the system bus.
+// Text from outside on one line of printable ASCII, cut after 60 characters, so that it can be part of a
+// sentence. The system bus, which carries that sentence, would refuse bytes that are no UTF-8.
 std::string plainText(const std::string& text);
 
 }  // namespace pci

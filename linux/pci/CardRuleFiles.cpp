@@ -40,7 +40,7 @@ std::vector<std::string> ruleFiles(const files::Folder& folder) {
     std::vector<std::string> names = folder.names();
     std::erase_if(names,
                   [](const std::string& name) { return name.starts_with('.') || !name.ends_with(kEnding); });
-    std::sort(names.begin(), names.end());
+    std::ranges::sort(names);
     if (names.size() > kMostRuleFiles) {
         throw files::FileError(folder.path(), "has more than " + std::to_string(kMostRuleFiles) + " files");
     }

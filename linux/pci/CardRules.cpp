@@ -81,8 +81,7 @@ std::string parseName(std::string_view quoted) {
     if (!extra.empty() && !extra.starts_with('#')) {
         throw BadLine{"the name should be last in the line"};
     }
-    const bool isPrintable =
-        std::all_of(name.begin(), name.end(), [](char c) { return c >= ' ' && c <= '~'; });
+    const bool isPrintable = std::ranges::all_of(name, [](char c) { return c >= ' ' && c <= '~'; });
     if (!isPrintable || name.empty() || name.size() > kMostNameCharacters) {
         throw BadLine{"the name should be 1 to " + std::to_string(kMostNameCharacters) +
                       " printable ASCII characters"};

@@ -33,9 +33,8 @@ bool sharePage(const Resource& one, const Resource& other) {
 }
 
 bool hasMemoryInPagesOf(const Resource& range, const Resources& resources) {
-    return std::any_of(resources.begin(), resources.end(), [&](const Resource& other) {
-        return other.isPlacedMemory() && sharePage(other, range);
-    });
+    return std::ranges::any_of(
+        resources, [&](const Resource& other) { return other.isPlacedMemory() && sharePage(other, range); });
 }
 
 }  // namespace
@@ -43,7 +42,7 @@ bool hasMemoryInPagesOf(const Resource& range, const Resources& resources) {
 std::vector<std::string> PciBus::addresses() const {
     std::vector<std::string> addresses = namesIn(devicesFolder(sys_));
     std::erase_if(addresses, [](const std::string& name) { return !isAddress(name); });
-    std::sort(addresses.begin(), addresses.end(), isBefore);
+    std::ranges::sort(addresses, isBefore);
     return addresses;
 }
 
@@ -65,7 +64,7 @@ std::string PciBus::location(const std::string& address) const {
     const std::string place = address.substr(0, address.rfind('.'));  // a slot's functions share it
     const std::filesystem::path slots = sys_ / "bus/pci/slots";
     std::vector<std::string> names = namesIn(slots);
-    std::sort(names.begin(), names.end());
+    std::ranges::sort(names);
     for (const std::string& name : names) {
         const auto slot = Attributes::open(slots / name);
         if (slot && slot->text("address") == place + "\n") {
@@ -84,7 +83,7 @@ bool PciBus::isLockedDown() const {
 
 std::optional<std::string> PciBus::neighbour(const std::string& address, const Resource& range) const {
     const std::vector<std::string> all = addresses();
-    if (std::find(all.begin(), all.end(), address) == all.end()) {
+    if (std::ranges::find(all, address) == all.end()) {
         return "";
     }
     for (const std::string& other : all) {

@@ -99,13 +99,12 @@ std::optional<Resources> parseResources(std::string_view text) {
 bool isAddress(std::string_view text) {
     constexpr std::string_view kRest = "xx:xx.x";
     const std::string_view domain = take(text, ':');
-    if (domain.size() < 4 || domain.size() > 8 || text.size() != kRest.size()) {
+    if (domain.size() < 4 || domain.size() > 8) {
         return false;
     }
-    const bool isForm = std::equal(text.begin(), text.end(), kRest.begin(), [](char c, char form) {
-        return form == 'x' ? isHexadecimalDigit(c) : c == form;
-    });
-    return isForm && std::all_of(domain.begin(), domain.end(), isHexadecimalDigit);
+    const bool isForm = std::ranges::equal(
+        text, kRest, [](char c, char form) { return form == 'x' ? isHexadecimalDigit(c) : c == form; });
+    return isForm && std::ranges::all_of(domain, isHexadecimalDigit);
 }
 
 std::optional<Identifiers> PciDevice::identifiers() const {

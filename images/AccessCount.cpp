@@ -1,9 +1,24 @@
 #include "images/AccessCount.h"
 
+#include <algorithm>
+#include <cstddef>
+#include <span>
+#include <vector>
+
 #include "images/CommandReader.h"
 #include "images/TapStates.h"
 
 namespace images {
+namespace {
+
+// A whole image would take a megabyte fresh from the system, at every start of the updater.
+constexpr std::size_t kPieceBytes = 0x10000;
+
+bool mayGoOn(ImageEnd end) {
+    return end == ImageEnd::missing || end == ImageEnd::cutOff;
+}
+
+}  // namespace
 
 AccessCounter::AccessCounter() {
     constexpr uint64_t kIdleWords = 2;
@@ -100,11 +115,22 @@ void AccessCounter::take(const Command& command) {
     }
 }
 
-std::optional<Accesses> accessesOf(std::span<const uint8_t> image) {
-    CommandReader reader(image);
+std::optional<Accesses> accessesOf(std::istream& image) {
+    std::vector<uint8_t> piece(kPieceBytes);
+    CommandReader reader{std::span<const uint8_t>()};
     AccessCounter counter;
-    while (const auto command = reader.next()) {
-        counter.take(*command);
+    while (image && mayGoOn(reader.end())) {
+        const std::size_t rest = reader.rest().size();
+        std::ranges::copy(reader.rest(), piece.begin());
+        if (rest == piece.size()) {
+            piece.resize(2 * rest);  // all of it is one command
+        }
+        image.read(reinterpret_cast<char*>(piece.data() + rest),
+                   static_cast<std::streamsize>(piece.size() - rest));
+        reader.continueIn(std::span(piece).first(rest + static_cast<std::size_t>(image.gcount())));
+        while (const auto command = reader.next()) {
+            counter.take(*command);
+        }
     }
     return reader.end() == ImageEnd::complete ? std::optional(counter.total()) : std::nullopt;
 }

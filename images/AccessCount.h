@@ -4,8 +4,8 @@
 // expects. It is calculated from the commands and the TAP's state diagram, without the player.
 
 #include <cstdint>
+#include <istream>
 #include <optional>
-#include <span>
 
 #include "images/Command.h"
 
@@ -57,7 +57,7 @@ class AccessCounter {
     uint32_t waitMicroseconds_ = 0;
 };
 
-// The accesses of a whole image, or nothing if it does not reach XCOMPLETE.
-std::optional<Accesses> accessesOf(std::span<const uint8_t> image);
+// The accesses of a whole image, or nothing if it does not reach XCOMPLETE. Reads it piece by piece.
+std::optional<Accesses> accessesOf(std::istream& image);
 
 }  // namespace images

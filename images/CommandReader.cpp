@@ -19,6 +19,11 @@ std::optional<Command> CommandReader::next() {
     return command;
 }
 
+void CommandReader::continueIn(std::span<const uint8_t> image) {
+    image_ = image;
+    offset_ = 0;
+}
+
 ImageEnd CommandReader::end() const {
     if (isComplete_) {
         return ImageEnd::complete;

@@ -27,6 +27,9 @@ class CommandReader {
     // The next command, or nothing at the end.
     [[nodiscard]] std::optional<Command> next();
 
+    // Reads on in other memory, which begins with what was rest().
+    void continueIn(std::span<const uint8_t> image);
+
     // Where the next command begins, or what follows the last.
     std::size_t offset() const { return offset_; }
     std::span<const uint8_t> rest() const { return image_.subspan(offset_); }

@@ -10,8 +10,8 @@
 #include "images/CommandReader.h"
 #include "simulator/storage/MachineDirectory.h"
 #include "tests/support/SystemTmp.h"
+#include "tests/whole/ExpectedAccesses.h"
 #include "tests/whole/FirstCardUpdate.h"
-#include "tests/whole/IdentityAccesses.h"
 
 namespace {
 
@@ -144,7 +144,7 @@ struct Cut {
 class PowerLossInIdentityTest : public PowerLossTest, public testing::WithParamInterface<Cut> {};
 
 TEST_P(PowerLossInIdentityTest, LeavesTheNewFirmware) {
-    uint64_t from = images::accessesOf(image_).value().count();
+    uint64_t from = accessesOf(image_).count();
     from += GetParam().isFromTheEnd ? identityAccesses().count() : 0;
     update(from + static_cast<uint64_t>(GetParam().accesses));
     expectAfterwards(12, GetParam().keepsIdentity);

@@ -14,8 +14,8 @@
 #include "framework/core/LListener.h"
 #include "framework/widgets/LApplication.h"
 #include "hw/ApplicationHooks.h"
+#include "tests/whole/ExpectedAccesses.h"
 #include "tests/whole/FirstCardUpdate.h"
-#include "tests/whole/IdentityAccesses.h"
 #include "tests/whole/UpdaterTest.h"
 
 namespace {
@@ -96,7 +96,7 @@ TEST_F(UpdateTest, InputDuringAWriteChangesNothing) {
 
     // The image, then the identity written, protected and read back.
     Accesses expected = identityAccesses();
-    expected += images::accessesOf(bytesOf(bundle_.resource(imageName))).value();
+    expected += accessesOf(bytesOf(bundle_.resource(imageName)));
     EXPECT_EQ(made, expected);
 
     // One step per 3000 bytes, never backwards.

@@ -36,4 +36,19 @@ TEST(WriteTimeTest, IsGivenOnlyForAFileOfPlausibleSize) {
     ::alarm(0);
 }
 
+TEST(WriteTimeTest, CountsACommandThatIsLongerThanWhatIsReadAtOnce) {
+    constexpr std::size_t longest = 0xFFFF;                     // bytes of one value
+    std::string bytes{'\x08', '\x00', '\x07', '\xFF', '\xF8'};  // XSDRSIZE
+    for (int command = 0; command < 10; ++command) {
+        bytes += '\x03' + std::string(longest, '\x55');  // XSDR
+    }
+    const TemporaryDirectory directory;
+    const std::string image = directory.path() / "VMBM12A.xsv";
+    std::ofstream(image, std::ios::binary) << bytes << '\0';
+    // 49 accesses for a bit, three in a microsecond: 86 seconds.
+    EXPECT_EQ(WriteTimeText(image.c_str()), "Writing takes about a minute and a half.");
+    std::filesystem::resize_file(image, bytes.size());
+    EXPECT_EQ(WriteTimeText(image.c_str()), "");
+}
+
 }  // namespace

@@ -1,12 +1,21 @@
 #pragma once
 
-// The register accesses that an update makes after the image, to write the identity, protect it and read it
-// back.
+// The register accesses that an update makes: those of the image, and then those that write the identity,
+// protect it and read it back.
 
+#include <cstdint>
+#include <span>
+#include <sstream>
+#include <string>
 #include <vector>
 
 #include "hw/PromPrograms.h"
 #include "images/AccessCount.h"
+
+inline images::Accesses accessesOf(std::span<const uint8_t> image) {
+    std::istringstream stream(std::string(image.begin(), image.end()));
+    return images::accessesOf(stream).value();
+}
 
 // Reading ends at a comparison that fails in all nine attempts, before the last instruction and XCOMPLETE.
 inline std::vector<uint8_t> readProgramAsPlayed() {
@@ -32,8 +41,8 @@ inline Accesses& operator+=(Accesses& sum, const Accesses& more) {
 }  // namespace images
 
 inline images::Accesses identityAccesses() {
-    images::Accesses accesses = images::accessesOf(kWriteProgram).value();
-    accesses += images::accessesOf(kProtectProgram).value();
-    accesses += images::accessesOf(readProgramAsPlayed()).value();
+    images::Accesses accesses = accessesOf(kWriteProgram);
+    accesses += accessesOf(kProtectProgram);
+    accesses += accessesOf(readProgramAsPlayed());
     return accesses;
 }

@@ -27,7 +27,7 @@ void useBundleResources() {
     char path[kMaxPathBytes];
     if (CFURLGetFileSystemRepresentation(folder, 1, reinterpret_cast<uint8_t*>(path), sizeof path) != 0) {
         UResources::UseFolder(path);
-        QGuiApplication::setWindowIcon(UResources::LoadIcon());
+        UResources::UseIcon();
     }
     CFRelease(folder);
 }

@@ -1,7 +1,11 @@
 #include "framework/widgets/UResources.h"
 
 #include <QFile>
+#include <QGuiApplication>
+#include <QIcon>
+#include <QTimer>
 #include <QWidget>
+#include <QWindow>
 #include <cstdio>
 #include <string>
 
@@ -21,19 +25,40 @@ void FinishPane(QWidget* widget) {
     }
 }
 
-}  // namespace
-
-void UResources::UseFolder(const std::filesystem::path& folder) {
-    Folder() = folder;
-}
-
-QIcon UResources::LoadIcon() {
+QIcon LoadIcon() {
     QIcon icon;
     for (const int size : {16, 32, 48, 128}) {
         const std::string name = "icon-" + std::to_string(size) + ".png";
         icon.addFile(QString::fromStdString((Folder() / name).string()), QSize(size, size));
     }
     return icon;
+}
+
+// Waits for the first window to be drawn, and is gone then.
+class IconOfDrawnWindow : public QObject {
+  public:
+    using QObject::QObject;
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        const auto* const window = qobject_cast<QWindow*>(watched);
+        if (event->type() == QEvent::Expose && window != nullptr && window->isExposed()) {
+            qApp->removeEventFilter(this);
+            deleteLater();
+            // Later, because the window is drawn in this event.
+            QTimer::singleShot(0, qApp, [] { QGuiApplication::setWindowIcon(LoadIcon()); });
+        }
+        return false;
+    }
+};
+
+}  // namespace
+
+void UResources::UseFolder(const std::filesystem::path& folder) {
+    Folder() = folder;
+}
+
+void UResources::UseIcon() {
+    qApp->installEventFilter(new IconOfDrawnWindow(qApp));
 }
 
 std::unique_ptr<QWidget> UResources::LoadLayout(const char* kind, int32_t id) {

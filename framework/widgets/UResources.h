@@ -3,7 +3,6 @@
 // The layouts and the icon. Layouts are Qt Designer files named for their kind and number ("window-128.ui"),
 // the icon is a picture in each of several sizes ("icon-16.png"), and all are in one folder.
 
-#include <QIcon>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
@@ -20,7 +19,8 @@ void UseFolder(const std::filesystem::path& folder);
 // line on standard error, if the file is missing or malformed.
 std::unique_ptr<QWidget> LoadLayout(const char* kind, int32_t id);
 
-// The icon; empty if its pictures are missing.
-QIcon LoadIcon();
+// Gives the program's windows their icon once the first of them has been drawn, which would otherwise have to
+// wait for the pictures. Without pictures there is none.
+void UseIcon();
 
 }  // namespace UResources

@@ -52,10 +52,6 @@ class SimulatedHost final : public Host {
     // do not count. An authorization may be kept as long as a driver is loaded, and ends with the power.
     void programEnded();
 
-    // Connections that were not closed, and windows that were not unmapped.
-    std::size_t openConnections() const { return connections_.size(); }
-    std::size_t liveMappings() const;
-
   private:
     struct Mapping {
         uint32_t connection;
@@ -84,6 +80,7 @@ class SimulatedHost final : public Host {
     };
 
     bool isOpen(const Card& card) const;
+    std::size_t liveMappings() const;
     // Closes what was opened through a driver that has been unloaded.
     void closeOrphanedConnections();
     // Makes the mapping at an address the current view. If there is none, returns false and notes it in the

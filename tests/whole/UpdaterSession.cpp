@@ -112,7 +112,7 @@ void UpdaterSession::expectNothingLeft() {
     // Filling the popup closes card indices instead of connections, so one per card stays open, also for
     // cards that are not listed because they do not answer. They end when a driver is unloaded.
     const bool wasUnloaded = machine_.isOn() && !machine_.drivers().publishes(card_driver::kServiceClass);
-    EXPECT_EQ(simulatedHost.openConnections(), wasUnloaded ? 0u : opened_);
+    EXPECT_EQ(host.closeConnections(), wasUnloaded ? 0u : opened_);
 }
 
 QWidget* UpdaterSession::window() const {

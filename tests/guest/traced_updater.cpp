@@ -59,8 +59,8 @@ class CardTracingHost final : public ForwardingHost {
   private:
     std::map<uint64_t, simulator::AccessDigest> cards_;  // by service, which is their order
     std::map<uint32_t, simulator::AccessDigest*> connections_;
-    simulator::AccessDigest* card_ =
-        nullptr;  // whose registers were mapped last; the updater maps one at a time
+    // Whose registers were mapped last: the updater maps one card's at a time.
+    simulator::AccessDigest* card_ = nullptr;
 };
 
 int run(const char* folder, const char* bundle) {

@@ -30,6 +30,26 @@ std::string memorySize(std::string argument) {
     return isDecimal(argument) ? argument + 'M' : argument;
 }
 
+// Adds the memory that the cards need to a command line for QEMU, unless it says itself what the guest's
+// memory is.
+void addSharedMemory(std::vector<std::string>& command) {
+    const auto saysItself = [](const std::string& word) {
+        return word.find("memory-backend") != std::string::npos;
+    };
+    if (std::ranges::any_of(command, saysItself)) {
+        return;
+    }
+    std::string size = kUsualMemory;
+    for (std::size_t index = 0; index + 1 < command.size(); ++index) {
+        if (command[index] == "-m" || command[index] == "--m") {
+            size = memorySize(command[index + 1]);
+        }
+    }
+    command.insert(command.end(),
+                   {"-object", "memory-backend-memfd,id=shared-with-cards,share=on,size=" + size, "-machine",
+                    "memory-backend=shared-with-cards"});
+}
+
 // Keeps signals from ending this process, and makes them readable instead.
 class CaughtSignals {
   public:
@@ -79,24 +99,6 @@ void GuestSession::addTo(std::vector<std::string>& command) const {
                        {"-device", "x-pci-proxy-dev,id=card-" + std::to_string(seat->cardNumber) +
                                        ",fd=" + std::to_string(seat->connection.emulatorsEnd())});
     }
-}
-
-void addSharedMemory(std::vector<std::string>& command) {
-    const auto saysItself = [](const std::string& word) {
-        return word.find("memory-backend") != std::string::npos;
-    };
-    if (std::ranges::any_of(command, saysItself)) {
-        return;
-    }
-    std::string size = kUsualMemory;
-    for (std::size_t index = 0; index + 1 < command.size(); ++index) {
-        if (command[index] == "-m" || command[index] == "--m") {
-            size = memorySize(command[index + 1]);
-        }
-    }
-    command.insert(command.end(),
-                   {"-object", "memory-backend-memfd,id=shared-with-cards,share=on,size=" + size, "-machine",
-                    "memory-backend=shared-with-cards"});
 }
 
 int GuestSession::run(std::vector<std::string> command) {

@@ -47,8 +47,4 @@ class GuestSession {
     std::vector<std::unique_ptr<Seat>> seats_;
 };
 
-// Adds the memory that the cards need to a command line for QEMU, unless it says itself what the guest's
-// memory is.
-void addSharedMemory(std::vector<std::string>& command);
-
 }  // namespace simulator

@@ -24,17 +24,21 @@ class Agent {
     Agent(sd_event* loop, sd_bus* connection, CardKeeper& keeper, std::chrono::seconds idleTime);
     Agent(const Agent&) = delete;
     Agent& operator=(const Agent&) = delete;
+    // Withdraws open questions and ends the locks. The keeper decides what becomes of the cards.
     ~Agent();
 
-    // Takes the agent's name on the bus. Throws files::UserError.
+    // Takes the agent's name on the bus; the loop answers the calls. Throws files::UserError if another agent
+    // has the name, or the bus does not let this one have it.
     void start();
 
   private:
+    // Whoever has asked for the cards and not let them go, whether they were granted or not yet.
     struct Client {
         uid_t user;
         std::unique_ptr<Question> question;  // while it is open
         std::unique_ptr<WriteLock> lock;     // while a write is on
     };
+    // Answers a call, at once or later. What it throws is the answer if it fails.
     using Member = void (Agent::*)(sd_bus_message*);
 
     static const sd_bus_vtable kMethods[];
@@ -52,11 +56,17 @@ class Agent {
     void endWrite(sd_bus_message* call);
     void letGo(sd_bus_message* call);
 
+    // Puts a claim to polkit, which may take as long as somebody takes to enter a password. Throws
+    // files::UserError if too many are waiting.
     void ask(sd_bus_message* call, bool mayAsk);
+    // Answers the claim, and takes the cards for the client if polkit granted it. Without an answer from
+    // polkit, the reason is why there is none.
     void answerClaim(sd_bus_message* call, std::optional<bus::ClaimAnswer> answer, const std::string& reason);
+    // Withdraws the client's question, ends its lock and gives up its cards.
     void forget(const std::string& client);
     // Takes back what it can, and sets when to try again, or to exit because nobody needs the agent.
     void setTimer();
+    // Gives the agent's name back, then ends the loop.
     void exitWhenIdle();
 
     sd_event* loop_;

@@ -1,6 +1,7 @@
 #pragma once
 
-// One question to polkit: may a client use the cards?
+// One question to polkit: may a client use the cards? The administrator's rules and the defaults in
+// share/agent/ say who may, and whose password is needed.
 
 #include <systemd/sd-bus.h>
 
@@ -20,14 +21,15 @@ class Question {
     Question(sd_bus* connection, const std::string& client, bool mayAsk, Done done);
     Question(const Question&) = delete;
     Question& operator=(const Question&) = delete;
-    // Withdraws the question if it has not been answered.
+    // Withdraws the question if it has not been answered, so that no dialog is left on the screen.
     ~Question();
 
   private:
+    // What sd-bus calls with polkit's answer.
     static int onAnswer(sd_bus_message* answer, void* question, sd_bus_error* error);
 
     sd_bus* connection_;
-    std::string id_;
+    std::string id_;  // by which polkit can be told to withdraw the question
     Done done_;
     bus::Slot pending_;
 };

@@ -39,7 +39,12 @@ constexpr Method kOpenRange{"OpenRange", "su", "hut"};
 constexpr Method kBeginWrite{"BeginWrite", "", "h"};
 constexpr Method kEndWrite{"EndWrite", "", ""};
 
-enum class ClaimAnswer { granted, dismissed, refused, nobodyToAsk };
+enum class ClaimAnswer {
+    granted,
+    dismissed,  // the user closed the question for a password
+    refused,
+    nobodyToAsk  // a password is needed, but the user must not be asked for it, or has no desktop that asks
+};
 
 // On the bus an answer is a text. Nothing if a text is none of them.
 const char* textOf(ClaimAnswer answer);

@@ -1,6 +1,6 @@
 #pragma once
 
-// A file descriptor with an owner.
+// A file descriptor with an owner: what a message on the bus brings stays the message's, and is duplicated.
 
 namespace bus {
 
@@ -17,7 +17,7 @@ class Descriptor {
 
     explicit operator bool() const { return descriptor_ >= 0; }
     int number() const { return descriptor_; }
-    // Gives the descriptor away.
+    // Gives the descriptor away; the caller closes it.
     [[nodiscard]] int release();
     void close();
 

@@ -36,7 +36,9 @@ class LinuxHost final : public Host {
     std::filesystem::path bundleDirectory() override { return bundleDirectory_; }
     // The claimed cards. The first call claims them if no password is needed.
     std::vector<uint64_t> servicesOfClass(std::string_view className) override;
+    // A service stays the same card's for as long as the process lives. Nothing if that is not claimed now.
     std::optional<uint32_t> openService(uint64_t service) override;
+    // Takes its mappings away: an access that comes later ends the program.
     bool closeConnection(uint32_t connection) override;
     // A range is mapped once for each connection, and only if it is large enough for the registers. A line on
     // standard error says why one cannot be mapped.
@@ -50,8 +52,8 @@ class LinuxHost final : public Host {
     void storeWord(uint32_t* address, uint32_t word) override;
     std::vector<Process> processes() override;
     bool deliverShutDownEvent(uint64_t processSerialNumber) override;
-    // If there is no usable card, there is nothing to guard: lines on standard error say so, and the right is
-    // granted without asking.
+    // The agent's claim, which waits for a password if one is needed. If there is no usable card, there is
+    // nothing to guard: lines on standard error say so, and the right is granted without asking.
     RightAnswer askForAdministratorRight() override;
     bool runPrivilegedTool(const std::string& tool, const std::vector<std::string>& arguments) override;
     void sleepSeconds(uint32_t seconds) override;

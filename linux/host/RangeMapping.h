@@ -13,6 +13,7 @@ class RangeMapping {
     // Maps the whole pages that hold the range, for reading and writing. Its file need not stay open. If the
     // range is too small for a card's or cannot be mapped, base() is null and refusal() says why.
     explicit RangeMapping(const pci::OpenedRange& range);
+    // The other one no longer owns the pages.
     RangeMapping(RangeMapping&& other) noexcept;
     RangeMapping(const RangeMapping&) = delete;
     RangeMapping& operator=(const RangeMapping&) = delete;
@@ -24,6 +25,7 @@ class RangeMapping {
     // Of the range itself, which may begin within a page.
     uint8_t* base() const { return base_; }
     uint32_t bytes() const { return bytes_; }
+    // One of pci::refusals; empty if the range is mapped.
     const std::string& refusal() const { return refusal_; }
 
   private:

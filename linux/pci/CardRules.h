@@ -19,10 +19,12 @@
 
 namespace pci {
 
+// More than anybody needs, and little enough for a file that is no such file to do no harm.
 constexpr std::size_t kMostRules = 1000;
 constexpr std::size_t kMostComplaints = 100;
 constexpr std::size_t kMostNameCharacters = 63;
 
+// The numbers by which the bus knows who made a device, or the board that it is on, and which one it is.
 struct Identifiers {
     uint16_t vendor = 0;
     uint16_t device = 0;
@@ -34,8 +36,8 @@ struct CardRule {
     std::optional<Identifiers> subsystem;  // nothing if the rule is for all
     // The number of the BAR that each range is; nothing if range n is the n-th BAR for memory.
     std::array<std::optional<uint32_t>, kMemoryRanges> bars;
-    bool isSimulated = false;
-    std::string name;
+    bool isSimulated = false;  // a card on a guest computer's bus
+    std::string name;          // for people
     bool operator==(const CardRule&) const = default;
 };
 

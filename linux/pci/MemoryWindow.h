@@ -13,8 +13,8 @@
 namespace pci {
 
 struct MemoryWindow {
-    std::size_t bar;
-    Resource resource;
+    std::size_t bar;    // the number of the base address register, 0 to 5
+    Resource resource;  // of memory, at least kRegisterBytes; it may not have been placed
     bool operator==(const MemoryWindow&) const = default;
 };
 

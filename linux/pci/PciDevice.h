@@ -39,6 +39,7 @@ std::optional<Resources> parseResources(std::string_view text);
 // Whether a text has the form of a device's address, such as 0000:05:01.0.
 bool isAddress(std::string_view text);
 
+// Every call asks the kernel again, since a device can change or go at any time.
 class PciDevice {
   public:
     PciDevice(std::string address, Attributes attributes)
@@ -47,17 +48,20 @@ class PciDevice {
     const std::string& address() const { return address_; }
     const Attributes& attributes() const { return attributes_; }
 
+    // Who made the device and what it is, the same of the board that it is on, and its memory and ports.
     // Nothing if the device has gone or its description cannot be understood.
     std::optional<Identifiers> identifiers() const;
     std::optional<Identifiers> subsystem() const;
     std::optional<Resources> resources() const;
 
-    // The name of the driver that has the device; nothing if none has.
+    // The name of the driver that has the device, as plainText(); nothing if none has.
     std::optional<std::string> driver() const;
 
-    // The command register of the device's configuration; nothing if the device does not answer.
+    // Bits of the command register: the device answers accesses to its memory; it makes accesses of its own
+    // to the computer's.
     static constexpr uint16_t kMemoryDecoding = 0x0002;
     static constexpr uint16_t kBusMastering = 0x0004;
+    // The command register of the device's configuration; nothing if the device does not answer.
     std::optional<uint16_t> command() const;
     // Clears or sets one bit and reads it back; false if the bit did not change as wanted.
     [[nodiscard]] bool clearInCommand(uint16_t bit) const { return changeCommand(bit, 0); }

@@ -1,14 +1,18 @@
 #pragma once
 
 // Why a card cannot be used, and what a person can do about it: all that the agent and its clients say of it.
+// Each is one or two sentences in printable ASCII. The program shows it after the card's name and location.
 
 #include <string>
 
 namespace pci::refusals {
 
+// For all cards, as the kernel says of itself; or when a mapping is refused.
 constexpr char kLockedDown[] =
     "The kernel is locked down, so programs cannot reach the card's registers. Switch Secure Boot off in "
     "the computer's firmware settings until the card has been updated.";
+
+// The card's ranges, as the rules name them and the computer has placed them.
 constexpr char kNoWindow[] =
     "The card's memory range is missing or smaller than 512 bytes. Check the line that names the card in "
     "the configuration.";
@@ -17,12 +21,16 @@ constexpr char kNotPlaced[] =
     "slot.";
 constexpr char kUnknownNeighbours[] =
     "It is unknown whether another device has registers in the same page of memory. Try again.";
+
+// The device itself, when a client claims it or opens a range.
 constexpr char kBusMastering[] =
     "The card's bus mastering cannot be switched off. Switch the computer off and on, then try again.";
 constexpr char kMemoryDecoding[] =
     "The card's memory decoding cannot be switched on. Switch the computer off and on, then try again.";
 constexpr char kGone[] =
     "The card could not be read. Check that it is still in the computer, then try again.";
+
+// The other cards in the computer.
 constexpr char kSimulatedBesideReal[] =
     "This card is simulated, but the computer also has a real one. Remove the line for one of them from "
     "the configuration.";
@@ -39,7 +47,8 @@ constexpr char kAppearedLater[] =
 std::string driver(const std::string& name);
 // Another device, at this address, has registers in a page of the card's.
 std::string neighbour(const std::string& address);
-// mmap(2) of the card's registers failed with this error.
+// mmap(2) of the card's registers failed with this error. EPERM means a kernel that is locked down, EINVAL a
+// driver that keeps them.
 std::string mapping(int error);
 // There is no card at all; the folder is the one whose files name them.
 std::string noCard(const std::string& folder);

@@ -21,7 +21,7 @@ constexpr int kLoadsInARow = 15;
 constexpr double kBusSeconds = 0.5e-6;
 
 // One card, whose registers are a file. It counts as simulated, so that its loads are not slowed down.
-class OneCard final : public CardAgent {
+class OneCard final : public host::CardAgent {
   public:
     std::optional<std::vector<pci::FoundCard>> cards() override {
         return {
@@ -60,8 +60,8 @@ int stepsInBusTime() {
 }
 
 struct Plain {
-    static uint32_t load(uint32_t* word) { return mapped::load(word); }
-    static void store(uint32_t* word, uint32_t value) { mapped::store(word, value); }
+    static uint32_t load(uint32_t* word) { return host::mapped::load(word); }
+    static void store(uint32_t* word, uint32_t value) { host::mapped::store(word, value); }
 };
 
 struct ThroughHost {
@@ -82,7 +82,7 @@ void makeAccesses(uint32_t* word, int steps) {
 template <typename Access>
 void accesses(benchmark::State& state, int steps) {
     OneCard card;
-    LinuxHost host(card, {});
+    host::LinuxHost host(card, {});
     InstallHost(&host);
     const auto connection = host.openService(host.servicesOfClass(card_driver::kServiceClass).at(0));
     auto* const word = static_cast<uint32_t*>(host.mapMemory(connection.value(), 0).value().base);

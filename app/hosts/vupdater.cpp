@@ -32,7 +32,7 @@ bool goOn() {
 
 // The agent, for real or for simulated cards only, whichever are there when the program starts, because the
 // kind decides which images are offered. A card of the other kind that appears later is refused.
-class AgentForOneKind final : public AgentClient {
+class AgentForOneKind final : public client::AgentClient {
   public:
     AgentForOneKind() : AgentClient(goOn) {
         const auto atStart = AgentClient::cards().value_or(std::vector<pci::FoundCard>());
@@ -73,7 +73,7 @@ void introduce(CardsOfComputer cards) {
 int runUpdater() {
     AgentForOneKind agent;
     introduce(agent.Kind());
-    LinuxHost host(agent, BundleBesideExecutable(), [] { static_cast<void>(goOn()); });
+    host::LinuxHost host(agent, BundleBesideExecutable(), [] { static_cast<void>(goOn()); });
     WriteListener listener([&agent] { agent.beginWrite(); }, [&agent] { agent.endWrite(); });
     InstallHost(&host);
     const int exitCode =

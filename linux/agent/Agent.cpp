@@ -9,6 +9,7 @@
 #include "files/PrintableText.h"
 #include "files/UserError.h"
 
+namespace agent {
 namespace {
 
 using namespace std::chrono_literals;
@@ -260,3 +261,5 @@ void Agent::exitWhenIdle() {
         sd_event_exit(loop_, 0);
     }
 }
+
+}  // namespace agent

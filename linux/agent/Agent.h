@@ -17,6 +17,8 @@
 #include "linux/bus/AgentInterface.h"
 #include "linux/bus/Bus.h"
 
+namespace agent {
+
 class Agent {
   public:
     // The loop, the connection, which the loop serves, and the keeper must outlive the agent. The loop exits
@@ -80,3 +82,5 @@ class Agent {
     bus::Slot nameLost_;
     sd_event_source* timer_ = nullptr;
 };
+
+}  // namespace agent

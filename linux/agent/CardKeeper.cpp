@@ -10,6 +10,7 @@
 #include "linux/pci/CardRuleFiles.h"
 #include "linux/pci/base/Refusals.h"
 
+namespace agent {
 namespace {
 
 using std::chrono::steady_clock;
@@ -151,3 +152,5 @@ bool CardKeeper::isInUse(const Holding& holding) {
         return isLocked;
     });
 }
+
+}  // namespace agent

@@ -18,6 +18,8 @@
 
 #include "linux/pci/Cards.h"
 
+namespace agent {
+
 class CardKeeper {
   public:
     struct Folders {
@@ -75,3 +77,5 @@ class CardKeeper {
     std::vector<pci::FoundCard> listed_;       // what whoever has no card saw last
     std::chrono::steady_clock::time_point staleFrom_;
 };
+
+}  // namespace agent

@@ -4,6 +4,8 @@
 
 #include "linux/pci/base/Refusals.h"
 
+namespace agent {
+
 bool reportCards(CardKeeper& keeper, std::ostream& out) {
     const std::vector<pci::FoundCard> cards = keeper.list("");
     if (cards.empty()) {
@@ -21,3 +23,5 @@ bool reportCards(CardKeeper& keeper, std::ostream& out) {
     }
     return isOneUsable;
 }
+
+}  // namespace agent

@@ -6,6 +6,7 @@
 
 #include "files/UserError.h"
 
+namespace agent {
 namespace {
 
 constexpr bus::Object kPolkit{"org.freedesktop.PolicyKit1", "/org/freedesktop/PolicyKit1/Authority",
@@ -83,3 +84,5 @@ int Question::onAnswer(sd_bus_message* answer, void* question, sd_bus_error* /*e
                                                               : "the answer could not be understood");
     return 1;
 }
+
+}  // namespace agent

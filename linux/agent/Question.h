@@ -12,6 +12,8 @@
 #include "linux/bus/AgentInterface.h"
 #include "linux/bus/Bus.h"
 
+namespace agent {
+
 class Question {
   public:
     // Asks, without a time limit, whether the client with this name on the bus may use the cards. With mayAsk
@@ -33,3 +35,5 @@ class Question {
     Done done_;
     bus::Slot pending_;
 };
+
+}  // namespace agent

@@ -7,6 +7,7 @@
 #include "linux/bus/AgentInterface.h"
 #include "linux/bus/PowerLock.h"
 
+namespace agent {
 namespace {
 
 // Less than a client waits.
@@ -47,3 +48,5 @@ int WriteLock::onAnswer(sd_bus_message* answer, void* lock, sd_bus_error* /*erro
     files::say(client + ": The computer stays on during the write.");
     return sd_bus_reply_method_return(call.get(), bus::kBeginWrite.answer, self->lock_.number());
 }
+
+}  // namespace agent

@@ -11,6 +11,8 @@
 #include "linux/bus/Bus.h"
 #include "linux/bus/Descriptor.h"
 
+namespace agent {
+
 class WriteLock {
   public:
     // Asks logind for the lock, then answers the client's call with a descriptor that holds it, too, or with
@@ -27,3 +29,5 @@ class WriteLock {
     bus::Slot pending_;
     bus::Descriptor lock_;
 };
+
+}  // namespace agent

@@ -33,7 +33,7 @@ Loop newLoop() {
     return Loop(loop);
 }
 
-int serve(CardKeeper& keeper, std::chrono::seconds idleTime) {
+int serve(agent::CardKeeper& keeper, std::chrono::seconds idleTime) {
     const Loop loop = newLoop();
     int result = 0;
     const bus::Connection connection = bus::openSystemBus(kBusLimit, result);
@@ -43,7 +43,7 @@ int serve(CardKeeper& keeper, std::chrono::seconds idleTime) {
     }
     sd_bus_attach_event(connection.get(), loop.get(), SD_EVENT_PRIORITY_NORMAL);
     sd_bus_set_exit_on_disconnect(connection.get(), 1);
-    Agent agent(loop.get(), connection.get(), keeper, idleTime);
+    agent::Agent agent(loop.get(), connection.get(), keeper, idleTime);
     agent.start();
     const int code = sd_event_loop(loop.get());
     // Answers that are still to be sent.
@@ -56,7 +56,7 @@ int run(int argc, char** argv) {
         "Opens the cards named in /etc/vupdater/cards.d for programs whose users may use them. The "
         "system bus starts it.",
         "vupdater-agent");
-    CardKeeper::Folders folders;
+    agent::CardKeeper::Folders folders;
     unsigned idleSeconds = 30;
     bool isCheck = false;
     program.add_flag(
@@ -81,9 +81,9 @@ int run(int argc, char** argv) {
         // Whoever chooses the folder is responsible for it.
         folders.rulesOwner = geteuid();
     }
-    CardKeeper keeper(folders);
+    agent::CardKeeper keeper(folders);
     if (isCheck) {
-        return reportCards(keeper, std::cout) ? 0 : 1;
+        return agent::reportCards(keeper, std::cout) ? 0 : 1;
     }
     return serve(keeper, std::chrono::seconds(idleSeconds));
 }

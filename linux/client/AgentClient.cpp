@@ -12,6 +12,7 @@
 #include "linux/bus/PowerLock.h"
 #include "linux/client/PowerOff.h"
 
+namespace client {
 namespace {
 
 using namespace std::chrono_literals;
@@ -262,3 +263,5 @@ bool AgentClient::powerOff() {
     }
     return powerOffThroughLogind(bus);
 }
+
+}  // namespace client

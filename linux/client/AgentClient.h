@@ -15,7 +15,9 @@
 #include "linux/client/SessionLock.h"
 #include "linux/host/CardAgent.h"
 
-class AgentClient : public CardAgent {
+namespace client {
+
+class AgentClient : public host::CardAgent {
   public:
     // While a password or the lock for a write is waited for, `mayWait` is called about every 100 ms. If it
     // says no, the claim is cancelled; the agent withdraws its question when this program ends. A write is
@@ -64,3 +66,5 @@ class AgentClient : public CardAgent {
     bus::Descriptor lock_;
     SessionLock sessionLock_;
 };
+
+}  // namespace client

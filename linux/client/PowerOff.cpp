@@ -12,6 +12,7 @@
 #include "linux/bus/Bus.h"
 #include "linux/bus/PowerLock.h"
 
+namespace client {
 namespace {
 
 using namespace std::chrono_literals;
@@ -96,3 +97,5 @@ bool powerOffThroughLogind(sd_bus* connection) {
                ". Shut it down from the desktop's menu.");
     return false;
 }
+
+}  // namespace client

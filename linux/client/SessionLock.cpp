@@ -5,6 +5,7 @@
 
 #include "linux/bus/PowerLock.h"
 
+namespace client {
 namespace {
 
 constexpr std::chrono::microseconds kLimit = std::chrono::seconds(1);
@@ -29,3 +30,5 @@ void SessionLock::take() {
         connection_.reset();
     }
 }
+
+}  // namespace client

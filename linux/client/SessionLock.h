@@ -8,6 +8,8 @@
 
 #include "linux/bus/Bus.h"
 
+namespace client {
+
 class SessionLock {
   public:
     // Waits for a moment at most. Says nothing if there is no such session manager.
@@ -18,3 +20,5 @@ class SessionLock {
     // The session manager drops the lock when the connection ends.
     bus::Connection connection_;
 };
+
+}  // namespace client

@@ -12,6 +12,8 @@
 #include "linux/pci/base/MemoryRange.h"
 #include "platform/Host.h"
 
+namespace host {
+
 class CardAgent {
   public:
     CardAgent() = default;
@@ -44,3 +46,5 @@ class CardAgent {
     // Switches the computer off, as the desktop's menu does. True if that has begun or was under way.
     [[nodiscard]] virtual bool powerOff() = 0;
 };
+
+}  // namespace host

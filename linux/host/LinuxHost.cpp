@@ -9,6 +9,7 @@
 #include "platform/CardDriver.h"
 #include "platform/ChildProcess.h"
 
+namespace host {
 namespace {
 
 using std::chrono::steady_clock;
@@ -260,3 +261,5 @@ bool LinuxHost::runPrivilegedTool(const std::string& tool, const std::vector<std
 void LinuxHost::sleepSeconds(uint32_t seconds) {
     std::this_thread::sleep_for(std::chrono::seconds(seconds));
 }
+
+}  // namespace host

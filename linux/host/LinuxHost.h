@@ -24,6 +24,8 @@
 #include "linux/pci/base/FoundCard.h"
 #include "platform/Host.h"
 
+namespace host {
+
 class LinuxHost final : public Host {
   public:
     // The agent must outlive the host. As long as loads follow each other, `duringWaits` is called about
@@ -92,3 +94,5 @@ class LinuxHost final : public Host {
     Clock::time_point lastLook_;  // the clock's beginning if no loads have followed it
     Clock::time_point lastPause_ = Clock::now();
 };
+
+}  // namespace host

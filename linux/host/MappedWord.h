@@ -9,7 +9,7 @@
 #include <bit>
 #include <cstdint>
 
-namespace mapped {
+namespace host::mapped {
 
 // A word with the byte at its lowest address as the most significant one, from memory or to it.
 inline uint32_t inMemoryOrder(uint32_t word) {
@@ -34,4 +34,4 @@ inline void store(uint32_t* address, uint32_t word) {
 #endif
 }
 
-}  // namespace mapped
+}  // namespace host::mapped

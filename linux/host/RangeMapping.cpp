@@ -7,6 +7,7 @@
 
 #include "linux/pci/base/Refusals.h"
 
+namespace host {
 namespace {
 
 std::size_t wholePages(std::size_t bytes) {
@@ -47,3 +48,5 @@ RangeMapping::~RangeMapping() {
         ::munmap(pages_, pagesBytes_);
     }
 }
+
+}  // namespace host

@@ -8,6 +8,8 @@
 
 #include "linux/pci/base/MemoryRange.h"
 
+namespace host {
+
 class RangeMapping {
   public:
     // Maps the whole pages that hold the range, for reading and writing. Its file need not stay open. If the
@@ -38,3 +40,5 @@ class RangeMapping {
     uint32_t bytes_;
     std::string refusal_;
 };
+
+}  // namespace host

@@ -111,7 +111,7 @@ void update(const std::string& rulesFile, const std::string& image) {
     pci::CardRules rules;
     pci::parseCardRules({reinterpret_cast<const char*>(text.data()), text.size()}, rulesFile, rules);
     LocalAgent agent("/sys", std::move(rules));
-    LinuxHost host(agent, {}, [] {});
+    host::LinuxHost host(agent, {}, [] {});
     InstallHost(&host);
     const uint32_t connection = openFirstCard();
     tell("begins");

@@ -103,7 +103,7 @@ void runOnThisComputer(const Arguments& arguments) {
     pci::CardRules rules;
     pci::parseCardRules({reinterpret_cast<const char*>(text.data()), text.size()}, arguments.place, rules);
     LocalAgent agent("/sys", std::move(rules));
-    LinuxHost computer(agent, {});
+    host::LinuxHost computer(agent, {});
     PrintingHost host(computer);
     if (GetNumberOfCardsInstalled() == 0) {
         host.askForAdministratorRight();  // which says why

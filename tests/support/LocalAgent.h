@@ -11,7 +11,7 @@
 #include "linux/host/CardAgent.h"
 #include "linux/pci/Cards.h"
 
-class LocalAgent : public CardAgent {
+class LocalAgent : public host::CardAgent {
   public:
     LocalAgent(const std::filesystem::path& sys, pci::CardRules rules) : cards_(sys, std::move(rules)) {}
 

@@ -14,7 +14,7 @@
 
 namespace {
 
-void showCards(AgentClient& client) {
+void showCards(client::AgentClient& client) {
     const auto cards = client.cards();
     if (!cards) {
         std::cout << "nobody answers\n";
@@ -29,7 +29,7 @@ void showCards(AgentClient& client) {
 volatile sig_atomic_t givesUp = 0;
 
 // Leaves the range mapped, as the updater does.
-void open(AgentClient& client) {
+void open(client::AgentClient& client) {
     std::string address;
     uint32_t range = 0;
     std::cin >> address >> range;
@@ -53,7 +53,7 @@ int main() {
     action.sa_handler = [](int) { givesUp = 1; };
     sigaction(SIGUSR2, &action, nullptr);
     int waits = 0;
-    AgentClient client([&waits] { return ++waits, givesUp == 0; }, std::chrono::seconds(1));
+    client::AgentClient client([&waits] { return ++waits, givesUp == 0; }, std::chrono::seconds(1));
     for (std::string word; std::cin >> word;) {
         if (word == "cards") {
             showCards(client);

@@ -14,7 +14,7 @@
 #include "linux/host/CardAgent.h"
 #include "tests/support/TemporaryDirectory.h"
 
-class FakeAgent : public CardAgent {
+class FakeAgent : public host::CardAgent {
   public:
     // Nothing if the agent is not there.
     std::optional<std::vector<pci::FoundCard>> list = std::vector<pci::FoundCard>();

@@ -49,7 +49,7 @@ class LinuxHostTest : public testing::Test {
 
     FakeAgent agent_;
     int moments_ = 0;
-    LinuxHost host_{agent_, "/bundle", [this] { ++moments_; }};
+    host::LinuxHost host_{agent_, "/bundle", [this] { ++moments_; }};
 };
 
 TEST_F(LinuxHostTest, ShowsCardsThatNobodyMustBeAskedFor) {

@@ -184,7 +184,7 @@ TEST_F(TrappedCardsTest, AnswerAndTakeFirmwareAsOnTheSimulatedBus) {
     simulator::SimulatedHost simulated(trapped.machine, {});
     TracingHost bus(simulated);
     int moments = 0;
-    LinuxHost computer(agent_, {}, [&] { ++moments; });
+    host::LinuxHost computer(agent_, {}, [&] { ++moments; });
     {
         TrappingHost host(computer, bus);
         EXPECT_EQ(trapped.run(), expected);

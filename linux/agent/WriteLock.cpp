@@ -1,6 +1,7 @@
 #include "linux/agent/WriteLock.h"
 
-#include <chrono>
+#include <string>
+#include <utility>
 
 #include "files/PrintableText.h"
 #include "files/UserError.h"
@@ -10,43 +11,85 @@
 namespace agent {
 namespace {
 
-// Less than a client waits.
-constexpr std::chrono::microseconds kLimit = std::chrono::seconds(4);
+using namespace std::chrono_literals;
+
+// Together less than a client waits.
+constexpr std::chrono::microseconds kLockLimit = 3s;
+constexpr std::chrono::microseconds kCancelLimit = 1s;
+
+std::string reasonOf(const sd_bus_error* error) {
+    return error != nullptr && error->message != nullptr ? error->message
+                                                         : "the answer could not be understood";
+}
 
 }  // namespace
 
-WriteLock::WriteLock(sd_bus* connection, sd_bus_message* call) : call_(sd_bus_message_ref(call)) {
-    const bus::Message question = bus::newLockCall(connection);
+WriteLock::WriteLock(sd_bus* connection, sd_bus_message* call)
+    : connection_(connection), call_(sd_bus_message_ref(call)) {
+    ask(bus::newLockCall(connection), kLockLimit, onLock);
+}
+
+void WriteLock::ask(const bus::Message& question, std::chrono::microseconds limit,
+                    sd_bus_message_handler_t onAnswer) {
     sd_bus_slot* slot = nullptr;
-    const int result = sd_bus_call_async(connection, &slot, question.get(), onAnswer, this,
-                                         static_cast<uint64_t>(kLimit.count()));
+    const int result = sd_bus_call_async(connection_, &slot, question.get(), onAnswer, this,
+                                         static_cast<uint64_t>(limit.count()));
     if (result < 0) {
         throw files::UserError("logind could not be asked: " + bus::Error().reason(result) + ".");
     }
     pending_.reset(slot);
 }
 
-int WriteLock::onAnswer(sd_bus_message* answer, void* lock, sd_bus_error* /*error*/) {
+int WriteLock::onLock(sd_bus_message* answer, void* lock, sd_bus_error* /*error*/) {
     auto* const self = static_cast<WriteLock*>(lock);
     const bus::Slot answered = std::move(self->pending_);
-    const bus::Message call = std::move(self->call_);
-    const std::string client = sd_bus_message_get_sender(call.get());
     int theMessages = -1;
     if (sd_bus_message_is_method_error(answer, nullptr) != 0 ||
         sd_bus_message_read(answer, "h", &theMessages) < 0) {
-        const sd_bus_error* const error = sd_bus_message_get_error(answer);
-        const char* const reason = error != nullptr && error->message != nullptr
-                                       ? error->message
-                                       : "the answer could not be understood";
-        files::say(client + ": logind gave no lock for the write: " + reason);
-        // The client must not write before this is over.
-        const bool isGoingDown = sd_bus_error_has_name(error, bus::kIsGoingDown) != 0;
-        return sd_bus_reply_method_errorf(call.get(), isGoingDown ? bus::kIsGoingDown : SD_BUS_ERROR_FAILED,
-                                          "logind gave no lock: %s", reason);
+        return self->refuse(sd_bus_message_get_error(answer));
     }
     self->lock_ = bus::Descriptor::duplicate(theMessages);
+    try {
+        self->ask(bus::newCancelCall(self->connection_), kCancelLimit, onCancelled);
+    } catch (const files::UserError& error) {
+        files::say(error.what());
+        return self->grant(false);
+    }
+    return 1;
+}
+
+int WriteLock::onCancelled(sd_bus_message* answer, void* lock, sd_bus_error* /*error*/) {
+    auto* const self = static_cast<WriteLock*>(lock);
+    const bus::Slot answered = std::move(self->pending_);
+    int hasCancelled = 0;
+    if (sd_bus_message_is_method_error(answer, nullptr) != 0 ||
+        sd_bus_message_read(answer, "b", &hasCancelled) < 0) {
+        files::say("logind does not say whether a shut-down is scheduled: " +
+                   reasonOf(sd_bus_message_get_error(answer)));
+    }
+    return self->grant(hasCancelled != 0);
+}
+
+int WriteLock::refuse(const sd_bus_error* error) {
+    const bus::Message call = std::move(call_);
+    const std::string reason = reasonOf(error);
+    files::say(std::string(sd_bus_message_get_sender(call.get())) +
+               ": logind gave no lock for the write: " + reason);
+    // The client must not write before this is over.
+    const bool isGoingDown = sd_bus_error_has_name(error, bus::kIsGoingDown) != 0;
+    return sd_bus_reply_method_errorf(call.get(), isGoingDown ? bus::kIsGoingDown : SD_BUS_ERROR_FAILED,
+                                      "logind gave no lock: %s", reason.c_str());
+}
+
+int WriteLock::grant(bool hasCancelled) {
+    const bus::Message call = std::move(call_);
+    const std::string client = sd_bus_message_get_sender(call.get());
+    if (hasCancelled) {
+        files::say(client + ": A scheduled shut-down was cancelled for the write.");
+    }
     files::say(client + ": The computer stays on during the write.");
-    return sd_bus_reply_method_return(call.get(), bus::kBeginWrite.answer, self->lock_.number());
+    return sd_bus_reply_method_return(call.get(), bus::kBeginWrite.answer, lock_.number(),
+                                      static_cast<int>(hasCancelled));
 }
 
 }  // namespace agent

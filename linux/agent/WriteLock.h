@@ -6,7 +6,7 @@
 
 #include <systemd/sd-bus.h>
 
-#include <string>
+#include <chrono>
 
 #include "linux/bus/Bus.h"
 #include "linux/bus/Descriptor.h"
@@ -15,16 +15,24 @@ namespace agent {
 
 class WriteLock {
   public:
-    // Asks logind for the lock, then answers the client's call with a descriptor that holds it, too, or with
-    // an error if logind refuses. Throws files::UserError if logind cannot be asked. The lock ends when this
-    // object is gone and the client has closed its descriptor.
+    // Asks logind for the lock and, once it is held, to cancel a scheduled shut-down. Then answers the
+    // client's call with a descriptor that holds the lock, too, or with an error if logind refuses the lock.
+    // Throws files::UserError if logind cannot be asked. The lock ends when this object is gone and the
+    // client has closed its descriptor.
     WriteLock(sd_bus* connection, sd_bus_message* call);
     WriteLock(const WriteLock&) = delete;
     WriteLock& operator=(const WriteLock&) = delete;
 
   private:
-    static int onAnswer(sd_bus_message* answer, void* lock, sd_bus_error* error);
+    // Makes a call to logind.
+    void ask(const bus::Message& question, std::chrono::microseconds limit,
+             sd_bus_message_handler_t onAnswer);
+    static int onLock(sd_bus_message* answer, void* lock, sd_bus_error* error);
+    static int onCancelled(sd_bus_message* answer, void* lock, sd_bus_error* error);
+    int refuse(const sd_bus_error* error);
+    int grant(bool hasCancelled);
 
+    sd_bus* connection_;
     bus::Message call_;  // until it has been answered
     bus::Slot pending_;
     bus::Descriptor lock_;

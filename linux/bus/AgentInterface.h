@@ -34,9 +34,10 @@ constexpr Method kLetGo{"LetGo", "", ""};
 constexpr Method kOpenRange{"OpenRange", "su", "hut"};
 
 // Takes the lock that keeps the computer on. The descriptor holds it, too, so the end of the agent does not
-// end it. If logind refuses because the computer is on its way to sleep or off, so does the agent, with
-// logind's own error (see PowerLock.h).
-constexpr Method kBeginWrite{"BeginWrite", "", "h"};
+// end it. The answer also says whether a scheduled shut-down was cancelled (see PowerLock.h). If logind
+// refuses because the computer is on its way to sleep or off, so does the agent, with logind's own error (see
+// PowerLock.h).
+constexpr Method kBeginWrite{"BeginWrite", "", "hb"};
 constexpr Method kEndWrite{"EndWrite", "", ""};
 
 enum class ClaimAnswer {

@@ -15,6 +15,10 @@ Message newLockCall(sd_bus* connection) {
     return call;
 }
 
+Message newCancelCall(sd_bus* connection) {
+    return newCall(connection, kLogind, "CancelScheduledShutdown");
+}
+
 Descriptor lockIn(const Message& answer) {
     int theMessages = -1;
     sd_bus_message_read(answer.get(), "h", &theMessages);

@@ -62,6 +62,16 @@ Meaning meaningOf(bus::ClaimAnswer answer) {
             "agent is missing or not running."};
 }
 
+// The next value in the answer says whether a scheduled shut-down was cancelled.
+void sayWhetherCancelled(const bus::Message& answer) {
+    int hasCancelled = 0;
+    if (sd_bus_message_read(answer.get(), "b", &hasCancelled) > 0 && hasCancelled != 0) {
+        files::say(
+            "The computer was scheduled to shut down. That was cancelled, so that it does not interrupt the "
+            "write. Schedule it again after the write.");
+    }
+}
+
 }  // namespace
 
 sd_bus* AgentClient::connection(int& result) {
@@ -179,6 +189,7 @@ bool AgentClient::takeAgentsLock(Answer& answer) {
     sd_bus_message_set_auto_start(call.get(), 0);
     makeCall(call, kLimit, answer, [this] { return keepWaiting(); });
     lock_ = bus::lockIn(answer.message);
+    sayWhetherCancelled(answer.message);
     return static_cast<bool>(lock_);
 }
 
@@ -186,6 +197,12 @@ bool AgentClient::takeAgentsLock(Answer& answer) {
 bool AgentClient::takeOwnLock(Answer& answer) {
     makeCall(bus::newLockCall(connection(answer.result)), kLimit, answer, [this] { return keepWaiting(); });
     lock_ = bus::lockIn(answer.message);
+    if (lock_) {
+        Answer cancelled;
+        makeCall(bus::newCancelCall(connection(cancelled.result)), kLimit, cancelled,
+                 [this] { return keepWaiting(); });
+        sayWhetherCancelled(cancelled.message);
+    }
     return static_cast<bool>(lock_);
 }
 

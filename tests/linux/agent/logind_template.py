@@ -1,7 +1,7 @@
-"""python-dbusmock's logind, which can also be on its way to sleep: then it gives no lock."""
+"""python-dbusmock's logind, which can also be on its way to sleep, and then gives no lock, or be scheduled to shut down."""
 
 import dbus
-from dbusmock import MOCK_IFACE
+from dbusmock import MOCK_IFACE, mockobject
 from dbusmock.templates import logind
 from dbusmock.templates.logind import ListInhibitors  # noqa: F401 - a method of the mock
 
@@ -11,6 +11,7 @@ BUS_NAME, MAIN_OBJ, MAIN_IFACE, SYSTEM_BUS = logind.BUS_NAME, logind.MAIN_OBJ, l
 def load(mock, parameters):
     logind.load(mock, parameters)
     mock.is_going_to_sleep = False
+    mock.is_scheduled = False
 
 
 @dbus.service.method(MAIN_IFACE, in_signature="ssss", out_signature="h")
@@ -18,6 +19,26 @@ def Inhibit(self, what, who, why, mode):
     if self.is_going_to_sleep:
         raise dbus.exceptions.DBusException("Already running", name="org.freedesktop.login1.OperationInProgress")
     return logind.Inhibit(self, what, who, why, mode)
+
+
+@dbus.service.method(MAIN_IFACE, in_signature="st")
+def ScheduleShutdown(self, _what, _when):
+    if getattr(mockobject, "inhibitors", []):
+        raise dbus.exceptions.DBusException("Access denied", name="org.freedesktop.DBus.Error.AccessDenied")
+    self.is_scheduled = True
+
+
+@dbus.service.method(MAIN_IFACE, out_signature="b")
+def CancelScheduledShutdown(self):
+    was_scheduled, self.is_scheduled = self.is_scheduled, False
+    if not getattr(mockobject, "inhibitors", []):
+        ScheduleShutdown(self, "poweroff", 0)  # by somebody else, at once
+    return was_scheduled
+
+
+@dbus.service.method(MOCK_IFACE, out_signature="b")
+def IsScheduled(self):
+    return self.is_scheduled
 
 
 @dbus.service.method(MOCK_IFACE, in_signature="b")

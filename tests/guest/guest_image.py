@@ -1,10 +1,9 @@
-"""What guest computers boot beside the kernel: a small first file system, and a Debian with a desktop's services.
+"""What guest computers boot beside the kernel: a small first file system, and a Debian with the updater's packages.
 
 The Debian is kept in build/guest and made again only if what it is made from changes.
 """
 
 import hashlib
-import os
 import pathlib
 import re
 import shutil
@@ -17,9 +16,10 @@ INIT = pathlib.Path(__file__).with_name("init")
 
 MODULES = ("virtio_pci", "virtio_blk", "virtio_console", "9pnet_virtio", "9p", "crc32c_generic", "ext4",
            "overlay")
-PACKAGES = (
-    "systemd", "systemd-sysv", "udev", "dbus", "libpam-systemd", "polkitd", "procps",
-    "libqt6widgets6", "libxcb1", "libwayland-client0", "libsm6", "pax",
+OUR_PACKAGES = ROOT / "build/packages"
+# The computer, its display, and what works there. What the updater needs, its own packages must bring.
+OTHER_PACKAGES = (
+    "systemd", "systemd-sysv", "udev", "procps",
     "xvfb", "xauth", "openbox", "xdotool", "x11-xserver-utils", "imagemagick", "fonts-dejavu-core",
     "at-spi2-core", "python3", "python3-gi", "python3-xlib", "gir1.2-atspi-2.0",
 )
@@ -71,40 +71,66 @@ def first_file_system(modules):
     return archive
 
 
-def debian():
-    """The disk with the Debian that the guest computers run."""
+def cached(file, make):
+    """The file in the cache. If it is not there, make(path) makes it, and older ones like it are removed."""
+    if not file.exists():
+        with tempfile.TemporaryDirectory(dir=CACHE) as name:
+            folder = pathlib.Path(name)
+            folder.chmod(0o755)  # a tree in it has users of its own
+            make(folder / "new")
+            (folder / "new").rename(file)
+        for other in set(CACHE.glob(f"{file.name.split('-')[0]}-*{file.suffix}")) - {file}:
+            other.unlink()
+    return file
+
+
+def bare_debian(needed):
+    """The archive of a Debian that has the other packages and what ours need, but not ours."""
     users = "".join(f"useradd --create-home --shell /bin/bash {name}\n" for name in PEOPLE)
     passwords = "".join(f"{name}:{word}\n" for name, word in {**PEOPLE, "root": ROOTS_PASSWORD}.items())
-    setup = users + f"chpasswd <<'END'\n{passwords}END\necho guest >/etc/hostname\n" + "".join(
-        f"ln -sf /dev/null /etc/systemd/system/{unit}\n" for unit in IDLE_UNITS)
-    key = hashlib.sha256(repr((PACKAGES, setup)).encode()).hexdigest()[:16]
-    disk = CACHE / f"debian-{key}.img"
-    if not disk.exists():
-        with tempfile.TemporaryDirectory(dir=CACHE) as name:
-            work = pathlib.Path(name)
-            work.chmod(0o755)
-            (work / "setup").write_text(setup)
-            # What is mounted in the tree is seen by this process alone and ends with it, so that nothing is removed
-            # through it.
-            subprocess.run(
-                ["unshare", "--mount", "mmdebstrap", "--quiet", "--variant=minbase", f"--include={','.join(PACKAGES)}",
-                 *(f"--dpkgopt=path-exclude=/usr/share/{folder}/*" for folder in ("man", "doc", "locale")),
-                 f"--customize-hook=chroot \"$1\" sh -e <{work}/setup", "bookworm", work / "tree"], check=True)
-            subprocess.run(["mke2fs", "-q", "-t", "ext4", "-O", "^has_journal", "-d", work / "tree", work / "disk", "1G"],
-                           check=True)
-            (work / "disk").rename(disk)
-        for other in set(CACHE.glob("debian-*.img")) - {disk}:
-            other.unlink()
-    return disk
+    setup = "".join((f"apt-get satisfy --yes --no-install-recommends '{needed}' >/dev/null\n", users,
+                     f"chpasswd <<'END'\n{passwords}END\n", "echo guest >/etc/hostname\n",
+                     *(f"ln -sf /dev/null /etc/systemd/system/{unit}\n" for unit in IDLE_UNITS)))
+
+    def make(archive):
+        script = archive.with_name("setup")
+        script.write_text(setup)
+        # What is mounted in the tree is seen by this process alone and ends with it, so that nothing is removed
+        # through it.
+        subprocess.run(
+            ["unshare", "--mount", "mmdebstrap", "--quiet", "--variant=minbase", "--format=tar",
+             f"--include={','.join(OTHER_PACKAGES)}",
+             *(f"--dpkgopt=path-exclude=/usr/share/{folder}/*" for folder in ("man", "doc", "locale")),
+             f"--customize-hook=chroot \"$1\" sh -e <{script}", "bookworm", archive], check=True)
+
+    key = hashlib.sha256(repr((OTHER_PACKAGES, setup)).encode()).hexdigest()[:16]
+    return cached(CACHE / f"bare-{key}.tar", make)
 
 
-def installed_programs():
-    """The folder with the built programs as an installed system has them."""
-    folder = CACHE / "programs"
-    shutil.rmtree(folder, ignore_errors=True)
-    subprocess.run(["cmake", "--install", ROOT / "build/release", "--prefix", "/usr"], check=True,
-                   stdout=subprocess.DEVNULL, env={**os.environ, "DESTDIR": str(folder)})
-    # These were made for the prefix with which the build was configured.
-    for service in folder.rglob("*.service"):
-        service.write_text(service.read_text().replace("/usr/local/", "/usr/"))
-    return folder
+def debian():
+    """The disk with the Debian that the guest computers run, with the packages that scripts/package made."""
+    packages = sorted(OUR_PACKAGES.glob("*.deb"))
+    if not packages:
+        raise FileNotFoundError(f"There are no packages in {OUR_PACKAGES}. scripts/package makes them.")
+    needed = ", ".join(subprocess.run(["dpkg-deb", "--field", package, "Depends"], check=True, capture_output=True,
+                                      text=True).stdout.strip() for package in packages)
+    archive = bare_debian(needed)
+
+    def make(disk):
+        tree = disk.with_name("tree")
+        tree.mkdir()
+        subprocess.run(["tar", "--extract", "--numeric-owner", "--file", archive, "--directory", tree], check=True)
+        inside = tree / "tmp/packages"
+        shutil.copytree(OUR_PACKAGES, inside)
+        # There is nothing that apt could download: a dependency that is not there is an error.
+        subprocess.run(["chroot", tree, "env", "DEBIAN_FRONTEND=noninteractive", "apt-get", "install", "--yes",
+                        "--no-install-recommends", "--option=Dpkg::Use-Pty=false",
+                        *(f"/tmp/packages/{package.name}" for package in packages)],
+                       check=True, stdout=subprocess.DEVNULL)
+        shutil.rmtree(inside)
+        subprocess.run(["mke2fs", "-q", "-t", "ext4", "-O", "^has_journal", "-d", tree, disk, "1G"], check=True,
+                       stdout=subprocess.DEVNULL)
+
+    content = "".join(hashlib.sha256(package.read_bytes()).hexdigest() for package in packages)
+    key = hashlib.sha256((archive.name + content).encode()).hexdigest()[:16]
+    return cached(CACHE / f"debian-{key}.img", make)

@@ -8,7 +8,6 @@ import sys
 import traceback
 
 from guest_computer import CARD_RULE, INSIDE, PROGRAMS, SITTER, Failure, tell
-from guest_image import installed_programs
 from guest_kernel import CACHE
 from virtual_desktop import take_own_session
 
@@ -45,12 +44,12 @@ def cardsim(*arguments):
 
 
 def make_layer(folder, asks_nobody):
-    """What lies over the guest's Debian: the installed programs, with the images for simulated cards in the bundle of
-    the one for a computer's own cards, and what the tests need."""
-    shutil.copytree(installed_programs(), folder, symlinks=True)
-    library = folder / "usr/lib/vupdater"
-    for image in library.glob("vupdater-simulated.app/Contents/Resources/*.xsv"):
-        shutil.copy(image, library / "vupdater.app/Contents/Resources")
+    """What lies over the guest's Debian: a rule that names its cards, images for them in the bundle of the updater for a
+    computer's own cards, and what the tests need."""
+    bundle = folder / "usr/lib/x86_64-linux-gnu/vupdater/vupdater.app/Contents/Resources"
+    bundle.mkdir(parents=True)
+    for image in PROGRAMS.glob("vupdater-simulated.app/Contents/Resources/*.xsv"):
+        shutil.copy(image, bundle)
     cards = folder / "etc/vupdater/cards.d/guest.conf"
     cards.parent.mkdir(parents=True, exist_ok=True)
     cards.write_text(CARD_RULE)

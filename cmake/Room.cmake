@@ -21,6 +21,14 @@ function(add_room name)
     set_project_warnings(${name})
 endfunction()
 
+# For rooms that wait for the user or for files. Where nothing repeats, small code is faster: a program starts by
+# bringing it into memory.
+function(optimise_for_size)
+    foreach(target ${ARGN})
+        target_compile_options(${target} PRIVATE $<$<CONFIG:Release>:-Os>)
+    endforeach()
+endfunction()
+
 # A program: one main file. All programs are in one folder, with their bundles beside them.
 #
 #   add_program(cardsim SOURCE main.cpp LINKS cardsim_commands)

@@ -39,16 +39,9 @@ std::optional<std::string> text(CFTypeRef object) {
 
 using CFObjects::find;
 
-CFTypeRef CFRetain(CFTypeRef object) {
-    if (auto* const found = find(object)) {
-        ++found->references;
-    }
-    return object;
-}
-
 void CFRelease(CFTypeRef object) {
     auto* const found = find(object);
-    if (found == nullptr || --found->references != 0) {
+    if (found == nullptr) {
         return;
     }
     const std::vector<CFTypeRef> elements = std::move(found->elements);
@@ -56,11 +49,6 @@ void CFRelease(CFTypeRef object) {
     for (const CFTypeRef element : elements) {
         CFRelease(element);
     }
-}
-
-CFIndex CFGetRetainCount(CFTypeRef object) {
-    const auto* const found = find(object);
-    return found == nullptr ? 0 : found->references;
 }
 
 CFIndex CFArrayGetCount(CFArrayRef array) {

@@ -11,7 +11,7 @@
 
 namespace CFObjects {
 
-// Each returns a new object with one reference. An array owns its elements.
+// Each returns a new object, which the caller releases. An array owns its elements.
 CFMutableDictionaryRef addDictionary(std::string text);
 CFURLRef addURL(const std::filesystem::path& path);
 CFArrayRef addArray(std::vector<CFTypeRef> elements);

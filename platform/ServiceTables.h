@@ -27,7 +27,6 @@ struct ServiceIterator {
 struct CFObject {
     std::string text;
     std::vector<CFTypeRef> elements;
-    CFIndex references = 1;
 };
 
 // The class and ID are those of an event; other descriptors have none.

@@ -4,7 +4,6 @@
 
 #include <cstdio>
 #include <filesystem>
-#include <vector>
 
 #include "files/OpenFile.h"
 #include "files/OutputFile.h"

@@ -7,7 +7,6 @@
 #include <cstdlib>
 #include <exception>
 #include <map>
-#include <vector>
 
 #include "app/UpdaterMain.h"
 #include "app/hosts/HostProcess.h"

@@ -1,9 +1,9 @@
 #pragma once
 
-// The application's bundle, its resources, and the reference-counted values in which they are handed out.
+// The application's bundle, its resources, and the values in which they are handed out.
 //
-// Names and reference rules are the Mac's: what a function with Copy or Create in its name returns belongs to
-// the caller, who gives it back with CFRelease; what a Get function returns does not.
+// Names and rules of ownership are the Mac's: what a function with Copy or Create in its name returns belongs
+// to the caller, who gives it back with CFRelease; what a Get function returns does not.
 
 #include <cstddef>
 #include <cstdint>
@@ -24,11 +24,8 @@ CFStringRef CFSTR(const char (&literal)[bytes]) {
     return reinterpret_cast<CFStringRef>(literal);
 }
 
-CFTypeRef CFRetain(CFTypeRef object);
+// Nothing here retains an object, so this destroys it. An array's elements go with it.
 void CFRelease(CFTypeRef object);
-
-// The retain count; 0 if the object is not alive.
-CFIndex CFGetRetainCount(CFTypeRef object);
 
 // The running application's bundle, or null if it has none.
 CFBundleRef CFBundleGetMainBundle();

@@ -73,9 +73,9 @@ class CUpdaterApp : public LApplication, public LListener, public LBroadcaster {
     void UpdateCardInfo();
 
     // The steps of UpdateCardInfo, in order. Each returns false if the application has to quit.
-    bool OpenChosenCard(int32_t item);
-    bool ReadCardRegisters(uint16_t& outFirmwareVersion);
-    bool ReadCardIdentity();
+    [[nodiscard]] bool OpenChosenCard(int32_t item);
+    [[nodiscard]] bool ReadCardRegisters(uint16_t& outFirmwareVersion);
+    [[nodiscard]] bool ReadCardIdentity();
     void ChooseFirmwareForCard(uint8_t firmwareVersion);
     // Says below the card's values whether there is newer firmware for it.
     void ShowFirmwareState();
@@ -98,7 +98,7 @@ class CUpdaterApp : public LApplication, public LListener, public LBroadcaster {
 
     // Asks for the identity of a card that has none, stores it in gSerialNumber and writes it into the card.
     // Returns false if the user cancelled.
-    bool GetSerialNumberDialog();
+    [[nodiscard]] bool GetSerialNumberDialog();
 
     const UpdaterSetup mSetup;
     // Authorization under which the private driver was installed; null if there is none.

@@ -13,9 +13,9 @@ struct UpdaterSetup {
     // updater's run.
     LListener* windowStateListener = nullptr;
 
-    // Tells for the path of each firmware image in the bundle whether it may be offered. Asked before
-    // anything else is done, and again before the image is written; one that may not is as if it were not
-    // there.
+    // Decides, from its path, whether a firmware image in the bundle may be offered. Called for each image
+    // before anything else is done, and again before one is written. An image that may not be offered is
+    // treated as if it were not there.
     std::function<bool(const std::string& path)> mayBeOffered;
 };
 
@@ -23,4 +23,4 @@ struct UpdaterSetup {
 constexpr int kDisplayLost = 5;
 
 // Runs the updater until it has quit, and returns the process's exit code: 0, or kDisplayLost.
-int UpdaterMain(const UpdaterSetup& setup = {});
+[[nodiscard]] int UpdaterMain(const UpdaterSetup& setup = {});

@@ -17,11 +17,11 @@ uint32_t GetNumberOfCardsInstalled();
 // base0 or base1 asks for that memory range to be mapped and receives its address; the size beside it
 // receives its bytes. If mapping fails, the connection is closed again and the result is 0; *base0 may then
 // hold an address that is no longer mapped.
-uint32_t OpenCard(int index, void** base0, uint32_t* size0, void** base1, uint32_t* size1);
+[[nodiscard]] uint32_t OpenCard(int index, void** base0, uint32_t* size0, void** base1, uint32_t* size1);
 
 // Closes a connection and takes its mappings away. A number that is not a connection is ignored.
 void CloseCard(uint32_t connection);
 
 // Asks the driver for the card's name and location, each into kCardTextBytes bytes. Returns 1; or 0, leaving
 // both alone, if the driver did not answer.
-int GetCardInformation(uint32_t connection, char* name, char* location);
+[[nodiscard]] int GetCardInformation(uint32_t connection, char* name, char* location);

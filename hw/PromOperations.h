@@ -11,7 +11,7 @@
 uint16_t ProtectEEPROM();
 
 // Reads the identity. Returns 0; or 1, storing nothing, if it could not be read.
-uint16_t GetSerialNumber(uint32_t* identity);
+[[nodiscard]] uint16_t GetSerialNumber(uint32_t* identity);
 
 // Writes the identity, sets the protection bits and reads the identity back. Returns 0; or, after an alert,
 // the player's error code if writing failed, 1 if the identity could not be read back, 2 if it read back
@@ -22,4 +22,4 @@ uint16_t WriteSerialNumber(uint32_t identity);
 // identity held in gSerialNumber back, even if the image failed, an exception broke it off, or that identity
 // is blank. Returns the player's error code if the image failed, after an alert, else what WriteSerialNumber
 // returned. Passes the exception on.
-uint16_t ProgramConfigProm(uint8_t* image, uint32_t length);
+[[nodiscard]] uint16_t ProgramConfigProm(uint8_t* image, uint32_t length);

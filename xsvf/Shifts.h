@@ -23,15 +23,17 @@ void xsvfShiftOnly(int32_t bits, const var_len_byte* in, var_len_byte* captured)
 // to Shift-DR, and each repetition waits a quarter longer; every attempt captures again. When start and end
 // state are the same, the scan stays open and nothing waits. Returns 0, 2 for a mismatch, or 3 for a mismatch
 // after all retries.
-int32_t xsvfShift(uint8_t* state, uint8_t startState, int32_t bits, const var_len_byte* in,
-                  var_len_byte* captured, const var_len_byte* expected, const var_len_byte* mask,
-                  uint8_t endState, int32_t waitMicroseconds, uint8_t retryLimit);
+[[nodiscard]] int32_t xsvfShift(uint8_t* state, uint8_t startState, int32_t bits, const var_len_byte* in,
+                                var_len_byte* captured, const var_len_byte* expected,
+                                const var_len_byte* mask, uint8_t endState, int32_t waitMicroseconds,
+                                uint8_t retryLimit);
 
 // Reads the value to shift in and, if one is given, the expected value from the image, then shifts them
 // through the data register. Returns as xsvfShift.
-int32_t xsvfBasicXSDRTDO(uint8_t* state, int32_t bits, int16_t bytes, var_len_byte* in,
-                         var_len_byte* captured, var_len_byte* expected, const var_len_byte* mask,
-                         uint8_t endState, int32_t waitMicroseconds, uint8_t retryLimit);
+[[nodiscard]] int32_t xsvfBasicXSDRTDO(uint8_t* state, int32_t bits, int16_t bytes, var_len_byte* in,
+                                       var_len_byte* captured, var_len_byte* expected,
+                                       const var_len_byte* mask, uint8_t endState, int32_t waitMicroseconds,
+                                       uint8_t retryLimit);
 
 // Prepares the data of the next XSDRINC step: adds the increment, then gives each bit that is 1 in the data
 // mask, from the least significant up, the next of the next-data bits.

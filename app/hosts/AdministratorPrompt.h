@@ -4,4 +4,4 @@
 
 // Shows dialog-200.ui and waits for the answer; true if the right was granted. After an accepted quit, or
 // without a usable layout, it is refused.
-bool AskAdministrator();
+[[nodiscard]] bool AskAdministrator();

@@ -24,6 +24,5 @@ struct Program {
 };
 
 // Sets up the process, parses the command line, opens the display and runs the program; returns its exit
-// code. If the command line asks for something else, or is wrong, that is told instead. An exception is told,
-// too.
-int RunProgram(const Program& program, int argc, char** argv);
+// code. Reports exceptions and a wrong command line, and answers a request for help or the version.
+[[nodiscard]] int RunProgram(const Program& program, int argc, char** argv);

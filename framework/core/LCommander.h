@@ -40,7 +40,7 @@ class LCommander : public virtual LAttachable {
     virtual bool AttemptQuitSelf(int32_t saveOption);
 
     // Asks this commander and everything below it, and stops at the first refusal.
-    bool AttemptQuit(int32_t saveOption);
+    [[nodiscard]] bool AttemptQuit(int32_t saveOption);
 
     // Where a command from the menu bar enters the chain. Never owned; when the target is destroyed, its
     // super-commander takes its place.

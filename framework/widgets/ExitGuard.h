@@ -14,7 +14,7 @@ class ExitGuard {
     // Calls a function. Returns false if it tried to end the process. Destructors of objects on its stack
     // then do not run, so outside the library that it calls nothing on the stack may need one.
     template <typename Function>
-    static bool Call(Function function) {
+    [[nodiscard]] static bool Call(Function function) {
         return CallPlain([](void* context) { (*static_cast<Function*>(context))(); }, &function);
     }
 

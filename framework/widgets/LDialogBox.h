@@ -28,5 +28,5 @@ class LDialogBox : public QDialog, public LPane, public LCommander {
 
     // Shows the dialog, waits for the answer and returns whether it was OK. After an accepted quit the dialog
     // is not shown and the answer is Cancel. It is also Cancel if a quit is accepted meanwhile.
-    bool DoDialog();
+    [[nodiscard]] bool DoDialog();
 };

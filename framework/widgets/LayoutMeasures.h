@@ -10,7 +10,7 @@ class QLayout;
 
 // Sets one side's margin, or the spacing between a grid's rows or columns, from the property that Qt Designer
 // writes for it. Returns false if the layout has no such measure.
-bool SetMeasure(QLayout& layout, const QByteArray& property, int pixels);
+[[nodiscard]] bool SetMeasure(QLayout& layout, const QByteArray& property, int pixels);
 
 // Gives a grid's rows and columns the stretch factors and least sizes in the attributes of the reader's
 // current element. Other layouts are left alone.

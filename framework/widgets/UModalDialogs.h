@@ -26,7 +26,7 @@ namespace UModalDialogs {
 // and selected, and waits for the answer. True for OK, with the field's content in the text. False, leaving
 // the text alone, for Cancel, after an accepted quit, and if there is no usable layout. Throws "nilP" if the
 // layout lacks the edit field.
-bool AskForOneString(LCommander* super, int32_t dialogID, PaneIDT editPaneID, Str255 text,
-                     const std::vector<std::string>& parameters = {});
+[[nodiscard]] bool AskForOneString(LCommander* super, int32_t dialogID, PaneIDT editPaneID, Str255 text,
+                                   const std::vector<std::string>& parameters = {});
 
 }  // namespace UModalDialogs

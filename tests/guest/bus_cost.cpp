@@ -82,7 +82,9 @@ uint32_t openFirstCard() {
     }
     gpRegisters = static_cast<uint32_t*>(base);
     gbSwap = (MacReadULONG(RegisterAt(kByteSwapIDRegister)) & 0xFFFF) == kByteSwapID ? 0 : 1;
-    GetSerialNumber(&gSerialNumber);
+    if (GetSerialNumber(&gSerialNumber) != 0) {
+        throw std::runtime_error("The card's identity could not be read.");
+    }
     return connection;
 }
 

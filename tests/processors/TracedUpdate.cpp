@@ -48,7 +48,9 @@ class PrintingHost final : public TracingHost {
 void lookAtOpenCard(uint32_t connection) {
     char name[kCardTextBytes] = "";
     char location[kCardTextBytes] = "";
-    GetCardInformation(connection, name, location);
+    if (GetCardInformation(connection, name, location) == 0) {
+        throw std::runtime_error("A card could not be described.");
+    }
     std::printf("%s in %s\n  registers:", name, location);
     gbSwap = 0;
     gbSwap = (MacReadULONG(RegisterAt(kByteSwapIDRegister)) & 0xFFFF) == kByteSwapID ? 0 : 1;

@@ -86,7 +86,7 @@ void UpdaterSession::run(const std::function<void()>& script) {
         opened_ = countCardsOfPopup();
         LApplication::Current()->DoQuit();
     };
-    UpdaterMain(setup);
+    EXPECT_EQ(UpdaterMain(setup), 0);
     whenShown_ = nullptr;
     standardError = testing::internal::GetCapturedStderr();
     expectNothingLeft();

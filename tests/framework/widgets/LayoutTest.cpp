@@ -91,7 +91,8 @@ TEST(LayoutTest, FindsPanesByIDOnly) {
     EXPECT_EQ(application.window->FindPaneByID(FourCharCode("NONE")), nullptr);
     EXPECT_EQ(application.window->FindPaneByID(0), nullptr) << "widgets without an ID are not panes";
     Str255 text = {0};
-    EXPECT_THROW(UModalDialogs::AskForOneString(&application, 129, 1102, text), LException);
+    EXPECT_THROW(static_cast<void>(UModalDialogs::AskForOneString(&application, 129, 1102, text)),
+                 LException);
 }
 
 TEST(LayoutTest, NothingMovesOrIsClippedBetweenStates) {

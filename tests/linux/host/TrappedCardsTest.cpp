@@ -130,7 +130,7 @@ struct Work {
             const uint32_t connection = OpenCard(card, &base, &bytes, nullptr, nullptr);
             char name[kCardTextBytes] = "";
             char location[kCardTextBytes] = "";
-            GetCardInformation(connection, name, location);
+            EXPECT_NE(GetCardInformation(connection, name, location), 0);
             gpRegisters = static_cast<uint32_t*>(base);
             gbSwap = 0;
             gbSwap = (MacReadULONG(RegisterAt(kByteSwapIDRegister)) & 0xFFFF) == kByteSwapID ? 0 : 1;

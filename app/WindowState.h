@@ -1,6 +1,6 @@
 #pragma once
 
-// The states of the main window, and the message by which the application tells them.
+// The states of the main window, and the message with which the application announces them.
 
 #include <cstdint>
 

@@ -16,7 +16,7 @@ std::vector<uint8_t> firmwareImage();
 // answers: every comparison is made in full and passes.
 std::vector<uint8_t> unmaskedFirmwareImage();
 
-// An image of at most that many bytes (at least 1000), which consists of compared data shifts of 512 bits.
+// An image of at most this many bytes (1000 or more), made of compared data shifts of 512 bits.
 std::vector<uint8_t> imageOfShifts(std::size_t bytes);
 
 }  // namespace benchmarks

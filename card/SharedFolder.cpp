@@ -1,3 +1,7 @@
+// Another user may create a well-known name first: as a link to one of our files, as a pipe on which we would
+// wait for ever, or as a file or folder that stays under their control. In a sticky folder such as /tmp, only
+// root and we can remove or rename what we have taken.
+
 #include "card/SharedFolder.h"
 
 #include <fcntl.h>

@@ -1,10 +1,7 @@
 #pragma once
 
-// Taking names in a folder where everyone may create files, like /tmp.
-//
-// Another user may create a well-known name first: as a link to one of our files, as a pipe on which we would
-// wait for ever, or as a file or folder that stays under their control. So a name is taken before anything is
-// written to it. In a sticky folder such as /tmp, only root and we can remove or rename what we have taken.
+// Taking names in a folder where everyone may create files, like /tmp. A well-known name must be taken before
+// anything is written to it.
 
 // Takes a name for an empty file that only we can read and write, replacing a file, link or pipe of ours.
 // Returns false if what is there cannot be removed, as a folder cannot.

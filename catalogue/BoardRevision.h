@@ -17,7 +17,7 @@ inline constexpr uint8_t kHighestBoardRevision = 26;  // Z
 inline constexpr const char* kBoardRevisionForm =
     "A board is a letter from A to Z, or NC for one without a revision.";
 
-// 1 for 'A'. A character that is no capital letter gives 0 or a value above kHighestBoardRevision.
+// 1 for 'A'. A character that is not a capital letter gives 0 or a value above kHighestBoardRevision.
 constexpr uint16_t boardRevisionOfLetter(char letter) {
     return static_cast<uint16_t>(static_cast<unsigned char>(letter) - 'A' + 1);
 }

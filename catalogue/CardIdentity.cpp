@@ -34,7 +34,7 @@ std::string_view charactersOf(const Field& field, std::string_view serialNumber)
     return serialNumber.substr(field.position, field.digits);
 }
 
-// One byte for every character; those beyond ASCII become one that is no digit.
+// One byte for every character; those beyond ASCII become one that is not a digit.
 std::string oneBytePerCharacter(std::string_view utf8) {
     std::string characters;
     for (const char byte : utf8) {

@@ -1,6 +1,6 @@
 #pragma once
 
-// A card's identity, which is its serial number. It lies in one word and is printed on the card in ten
+// A card's identity, which is its serial number. It is held in one word and is printed on the card in ten
 // characters:
 //
 //               model   year minus 2000   week   unit
@@ -40,7 +40,7 @@ std::string serialNumberPrefix(uint16_t modelCode);
 // "Feb 12, 2003", the first day of the week, or "Unknown!" if the week is not one of a year.
 std::string manufactureDateText(uint32_t identity);
 
-// The identity of a serial number that somebody typed (UTF-8), or nothing if it is not one of a card: it must
+// The identity of a serial number that was typed (UTF-8), or nothing if no card can have it: it must
 // have ten characters, a known model, a year from 1 to 15, a week from 1 to 53 and a unit from 1 to 4095. A
 // field is read up to its first foreign character, so "1x" counts as 1.
 std::optional<uint32_t> parseTypedSerialNumber(std::string_view text);

@@ -57,7 +57,7 @@ constexpr bool isModelCode(uint32_t code) {
     return modelByCode(code) != nullptr;
 }
 
-// "Vorn K40". A code that is no model's reads as a further variant of the VornMX: 0x26 is "VornMX-G".
+// "Vorn K40". A code that no model has reads as a further variant of the VornMX: 0x26 is "VornMX-G".
 std::string modelName(uint16_t code);
 
 // The names that modelByName takes: "VornMX-A, ..., Vorn K40 or K40, ...".

@@ -30,7 +30,7 @@ struct ImageName {
 // name that is too short, or stands for no model or board, gets values that no card has.
 ImageName readImageName(std::string_view name);
 
-// The file name, or nothing for a model, flavour, version or board revision that no name can tell.
+// The file name, or nothing for a model, flavour, version or board revision that no name can hold.
 std::optional<std::string> imageFileName(const ImageName& name);
 
 // Whether a file of that name is an image for some card, written in the one way that imageFileName has.

@@ -60,7 +60,7 @@ class Folder {
     void removeInner(const std::string& name) const;
 
     // A program that writes excludes all others. A writer waits up to two seconds for readers, which are
-    // quick. False if another program is writing, or reads for longer. The lock ends with the Folder.
+    // quick. False if another program is writing, or keeps reading for longer. The lock ends with the Folder.
     [[nodiscard]] bool lock(Purpose purpose) const;
     void unlock() const;
 

@@ -1,6 +1,6 @@
 #pragma once
 
-// A file that is written piece by piece; each piece is in the file at once.
+// A file that is written piece by piece; each piece is in the file as soon as it is appended.
 
 #include <cstddef>
 #include <filesystem>
@@ -16,7 +16,7 @@ struct FileKind {
     std::string_view beginning;  // the bytes with which every file of the kind begins
 };
 
-// Throws FileError if something else than an earlier file of the kind has the name.
+// Throws FileError if the name is taken by anything but an earlier file of the kind.
 void requireReplaceable(const std::filesystem::path& path, const FileKind& kind);
 
 class GrowingFile {

@@ -46,7 +46,7 @@ struct Line {
     bool isPlacedMemory() const { return (flags & 0x200) != 0 && (flags & 0x30000000) == 0 && first != 0; }
 };
 
-// What a description says, read here once more in another way.
+// What a description says, read a second time in a different way.
 std::array<Line, 7> linesOf(const std::string& resource) {
     std::array<Line, 7> lines;
     std::size_t position = 0;
@@ -85,7 +85,7 @@ void checkTexts(const std::vector<FoundCard>& cards) {
 
 }  // namespace
 
-// Files in memory are written many times as fast, where the system has a place for them.
+// Where the system has a place for files in memory, writing is many times as fast there.
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
     if (std::filesystem::is_directory("/dev/shm")) {
         setenv("TMPDIR", "/dev/shm", 0);

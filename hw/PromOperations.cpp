@@ -51,7 +51,7 @@ void restoreAfterException(uint32_t identity) {
     try {
         WriteSerialNumber(identity);
     } catch (...) {
-        // The exception being handled already tells why the card needs another write.
+        // The exception being handled already says why the card needs another write.
     }
 }
 

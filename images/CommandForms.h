@@ -18,7 +18,7 @@ enum class Operands : uint8_t {
     instruction,  // a byte with a length in bits, and a value of that length in whole bytes
     value,        // a data register value
     twoValues,    // two data register values
-    steps,        // a data register value, a byte with a count, and so many step values
+    steps,        // a data register value, a byte with a count, and that many step values
 };
 
 struct CommandForm {

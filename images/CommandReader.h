@@ -19,7 +19,7 @@ enum class ImageEnd : uint8_t {
     unknownCommand,  // the player does not have this opcode
 };
 
-// The image must outlive the reader and its commands. A copy reads on independently.
+// The image must outlive the reader and its commands. A copy continues independently.
 class CommandReader {
   public:
     explicit CommandReader(std::span<const uint8_t> image) : image_(image) {}

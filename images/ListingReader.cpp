@@ -52,7 +52,7 @@ std::optional<uint8_t> endStateCode(XsvfOpcode opcode, std::string_view name) {
     return std::nullopt;
 }
 
-// The state that a word names, if it does, or the byte that it is.
+// The code of the state that a word names, or the byte that the word is.
 uint8_t parseState(std::optional<uint8_t> named, std::string_view word) {
     if (named) {
         return *named;

@@ -83,7 +83,7 @@ class Host {
 
     // Starts a tool, named by its absolute path, with the administrator's rights, as a child of this process
     // that the caller waits for. The arguments do not name the tool. Returns false, with no child, if it
-    // cannot be started; the child's exit status tells how it ended. The updater runs /bin/rm,
+    // cannot be started; the child's exit status says how it ended. The updater runs /bin/rm,
     // /usr/sbin/chown, /sbin/kextload and /sbin/kextunload.
     [[nodiscard]] virtual bool runPrivilegedTool(const std::string& tool,
                                                  const std::vector<std::string>& arguments) = 0;

@@ -1,7 +1,7 @@
 #pragma once
 
-// What the Mac services have handed out since the host was installed and not been given back, so that leaks
-// can be seen.
+// How much of what the Mac services have handed out since the host was installed has not been given back, so
+// that leaks can be seen.
 
 #include <cstddef>
 

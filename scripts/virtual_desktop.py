@@ -1,4 +1,4 @@
-"""A virtual display, and the updater on it as a user meets it.
+"""A virtual display, and the updater on it as a user sees it.
 
 The window is found and read through the desktop's accessibility interface, as a screen reader does, so nothing here
 depends on where anything is on the screen.
@@ -21,7 +21,7 @@ from Xlib.display import Display as XConnection
 gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi, GLib  # noqa: E402  (only after the version has been named)
 
-# An emulated computer needs more patience, and is kept from its work by every look.
+# An emulated computer needs more patience, and every look at it slows it down.
 PATIENCE_SECONDS = int(os.environ.get("PATIENCE_SECONDS", "120"))
 SECONDS_BETWEEN_LOOKS = float(os.environ.get("SECONDS_BETWEEN_LOOKS", "0.05"))
 DRIVER = pathlib.Path("/tmp/VUpdater.kext")
@@ -33,7 +33,7 @@ WINDOW_MANAGERS = {
 
 
 class Failure(Exception):
-    """Something did not happen as it should. The text is for the person who started the script."""
+    """Something did not happen as expected. The text is for the person who started the script."""
 
 
 def say(text):
@@ -127,7 +127,7 @@ class Display:
         return subprocess.run(["import", "-window", "root", "ppm:-"], check=True, capture_output=True).stdout
 
     def picture(self, stage, moving=False, changed=True):
-        """Saves a picture of the screen once it has changed, unless it need not, and come to rest, unless it is moving."""
+        """Saves a picture of the screen, once it has changed (if it must) and come to rest (unless it is moving)."""
         end = time.monotonic() + PATIENCE_SECONDS
         before = None
         seen = self._grab()
@@ -146,7 +146,7 @@ class Display:
 
 
 class Updater:
-    """The running program, read as a screen reader reads it. A machine is the argument of the one that has any."""
+    """The running program, read as a screen reader reads it. Only the simulated updater takes a machine."""
 
     def __init__(self, program, machine, folder, environment=None):
         self.folder = folder
@@ -160,7 +160,7 @@ class Updater:
         return self
 
     def __exit__(self, kind, *_):
-        if kind is not None:  # the screen, if it still exists, tells most
+        if kind is not None:  # a picture of the screen, if it still exists, says most
             subprocess.run(["import", "-window", "root", self.folder / "failure.png"], check=False)
         self.kill()
 

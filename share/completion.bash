@@ -1,4 +1,4 @@
-# Completes the commands and options that a program's --help tells, and names of files and folders elsewhere.
+# Completes the commands and options that a program's --help lists, and the names of files and folders elsewhere.
 _vupdater_program() {
     local program=$1 word=${COMP_WORDS[COMP_CWORD]} help next
     local command=()

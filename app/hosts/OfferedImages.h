@@ -10,6 +10,6 @@
 
 enum class CardsOfComputer { kReal, kSimulated };
 
-// A function for UpdaterSetup::mayBeOffered. It reads the image; if it says no, a line on standard error says
-// why. An image that cannot be read to its end is not offered either.
+// A function for UpdaterSetup::mayBeOffered. It reads the image; if it returns false, a line on standard
+// error says why. An image that cannot be read to its end is not offered either.
 std::function<bool(const std::string& path)> OfferedImages(CardsOfComputer cards);

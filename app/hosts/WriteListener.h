@@ -1,7 +1,7 @@
 #pragma once
 
-// Hears from the updater when the computer must stay on: from the begin of a write to a card until one has
-// succeeded. After a failed write the card is lost as soon as its power goes, so nothing may take it away
+// Hears from the updater when the computer must stay on: from the beginning of a write to a card until one
+// has succeeded. After a failed write the card is lost as soon as its power goes, so nothing may take it away
 // while the user looks for help. Quitting the program ends that.
 
 #include <functional>
@@ -10,7 +10,7 @@
 
 class WriteListener final : public LListener {
   public:
-    // The first function is called before each write, also before one that follows a failed one; the second
+    // The first function is called before each write, including one that follows a failed one; the second
     // after a write that succeeded.
     WriteListener(std::function<void()> onBegin, std::function<void()> onEnd);
 

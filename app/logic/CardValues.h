@@ -1,6 +1,6 @@
 #pragma once
 
-// What is known of the open card, besides its identity word, gSerialNumber, which the hardware layer
+// What is known about the open card, besides its identity word, gSerialNumber, which the hardware layer
 // declares. One card is open at a time; reading another replaces all of this.
 
 #include <cstdint>

@@ -25,8 +25,8 @@ extern uint16_t gusNewFirmwareRev;
 // fit is skipped. Without a bundle there are none, and a line on standard error says so.
 int32_t GetXSVFilesInBundle(char (*paths)[kResourcePathBytes], int32_t max);
 
-// Fills both tables and the count. A file name too long for its entry is cut to fit. With a function, images
-// for whose path it returns false are left out.
+// Fills both tables and the count. A file name too long for its entry is cut to fit. If there is a
+// function, images for whose path it returns false are left out.
 void CatalogueFirmwareFiles(const std::function<bool(const std::string& path)>& mayBeOffered = {});
 
 // Sets gNewFirmware and gusNewFirmwareRev to the first image in the tables for a model and board revision,

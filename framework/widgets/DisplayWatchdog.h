@@ -26,10 +26,10 @@ class DisplayWatchdog {
     DisplayWatchdog(const DisplayWatchdog&) = delete;
     DisplayWatchdog& operator=(const DisplayWatchdog&) = delete;
 
-    // For how long, in tenths of a second, the display may fail to answer. Work without a question must go on
-    // soon. While the user is being asked, the window is worth more patience, because most displays that
-    // freeze come back. But the user must not lose patience first and switch the computer off: the work may
-    // depend on what follows the answer.
+    // For how long, in tenths of a second, the display may fail to answer. Work without a question must
+    // continue soon. While the user is being asked, the window is worth more patience, because most displays
+    // that freeze come back. But the user must not lose patience first and switch the computer off: the work
+    // may depend on what follows the answer.
     enum Patience : int32_t { kWhileWorking = 10, kWhileAsking = 100 };
 
     // While an object of this class exists, Qt may wait for the display on the main thread. Inside another

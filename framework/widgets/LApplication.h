@@ -32,7 +32,7 @@ class LApplication : public LCommander {
     static LApplication* Current();
 
     // Calls StartUp and then runs the event loop until a quit is accepted. An exception is reported, on
-    // standard error and in an alert, and the loop goes on; after one that escapes from StartUp the
+    // standard error and in an alert, and the loop continues; after one that escapes from StartUp the
     // application quits.
     void Run();
 

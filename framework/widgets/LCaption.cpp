@@ -4,7 +4,7 @@
 
 namespace {
 
-// Clearly weaker than the values, and still with more contrast than people with weak eyes need.
+// Clearly paler than the values, but still with more contrast than people with poor sight need.
 constexpr float kStrength = 0.7F;
 
 }  // namespace

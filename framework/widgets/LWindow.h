@@ -26,7 +26,7 @@ class LWindow : public QMainWindow, public LPane, public LCommander {
     // application's window list. Null, with one line on standard error, if there is no usable layout.
     static LWindow* CreateWindow(int32_t layoutID, LCommander* super);
 
-    // The pane with that ID, or null. dynamic_cast tells what else it is (LBroadcaster, LStaticText, ...).
+    // The pane with that ID, or null. dynamic_cast shows what else it is (LBroadcaster, LStaticText, ...).
     LPane* FindPaneByID(PaneIDT paneID) const;
 
     void Show() override;

@@ -17,8 +17,8 @@ class UDisplay {
     // ends the process with the exit code; so call it before anything that would have to be undone.
     static void Open(const char* programName, int exitCodeWithout);
 
-    // Whether the connection to the display, or to the session manager, whose end is the end of the session,
-    // has broken. It does not come back: nothing on the screen may be touched any more.
+    // Whether the connection to the display has broken, or the one to the session manager, which ends with
+    // the session. It does not come back: nothing on the screen may be touched any more.
     static bool IsGone();
 
     // Whether the display answers now. Waits at most a tenth of a second for it, and not again while that

@@ -33,7 +33,7 @@ struct ImageReport {
 [[nodiscard]] ImageReport checkImage(std::span<const uint8_t> image);
 
 // What is wrong with the file name of an image that has this content, in one sentence, or nothing. An image
-// without a name must still have content that a name can tell. Unknown content fits the name of any card.
+// without a name must still have content that a name can describe. Unknown content fits the name of any card.
 [[nodiscard]] std::optional<std::string> nameFault(const std::optional<simulator::FpgaConfiguration>& content,
                                                    const std::optional<std::string>& fileName);
 

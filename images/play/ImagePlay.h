@@ -22,7 +22,7 @@ class ImagePlay {
     ImagePlay& operator=(const ImagePlay&) = delete;
     ~ImagePlay();
 
-    // Plays the next command. Returns a sentence if the player cannot go on.
+    // Plays the next command. Returns a sentence if the player cannot continue.
     [[nodiscard]] std::optional<std::string> playCommand();
     bool isComplete() const;
 

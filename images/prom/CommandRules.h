@@ -19,7 +19,7 @@ constexpr uint32_t kLongestWaitMicroseconds = 4 * simulator::Prom::kEraseMicrose
 constexpr uint32_t kLongestProgramMicroseconds = 100 * simulator::Prom::kProgramMicroseconds;
 constexpr uint64_t kLongestRunSeconds = 3600;
 
-// Judges the commands of one image in their order. A copy goes on independently.
+// Judges the commands of one image in their order. A copy continues independently.
 class CommandRules {
   public:
     // What is wrong with the command, in one sentence, or nothing. It must not be called again after a fault.

@@ -1,9 +1,9 @@
 #pragma once
 
-// Tells firmware for simulated cards from any other, by what an image shifts into the PROM.
+// Distinguishes firmware for simulated cards from any other, by what an image shifts into the PROM.
 //
-// A real card's PROM takes both kinds alike, but its FPGA does nothing with a simulated one's configuration,
-// and then the card is off the bus for good.
+// A real card's PROM accepts both kinds, but its FPGA can do nothing with a simulated card's configuration,
+// and then the card is lost: it never appears on the bus again.
 
 #include <cstdint>
 #include <span>
@@ -20,7 +20,7 @@ enum class FirmwareKind : uint8_t {
 // their order, contain the signature of a simulated FPGA's configuration, or if what several passes leave in
 // a page does. So it does not matter how the shifts are divided, in which order the pages come, what follows
 // the signature, or whether the image is complete. About one other image in two thousand contains these 32
-// bits by chance. It is no guard against an image that was made to deceive it: for example, a
+// bits by chance. This does not guard against an image that was made to deceive it: for example, a
 // value that the PROM keeps only after a retry is examined once.
 FirmwareKind firmwareKindOf(std::span<const uint8_t> image);
 

@@ -23,7 +23,7 @@ from virtual_desktop import Failure, run_cardsim, say, take_own_session, wait_un
 IMAGE = "VMBM12A.xsv"
 IDENTITY = "2103070021"
 
-# Each stands in an image's listing once per page.
+# Each of these is in an image's listing once per page.
 PROGRAMMING_WAIT = "XRUNTEST 14000\n"
 READING = "XSIR 13 0x1DFF\n"
 

@@ -7,8 +7,8 @@
 #include "tests/support/FakeHost.h"
 #include "xsvf/JtagPort.h"
 
-// Where the calls to the application are recorded, in order: "event ", or a progress in bytes. Null if nobody
-// asks.
+// Where the calls to the application are recorded, in order: "event ", or a progress in bytes. Null if no
+// test looks.
 static std::string* recorded = nullptr;
 
 void AllowNextEvent() {

@@ -93,7 +93,7 @@ const Attempt attempts[] = {
     {{.kind = FaultKind::pageMisread, .page = 1, .times = 4}, pageFails, identity, firstByte, true},
     {{.kind = FaultKind::pageMisread, .page = 1, .times = 3}, {confirmation}, identity, firstByte, true},
     {{.kind = FaultKind::userCodeNotTaken}, identityFails, blank, firstByte, true},
-    // Too slow for the waits, which damages rows and yet is no misuse.
+    // Too slow for the waits, which damages rows but is not misuse.
     {{.kind = FaultKind::slowProgramming, .factor = 2}, bothFail, {}, {}, false},
     {vanishedInErase, writesBlindly, blank, erased, false}};
 

@@ -12,7 +12,7 @@ namespace cardsim {
 // "2103070021 (0x21307015)", or "blank (0xFFFFFFFF)".
 std::string identityText(uint32_t identity);
 
-// What such a text, its first or its second half, or the word blank means; nothing for any other text.
+// The identity that such a text stands for, or either half of it, or the word blank. Nothing for other texts.
 std::optional<uint32_t> parseIdentity(std::string_view text);
 
 }  // namespace cardsim

@@ -11,11 +11,11 @@
 
 namespace cardsim {
 
-// In lines for people.
+// As lines of text.
 void showMachine(const simulator::Machine& machine, std::ostream& out);
 
-// The same as an object, and whether another program has the machine open. Values that the machine does not
-// have, or that a card does not tell, are null.
+// The same as a JSON object, which also says whether another program has the machine open. Values that the
+// machine or a card does not have are null.
 nlohmann::ordered_json machineJson(const simulator::Machine& machine, bool isInUse);
 
 // A machine's drivers in one line, such as "resident" or "none; administrator refused".

@@ -19,7 +19,7 @@ constexpr const char* kExitCodes =
 
 std::string whatIsWrong(const CLI::App& command, const CLI::Error& error) {
     std::vector<std::string> rest = command.remaining();
-    std::erase(rest, "--");  // behind it, nothing is an option
+    std::erase(rest, "--");  // nothing after it is an option
     const bool takesCommands = command.get_require_subcommand_min() > 0;
     if (rest.empty()) {
         const std::string what = error.what();

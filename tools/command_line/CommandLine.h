@@ -25,7 +25,7 @@ enum ExitCode { kDone = 0, kFailed = 1, kWrongUsage = 2 };
 // together. `what` is a sentence.
 [[noreturn]] void refuseUsage(const std::string& what);
 
-// For callbacks: ends the command with an exit code when the output or `err` has told everything already.
+// For callbacks: ends the command with an exit code when the output or `err` has said everything already.
 [[noreturn]] void exitWith(int exitCode);
 
 // A transformation for an option that takes a decimal whole number within bounds. CLI11 by itself reads "010"

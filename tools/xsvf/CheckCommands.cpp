@@ -63,7 +63,7 @@ void showAll(const std::vector<std::string>& names, std::ostream& out, std::ostr
     }
 }
 
-// What is wrong with the image or its name, in one sentence or as the lack of one.
+// What is wrong with the image or its name, in one sentence; nothing if both are good.
 std::optional<std::string> faultOf(const images::ImageReport& report, const std::string& name,
                                    bool mustBeKnown) {
     if (report.fault) {

@@ -1,7 +1,8 @@
 #pragma once
 
-// A run's register accesses, condensed to their number and a digest. Two runs have the same if all accesses
-// have the same order, offset, direction and word as it lies in memory.
+// A run's register accesses, condensed to their number and a digest of 32 bits. Two runs have the same if all
+// accesses have the same order, offset, direction and word as it lies in memory, on any processor. Only by
+// chance do two runs that differ have the same.
 
 #include <array>
 #include <bit>
@@ -13,7 +14,9 @@ namespace simulator {
 
 class AccessDigest {
   public:
-    // The offset is a multiple of four. The word's most significant byte is the one at the lowest address.
+    // Add the accesses in the order in which they are made, a load with the word that it returned. The offset
+    // is in bytes from the start of the registers, a multiple of four. The word's most significant byte is
+    // the one at the lowest address.
     void addLoad(uint32_t offset, uint32_t word) {
         ++loads_;
         mix(offset);
@@ -25,6 +28,7 @@ class AccessDigest {
         mix(word);
     }
 
+    // Loads and stores together.
     uint64_t accesses() const { return loads_ + stores_; }
 
     // Such as "264 loads, 12 stores, digest 8123079c".

@@ -34,6 +34,9 @@ enum class FaultKind : uint8_t {
     serviceSilent,  // the driver does not report the card's name and location
 };
 
+// One fault of a card. Which of code, page, times and factor a kind uses is in its description; the others
+// keep their initial values. Limits are checked by whoever reads a fault from a file or a command line, not
+// here.
 struct Fault {
     enum class When : uint8_t {
         atOnce,    // as soon as there is power
@@ -41,7 +44,7 @@ struct Fault {
         atClock,   // after this rising edge of the card's TCK, counted from power-up
     };
 
-    // The words for them in files.
+    // The words for them in files, in the order of the enumeration.
     static constexpr std::array<std::string_view, 3> kWhenNames{"at once", "at access", "at clock"};
 
     static constexpr uint32_t kMostTimes = 1'000'000;
@@ -54,13 +57,14 @@ struct Fault {
     uint32_t times = 0;   // pageMisread: wrong readings still to come, up to kMostTimes; 0 when it is over
     uint32_t factor = 1;  // slowProgramming: kLeastFactor to kMostFactor
     When when = When::atOnce;
-    uint64_t count = 0;  // of accesses or clocks
+    uint64_t count = 0;  // of accesses or clocks; atOnce does not use it
     bool struck = false;
     bool prevented = false;  // machineSleeps: it struck, but sleep was prevented
 
     bool operator==(const Fault&) const = default;
 };
 
+// What a kind is called, and which of a Fault's fields it uses. Files and command lines have these alone.
 struct FaultKindDescription {
     std::string_view name;
     std::string_view meaning;  // to follow "The card: "
@@ -82,23 +86,29 @@ inline const FaultKindDescription& describe(FaultKind kind) {
 // One card's faults.
 class Faults {
   public:
-    // Adds one, or replaces the one of the same kind (and page).
+    // Adds one, or replaces the one of the same kind (and page). It does not strike before strike() is
+    // called.
     void add(const Fault& fault);
-    // Returns how many were removed.
+    // Removes those of a kind, struck or not. Returns how many there were.
     std::size_t remove(FaultKind kind);
+    // Replaces all by those that an earlier run ended with.
     void restore(std::vector<Fault> faults) { faults_ = std::move(faults); }
+    // In the order in which they were added.
     const std::vector<Fault>& all() const { return faults_; }
 
+    // Whether a fault of this kind has struck and has not been removed since.
     bool hasStruck(FaultKind kind) const { return struck(kind) != nullptr; }
 
-    // Triggers every fault that is due at these counts; true if any was.
+    // Triggers every fault that is due when the machine has made these accesses and the card's TCK these
+    // rising edges; true if any was. What a fault then does to the card or the machine is the caller's part.
     [[nodiscard]] bool strike(uint64_t accesses, uint64_t clocks);
     // Notes that a fault which has struck did nothing.
     void notePrevented(FaultKind kind);
-    // The smallest count that a fault still waits for.
+    // The smallest count that a fault still waits for; nothing if none does.
     std::optional<uint64_t> nextCount(Fault::When when) const;
 
-    // How the faults that have struck change the PROM.
+    // How the faults that have struck change the PROM: the identification code that it gives instead of its
+    // own; the factor by which programming takes longer, 1 without a fault; whether a page takes its data.
     std::optional<uint32_t> foreignIdentification() const;
     uint32_t programmingFactor() const;
     bool takesPage(std::size_t page) const;

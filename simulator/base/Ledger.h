@@ -32,21 +32,25 @@ using MisuseReport = std::function<void(Misuse misuse, const std::string& detail
 
 class Ledger {
   public:
+    // A misuse that happened once or more, always to the same card and in the same words.
     struct Entry {
         Misuse misuse;
         std::string card;  // its name; empty if no card is involved
         std::string detail;
         uint64_t firstAccess;  // the clock's count when it first happened
-        uint64_t times;
+        uint64_t times;        // at least 1
 
         bool operator==(const Entry&) const = default;
     };
 
-    // Adds an entry, or counts an existing one with the same misuse, card and detail.
+    // Adds an entry, or counts an existing one with the same misuse, card and detail. Card and detail are as
+    // in an Entry, and `access` is the clock's count now.
     void record(Misuse misuse, std::string_view card, std::string_view detail, uint64_t access);
 
+    // In the order in which they first happened since the machine was made: switching it off keeps them.
     const std::vector<Entry>& entries() const { return entries_; }
     bool empty() const { return entries_.empty(); }
+    // Replaces all by those of an earlier run.
     void restore(std::vector<Entry> entries) { entries_ = std::move(entries); }
     void clear() { entries_.clear(); }
 

@@ -17,6 +17,7 @@ class AddressSpace {
     AddressSpace& operator=(AddressSpace&&) = delete;
     ~AddressSpace();
 
+    // The first address, reserved until this object is gone.
     void* base() const { return base_; }
 
   private:

@@ -24,7 +24,8 @@ class PrivilegedTools {
     // The drivers must outlive the tools.
     explicit PrivilegedTools(Drivers& drivers) : drivers_(drivers) {}
 
-    // Starts a tool. False if the machine has no such tool or no child could be started.
+    // Starts a tool, by its full path. False, with nothing done by the tool, if the machine has no such tool;
+    // also if no child could be started, and then what a simulated tool does has been done.
     [[nodiscard]] bool run(const std::string& tool, const std::vector<std::string>& arguments);
 
     // How many started tools have not been waited for yet.

@@ -83,12 +83,15 @@ class Card {
     uint8_t protection() const { return cells().protection(); }
     const PromCells& cells() const { return chain_.prom().cells(); }
     PromCells& cells() { return chain_.prom().cells(); }
+    // For saving and restoring the chain, and for looking at it. Only storeRegister() drives it.
     const JtagChain& chain() const { return chain_; }
     JtagChain& chain() { return chain_; }
 
     // The configuration that the FPGA would load from the PROM now; nothing if there is no valid one.
     std::optional<FpgaConfiguration> acceptableConfiguration() const;
 
+    // Called by the machine alone, for all cards. powerUp() lets the FPGA load its configuration, and then
+    // timePassed() must be called, so that faults which are due strike.
     void powerUp();
     void powerOff();
     // Continues with a configuration that was loaded at an earlier power-up. Restore the chain first.

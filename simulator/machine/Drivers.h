@@ -19,10 +19,13 @@ enum class PrivateDriverFault { none, doesNotLoad, publishesNothing };
 constexpr std::array<std::string_view, 3> kPrivateDriverFaultNames{"none", "does not load",
                                                                    "publishes nothing"};
 
+// The fields are changed directly: by the simulated tools, by the command line, and when a machine is
+// restored.
 struct Drivers {
     // How long a loaded driver takes to publish the cards' services.
     static constexpr uint32_t kSecondsToAttach = 3;
 
+    // A driver from a bundle, which publishes its services once it has attached to the cards.
     struct Loaded {
         std::string serviceClass;
         uint32_t secondsToAttach = kSecondsToAttach;  // what is left of it
@@ -44,6 +47,7 @@ struct Drivers {
                 }));
     }
 
+    // Lets the drivers attach for so long. The machine's clock, which counts accesses, does not move.
     void letPass(uint32_t seconds) {
         for (auto& [identifier, driver] : loaded) {
             driver.secondsToAttach -= std::min(seconds, driver.secondsToAttach);

@@ -24,12 +24,14 @@ class Machine {
     Machine(const Machine&) = delete;
     Machine& operator=(const Machine&) = delete;
 
-    // Adds a card; the machine must be off. The card lives until it is removed.
+    // Adds a card behind the others; the machine must be off. The card lives, and stays where it is in
+    // memory, until it is removed.
     Card& addCard(Board board, PromCells cells);
     // Removes a card; the machine must be off.
     void removeCard(std::size_t index);
     // The first "PCI slot N" in which there is no card.
     std::string freeSlot() const;
+    // Cards by index, from 0. Throws std::out_of_range if there are fewer.
     std::size_t cardCount() const { return cards_.size(); }
     Card& card(std::size_t index) { return *cards_.at(index); }
     const Card& card(std::size_t index) const { return *cards_.at(index); }
@@ -53,6 +55,7 @@ class Machine {
     void beginRecordings();
     void endRecordings();
 
+    // Who carries out an access ticks the clock first, and wakes it if that asks for it.
     Clock& clock() { return clock_; }
     uint64_t accesses() const { return clock_.accesses(); }
     uint64_t microseconds() const { return clock_.microseconds(); }

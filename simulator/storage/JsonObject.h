@@ -23,18 +23,23 @@ class JsonObject {
     // The JSON must outlive this object. The path is empty for a file's outermost object.
     JsonObject(const Json& json, std::string path);
 
-    // Throws a sentence made of the field's path and `what`.
+    // Throws a sentence made of the field's path and `what`, which begins with a verb and ends with a full
+    // stop.
     [[noreturn]] void complain(const std::string& key, const std::string& what) const;
 
+    // Whether there is such a field, for those that may be missing. All other functions require theirs.
     bool has(const std::string& key) const { return json_.contains(key); }
 
     const Json& at(const std::string& key);
+    // Parts of this object's JSON, which must outlive them. Call nothingElse() on each of them, too.
     JsonObject object(const std::string& key) { return {at(key), pathOf(key)}; }
     std::vector<JsonObject> objects(const std::string& key);
     bool flag(const std::string& key);
     std::string text(const std::string& key);
+    // A text of exactly two digits for each of the bytes, in either case.
     std::vector<uint8_t> hexadecimal(const std::string& key, std::size_t bytes);
 
+    // A whole number from `least` to `most`, both included.
     template <typename Number>
     Number number(const std::string& key, Number least = 0,
                   Number most = std::numeric_limits<Number>::max()) {

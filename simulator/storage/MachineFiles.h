@@ -6,6 +6,7 @@
 
 namespace simulator {
 
+// The file that makes a folder a machine's, and the end of the names of its PROMs' files.
 constexpr const char* kMachineFile = "machine.json";
 constexpr const char* kPromExtension = ".prom";
 

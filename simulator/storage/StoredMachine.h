@@ -57,11 +57,14 @@ struct StoredMachine {
 StoredMachine describeMachine(const Machine& machine);
 
 // Gives a new machine the stored state. Calls cellsOf for each card's cells, then onAdded, where the caller
-// can attach a file, before the card continues.
+// can attach a file, before the card continues. If one of them throws, the machine has the cards before that
+// one and is of no use.
 void restoreMachine(Machine& machine, const StoredMachine& stored,
                     const std::function<PromCells(const StoredMachine::Card&)>& cellsOf,
                     const std::function<void(Card&, const StoredMachine::Card&)>& onAdded);
 
+// The text of machine.json. What is not UTF-8 in a name is replaced, so that it cannot keep a machine from
+// being saved.
 std::string encodeMachine(const StoredMachine& machine);
 
 // Throws files::UserError if the text is not a machine; its sentence follows the file's name and a colon.

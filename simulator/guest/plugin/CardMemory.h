@@ -24,6 +24,7 @@ class CardMemory {
     // The word at an offset, with its most significant byte at the lowest address. The offset is a multiple
     // of four below kBytes.
     uint32_t at(uint32_t offset) const;
+    // What the guest's next load finds. The card is not told.
     void put(uint32_t offset, uint32_t word);
 
     // What a load of the window at an offset, or of the page behind the window, should find.

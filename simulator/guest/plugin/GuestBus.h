@@ -27,7 +27,8 @@ class GuestBus {
     // files::UserError.
     GuestBus(const std::filesystem::path& machine, const std::filesystem::path& memory);
 
-    // The card at a place that the guest's processor has just accessed, or null.
+    // The card at a place in the guest's physical memory that its processor has just accessed; null if there
+    // is none, or if none is known to be there yet.
     GuestCard* cardAt(uint64_t place, GuestAccess access);
     // After the guest's processor has accessed `bytes` of the card's page, and before its next access.
     void accessed(GuestCard& card, uint32_t offset, uint32_t bytes, GuestAccess access);

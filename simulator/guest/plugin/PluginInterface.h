@@ -30,6 +30,8 @@ void qemu_plugin_register_vcpu_tb_exec_inline(qemu_plugin_tb* block, QemuPluginO
 void qemu_plugin_register_vcpu_tb_trans_cb(uint64_t plugin, QemuPluginBlockCallback* callback);
 std::size_t qemu_plugin_tb_n_insns(const qemu_plugin_tb* block);
 qemu_plugin_insn* qemu_plugin_tb_get_insn(const qemu_plugin_tb* block, std::size_t index);
+const void* qemu_plugin_insn_data(const qemu_plugin_insn* instruction);
+std::size_t qemu_plugin_insn_size(const qemu_plugin_insn* instruction);
 uint64_t qemu_plugin_tb_vaddr(const qemu_plugin_tb* block);
 void qemu_plugin_register_vcpu_mem_cb(qemu_plugin_insn* instruction, QemuPluginMemoryCallback* callback,
                                       QemuPluginRegisters registers, QemuPluginAccesses accesses, void* data);

@@ -6,7 +6,8 @@
 //
 // With nanoseconds, an access of a card takes about so much more of the processor's time, since a real bus is
 // far slower than shared memory. The guest has one processor, and its programs are seen, not its kernel,
-// which has no business with the cards.
+// which has no business with the cards. Being told of an access costs far more than an access, so nothing is
+// told of a program's own stack and static data.
 
 #include <algorithm>
 #include <array>
@@ -14,11 +15,13 @@
 #include <cstdio>
 #include <exception>
 #include <map>
+#include <span>
 #include <string>
 #include <string_view>
 
 #include "files/UserError.h"
 #include "simulator/guest/plugin/GuestBus.h"
+#include "simulator/guest/plugin/OwnMemory.h"
 #include "simulator/guest/plugin/PluginInterface.h"
 
 int qemu_plugin_version = kQemuPluginVersion;
@@ -64,10 +67,25 @@ struct KnownPage {
 std::array<KnownPage, 1024> knownPages;
 uint64_t kernelBlocks = 1;  // how many of the kernel's blocks have run
 
+KnownPage& pageOf(uint64_t number) {
+    return knownPages[number % knownPages.size()];
+}
+
+bool isKnown(const KnownPage& page, uint64_t number) {
+    return page.number == number && page.kernelBlocks == kernelBlocks;
+}
+
+// Whether nothing that a program accesses there is a card's. True of nearly every access but the cards' own.
+bool isKnownToBeNoCard(uint64_t address) {
+    const uint64_t number = address / simulator::CardMemory::kBytes;
+    const KnownPage& page = pageOf(number);
+    return isKnown(page, number) && page.card == nullptr;
+}
+
 simulator::GuestCard* cardAt(uint64_t address, uint32_t access, simulator::GuestAccess way) {
     const uint64_t number = address / simulator::CardMemory::kBytes;
-    KnownPage& page = knownPages[number % knownPages.size()];
-    if (page.number == number && page.kernelBlocks == kernelBlocks) {
+    KnownPage& page = pageOf(number);
+    if (isKnown(page, number)) {
         return page.card;
     }
     const qemu_plugin_hwaddr* const there = qemu_plugin_get_hwaddr(access, address);
@@ -80,7 +98,8 @@ simulator::GuestCard* cardAt(uint64_t address, uint32_t access, simulator::Guest
     return card;
 }
 
-void onAccess(unsigned /*processor*/, uint32_t access, uint64_t address, void* /*data*/) {
+// Apart from onAccess, which would otherwise save registers that it seldom needs.
+[[gnu::noinline]] void carryOut(uint32_t access, uint64_t address) {
     if (address < kLeastAddress || address > kMostAddress) {
         return;
     }
@@ -93,14 +112,28 @@ void onAccess(unsigned /*processor*/, uint32_t access, uint64_t address, void* /
     }
 }
 
+void onAccess(unsigned /*processor*/, uint32_t access, uint64_t address, void* /*data*/) {
+    if (!isKnownToBeNoCard(address)) {
+        carryOut(access, address);
+    }
+}
+
+std::span<const uint8_t> bytesOf(const qemu_plugin_insn* instruction) {
+    return {static_cast<const uint8_t*>(qemu_plugin_insn_data(instruction)),
+            qemu_plugin_insn_size(instruction)};
+}
+
 void onTranslation(uint64_t /*plugin*/, qemu_plugin_tb* block) {
     if (qemu_plugin_tb_vaddr(block) > kMostAddress) {
         qemu_plugin_register_vcpu_tb_exec_inline(block, QEMU_PLUGIN_INLINE_ADD_U64, &kernelBlocks, 1);
         return;
     }
     for (std::size_t index = 0; index < qemu_plugin_tb_n_insns(block); ++index) {
-        qemu_plugin_register_vcpu_mem_cb(qemu_plugin_tb_get_insn(block, index), onAccess,
-                                         QEMU_PLUGIN_CB_NO_REGS, QEMU_PLUGIN_MEM_RW, nullptr);
+        qemu_plugin_insn* const instruction = qemu_plugin_tb_get_insn(block, index);
+        if (!simulator::accessesOnlyOwnMemory(bytesOf(instruction))) {
+            qemu_plugin_register_vcpu_mem_cb(instruction, onAccess, QEMU_PLUGIN_CB_NO_REGS,
+                                             QEMU_PLUGIN_MEM_RW, nullptr);
+        }
     }
 }
 

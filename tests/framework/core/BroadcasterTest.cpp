@@ -11,12 +11,12 @@ namespace {
 class Ear : public LListener {
   public:
     void ListenToMessage(MessageT message, void* /*parameter*/) override {
-        mHeard.push_back(message);
-        mReaction();
+        heard.push_back(message);
+        reaction();
     }
 
-    std::vector<MessageT> mHeard;
-    std::function<void()> mReaction = [] {};
+    std::vector<MessageT> heard;
+    std::function<void()> reaction = [] {};
 };
 
 }  // namespace
@@ -30,17 +30,17 @@ TEST(BroadcasterTest, AllowsListenersToChangeDuringABroadcast) {
     for (Ear* ear : {&first, &first, destroyed.get(), &last}) {
         broadcaster.AddListener(ear);
     }
-    destroyed->mReaction = [] { ADD_FAILURE() << "no longer there"; };
-    first.mReaction = [&] {
+    destroyed->reaction = [] { ADD_FAILURE() << "no longer there"; };
+    first.reaction = [&] {
         destroyed.reset();
         broadcaster.AddListener(&added);
     };
     broadcaster.BroadcastMessage(1);
-    EXPECT_TRUE(added.mHeard.empty()) << "hears only the next message";
-    EXPECT_EQ(first.mHeard.size(), 1U) << "once, although added twice";
-    EXPECT_EQ(last.mHeard.size(), 1U);
+    EXPECT_TRUE(added.heard.empty()) << "hears only the next message";
+    EXPECT_EQ(first.heard.size(), 1U) << "once, although added twice";
+    EXPECT_EQ(last.heard.size(), 1U);
     broadcaster.BroadcastMessage(2);
-    EXPECT_EQ(added.mHeard, std::vector<MessageT>{2});
+    EXPECT_EQ(added.heard, std::vector<MessageT>{2});
 }
 
 TEST(BroadcasterTest, MayBeDestroyedDuringItsBroadcast) {
@@ -49,7 +49,7 @@ TEST(BroadcasterTest, MayBeDestroyedDuringItsBroadcast) {
     Ear second;
     broadcaster->AddListener(&first);
     broadcaster->AddListener(&second);
-    first.mReaction = [&] { broadcaster.reset(); };
+    first.reaction = [&] { broadcaster.reset(); };
     broadcaster->BroadcastMessage(1);
-    EXPECT_TRUE(second.mHeard.empty());
+    EXPECT_TRUE(second.heard.empty());
 }

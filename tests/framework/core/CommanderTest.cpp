@@ -9,27 +9,29 @@ namespace {
 // Handles one command, and counts commands and requests to quit.
 class Recorder : public LCommander {
   public:
-    explicit Recorder(LCommander* super, CommandT handled = 0) : LCommander(super), mHandled(handled) {}
+    explicit Recorder(LCommander* super, CommandT handled = 0) : LCommander(super), handled_(handled) {}
 
     bool ObeyCommand(CommandT command, void* parameter) override {
-        if (command != mHandled) {
+        if (command != handled_) {
             return LCommander::ObeyCommand(command, parameter);
         }
-        ++mObeyed;
+        ++obeyed;
         return true;
     }
 
     bool AttemptQuitSelf(int32_t /*saveOption*/) override {
-        ++mAsked;
-        mDestroyed.reset();
-        return mAgrees;
+        ++asked;
+        destroyed.reset();
+        return agrees;
     }
 
-    CommandT mHandled;
-    int mObeyed = 0;
-    int mAsked = 0;
-    bool mAgrees = true;
-    std::unique_ptr<Recorder> mDestroyed;  // when this one is asked to quit
+    int obeyed = 0;
+    int asked = 0;
+    bool agrees = true;
+    std::unique_ptr<Recorder> destroyed;  // when this one is asked to quit
+
+  private:
+    CommandT handled_;
 };
 
 }  // namespace
@@ -43,8 +45,8 @@ TEST(CommanderTest, CommandsClimbUntilHandled) {
     EXPECT_TRUE(bottom.ObeyCommand(20, nullptr));
     EXPECT_FALSE(bottom.ObeyCommand(40, nullptr));
     EXPECT_FALSE(top.ObeyCommand(30, nullptr)) << "commands do not pass downwards";
-    EXPECT_EQ(bottom.mObeyed, 1);
-    EXPECT_EQ(top.mObeyed, 1);
+    EXPECT_EQ(bottom.obeyed, 1);
+    EXPECT_EQ(top.obeyed, 1);
 }
 
 TEST(CommanderTest, AnySubcommanderMayRefuseToQuit) {
@@ -54,16 +56,16 @@ TEST(CommanderTest, AnySubcommanderMayRefuseToQuit) {
     Recorder second(&middle);
 
     EXPECT_TRUE(top.AttemptQuit(kSaveOptionAsk));
-    first.mAgrees = false;
+    first.agrees = false;
     EXPECT_FALSE(top.AttemptQuit(kSaveOptionAsk));
-    EXPECT_EQ(second.mAsked, 1) << "a refusal ends the question";
-    first.mAgrees = true;
-    top.mAgrees = false;
+    EXPECT_EQ(second.asked, 1) << "a refusal ends the question";
+    first.agrees = true;
+    top.agrees = false;
     EXPECT_FALSE(top.AttemptQuit(kSaveOptionAsk));
-    EXPECT_EQ(first.mAsked, 2) << "a refusal at the top, too";
-    top.mAgrees = true;
-    first.mDestroyed = std::make_unique<Recorder>(&middle);
-    first.mDestroyed->mAgrees = false;
+    EXPECT_EQ(first.asked, 2) << "a refusal at the top, too";
+    top.agrees = true;
+    first.destroyed = std::make_unique<Recorder>(&middle);
+    first.destroyed->agrees = false;
     EXPECT_TRUE(top.AttemptQuit(kSaveOptionAsk)) << "destroyed commanders are not asked";
 }
 

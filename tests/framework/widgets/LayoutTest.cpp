@@ -50,31 +50,31 @@ std::map<QWidget*, QRect> geometries(const LWindow& window) {
 class PaintCounter : public QObject {
   public:
     explicit PaintCounter(LWindow& window) { window.installEventFilter(this); }
-    int times() const { return mTimes; }
+    int times() const { return times_; }
 
     bool eventFilter(QObject* /*watched*/, QEvent* event) override {
-        mTimes += event->type() == QEvent::Paint ? 1 : 0;
+        times_ += event->type() == QEvent::Paint ? 1 : 0;
         return false;
     }
 
   private:
-    int mTimes = 0;
+    int times_ = 0;
 };
 
 // Multiplies the size of the program's font, as a desktop's setting can.
 class FontScale {
   public:
     explicit FontScale(double factor) {
-        QFont font = mBefore;
-        font.setPointSizeF(mBefore.pointSizeF() * factor);
+        QFont font = before_;
+        font.setPointSizeF(before_.pointSizeF() * factor);
         QApplication::setFont(font);
     }
-    ~FontScale() { QApplication::setFont(mBefore); }
+    ~FontScale() { QApplication::setFont(before_); }
     FontScale(const FontScale&) = delete;
     FontScale& operator=(const FontScale&) = delete;
 
   private:
-    const QFont mBefore = QApplication::font();
+    const QFont before_ = QApplication::font();
 };
 
 bool isClipped(const QLabel& label) {

@@ -1,15 +1,15 @@
 // What the updater's accesses cost on a bus, beside bare ones.
 //
-//   bus_cost record MACHINE IMAGE STEPS    writes the image on a simulated machine and keeps its accesses
-//   bus_cost updater RULES IMAGE           writes it into the first card of this computer
-//   bus_cost bare REGISTERS STEPS          makes the kept accesses in a file with a card's registers
+//   bus_cost record MACHINE IMAGE STEPS    writes the image on a simulated machine, keeps its accesses and
+//                                          prints their number
+//   bus_cost compare RULES IMAGE STEPS     writes it into the first card of this computer, and now and then
+//                                          makes the kept accesses of that stretch in the second one
 //
-// The last two print a line when the accesses begin and one when they end.
+// To compare, both cards are open on the same host. Whatever slows this computer down meets both alike, since
+// they take turns of a second or so. Lines say whose turn begins.
 
-#include <fcntl.h>
-#include <sys/mman.h>
-#include <unistd.h>
-
+#include <algorithm>
+#include <cstddef>
 #include <cstdio>
 #include <span>
 #include <stdexcept>
@@ -18,7 +18,6 @@
 
 #include "card/CardAccess.h"
 #include "card/Registers.h"
-#include "files/OpenFile.h"
 #include "files/OutputFile.h"
 #include "files/WholeFile.h"
 #include "hw/ApplicationHooks.h"
@@ -31,7 +30,14 @@
 #include "tests/support/LocalAgent.h"
 
 uint32_t gSerialNumber = 0;
-void AllowNextEvent() {}
+void (*gpTakeTurns)() = nullptr;
+void AllowNextEvent() {
+    static uint32_t events = 0;
+    constexpr uint32_t kEventsInATurn = 5;
+    if (gpTakeTurns != nullptr && ++events % kEventsInATurn == 0) {
+        gpTakeTurns();
+    }
+}
 void UpdateProgressBar(uint32_t /*bytes*/) {}
 bool ShowAlert(const char* title, const char* message) {
     std::fprintf(stderr, "%s: %s\n", title, message);
@@ -40,12 +46,13 @@ bool ShowAlert(const char* title, const char* message) {
 
 namespace {
 
-// A store of a word, or a number of loads, at one offset.
+// A store of a word, or a number of loads, at one offset; or the end of a turn.
 struct Step {
-    uint32_t offset;  // with kStore, in the bits that an aligned offset leaves free
+    uint32_t offset;  // with kStore or kTurn, in the bits that an aligned offset leaves free
     uint32_t wordOrLoads;
 };
 constexpr uint32_t kStore = 1;
+constexpr uint32_t kTurn = 2;
 
 class RecordingHost final : public ForwardingHost {
   public:
@@ -57,6 +64,7 @@ class RecordingHost final : public ForwardingHost {
             steps.push_back({offset, 0});
         }
         ++steps.back().wordOrLoads;
+        ++loads;
         return ForwardingHost::loadWord(address);
     }
     void storeWord(uint32_t* address, uint32_t word) override {
@@ -65,27 +73,34 @@ class RecordingHost final : public ForwardingHost {
     }
 
     std::vector<Step> steps;  // in order
+    uint64_t loads = 0;       // in all of them
 };
+
+std::span<const Step> gSteps;           // those that remain to be made in the second card
+volatile uint32_t* gpSecond = nullptr;  // its registers
+RecordingHost* gpRecorder = nullptr;
 
 void tell(const char* what) {
     std::puts(what);
     std::fflush(stdout);
 }
 
-uint32_t openFirstCard() {
+// The card's registers. It stays open until the host ends.
+uint32_t* openCard(int index) {
     void* base = nullptr;
     uint32_t bytes = 0;
-    const uint32_t connection =
-        GetNumberOfCardsInstalled() == 0 ? 0 : OpenCard(0, &base, &bytes, nullptr, nullptr);
-    if (connection == 0) {
-        throw std::runtime_error("There is no card.");
+    if (OpenCard(index, &base, &bytes, nullptr, nullptr) == 0) {
+        throw std::runtime_error("A card could not be opened.");
     }
-    gpRegisters = static_cast<uint32_t*>(base);
+    return static_cast<uint32_t*>(base);
+}
+
+void openFirstCard() {
+    gpRegisters = openCard(0);
     gbSwap = (MacReadULONG(RegisterAt(kByteSwapIDRegister)) & 0xFFFF) == kByteSwapID ? 0 : 1;
     if (GetSerialNumber(&gSerialNumber) != 0) {
         throw std::runtime_error("The card's identity could not be read.");
     }
-    return connection;
 }
 
 void write(const std::string& image) {
@@ -100,55 +115,57 @@ void record(const std::string& machine, const std::string& image, const std::str
         simulator::MachineDirectory::open(machine, simulator::MachineDirectory::OnOpening::powerUp);
     simulator::SimulatedHost simulated(directory->machine(), {});
     RecordingHost host(simulated);
-    const uint32_t connection = openFirstCard();
+    openFirstCard();
     host.steps.clear();
+    host.loads = 0;
+    gpRecorder = &host;
+    gpTakeTurns = [] { gpRecorder->steps.push_back({kTurn, 0}); };
     write(image);
+    const auto stores =
+        std::ranges::count_if(host.steps, [](const Step& step) { return (step.offset & kStore) != 0; });
+    std::printf("%ju loads, %jd stores\n", uintmax_t{host.loads}, intmax_t{stores});
     const auto* const bytes = reinterpret_cast<const uint8_t*>(host.steps.data());
     files::writeOutputFile(file, {bytes, host.steps.size() * sizeof(Step)});
-    CloseCard(connection);
 }
 
-void update(const std::string& rulesFile, const std::string& image) {
-    const auto text = files::readFile(rulesFile);
-    pci::CardRules rules;
-    pci::parseCardRules({reinterpret_cast<const char*>(text.data()), text.size()}, rulesFile, rules);
-    LocalAgent agent("/sys", std::move(rules));
-    host::LinuxHost host(agent, {}, [] {});
-    InstallHost(&host);
-    const uint32_t connection = openFirstCard();
-    tell("begins");
-    write(image);
-    tell("ends");
-    CloseCard(connection);
-    InstallHost(nullptr);
-}
-
-void* mapped(const std::string& file, int flags, int protection, std::size_t bytes) {
-    const files::OpenFile open(AT_FDCWD, file, flags | O_CLOEXEC, file);
-    void* const there = ::mmap(nullptr, bytes, protection, MAP_SHARED, open.descriptor(), 0);
-    if (there == MAP_FAILED) {
-        throw std::runtime_error(file + " could not be mapped.");
-    }
-    return there;
-}
-
-void makeBareAccesses(const std::string& registersFile, const std::string& stepsFile) {
-    const auto bytes = files::readFile(stepsFile);
-    auto* const registers =
-        static_cast<uint32_t*>(mapped(registersFile, O_RDWR | O_SYNC, PROT_READ | PROT_WRITE, 0x1000));
-    const std::span steps(reinterpret_cast<const Step*>(bytes.data()), bytes.size() / sizeof(Step));
-    tell("begins");
-    for (const Step& step : steps) {
-        auto* const word = static_cast<volatile uint32_t*>(registers + step.offset / sizeof(uint32_t));
+// The second card takes its registers' least significant byte first, as this processor does.
+void makeBareAccessesOfATurn() {
+    tell("bare");
+    std::size_t made = 0;
+    for (const Step& step : gSteps) {
+        ++made;
+        auto* const word = gpSecond + step.offset / sizeof(uint32_t);
+        if ((step.offset & kTurn) != 0) {
+            break;
+        }
         if ((step.offset & kStore) != 0) {
-            *word = __builtin_bswap32(step.wordOrLoads);
+            *word = step.wordOrLoads;
             continue;
         }
         for (uint32_t load = 0; load < step.wordOrLoads; ++load) {
             static_cast<void>(*word);
         }
     }
-    tell("ends");
+    gSteps = gSteps.subspan(made);
+    tell("updater");
+}
+
+void compare(const std::string& rulesFile, const std::string& image, const std::string& stepsFile) {
+    const auto text = files::readFile(rulesFile);
+    pci::CardRules rules;
+    pci::parseCardRules({reinterpret_cast<const char*>(text.data()), text.size()}, rulesFile, rules);
+    LocalAgent agent("/sys", std::move(rules));
+    host::LinuxHost linuxHost(agent, {}, [] {});
+    InstallHost(&linuxHost);
+    openFirstCard();
+    gpSecond = openCard(1);
+    const auto bytes = files::readFile(stepsFile);
+    gSteps = {reinterpret_cast<const Step*>(bytes.data()), bytes.size() / sizeof(Step)};
+    gpTakeTurns = makeBareAccessesOfATurn;
+    tell("updater");
+    write(image);
+    makeBareAccessesOfATurn();
+    InstallHost(nullptr);
 }
 
 }  // namespace
@@ -158,12 +175,10 @@ int main(int argc, char** argv) {
     try {
         if (words.size() == 4 && words[0] == "record") {
             record(words[1], words[2], words[3]);
-        } else if (words.size() == 3 && words[0] == "updater") {
-            update(words[1], words[2]);
-        } else if (words.size() == 3 && words[0] == "bare") {
-            makeBareAccesses(words[1], words[2]);
+        } else if (words.size() == 4 && words[0] == "compare") {
+            compare(words[1], words[2], words[3]);
         } else {
-            std::fputs("usage: bus_cost record|updater|bare ...\n", stderr);
+            std::fputs("usage: bus_cost record|compare ...\n", stderr);
             return 2;
         }
     } catch (const std::exception& error) {

@@ -86,7 +86,7 @@ class DamagedImageTest : public testing::Test {
         port_.open(image, offset, passage_->info, manyClocks);
     }
 
-    uint8_t anyChange() { return static_cast<uint8_t>(1 + random() % 255); }
+    uint8_t anyChange() { return static_cast<uint8_t>(1 + random_() % 255); }
 
     AnsweringPort port_;
     std::optional<Passage> passage_;
@@ -99,7 +99,7 @@ TEST_F(DamagedImageTest, PlayerAndToolAgreeAtTenThousandPlaces) {
     auto image = images::makeFirmwareImage(std::span<const uint8_t, simulator::kPromBytes>(
         simulator::encodeConfiguration({0x21, 1, 'M', 12, 0x6311})));
     std::vector<std::size_t> places(10'000);
-    std::ranges::generate(places, [&] { return random() % image.size(); });
+    std::ranges::generate(places, [&] { return random_() % image.size(); });
     std::ranges::sort(places);
     open(image);
     for (const std::size_t place : places) {

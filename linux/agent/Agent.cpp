@@ -91,9 +91,11 @@ void Agent::start() {
     nameLost_.reset(slot);
     require(sd_event_add_time_relative(loop_, &timer_, CLOCK_MONOTONIC, 0, 0, onTimer, this),
             "No timer could be created");
-    setTimer();
     require(sd_bus_request_name(connection_, bus::kAgent.owner, 0),
             "The agent could not take its name on the bus. Only one agent can have it, and only as root");
+    // Not before the name, because there might be another agent that lives.
+    keeper_.takeOver();
+    setTimer();
 }
 
 void Agent::cards(sd_bus_message* call) {

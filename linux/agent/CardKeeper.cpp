@@ -18,6 +18,9 @@ using std::chrono::steady_clock;
 // Looking at every device takes milliseconds, and anybody may ask for it.
 constexpr std::chrono::milliseconds kListLasts(100);
 
+// In place of a client's name on the bus.
+constexpr char kEarlierAgent[] = "An earlier agent";
+
 }  // namespace
 
 CardKeeper::CardKeeper(Folders folders) : folders_(std::move(folders)) {
@@ -32,6 +35,18 @@ CardKeeper::~CardKeeper() {
         files::say("A program is still using a card, so the cards are left as they are.");
         // Its destructor would take the cards back.
         static_cast<void>(cards_.release());
+    }
+}
+
+void CardKeeper::takeOver() {
+    Holding holding{.probes = {}, .isGivenUp = true};
+    const std::vector<std::string> addresses = cards_->claimLeftBehind(kEarlierAgent);
+    for (const std::string& address : addresses) {
+        addProbes(holding, address);
+        files::say(address + ": Taken over from an agent that was killed.");
+    }
+    if (!addresses.empty()) {
+        holdings_.emplace(kEarlierAgent, std::move(holding));
     }
 }
 

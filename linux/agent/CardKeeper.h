@@ -37,6 +37,10 @@ class CardKeeper {
     // The folder whose files name the cards.
     const std::filesystem::path& rulesFolder() const { return folders_.rules; }
 
+    // Takes the cards over that an agent had given to somebody before it was killed, so that they are taken
+    // back, too.
+    void takeOver();
+
     // The cards as the client sees them: those of other clients are refused. Whoever has none sees changes on
     // the bus and in the rules a moment late, so that a program that asks without end keeps no other waiting.
     std::vector<pci::FoundCard> list(const std::string& client);

@@ -16,8 +16,8 @@ namespace {
 // More than any card has, and little enough for a program with 32-bit addresses.
 constexpr uint64_t kMostBytes = 0x10000000;
 
-files::OpenFile openWindow(const PciDevice& device, const MemoryWindow& window) {
-    return device.attributes().openForMapping("resource" + std::to_string(window.bar));
+files::OpenFile openBar(const PciDevice& device, std::size_t bar) {
+    return device.attributes().openForMapping("resource" + std::to_string(bar));
 }
 
 // Finds out what only an attempt shows: a kernel that is locked down, or that keeps the range for itself.
@@ -102,13 +102,11 @@ std::vector<FoundCard> Cards::list(const std::string& client) const {
 
 std::vector<files::OpenFile> Cards::rangeFiles(const std::string& address) const {
     const auto device = bus_.device(address);
-    const CardRule* const rule = device ? ruleFor(*device) : nullptr;
     const auto resources = device ? device->resources() : std::nullopt;
     std::vector<files::OpenFile> files;
-    for (uint32_t range = 0; range < kMemoryRanges; ++range) {
-        const auto window = rule != nullptr && resources ? windowOf(*rule, *resources, range) : std::nullopt;
-        if (window) {
-            files.push_back(openWindow(*device, *window));
+    for (std::size_t bar = 0; resources && bar < kBars; ++bar) {
+        if ((*resources)[bar].isPlacedMemory()) {
+            files.push_back(openBar(*device, bar));
         }
     }
     return files;
@@ -142,6 +140,19 @@ void Cards::claim(const std::string& client) {
     }
 }
 
+std::vector<std::string> Cards::claimLeftBehind(const std::string& client) {
+    std::vector<std::string> addresses;
+    for (const std::string& address : bus_.addresses()) {
+        auto device = bus_.device(address);
+        if (device && !claims_.contains(address) && ReadyDevice::isLeftBehind(*device)) {
+            auto ready = std::make_unique<ReadyDevice>(std::move(*device));
+            claims_.emplace(address, Claim{.client = client, .ready = std::move(ready)});
+            addresses.push_back(address);
+        }
+    }
+    return addresses;
+}
+
 OpenedRange Cards::openRange(const std::string& client, const std::string& address,
                              uint32_t memoryRange) const {
     const auto claim = claims_.find(address);
@@ -167,7 +178,7 @@ OpenedRange Cards::openRange(const std::string& client, const std::string& addre
     if (!device.clearInCommand(PciDevice::kBusMastering)) {
         throw files::UserError(refusals::kBusMastering);
     }
-    files::OpenFile file = openWindow(device, *window);
+    files::OpenFile file = openBar(device, window->bar);
     tryMapping(file);
     // The kernel may have moved the device meanwhile.
     if (device.resources() != resources) {

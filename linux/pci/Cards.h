@@ -40,6 +40,10 @@ class Cards {
     // list() shows these without a refusal; none may be left. What the client has stays the client's.
     void claim(const std::string& client);
 
+    // Gives the client, ready or not, the devices that a program had made ready before it was killed,
+    // whatever the rules say now. Returns their addresses. Releasing them undoes what that program did.
+    std::vector<std::string> claimLeftBehind(const std::string& client);
+
     // Opens memory range 0 or 1 of a card of the client's. Throws files::UserError with what to do if the
     // card is not the client's, has no such range or can no longer be used. The range stays mapped where it
     // is, whatever is released later.

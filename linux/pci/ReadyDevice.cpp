@@ -1,5 +1,7 @@
 #include "linux/pci/ReadyDevice.h"
 
+#include <iomanip>
+#include <sstream>
 #include <utility>
 
 #include "linux/pci/base/Refusals.h"
@@ -7,37 +9,83 @@
 namespace pci {
 namespace {
 
-// A driver that is loaded now would take the device, unless only one of this name may.
+// A driver that is loaded now would take the device, unless only one of this name may. No driver has the name
+// that a note is, which is the program's with the command register and two attributes as they were before,
+// such as "vupdater 0140 0 auto".
 constexpr char kOverride[] = "driver_override";
-constexpr char kReservation[] = "vupdater\n";
+constexpr char kNoOverride[] = "(null)\n";
+constexpr char kNoteBegin[] = "vupdater";
 // A device that sleeps answers every read with ones.
 constexpr char kPower[] = "power/control";
+constexpr char kMightSleep[] = "auto";
 constexpr char kEnable[] = "enable";
+constexpr char kNotEnabled[] = "0";
+
+std::string line(const char* text) {
+    return std::string(text) + '\n';
+}
 
 }  // namespace
 
 ReadyDevice::ReadyDevice(PciDevice device)
-    : device_(std::move(device)),
-      isReserved_(reserve()),
-      isWoken_(replace(kPower, "auto\n", "on\n")),
-      earlierCommand_(device_.command()),
-      isEnabled_(replace(kEnable, "0\n", "1\n")),
-      failure_(prepare()) {}
+    : device_(std::move(device)), before_(wakeAndLook()), isReserved_(reserve()), failure_(prepare()) {}
 
-bool ReadyDevice::replace(const char* attribute, const char* text, const char* replacement) const {
+bool ReadyDevice::isLeftBehind(const PciDevice& device) {
+    return noted(device).has_value();
+}
+
+std::optional<ReadyDevice::Before> ReadyDevice::noted(const PciDevice& device) {
+    std::istringstream note(device.attributes().text(kOverride).value_or(""));
+    std::string begin;
+    uint16_t command = 0;
+    std::string enable;
+    std::string power;
+    note >> begin >> std::hex >> command >> enable >> power;
+    if (!note || begin != kNoteBegin) {
+        return std::nullopt;
+    }
+    return Before{
+        .command = command, .wasEnabled = enable != kNotEnabled, .mightSleep = power == kMightSleep};
+}
+
+ReadyDevice::Before ReadyDevice::wakeAndLook() const {
+    const bool isWoken = replace(kPower, line(kMightSleep), "on\n");
+    const auto earlier = noted(device_);
+    const bool isEnabled = device_.attributes().text(kEnable) != line(kNotEnabled);
+    return {.command = earlier ? earlier->command : device_.command(),
+            .wasEnabled = isEnabled && (!earlier || earlier->wasEnabled),
+            .mightSleep = isWoken || (earlier && earlier->mightSleep)};
+}
+
+bool ReadyDevice::replace(const char* attribute, const std::string& text,
+                          const std::string& replacement) const {
     return device_.attributes().text(attribute) == text &&
            device_.attributes().writeText(attribute, replacement);
 }
 
 bool ReadyDevice::reserve() const {
-    // A program that was killed has left its own behind.
-    return replace(kOverride, "(null)\n", kReservation) || replace(kOverride, kReservation, kReservation);
+    if (!before_.command || (device_.attributes().text(kOverride) != kNoOverride && !isLeftBehind(device_))) {
+        return false;
+    }
+    std::ostringstream note;
+    note << kNoteBegin << ' ' << std::hex << std::setfill('0') << std::setw(4) << *before_.command << ' '
+         << (before_.wasEnabled ? "1" : kNotEnabled) << ' ' << (before_.mightSleep ? kMightSleep : "on")
+         << '\n';
+    return device_.attributes().writeText(kOverride, note.str());
+}
+
+void ReadyDevice::stayAwake() {
+    before_.mightSleep = false;
+    if (isReserved_) {
+        static_cast<void>(reserve());
+    }
 }
 
 std::string ReadyDevice::prepare() {
-    if (!earlierCommand_) {
+    if (!device_.command()) {
         return refusals::kGone;
     }
+    static_cast<void>(replace(kEnable, line(kNotEnabled), "1\n"));
     if (!device_.clearInCommand(PciDevice::kBusMastering)) {
         return refusals::kBusMastering;
     }
@@ -48,15 +96,15 @@ std::string ReadyDevice::prepare() {
 // Failures are passed over: the device may have gone.
 ReadyDevice::~ReadyDevice() {
     const Attributes& attributes = device_.attributes();
-    if (isEnabled_) {
-        static_cast<void>(attributes.writeText(kEnable, "0\n"));
+    if (!before_.wasEnabled) {
+        static_cast<void>(attributes.writeText(kEnable, line(kNotEnabled)));
     }
-    if (earlierCommand_) {
+    if (before_.command) {
         // Enabling has also switched on what the kernel wants for a driver.
-        device_.restoreCommand(static_cast<uint16_t>(*earlierCommand_ & ~PciDevice::kBusMastering));
+        device_.restoreCommand(static_cast<uint16_t>(*before_.command & ~PciDevice::kBusMastering));
     }
-    if (isWoken_) {
-        static_cast<void>(attributes.writeText(kPower, "auto\n"));
+    if (before_.mightSleep) {
+        static_cast<void>(attributes.writeText(kPower, line(kMightSleep)));
     }
     if (isReserved_) {
         static_cast<void>(attributes.writeText(kOverride, "\n"));

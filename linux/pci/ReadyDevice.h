@@ -3,6 +3,8 @@
 // A device whose registers answer, for as long as the object lives: awake, with memory decoding on, bus
 // mastering off and out of drivers' reach. Afterwards it is as it was before, except that bus mastering stays
 // off.
+//
+// What has to be undone is noted at the device, for a later program if this one is killed.
 
 #include <cstdint>
 #include <optional>
@@ -14,30 +16,43 @@ namespace pci {
 
 class ReadyDevice {
   public:
-    // Needs a /sys that can be written, and for a device that is not enabled CAP_SYS_ADMIN.
+    // Needs a /sys that can be written, and for a device that is not enabled CAP_SYS_ADMIN. If a program that
+    // was killed had made the device ready, it will be as it was before that program.
     explicit ReadyDevice(PciDevice device);
     ReadyDevice(const ReadyDevice&) = delete;
     ReadyDevice& operator=(const ReadyDevice&) = delete;
     ~ReadyDevice();
 
+    // Whether a program that was killed has left the device as it made it ready; or one is still at it.
+    static bool isLeftBehind(const PciDevice& device);
+
     // Leaves the device awake afterwards, for as long as the computer is on.
-    void stayAwake() { isWoken_ = false; }
+    void stayAwake();
 
     // Why the device is not ready; empty if it is.
     const std::string& failure() const { return failure_; }
     const PciDevice& device() const { return device_; }
 
   private:
-    // Replaces an attribute's text if it has this one. Whether it did.
-    bool replace(const char* attribute, const char* text, const char* replacement) const;
+    // What to put back.
+    struct Before {
+        std::optional<uint16_t> command;  // nothing if the device did not answer
+        bool wasEnabled;
+        bool mightSleep;
+    };
+
+    static std::optional<Before> noted(const PciDevice& device);
+    // Wakes the device, so that it answers.
+    Before wakeAndLook() const;
+    // Keeps drivers away with a note of what to put back. Whether it could: somebody else's override stays.
     bool reserve() const;
+    // Replaces an attribute's text if it has this one. Whether it did.
+    bool replace(const char* attribute, const std::string& text, const std::string& replacement) const;
     std::string prepare();
 
     PciDevice device_;
+    Before before_;
     bool isReserved_;
-    bool isWoken_;
-    std::optional<uint16_t> earlierCommand_;
-    bool isEnabled_;
     std::string failure_;
 };
 

@@ -176,12 +176,12 @@ TEST_F(CardsTest, BelongToOneClientAtATimeAndAreLeftAsTheyWere) {
     bus_.setCommand(kOther, 0x42);
     bus_.setAttribute(kOther, "enable", "1\n");
     bus_.setAttribute(kOther, "power/control", "on\n");
-    bus_.setAttribute(kOther, "driver_override", "vupdater\n");  // left by a killed program
+    bus_.setAttribute(kOther, "driver_override", "vupdater 0040 1 on\n");  // left by a killed program
     EXPECT_EQ(failure(), "The card was not claimed. Quit the program, then start it again.");
     cards_.claim("client");
     cards_.claim("other");
-    EXPECT_EQ(state(kCard), std::to_string(0x142) + "\n1\non\nvupdater\n");
-    EXPECT_EQ(state(kOther), std::to_string(0x42) + "\n1\non\nvupdater\n");
+    EXPECT_EQ(state(kCard), std::to_string(0x142) + "\n1\non\nvupdater 0144 0 auto\n");
+    EXPECT_EQ(state(kOther), std::to_string(0x42) + "\n1\non\nvupdater 0040 1 on\n");
     EXPECT_EQ(refusal("client"), "");
     EXPECT_EQ(failure(), "");
     EXPECT_EQ(refusal("other"), "Another program is using the card. Quit that program, then try again.");
@@ -194,7 +194,7 @@ TEST_F(CardsTest, BelongToOneClientAtATimeAndAreLeftAsTheyWere) {
     cards_.release("client");
     EXPECT_NE(failure(), "");
     EXPECT_EQ(state(kCard), std::to_string(0x140) + "\n0\nauto\n\n");
-    EXPECT_EQ(state(kOther), std::to_string(0x42) + "\n1\non\n\n");
+    EXPECT_EQ(state(kOther), std::to_string(0x40) + "\n1\non\n\n");
     cards_.claim("other");
     EXPECT_EQ(failure(0, kCard, "other"), "");
 }

@@ -16,7 +16,7 @@
 
 class LWindow;
 
-// Broadcasts the main window's states (app/WindowState.h).
+// Broadcasts the main window's states and what it writes (app/WindowState.h).
 class CUpdaterApp : public LApplication, public LListener, public LBroadcaster {
   public:
     explicit CUpdaterApp(const UpdaterSetup& setup = {});
@@ -99,6 +99,9 @@ class CUpdaterApp : public LApplication, public LListener, public LBroadcaster {
     // Asks for the identity of a card that has none, stores it in gSerialNumber and writes it into the card.
     // Returns false if the user cancelled.
     [[nodiscard]] bool GetSerialNumberDialog();
+
+    // Writes gSerialNumber into the card and tells the listeners.
+    void WriteTypedIdentity();
 
     const UpdaterSetup mSetup;
     // Authorization under which the private driver was installed; null if there is none.

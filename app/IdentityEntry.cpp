@@ -1,5 +1,7 @@
 // CUpdaterApp's identity entry: asking for the serial number of a card that has none.
 
+#include <QScopeGuard>
+
 #include "app/ApplicationHooks.h"
 #include "app/CUpdaterApp.h"
 #include "app/ResourceIDs.h"
@@ -7,8 +9,19 @@
 #include "catalogue/CardIdentity.h"
 #include "catalogue/CardModels.h"
 #include "framework/core/PascalString.h"
+#include "framework/core/UKeptException.h"
 #include "framework/widgets/UModalDialogs.h"
 #include "hw/PromOperations.h"
+
+void CUpdaterApp::WriteTypedIdentity() {
+    const auto announce = [this](int32_t isWriting) {
+        KeepException([&] { BroadcastMessage(kIdentityWriteMessage, &isWriting); });
+    };
+    announce(1);
+    const auto end = qScopeGuard([&announce] { announce(0); });
+    // Reports its own failures; the identity counts as entered even then.
+    WriteSerialNumber(gSerialNumber);
+}
 
 bool CUpdaterApp::GetSerialNumberDialog() {
     // Keeps what was typed, so that a rejected serial number can be corrected.
@@ -18,8 +31,7 @@ bool CUpdaterApp::GetSerialNumberDialog() {
     while (UModalDialogs::AskForOneString(this, kIdentityDialog, kSerialNumberField, text, card)) {
         if (const auto identity = catalogue::parseTypedSerialNumber(TextOfPascal(text))) {
             gSerialNumber = *identity;
-            // Reports its own failures; the identity counts as entered even then.
-            WriteSerialNumber(gSerialNumber);
+            WriteTypedIdentity();
             return true;
         }
         ShowAlert("Error", "Invalid Serial Number!");

@@ -1,6 +1,6 @@
 #pragma once
 
-// The states of the main window, and the message with which the application announces them.
+// The states of the main window, and the messages with which the application announces them and its writes.
 
 #include <cstdint>
 
@@ -17,3 +17,7 @@ enum WindowState : int32_t {
 // card lies between kWindowUpdating and the next state, however it ends. If it has failed, the alert that
 // warns of switching the computer off has been answered by then.
 constexpr MessageT kWindowStateMessage = FourCharCode("WSTA");
+
+// Broadcast by the application before and after it writes the identity that the user has typed into a card,
+// with an int32_t*: 1, then 0 however the write ends.
+constexpr MessageT kIdentityWriteMessage = FourCharCode("IDWR");

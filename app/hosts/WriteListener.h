@@ -1,9 +1,10 @@
 #pragma once
 
-// Hears from the updater when the computer must stay on: from the beginning of a write to a card until one
-// has succeeded. After a failed write the card is lost as soon as its power goes, so nothing may take it away
-// while the user looks for help. Quitting the program ends that.
+// Hears from the updater when the computer must stay on: while an identity is written, and from the beginning
+// of a firmware write until one has succeeded. After a failed one the card is lost as soon as its power goes,
+// so nothing may take it away while the user looks for help. Quitting the program ends that.
 
+#include <cstdint>
 #include <functional>
 
 #include "framework/core/LListener.h"
@@ -11,12 +12,16 @@
 class WriteListener final : public LListener {
   public:
     // The first function is called before each write, including one that follows a failed one; the second
-    // after a write that succeeded.
+    // when the computer need not stay on any more.
     WriteListener(std::function<void()> onBegin, std::function<void()> onEnd);
 
     void ListenToMessage(MessageT message, void* parameter) override;
 
   private:
+    void HearState(int32_t state);
+    void HearIdentityWrite(bool isWriting);
+
     std::function<void()> mOnBegin;
     std::function<void()> mOnEnd;
+    bool mIsFirmwareIncomplete = false;
 };

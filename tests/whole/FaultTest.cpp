@@ -11,6 +11,7 @@
 #include "images/Listing.h"
 #include "images/ListingReader.h"
 #include "images/prom/FirmwareImage.h"
+#include "tests/whole/ExpectedAccesses.h"
 #include "tests/whole/FirstCardUpdate.h"
 #include "tests/whole/UpdaterTest.h"
 
@@ -152,7 +153,8 @@ TEST_F(FaultyUpdateTest, SleepRuinsAWriteUnlessItIsPrevented) {
     }
 }
 
-// After a failed write the card still runs, but would not come back from a sleep.
+// After a failed write the card still runs, but would not come back from a sleep. The write of an identity
+// needs its time, too.
 TEST_F(FaultyUpdateTest, SleepIsPreventedUntilAWriteHasSucceeded) {
     UpdaterSession session(machine_, bundle_);
     WriteListener listener([&] { machine_.preventSleep(); }, [&] { machine_.allowSleep(); });
@@ -164,13 +166,29 @@ TEST_F(FaultyUpdateTest, SleepIsPreventedUntilAWriteHasSucceeded) {
         card().clearFaults();
         return wasPrevented;
     };
+    session.typed = {"2503070021", "2403070021"};
     session.run([&] {
         EXPECT_FALSE(isPrevented());
+        const uint64_t untilWriting =
+            accessesOf(readProgramAsPlayed()).count() + accessesOf(kWriteProgram).count() / 2;
+        machine_.card(3).inject({.kind = FaultKind::machineSleeps,
+                                 .when = When::atAccess,
+                                 .count = machine_.accesses() + untilWriting});
+        session.pickCard(4);
+        EXPECT_TRUE(machine_.card(3).faults().all().at(0).prevented);
+        EXPECT_FALSE(isPrevented());
+
+        session.pickCard(1);
+        session.alerts.clear();
         card().inject({.kind = FaultKind::pageNotTaken, .page = 0});
         session.click("UPDT");
         EXPECT_EQ(session.alerts, pageFails);
         card().clearFaults();
         EXPECT_TRUE(isPrevented());
+        machine_.card(2).cells().setUserCode(blank);
+        session.pickCard(3);
+        EXPECT_TRUE(isPrevented());
+        session.pickCard(1);
         session.click("UPDT");
         EXPECT_FALSE(isPrevented());
     });

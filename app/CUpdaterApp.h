@@ -82,9 +82,6 @@ class CUpdaterApp : public LApplication, public LListener, public LBroadcaster {
 
     // UpdateRun.cpp
 
-    // Whether the setup lets the image be offered.
-    bool MayBeOffered(const char* path) const { return !mSetup.mayBeOffered || mSetup.mayBeOffered(path); }
-
     // Loads the chosen image, asks for confirmation and writes it into the card.
     void UpdateFirmware();
 

@@ -44,8 +44,8 @@ void CUpdaterApp::UpdateFirmware() {
         ShowAlert(error.title, error.message);
         return;
     }
-    // Another file may have taken the name since the images were listed.
-    if (!MayBeOffered(gszResourcePaths[gNewFirmware])) {
+    if (mSetup.mayBeWritten &&
+        !mSetup.mayBeWritten(gszResourcePaths[gNewFirmware], {image->bytes.get(), image->size})) {
         ShowAlert("Error", "Could not find suitable firmware for the selected card.");
         return;
     }

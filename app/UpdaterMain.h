@@ -2,7 +2,9 @@
 
 // The program's entry, the same on every host: a host's main installs its Host and calls this.
 
+#include <cstdint>
 #include <functional>
+#include <span>
 #include <string>
 
 class LListener;
@@ -14,9 +16,12 @@ struct UpdaterSetup {
     LListener* windowStateListener = nullptr;
 
     // Decides, from its path, whether a firmware image in the bundle may be offered. Called for each image
-    // before anything else is done, and again before one is written. An image that may not be offered is
-    // treated as if it were not there.
+    // before anything else is done. An image that may not be offered is treated as if it were not there.
     std::function<bool(const std::string& path)> mayBeOffered;
+
+    // The same for the bytes that are about to be written, because another file may have taken the path
+    // since.
+    std::function<bool(const std::string& path, std::span<const uint8_t> image)> mayBeWritten;
 };
 
 // The exit code if the display or the session ends while the updater runs.

@@ -15,9 +15,8 @@ namespace {
 using images::FirmwareKind;
 
 // Why the image must not be offered; empty if it may be.
-std::string whyNotOffered(const std::string& path, CardsOfComputer cards) {
+std::string whyNot(const std::string& path, std::span<const uint8_t> image, CardsOfComputer cards) {
     const std::string name = files::printable(std::filesystem::path(path).filename().string());
-    const auto image = files::OpenFile::ordinary(AT_FDCWD, files::behindLinks(path), O_RDONLY, path).read();
     const FirmwareKind kind = images::firmwareKindOf(image);
     if (kind == FirmwareKind::unreadable) {
         return name + " is damaged: it is not an image, or it is incomplete.";
@@ -31,13 +30,18 @@ std::string whyNotOffered(const std::string& path, CardsOfComputer cards) {
     return {};
 }
 
-bool mayBeOffered(const std::string& path, CardsOfComputer cards) {
-    std::string reason;
+std::string whyNot(const std::string& path, CardsOfComputer cards) {
     try {
-        reason = whyNotOffered(path, cards);
+        return whyNot(path,
+                      files::OpenFile::ordinary(AT_FDCWD, files::behindLinks(path), O_RDONLY, path).read(),
+                      cards);
     } catch (const files::UserError& error) {
-        reason = error.what();
+        return error.what();
     }
+}
+
+// Whether there is no reason against it; says the reason otherwise.
+bool isAllowed(const std::string& reason) {
     if (!reason.empty()) {
         std::fprintf(stderr, "vupdater: %s It is not offered.\n", reason.c_str());
     }
@@ -47,5 +51,12 @@ bool mayBeOffered(const std::string& path, CardsOfComputer cards) {
 }  // namespace
 
 std::function<bool(const std::string& path)> OfferedImages(CardsOfComputer cards) {
-    return [cards](const std::string& path) { return mayBeOffered(path, cards); };
+    return [cards](const std::string& path) { return isAllowed(whyNot(path, cards)); };
+}
+
+std::function<bool(const std::string& path, std::span<const uint8_t> image)> WrittenImages(
+    CardsOfComputer cards) {
+    return [cards](const std::string& path, std::span<const uint8_t> image) {
+        return isAllowed(whyNot(path, image, cards));
+    };
 }

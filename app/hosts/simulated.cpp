@@ -30,7 +30,7 @@ void say(const char* what) {
 int runUpdater(simulator::Machine& machine) {
     WriteListener listener([&machine] { machine.preventSleep(); }, [&machine] { machine.allowSleep(); });
     try {
-        return UpdaterMain({.windowStateListener = &listener, .mayBeOffered = {}});
+        return UpdaterMain({.windowStateListener = &listener, .mayBeOffered = {}, .mayBeWritten = {}});
     } catch (const std::exception& error) {
         say(error.what());
         return kFailed;

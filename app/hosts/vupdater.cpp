@@ -76,8 +76,9 @@ int runUpdater() {
     host::LinuxHost host(agent, BundleBesideExecutable(), [] { static_cast<void>(goOn()); });
     WriteListener listener([&agent] { agent.beginWrite(); }, [&agent] { agent.endWrite(); });
     InstallHost(&host);
-    const int exitCode =
-        UpdaterMain({.windowStateListener = &listener, .mayBeOffered = OfferedImages(agent.Kind())});
+    const int exitCode = UpdaterMain({.windowStateListener = &listener,
+                                      .mayBeOffered = OfferedImages(agent.Kind()),
+                                      .mayBeWritten = WrittenImages(agent.Kind())});
     InstallHost(nullptr);
     return exitCode;
 }

@@ -33,9 +33,13 @@ TEST_F(OfferedImagesTest, AreThoseForTheComputersCards) {
     fs::create_symlink("VMBM13A.xsv", bundle_.resource("VMBM15A.xsv"));
     fs::create_symlink("nothing", bundle_.resource("VMBM16A.xsv"));
 
-    const auto offeredFor = [this](CardsOfComputer cards) {
+    const auto offeredFor = [this, &other](CardsOfComputer cards) {
         UpdaterSession session(machine_, bundle_);
         session.setup.mayBeOffered = ::OfferedImages(cards);
+        session.setup.mayBeWritten = [&](const std::string& path, std::span<const uint8_t> image) {
+            bundle_.addImage("VMBM13A.xsv", other);  // too late
+            return ::WrittenImages(cards)(path, image);
+        };
         std::string offered;
         session.run([&] {
             offered = FirmwareOverview();

@@ -77,6 +77,16 @@ void CUpdaterApp::OfferNextStep() {
     ThrowIfNil(mMainWindow->FindPaneByID(next))->TakeKeyboard();
 }
 
+void CUpdaterApp::RememberOutcome(bool isWritten) {
+    if (isWritten) {
+        mFailedCardItems.erase(mCurrentCardItem);
+    } else {
+        mFailedCardItems.insert(mCurrentCardItem);
+    }
+    auto incompleteCards = static_cast<int32_t>(mFailedCardItems.size());
+    KeepException([&] { BroadcastMessage(kIncompleteCardsMessage, &incompleteCards); });
+}
+
 void CUpdaterApp::WriteFirmware(uint8_t* image, uint32_t bytes) {
     gProgressMax = bytes;
     gpProgressBar = dynamic_cast<LProgressBar*>(mMainWindow->FindPaneByID(kProgressBarPane));
@@ -94,6 +104,7 @@ void CUpdaterApp::WriteFirmware(uint8_t* image, uint32_t bytes) {
         // An exception from the write is reported later; what matters first is that the write has failed.
         KeepException([&] { error = ProgramConfigProm(image, bytes); });
     }
+    RememberOutcome(error == 0);
     // Clicks and keys since the last pass were meant for the window as it is now, not for the buttons that
     // are about to appear.
     ProcessNextEvent();
@@ -103,7 +114,6 @@ void CUpdaterApp::WriteFirmware(uint8_t* image, uint32_t bytes) {
             "Updating the Firmware on the VornMX/K40/DX8 FAILED!\n"
             "Do NOT turn off the power to your computer before successfully updating the VornMX/K40/DX8 "
             "Firmware!");
-        mFailedCardItems.insert(mCurrentCardItem);
         ShowFirmwareState();
         ChangeWindowState(kWindowIdle);
     } else {

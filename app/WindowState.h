@@ -18,6 +18,10 @@ enum WindowState : int32_t {
 // warns of switching the computer off has been answered by then.
 constexpr MessageT kWindowStateMessage = FourCharCode("WSTA");
 
+// Broadcast by the application after each firmware write, before the state that ends it, with an int32_t*:
+// how many of the cards have firmware whose last write has failed.
+constexpr MessageT kIncompleteCardsMessage = FourCharCode("INCO");
+
 // Broadcast by the application before and after it writes the identity that the user has typed into a card,
 // with an int32_t*: 1, then 0 however the write ends.
 constexpr MessageT kIdentityWriteMessage = FourCharCode("IDWR");

@@ -8,27 +8,20 @@ WriteListener::WriteListener(std::function<void()> onBegin, std::function<void()
     : mOnBegin(std::move(onBegin)), mOnEnd(std::move(onEnd)) {}
 
 void WriteListener::ListenToMessage(MessageT message, void* parameter) {
-    if (message == kWindowStateMessage) {
-        HearState(*static_cast<const int32_t*>(parameter));
+    const int32_t value = *static_cast<const int32_t*>(parameter);
+    if (message == kIncompleteCardsMessage) {
+        mIncompleteCards = value;
     } else if (message == kIdentityWriteMessage) {
-        HearIdentityWrite(*static_cast<const int32_t*>(parameter) != 0);
+        HearOfWrite(value != 0);
+    } else if (message == kWindowStateMessage && value != kWindowIdle) {
+        HearOfWrite(value == kWindowUpdating);
     }
 }
 
-void WriteListener::HearState(int32_t state) {
-    if (state == kWindowUpdating) {
-        mIsFirmwareIncomplete = true;
+void WriteListener::HearOfWrite(bool begins) {
+    if (begins) {
         mOnBegin();
-    } else if (state == kWindowFinished) {
-        mIsFirmwareIncomplete = false;
-        mOnEnd();
-    }
-}
-
-void WriteListener::HearIdentityWrite(bool isWriting) {
-    if (isWriting) {
-        mOnBegin();
-    } else if (!mIsFirmwareIncomplete) {
+    } else if (mIncompleteCards == 0) {
         mOnEnd();
     }
 }

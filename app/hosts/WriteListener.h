@@ -1,8 +1,8 @@
 #pragma once
 
 // Hears from the updater when the computer must stay on: while an identity is written, and from the beginning
-// of a firmware write until one has succeeded. After a failed one the card is lost as soon as its power goes,
-// so nothing may take it away while the user looks for help. Quitting the program ends that.
+// of a firmware write until the last write of each card has succeeded. After a failed one the card is lost as
+// soon as its power goes, so nothing may take it away while the user looks for help. Quitting ends that.
 
 #include <cstdint>
 #include <functional>
@@ -18,10 +18,9 @@ class WriteListener final : public LListener {
     void ListenToMessage(MessageT message, void* parameter) override;
 
   private:
-    void HearState(int32_t state);
-    void HearIdentityWrite(bool isWriting);
+    void HearOfWrite(bool begins);
 
     std::function<void()> mOnBegin;
     std::function<void()> mOnEnd;
-    bool mIsFirmwareIncomplete = false;
+    int32_t mIncompleteCards = 0;
 };

@@ -39,6 +39,15 @@ class FaultyUpdateTest : public UpdaterTest {
   protected:
     FaultyUpdateTest() { bundle_.addImage(imageName, twoPageImage()); }
 
+    // Lets the machine go to sleep if it may.
+    bool isPrevented() {
+        card().inject(
+            {.kind = FaultKind::machineSleeps, .when = When::atAccess, .count = machine_.accesses()});
+        const bool wasPrevented = card().faults().all().at(0).prevented;
+        card().clearFaults();
+        return wasPrevented;
+    }
+
     bool holdsSecondPage() {
         const auto bytes = card().cells().bytesOf(PromCells::page(1));
         return std::ranges::count(bytes, 0) == std::ssize(bytes);
@@ -159,13 +168,6 @@ TEST_F(FaultyUpdateTest, SleepIsPreventedUntilAWriteHasSucceeded) {
     UpdaterSession session(machine_, bundle_);
     WriteListener listener([&] { machine_.preventSleep(); }, [&] { machine_.allowSleep(); });
     session.setup.windowStateListener = &listener;
-    const auto isPrevented = [this] {
-        card().inject(
-            {.kind = FaultKind::machineSleeps, .when = When::atAccess, .count = machine_.accesses()});
-        const bool wasPrevented = card().faults().all().at(0).prevented;
-        card().clearFaults();
-        return wasPrevented;
-    };
     session.typed = {"2503070021", "2403070021"};
     session.run([&] {
         EXPECT_FALSE(isPrevented());
@@ -191,6 +193,22 @@ TEST_F(FaultyUpdateTest, SleepIsPreventedUntilAWriteHasSucceeded) {
         session.pickCard(1);
         session.click("UPDT");
         EXPECT_FALSE(isPrevented());
+    });
+}
+
+TEST_F(FaultyUpdateTest, SleepIsPreventedAfterASuccessOnAnotherCard) {
+    bundle_.addImage("K40W08B.xsv", twoPageImage());
+    UpdaterSession session(machine_, bundle_);
+    WriteListener listener([&] { machine_.preventSleep(); }, [&] { machine_.allowSleep(); });
+    session.setup.windowStateListener = &listener;
+    session.run([&] {
+        card().inject({.kind = FaultKind::pageNotTaken, .page = 0});
+        session.click("UPDT");
+        card().clearFaults();
+        session.pickCard(2);
+        session.click("UPDT");
+        EXPECT_EQ(session.shownStatePanes(), finishedPanes);
+        EXPECT_TRUE(isPrevented());
     });
 }
 

@@ -1,5 +1,8 @@
 #include "linux/host/LinuxHost.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <thread>
 
@@ -59,6 +62,16 @@ bool isFasterThanExpected(const uint32_t* word) {
 // A child that does nothing, since callers wait for the tool's end and must not get another child's.
 bool startNothing() {
     return platform::startChild("/bin/true", {}).has_value();
+}
+
+// The tool runs with the user's own rights, which do not suffice for what another user has left in /tmp.
+void sayIfAnothers(const std::string& path) {
+    struct stat found {};
+    if (::geteuid() != 0 && ::lstat(path.c_str(), &found) == 0 && found.st_uid != ::geteuid()) {
+        files::say(
+            path +
+            " belongs to another user. Have it removed by that user or an administrator, then try again.");
+    }
 }
 
 }  // namespace
@@ -234,7 +247,8 @@ Host::RightAnswer LinuxHost::askForAdministratorRight() {
         return claim(true);
     }
     if (cards->empty()) {
-        files::say(pci::refusals::noCard("/etc/vupdater/cards.d"));
+        files::say(pci::refusals::noCard("/etc/vupdater/cards.d") +
+                   " To check the configuration, run as root: /usr/libexec/vupdater/vupdater-agent --check");
     }
     sayRefusals(*cards);
     holdsRight_ = true;
@@ -243,6 +257,7 @@ Host::RightAnswer LinuxHost::askForAdministratorRight() {
 
 bool LinuxHost::runPrivilegedTool(const std::string& tool, const std::vector<std::string>& arguments) {
     if (tool == "/bin/rm") {
+        sayIfAnothers(arguments.back());
         return platform::startChild(tool, arguments).has_value();
     }
     if (tool == "/usr/sbin/chown") {

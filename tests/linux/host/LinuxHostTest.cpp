@@ -91,7 +91,8 @@ TEST_F(LinuxHostTest, AsksNobodyIfThereIsNothingToUse) {
     const auto ask = [&] { EXPECT_EQ(host_.askForAdministratorRight(), Host::RightAnswer::granted); };
     EXPECT_EQ(saidBy(ask),
               "No card is named in /etc/vupdater/cards.d, or none of those named is in this "
-              "computer.\n");
+              "computer. To check the configuration, run as root: /usr/libexec/vupdater/vupdater-agent "
+              "--check\n");
     agent_.add("0000:05:01.0", "VornMX-B", "Its driver is loaded.");
     EXPECT_EQ(saidBy(ask), "VornMX-B (PCI slot 1): Its driver is loaded.\n");
     EXPECT_TRUE(run("/sbin/kextload")) << "it comes, and shows no card";

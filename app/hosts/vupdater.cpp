@@ -7,6 +7,7 @@
 
 #include "app/UpdaterMain.h"
 #include "app/hosts/CommandLine.h"
+#include "app/hosts/FailureMessage.h"
 #include "app/hosts/HostProcess.h"
 #include "app/hosts/OfferedImages.h"
 #include "app/hosts/WriteListener.h"
@@ -57,7 +58,15 @@ class AgentForOneKind final : public client::AgentClient {
         return all;
     }
 
+    bool powerOff() override {
+        mIsStillOn = !AgentClient::powerOff();
+        return !mIsStillOn;
+    }
+    // The user has shut the computer down, and it refused.
+    bool IsStillOn() const { return mIsStillOn; }
+
   private:
+    bool mIsStillOn = false;
     bool mAreSimulated = false;
 };
 
@@ -80,6 +89,9 @@ int runUpdater() {
                                       .mayBeOffered = OfferedImages(agent.Kind()),
                                       .mayBeWritten = WrittenImages(agent.Kind())});
     InstallHost(nullptr);
+    if (agent.IsStillOn()) {
+        ShowFailure("The computer was not switched off. Shut it down from the desktop's menu.");
+    }
     return exitCode;
 }
 

@@ -123,9 +123,7 @@ void Agent::claim(sd_bus_message* call) {
     int mayAsk = 0;
     require(sd_bus_message_read(call, bus::kClaim.arguments, &mayAsk), "The arguments cannot be read");
     const std::string client = sd_bus_message_get_sender(call);
-    const auto cards = keeper_.list(client);
-    const bool isSomethingToGuard = std::ranges::any_of(cards, &pci::FoundCard::isUsable);
-    if (keeper_.hasCards(client) || !isSomethingToGuard) {
+    if (keeper_.hasCards(client) || !keeper_.hasCardFor(client)) {
         require(sd_bus_reply_method_return(call, bus::kClaim.answer, bus::textOf(bus::ClaimAnswer::granted)),
                 "The answer could not be sent");
         return;
@@ -136,11 +134,10 @@ void Agent::claim(sd_bus_message* call) {
 void Agent::ask(sd_bus_message* call, bool mayAsk) {
     const std::string client = sd_bus_message_get_sender(call);
     const uid_t user = userOf(call);
+    // Whoever claims again waits no more for the answer to an earlier claim.
+    clients_.erase(client);
     const auto ofUser =
         std::ranges::count_if(clients_, [&](const auto& entry) { return entry.second.user == user; });
-    if (clients_.contains(client)) {
-        throw files::UserError("The question has already been asked.");
-    }
     if (clients_.size() >= kMostClients || ofUser >= kMostClientsOfAUser) {
         throw files::UserError("Too many programs are asking for the cards.");
     }
@@ -224,11 +221,16 @@ void Agent::forget(const std::string& client) {
 int Agent::onNameLost(sd_bus_message* signal, void* agent, sd_bus_error* /*error*/) {
     auto* const self = static_cast<Agent*>(agent);
     const char* name = nullptr;
-    if (sd_bus_message_read(signal, "s", &name) > 0 && self->clients_.contains(name)) {
-        files::say(std::string(name) + ": Has left the bus.");
-        self->forget(name);
-        self->setTimer();
+    if (sd_bus_message_read(signal, "s", &name) <= 0) {
+        return 0;
     }
+    if (!self->clients_.contains(name)) {
+        self->keeper_.giveUp(name);  // it may have claimed cards in vain
+        return 0;
+    }
+    files::say(std::string(name) + ": Has left the bus.");
+    self->forget(name);
+    self->setTimer();
     return 0;
 }
 

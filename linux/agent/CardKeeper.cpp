@@ -67,7 +67,7 @@ void CardKeeper::readRules() {
     cards_ = std::make_unique<pci::Cards>(folders_.sys, rules_);
 }
 
-std::vector<pci::FoundCard> CardKeeper::list(const std::string& client) {
+std::vector<pci::FoundCard> CardKeeper::seenBy(const std::string& client) {
     if (holdings_.contains(client)) {
         return cards_->list(client);
     }
@@ -77,6 +77,25 @@ std::vector<pci::FoundCard> CardKeeper::list(const std::string& client) {
         staleFrom_ = steady_clock::now() + kListLasts;
     }
     return listed_;
+}
+
+std::vector<pci::FoundCard> CardKeeper::withFailures(std::vector<pci::FoundCard> cards,
+                                                     const std::string& client) const {
+    const auto failures = failures_.find(client);
+    for (pci::FoundCard& card : cards) {
+        if (card.isUsable() && failures != failures_.end() && failures->second.contains(card.address)) {
+            card.refusal = failures->second.at(card.address);
+        }
+    }
+    return cards;
+}
+
+std::vector<pci::FoundCard> CardKeeper::list(const std::string& client) {
+    return withFailures(seenBy(client), client);
+}
+
+bool CardKeeper::hasCardFor(const std::string& client) {
+    return std::ranges::any_of(seenBy(client), &pci::FoundCard::isUsable);
 }
 
 bool CardKeeper::hasCards(const std::string& client) const {
@@ -97,9 +116,9 @@ std::vector<std::string> CardKeeper::claim(const std::string& client) {
         throw files::UserError(pci::refusals::kStillInUse);
     }
     staleFrom_ = {};
-    cards_->claim(client);
+    failures_[client] = cards_->claim(client);
     std::vector<std::string> addresses;
-    for (const pci::FoundCard& card : cards_->list(client)) {
+    for (const pci::FoundCard& card : withFailures(cards_->list(client), client)) {
         if (card.isUsable()) {
             addresses.push_back(card.address);
         } else {
@@ -126,6 +145,7 @@ pci::OpenedRange CardKeeper::openRange(const std::string& client, const std::str
 }
 
 void CardKeeper::giveUp(const std::string& client) {
+    failures_.erase(client);
     const auto holding = holdings_.find(client);
     if (holding != holdings_.end()) {
         holding->second.isGivenUp = true;

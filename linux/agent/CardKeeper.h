@@ -5,7 +5,8 @@
 //
 // A program keeps its mapping, whatever becomes of its connection to the bus or of the agent. So every range
 // that is handed out carries a lock of its file, which the kernel keeps until the last mapping and descriptor
-// are gone.
+// are gone. It tells of programs that hang or outlive the agent. A program that unlocks the file on purpose
+// deceives it; only those can that an administrator has let use the cards.
 
 #include <sys/types.h>
 
@@ -41,10 +42,13 @@ class CardKeeper {
     // back, too.
     void takeOver();
 
-    // The cards as the client sees them: those of other clients are refused. Whoever has none sees changes on
-    // the bus and in the rules a moment late, so that a program that asks without end keeps no other waiting.
+    // The cards as the client sees them: those of other clients are refused, and those that its latest claim
+    // could not make ready. Whoever has none sees changes on the bus and in the rules a moment late, so that
+    // a program that asks without end keeps no other waiting.
     std::vector<pci::FoundCard> list(const std::string& client);
 
+    // Whether there is a card that a claim might give to the client.
+    bool hasCardFor(const std::string& client);
     // Gives the client all usable cards and returns their addresses. Throws files::UserError if a program
     // that had one from an earlier agent still uses it.
     std::vector<std::string> claim(const std::string& client);
@@ -69,6 +73,10 @@ class CardKeeper {
         bool isGivenUp = false;
     };
 
+    // The cards without what is known from claims that failed.
+    std::vector<pci::FoundCard> seenBy(const std::string& client);
+    std::vector<pci::FoundCard> withFailures(std::vector<pci::FoundCard> cards,
+                                             const std::string& client) const;
     // Reads the rules again while no client has cards, so that changed files take effect without a restart.
     void readRules();
     void addProbes(Holding& holding, const std::string& address) const;
@@ -78,7 +86,10 @@ class CardKeeper {
     pci::CardRules rules_;
     std::unique_ptr<pci::Cards> cards_;
     std::map<std::string, Holding> holdings_;  // by client
-    std::vector<pci::FoundCard> listed_;       // what whoever has no card saw last
+    // By client and address, until the client leaves: why its latest claim could not make the card ready. The
+    // next claim may, so nobody else is told.
+    std::map<std::string, std::map<std::string, std::string>> failures_;
+    std::vector<pci::FoundCard> listed_;  // what whoever has no card saw last
     std::chrono::steady_clock::time_point staleFrom_;
 };
 

@@ -73,11 +73,7 @@ std::string Cards::refusal(const PciDevice& device, const CardRule& rule) const 
 
 std::string Cards::refusalOfClaims(const std::string& address, const std::string& client) const {
     const auto claim = claims_.find(address);
-    if (claim != claims_.end() && claim->second.client != client) {
-        return refusals::kInUse;
-    }
-    const auto failure = failures_.find(address);
-    return failure != failures_.end() ? failure->second : "";
+    return claim != claims_.end() && claim->second.client != client ? refusals::kInUse : "";
 }
 
 std::vector<FoundCard> Cards::list(const std::string& client) const {
@@ -118,8 +114,8 @@ bool Cards::isHeld(const std::string& address) const {
     return claim != claims_.end() && claim->second.ready->device().identifiers();
 }
 
-void Cards::claim(const std::string& client) {
-    failures_.clear();
+std::map<std::string, std::string> Cards::claim(const std::string& client) {
+    std::map<std::string, std::string> failures;
     for (const FoundCard& card : list(client)) {
         if (!card.isUsable() || isHeld(card.address)) {
             continue;
@@ -135,9 +131,10 @@ void Cards::claim(const std::string& client) {
         if (ready->failure().empty()) {
             claims_.emplace(card.address, Claim{.client = client, .ready = std::move(ready)});
         } else {
-            failures_.emplace(card.address, ready->failure());
+            failures.emplace(card.address, ready->failure());
         }
     }
+    return failures;
 }
 
 std::vector<std::string> Cards::claimLeftBehind(const std::string& client) {

@@ -36,9 +36,9 @@ class Cards {
     // them changes nothing.
     std::vector<files::OpenFile> rangeFiles(const std::string& address) const;
 
-    // Gives the client all usable cards, ready for their registers to be mapped (see ReadyDevice). Afterwards
-    // list() shows these without a refusal; none may be left. What the client has stays the client's.
-    void claim(const std::string& client);
+    // Gives the client all usable cards, ready for their registers to be mapped (see ReadyDevice). Returns
+    // the refusals of those that could not be made ready, by address. What the client has stays the client's.
+    std::map<std::string, std::string> claim(const std::string& client);
 
     // Gives the client, ready or not, the devices that a program had made ready before it was killed,
     // whatever the rules say now. Returns their addresses. Releasing them undoes what that program did.
@@ -69,8 +69,7 @@ class Cards {
 
     PciBus bus_;
     CardRules rules_;
-    std::map<std::string, Claim> claims_;          // by address
-    std::map<std::string, std::string> failures_;  // by address: why the latest claim did not get a card
+    std::map<std::string, Claim> claims_;  // by address
 };
 
 }  // namespace pci

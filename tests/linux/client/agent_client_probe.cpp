@@ -58,6 +58,7 @@ int main() {
         if (word == "cards") {
             showCards(client);
         } else if (word == "claim" || word == "claim-asking") {
+            givesUp = 0;
             constexpr const char* kAnswers[] = {"granted", "cancelled", "denied"};
             std::cout << kAnswers[static_cast<int>(client.claim(word != "claim"))] << '\n';
         } else if (word == "open") {

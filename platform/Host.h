@@ -75,7 +75,7 @@ class Host {
     // that shuts the computer down when it gets the event, is named "loginwindow".
     virtual std::vector<Process> processes() = 0;
 
-    // Hands the system's shut-down event to a process. Returns false if there is no such process.
+    // Hands the system's shutdown event to a process. Returns false if there is no such process.
     [[nodiscard]] virtual bool deliverShutDownEvent(uint64_t processSerialNumber) = 0;
 
     // Asks the user at the computer for the administrator's right, and returns with the answer.

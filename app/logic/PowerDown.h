@@ -2,5 +2,5 @@
 
 // Asking the system to shut the computer down.
 
-// Sends the shut-down event to every process named "loginwindow". Failures are not reported.
+// Sends the shutdown event to every process named "loginwindow". Failures are not reported.
 void PowerDown();

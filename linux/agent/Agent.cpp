@@ -14,9 +14,9 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// Enough for everybody at one computer, and few enough to keep the agent small.
+// Enough for all users of one computer, and few enough to keep the agent small.
 constexpr std::size_t kMostClients = 16;
-// So that one user cannot take all places.
+// So that one user cannot take every slot.
 constexpr std::ptrdiff_t kMostClientsOfAUser = 4;
 
 constexpr std::chrono::microseconds kTakeBackInterval = 1s;
@@ -31,7 +31,7 @@ void require(int result, const char* what) {
     }
 }
 
-// The bus vouches for it.
+// The bus guarantees that this is the sender's user.
 uid_t userOf(sd_bus_message* call) {
     sd_bus_creds* credentials = nullptr;
     uid_t user = 0;
@@ -134,7 +134,7 @@ void Agent::claim(sd_bus_message* call) {
 void Agent::ask(sd_bus_message* call, bool mayAsk) {
     const std::string client = sd_bus_message_get_sender(call);
     const uid_t user = userOf(call);
-    // Whoever claims again waits no more for the answer to an earlier claim.
+    // A new claim replaces an earlier one that has not been answered.
     clients_.erase(client);
     const auto ofUser =
         std::ranges::count_if(clients_, [&](const auto& entry) { return entry.second.user == user; });
@@ -165,7 +165,7 @@ void Agent::answerClaim(sd_bus_message* call, std::optional<bus::ClaimAnswer> an
             for (const std::string& address : keeper_.claim(client)) {
                 addresses += ' ' + address;
             }
-            files::say(who + ": May use the cards at" + addresses + ".");
+            files::say(who + ": Was given the cards at" + addresses + ".");
             sd_bus_reply_method_return(call, bus::kClaim.answer, bus::textOf(*answer));
         } catch (const files::UserError& error) {
             files::say(who + ": " + error.what());
@@ -228,7 +228,7 @@ int Agent::onNameLost(sd_bus_message* signal, void* agent, sd_bus_error* /*error
         self->keeper_.giveUp(name);  // it may have claimed cards in vain
         return 0;
     }
-    files::say(std::string(name) + ": Has left the bus.");
+    files::say(std::string(name) + ": Left the bus.");
     self->forget(name);
     self->setTimer();
     return 0;

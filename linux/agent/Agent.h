@@ -34,11 +34,11 @@ class Agent {
     void start();
 
   private:
-    // Whoever has asked for the cards and not let them go, whether they were granted or not yet.
+    // A program that has claimed the cards, until it is refused them or lets them go.
     struct Client {
         uid_t user;
         std::unique_ptr<Question> question;  // while it is open
-        std::unique_ptr<WriteLock> lock;     // while a write is on
+        std::unique_ptr<WriteLock> lock;     // during a write
     };
     // Answers a call, at once or later. What it throws is the answer if it fails.
     using Member = void (Agent::*)(sd_bus_message*);

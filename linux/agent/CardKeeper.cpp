@@ -111,12 +111,12 @@ std::vector<std::string> CardKeeper::claim(const std::string& client) {
             addProbes(holding, card.address);
         }
     }
-    // Before anything is changed, because what a claim changes is undone with it, under that program's hands.
+    // Checked first: undoing a claim restores the cards, even while a program still uses one.
     if (holdings_.find(client) == holdings_.end() && isInUse(holding)) {
         throw files::UserError(pci::refusals::kStillInUse);
     }
     staleFrom_ = {};
-    failures_[client] = cards_->claim(client);
+    refusals_[client] = cards_->claim(client);
     std::vector<std::string> addresses;
     for (const pci::FoundCard& card : withFailures(cards_->list(client), client)) {
         if (card.isUsable()) {
@@ -145,7 +145,7 @@ pci::OpenedRange CardKeeper::openRange(const std::string& client, const std::str
 }
 
 void CardKeeper::giveUp(const std::string& client) {
-    failures_.erase(client);
+    refusals_.erase(client);
     const auto holding = holdings_.find(client);
     if (holding != holdings_.end()) {
         holding->second.isGivenUp = true;

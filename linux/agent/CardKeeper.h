@@ -1,12 +1,12 @@
 #pragma once
 
 // Which client has which cards. A card is taken back only when no program has its registers mapped any more:
-// to leave it as it was before may mean to switch its memory off, which would ruin a write that is under way.
+// restoring it may switch its memory off, which would ruin a write that is under way.
 //
 // A program keeps its mapping, whatever becomes of its connection to the bus or of the agent. So every range
-// that is handed out carries a lock of its file, which the kernel keeps until the last mapping and descriptor
-// are gone. It tells of programs that hang or outlive the agent. A program that unlocks the file on purpose
-// deceives it; only those can that an administrator has let use the cards.
+// that is handed out carries a lock on its file, which the kernel keeps until the last mapping and descriptor
+// are gone. With it the agent notices programs that hang or outlive the agent. A program could deceive it by
+// unlocking the file, but only one that an administrator has allowed to use the cards.
 
 #include <sys/types.h>
 
@@ -43,8 +43,8 @@ class CardKeeper {
     void takeOver();
 
     // The cards as the client sees them: those of other clients are refused, and those that its latest claim
-    // could not make ready. Whoever has none sees changes on the bus and in the rules a moment late, so that
-    // a program that asks without end keeps no other waiting.
+    // could not make ready. A client without cards sees changes on the bus and in the rules a moment late, so
+    // that a program that asks continuously cannot delay others.
     std::vector<pci::FoundCard> list(const std::string& client);
 
     // Whether there is a card that a claim might give to the client.
@@ -88,8 +88,8 @@ class CardKeeper {
     std::map<std::string, Holding> holdings_;  // by client
     // By client and address, until the client leaves: why its latest claim could not make the card ready. The
     // next claim may, so nobody else is told.
-    std::map<std::string, std::map<std::string, std::string>> failures_;
-    std::vector<pci::FoundCard> listed_;  // what whoever has no card saw last
+    std::map<std::string, std::map<std::string, std::string>> refusals_;
+    std::vector<pci::FoundCard> listed_;  // the latest list for clients without cards
     std::chrono::steady_clock::time_point staleFrom_;
 };
 

@@ -27,7 +27,7 @@ class Question {
     ~Question();
 
   private:
-    // What sd-bus calls with polkit's answer.
+    // sd-bus calls this with polkit's answer.
     static int onAnswer(sd_bus_message* answer, void* question, sd_bus_error* error);
 
     sd_bus* connection_;

@@ -13,7 +13,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// Together less than a client waits.
+// Together shorter than a client's time limit.
 constexpr std::chrono::microseconds kLockLimit = 3s;
 constexpr std::chrono::microseconds kCancelLimit = 1s;
 
@@ -64,7 +64,7 @@ int WriteLock::onCancelled(sd_bus_message* answer, void* lock, sd_bus_error* /*e
     int hasCancelled = 0;
     if (sd_bus_message_is_method_error(answer, nullptr) != 0 ||
         sd_bus_message_read(answer, "b", &hasCancelled) < 0) {
-        files::say("logind does not say whether a shut-down is scheduled: " +
+        files::say("logind does not say whether a shutdown is scheduled: " +
                    reasonOf(sd_bus_message_get_error(answer)));
     }
     return self->grant(hasCancelled != 0);
@@ -85,7 +85,7 @@ int WriteLock::grant(bool hasCancelled) {
     const bus::Message call = std::move(call_);
     const std::string client = sd_bus_message_get_sender(call.get());
     if (hasCancelled) {
-        files::say(client + ": A scheduled shut-down was cancelled for the write.");
+        files::say(client + ": A scheduled shutdown was cancelled for the write.");
     }
     files::say(client + ": The computer stays on during the write.");
     return sd_bus_reply_method_return(call.get(), bus::kBeginWrite.answer, lock_.number(),

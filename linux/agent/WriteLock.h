@@ -15,7 +15,7 @@ namespace agent {
 
 class WriteLock {
   public:
-    // Asks logind for the lock and, once it is held, to cancel a scheduled shut-down. Then answers the
+    // Asks logind for the lock and, once it is held, to cancel a scheduled shutdown. Then answers the
     // client's call with a descriptor that holds the lock, too, or with an error if logind refuses the lock.
     // Throws files::UserError if logind cannot be asked. The lock ends when this object is gone and the
     // client has closed its descriptor.

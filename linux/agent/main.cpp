@@ -67,7 +67,7 @@ int run(int argc, char** argv) {
         ->capture_default_str();
     auto* const rules = program.add_option("--cards", folders.rules, "The folder whose files name the cards")
                             ->capture_default_str();
-    program.add_option("--idle", idleSeconds, "Seconds without clients after which it exits")
+    program.add_option("--idle", idleSeconds, "Exit after this many seconds without clients")
         ->capture_default_str();
     program.failure_message([](const CLI::App*, const CLI::Error& error) {
         return std::string("vupdater-agent: ") + error.what() + "\nFor help: vupdater-agent --help\n";

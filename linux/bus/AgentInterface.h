@@ -33,10 +33,9 @@ constexpr Method kLetGo{"LetGo", "", ""};
 // where in the first one it begins, and its bytes.
 constexpr Method kOpenRange{"OpenRange", "su", "hut"};
 
-// Takes the lock that keeps the computer on. The descriptor holds it, too, so the end of the agent does not
-// end it. The answer also says whether a scheduled shut-down was cancelled (see PowerLock.h). If logind
-// refuses because the computer is on its way to sleep or off, so does the agent, with logind's own error (see
-// PowerLock.h).
+// Takes the lock that keeps the computer on. The descriptor holds it, too, so the lock outlives the agent.
+// The answer also says whether a scheduled shutdown was cancelled. If logind refuses because the computer is
+// on its way to sleep or off, so does the agent, with logind's own error (see PowerLock.h).
 constexpr Method kBeginWrite{"BeginWrite", "", "hb"};
 constexpr Method kEndWrite{"EndWrite", "", ""};
 
@@ -47,7 +46,7 @@ enum class ClaimAnswer {
     nobodyToAsk  // a password is needed, but the user must not be asked for it, or has no desktop that asks
 };
 
-// On the bus an answer is a text. Nothing if a text is none of them.
+// On the bus an answer is a text. Nothing if the text is not an answer.
 const char* textOf(ClaimAnswer answer);
 std::optional<ClaimAnswer> claimAnswerOf(std::string_view text);
 

@@ -15,7 +15,7 @@ using std::chrono::steady_clock;
 
 constexpr microseconds kMoment = std::chrono::milliseconds(100);
 
-// Lets the connection go on for a moment. Returns a negative result if it has failed or the time is up.
+// Processes the connection briefly. Returns a negative result if it has failed or the time is up.
 int advance(sd_bus* connection, steady_clock::time_point end) {
     const int processed = sd_bus_process(connection, nullptr);
     if (processed != 0) {

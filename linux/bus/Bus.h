@@ -3,7 +3,7 @@
 // What both ends of the system bus need from sd-bus: owned objects, calls, and errors as text.
 //
 // Results are sd-bus's own: negative is an errno value. Its functions answer -EINVAL to a null object, so a
-// chain of calls needs to look at its last result only.
+// chain of calls needs to check only its last result.
 
 #include <systemd/sd-bus.h>
 
@@ -35,8 +35,8 @@ class Error {
     // For sd-bus to fill in; what was there before is forgotten.
     sd_bus_error* fill();
     bool is(const char* name) const { return sd_bus_error_has_name(&error_, name) != 0; }
-    // The reason in words, without a full stop: whoever answered chose them (see files::say), or else they
-    // are those for `result`.
+    // The reason, without a full stop. If the program that answered gave one, the words are its own, so print
+    // them with files::say; otherwise they are the system's for `result`.
     std::string reason(int result) const;
 
   private:

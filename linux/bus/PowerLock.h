@@ -17,9 +17,9 @@ constexpr char kLockReason[] = "Firmware is being written into a card";
 // The call for the lock; null if there is no connection.
 Message newLockCall(sd_bus* connection);
 
-// The call that cancels a scheduled shut-down. logind answers whether there was one. It looks at the locks
-// when a shut-down is scheduled, not when it is due, so the lock alone does not stop one that was scheduled
-// before. To be made with the lock held, or the next one could be scheduled meanwhile. Null if there is no
+// The call that cancels a scheduled shutdown. logind answers whether there was one. It looks at the locks
+// when a shutdown is scheduled, not when it is due, so the lock alone does not stop one that was scheduled
+// before. Make it while holding the lock, or another could be scheduled in between. Null if there is no
 // connection.
 Message newCancelCall(sd_bus* connection);
 

@@ -62,7 +62,7 @@ Meaning meaningOf(bus::ClaimAnswer answer) {
             "agent is missing or not running."};
 }
 
-// The next value in the answer says whether a scheduled shut-down was cancelled.
+// The next value in the answer says whether a scheduled shutdown was cancelled.
 void sayWhetherCancelled(const bus::Message& answer) {
     int hasCancelled = 0;
     if (sd_bus_message_read(answer.get(), "b", &hasCancelled) > 0 && hasCancelled != 0) {
@@ -122,7 +122,7 @@ Host::RightAnswer AgentClient::claim(bool mayAsk) {
     Answer answer;
     askForClaim(mayAsk, answer);
     if (answer.error.is(kNoReply)) {
-        // The agent ends when nobody has used it for a while, and may have done so just now.
+        // The agent exits when nobody has used it for a while, and may have done so just now.
         askForClaim(mayAsk, answer);
     }
     if (answer.result == -ECANCELED) {
@@ -146,7 +146,8 @@ Host::RightAnswer AgentClient::claim(bool mayAsk) {
     return Host::RightAnswer::denied;
 }
 
-// The calls from here on mean something only to an agent that knows this program, so they start no other one.
+// The calls from here on mean something only to an agent that knows this program, so they do not start
+// another agent.
 
 void AgentClient::letGo() {
     Answer answer;
@@ -193,7 +194,7 @@ bool AgentClient::takeAgentsLock(Answer& answer) {
     return static_cast<bool>(lock_);
 }
 
-// The user's own lock. It stops a lid, a timer and other users, but not the user who asks for a shut-down.
+// The user's own lock. It stops a lid, a timer and other users, but not the user who asks for a shutdown.
 bool AgentClient::takeOwnLock(Answer& answer) {
     makeCall(bus::newLockCall(connection(answer.result)), kLimit, answer, [this] { return keepWaiting(); });
     lock_ = bus::lockIn(answer.message);
@@ -208,8 +209,8 @@ bool AgentClient::takeOwnLock(Answer& answer) {
 
 void AgentClient::takeLock() {
     using Clock = std::chrono::steady_clock;  // which stands still while the computer sleeps
-    // Once the computer is on its way to sleep or off, other things fail on that way, too, and the write must
-    // not begin before the computer is awake again. But what has failed may also stay so.
+    // Once the computer is on its way to sleep or off, other calls fail as well, and the write must not begin
+    // before the computer is awake again. But such a failure may also be permanent.
     std::optional<Clock::time_point> lastGoingDown;
     while (true) {
         Answer agents;
@@ -230,7 +231,7 @@ void AgentClient::takeLock() {
             files::say(
                 std::string(hasOwn ? "You can switch the computer off during the write: "
                                    : "The computer can be switched off or put to sleep during the write: ") +
-                agents.error.reason(agents.result) + ". Do not do so until the write has ended.");
+                agents.error.reason(agents.result) + ". Do not do this until the write has ended.");
             return;
         }
         keepWaiting();

@@ -20,8 +20,8 @@ namespace client {
 class AgentClient : public host::CardAgent {
   public:
     // While a password or the lock for a write is waited for, `mayWait` is called about every 100 ms. If it
-    // says no, the claim is cancelled; the agent withdraws its question when this program ends. A write is
-    // never cancelled so.
+    // says no, the claim is cancelled; the agent withdraws its question when this program exits. This never
+    // cancels a write.
     //
     // A write does not begin while the computer is going to sleep or off, nor until it has been awake for
     // `longestSilence` since logind last said that it is.
@@ -52,7 +52,7 @@ class AgentClient : public host::CardAgent {
     void makeCall(const bus::Message& call, std::chrono::microseconds limit, Answer& answer,
                   const std::function<bool()>& mayWait = {});
     void askForClaim(bool mayAsk, Answer& answer);
-    // Calls `mayWait` whatever it says.
+    // Calls `mayWait` and ignores its answer.
     bool keepWaiting();
     // Hold a lock afterwards, or return false and why.
     bool takeAgentsLock(Answer& answer);
@@ -62,7 +62,7 @@ class AgentClient : public host::CardAgent {
     std::function<bool()> mayWait_;
     std::chrono::milliseconds longestSilence_;
     bus::Connection connection_;
-    // Held while a write is on.
+    // Held during a write.
     bus::Descriptor lock_;
     SessionLock sessionLock_;
 };

@@ -19,7 +19,7 @@ using namespace std::chrono_literals;
 
 constexpr std::chrono::microseconds kQuestionLimit = 5s;
 constexpr std::chrono::microseconds kUnlockLimit = 2s;
-// Long enough for a password, but a logind that hangs does not keep the program for good.
+// Long enough for a password, but a logind that hangs cannot block the program for ever.
 constexpr std::chrono::microseconds kPowerOffLimit = 2min;
 
 bool isShuttingDown(sd_bus* connection) {
@@ -62,7 +62,7 @@ std::vector<Lock> locks(sd_bus* connection) {
     return locks;
 }
 
-// logind notices the end of a lock some time after it, and may see a call first that was made later.
+// logind notices the end of a lock some time after it, and may handle a later call first.
 void waitForEndOfOwnLock(sd_bus* connection) {
     const auto end = std::chrono::steady_clock::now() + kUnlockLimit;
     const auto isOwn = [](const Lock& lock) { return lock.owner == bus::kLockOwner; };

@@ -1,7 +1,7 @@
 #pragma once
 
-// What this computer's host asks of whoever may touch its cards: the agent, over D-Bus, or in a test the
-// cards themselves.
+// What the host asks of the agent that opens this computer's cards. The agent is a program on the system bus,
+// or in a test an object of this process.
 
 #include <cstdint>
 #include <optional>
@@ -36,10 +36,10 @@ class CardAgent {
     [[nodiscard]] virtual std::optional<pci::OpenedRange> openRange(const std::string& address,
                                                                     uint32_t memoryRange) = 0;
 
-    // From the first, which may be called again, to the second, the computer cannot be switched off or put to
-    // sleep, nor the user logged out. Neither fails: without that protection the write goes on, after a line
-    // on standard error. If the computer is already going to sleep or off, the first returns when it is awake
-    // again.
+    // Between beginWrite, which may be called again, and endWrite, the computer cannot be switched off or put
+    // to sleep, nor the user logged out. Neither fails: without that protection the write goes on, after a
+    // line on standard error. If the computer is already going to sleep or off, beginWrite returns when it is
+    // awake again.
     virtual void beginWrite() = 0;
     virtual void endWrite() = 0;
 

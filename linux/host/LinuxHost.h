@@ -40,7 +40,7 @@ class LinuxHost final : public Host {
     std::vector<uint64_t> servicesOfClass(std::string_view className) override;
     // A service stays the same card's for as long as the process lives. Nothing if that is not claimed now.
     std::optional<uint32_t> openService(uint64_t service) override;
-    // Takes its mappings away: an access that comes later ends the program.
+    // Removes its mappings; a later access ends the program.
     bool closeConnection(uint32_t connection) override;
     // A range is mapped once for each connection, and only if it is large enough for the registers. A line on
     // standard error says why one cannot be mapped.
@@ -76,7 +76,7 @@ class LinuxHost final : public Host {
     [[gnu::noinline]] uint32_t loadAndLook(const uint32_t* address);
     void choosePace();
     // Paces loads from now on if those since the last look were too fast, and makes up for them: a processor
-    // that was slow when the bus was timed made the bus seem slow.
+    // that is slow while the bus is timed makes the bus seem slow.
     void makeUpForFastLoads();
 
     CardAgent& agent_;

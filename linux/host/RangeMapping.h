@@ -20,8 +20,8 @@ class RangeMapping {
     RangeMapping(const RangeMapping&) = delete;
     RangeMapping& operator=(const RangeMapping&) = delete;
     RangeMapping& operator=(RangeMapping&&) = delete;
-    // Takes the pages away but keeps their addresses, so that an access that comes too late ends the program
-    // rather than reaching other memory.
+    // Removes the pages but keeps their addresses reserved; a later access ends the program rather than
+    // reaching other memory.
     ~RangeMapping();
 
     // Of the range itself, which may begin within a page.

@@ -41,7 +41,7 @@ class Attributes {
 };
 
 // Text from outside on one line of printable ASCII, cut after 60 characters, so that it can be part of a
-// sentence. The system bus, which carries that sentence, would refuse bytes that are no UTF-8.
+// sentence. The system bus, which carries that sentence, would refuse text that is not UTF-8.
 std::string plainText(const std::string& text);
 
 }  // namespace pci

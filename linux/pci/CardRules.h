@@ -19,12 +19,12 @@
 
 namespace pci {
 
-// More than anybody needs, and little enough for a file that is no such file to do no harm.
+// More than anybody needs, and few enough that a wrong file does no harm.
 constexpr std::size_t kMostRules = 1000;
 constexpr std::size_t kMostComplaints = 100;
 constexpr std::size_t kMostNameCharacters = 63;
 
-// The numbers by which the bus knows who made a device, or the board that it is on, and which one it is.
+// Vendor and device numbers, of a device or of the board that it is on.
 struct Identifiers {
     uint16_t vendor = 0;
     uint16_t device = 0;

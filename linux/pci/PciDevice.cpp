@@ -13,7 +13,7 @@ constexpr uint64_t kDisabled = 0x10000000;
 constexpr uint64_t kUnset = 0x20000000;
 
 constexpr std::size_t kCommandOffset = 4;
-// What a bus reads as if nobody answers.
+// What a read gives if no device answers.
 constexpr uint16_t kNoAnswer = 0xFFFF;
 
 bool isHexadecimalDigit(char c) {

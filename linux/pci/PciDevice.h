@@ -48,8 +48,8 @@ class PciDevice {
     const std::string& address() const { return address_; }
     const Attributes& attributes() const { return attributes_; }
 
-    // Who made the device and what it is, the same of the board that it is on, and its memory and ports.
-    // Nothing if the device has gone or its description cannot be understood.
+    // The numbers of the device, those of the board that it is on, and its memory and ports. Nothing if the
+    // device has gone or its description cannot be understood.
     std::optional<Identifiers> identifiers() const;
     std::optional<Identifiers> subsystem() const;
     std::optional<Resources> resources() const;

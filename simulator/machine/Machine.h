@@ -67,7 +67,7 @@ class Machine {
 
     // The processes while the machine is on, in the system's order. Their serial numbers never change.
     std::vector<Host::Process> processes() const;
-    // Sends the shut-down event to a process: the login process switches the machine off, the others ignore
+    // Sends the shutdown event to a process: the login process switches the machine off, the others ignore
     // it. False if there is no such process.
     bool deliverShutDownEvent(uint64_t processSerialNumber);
 

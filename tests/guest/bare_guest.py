@@ -94,7 +94,7 @@ class BareGuest:
             "qemu-system-x86_64", "-machine", "pc", "-accel", "tcg", "-cpu", "max", "-smp", "1", "-m", "256",
             "-nodefaults", "-display", "none", "-no-reboot", "-serial", "stdio",
             "-kernel", self.kernel, "-initrd", archive,
-            # Under load the kernel may take the timer for broken.
+            # Under load the kernel may consider the timer broken.
             "-append", f"console=ttyS0 quiet loglevel=1 no_timer_check panic=1 {kernel_words}"]
         try:
             run = subprocess.run([str(word) for word in command], stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,

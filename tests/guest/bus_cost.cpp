@@ -1,12 +1,12 @@
 // What the updater's accesses cost on a bus, beside bare ones.
 //
-//   bus_cost record MACHINE IMAGE STEPS    writes the image on a simulated machine, keeps its accesses and
+//   bus_cost record MACHINE IMAGE STEPS    writes the image on a simulated machine, records its accesses and
 //                                          prints their number
-//   bus_cost compare RULES IMAGE STEPS     writes it into the first card of this computer, and now and then
-//                                          makes the kept accesses of that stretch in the second one
+//   bus_cost compare RULES IMAGE STEPS     writes it into the first card of this computer, and from time to
+//                                          time repeats the recorded accesses of that stretch on the second
 //
-// To compare, both cards are open on the same host. Whatever slows this computer down meets both alike, since
-// they take turns of a second or so. Lines say whose turn begins.
+// To compare, both cards are open on the same host. Whatever slows this computer down affects both alike,
+// since they take turns of a second or so. Lines say whose turn begins.
 
 #include <algorithm>
 #include <cstddef>

@@ -147,7 +147,7 @@ class Guest:
             "qemu-system-x86_64", "-machine", "pc", "-accel", "tcg,thread=single", "-cpu", "max", "-smp", "1", "-m", "1G",
             "-nodefaults", "-display", "none", "-no-reboot", "-serial", "stdio",
             "-kernel", image, "-initrd", first_file_system(modules),
-            # Under load the kernel may take the timer for broken.
+            # Under load the kernel may consider the timer broken.
             "-append", "console=ttyS0 no_timer_check panic=1 systemd.show_status=no",
             "-drive", f"file={debian()},format=raw,if=virtio,readonly=on",
             "-virtfs", f"local,path={layer},mount_tag=programs,security_model=none,readonly=on",

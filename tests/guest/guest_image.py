@@ -76,7 +76,7 @@ def cached(file, make):
     if not file.exists():
         with tempfile.TemporaryDirectory(dir=CACHE) as name:
             folder = pathlib.Path(name)
-            folder.chmod(0o755)  # a tree in it has users of its own
+            folder.chmod(0o755)  # the tree in it has its own users
             make(folder / "new")
             (folder / "new").rename(file)
         for other in set(CACHE.glob(f"{file.name.split('-')[0]}-*{file.suffix}")) - {file}:

@@ -34,7 +34,7 @@ TEST(ProcessesTest, WalkEndsAtNoProcessAndStartsAgain) {
     information.processInfoLength = 59;
     EXPECT_EQ(GetProcessInformation(&process, &information), paramErr);
 
-    // Only the shut-down event, 'aevt' 'shut', can be sent: not 'quit', and no other class.
+    // Only the shutdown event, 'aevt' 'shut', can be sent: not 'quit', and no other class.
     AEDesc target, reply;
     ASSERT_EQ(AECreateDesc(typeProcessSerialNumber, &process, sizeof process, &target), noErr);
     for (const auto& [eventClass, eventID, result] : {std::tuple{0x61657674U, 0x73687574U, noErr},

@@ -143,11 +143,11 @@ void addFunction(CLI::App& command, ServeOptions& options) {
     const char* const identifiersForm =
         "Identifiers are four hexadecimal digits, a colon and four more, such as fade:ca4d.";
     add("--identifiers", options.identifiers,
-        "The cards' vendor and device on the bus (default: fade:ca4d, made up)", parseIdentifiers,
-        identifiersForm, "VENDOR:DEVICE");
+        "The cards' vendor and device on the bus (default: fade:ca4d, which no real device has)",
+        parseIdentifiers, identifiersForm, "VENDOR:DEVICE");
     add("--subsystem", options.subsystem, "Their subsystem vendor and subsystem (default: as --identifiers)",
         parseIdentifiers, identifiersForm, "VENDOR:DEVICE");
-    add("--class", options.classCode, "Their class code (default: ff0000, no class)", parseClass,
+    add("--class", options.classCode, "Their class code (default: ff0000, an unassigned class)", parseClass,
         "A class code is six hexadecimal digits, such as ff0000.", "CLASS");
     const char* const rangeForm =
         "A range is the number of a base address register, 0 to 5, a colon and a number of bytes, a power of "

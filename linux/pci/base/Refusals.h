@@ -1,13 +1,15 @@
 #pragma once
 
-// Why a card cannot be used, and what a person can do about it: all that the agent and its clients say of it.
-// Each is one or two sentences in printable ASCII. The program shows it after the card's name and location.
+// Why a card cannot be used, and what a person can do about it. Each refusal is one or two sentences in
+// printable ASCII. The program shows it after the card's name and location.
+//
+// What is wrong with the configuration is said by pci::CardRules, and why no card was granted by AgentClient.
 
 #include <string>
 
 namespace pci::refusals {
 
-// For all cards, as the kernel says of itself; or when a mapping is refused.
+// For all cards: the kernel reports that it is locked down, or refuses a mapping.
 constexpr char kLockedDown[] =
     "The kernel is locked down, so programs cannot reach the card's registers. Switch Secure Boot off in "
     "the computer's firmware settings until the card has been updated.";

@@ -39,7 +39,7 @@ OSErr AEDisposeDesc(AEDesc* descriptor);
 OSErr AECreateAppleEvent(AEEventClass eventClass, AEEventID eventID, const AEAddressDesc* target,
                          int16_t returnID, int32_t transactionID, AppleEvent* result);
 
-// Sends an event. Only the shut-down event to a process is known here: any other gives paramErr, and a
+// Sends an event. Only the shutdown event to a process is known here: any other gives paramErr, and a
 // process that does not exist procNotFound. The reply is left empty.
 OSErr AESend(const AppleEvent* event, AppleEvent* reply, AESendMode mode, AESendPriority priority,
              int32_t timeoutTicks, void* idleProcedure, void* filterProcedure);

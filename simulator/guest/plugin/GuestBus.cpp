@@ -19,7 +19,7 @@ GuestBus::GuestBus(const std::filesystem::path& machine, const std::filesystem::
     : directory_(MachineDirectory::open(machine, MachineDirectory::OnOpening::powerUp)) {
     Machine& opened = directory_->machine();
     opened.beginRecordings();
-    directory_->save();  // for whoever looks at the machine meanwhile: it is on
+    directory_->save();  // other programs must see that the machine is on
     endProcessOnPowerLoss(*directory_, [](const char* message) { std::fprintf(stderr, "%s\n", message); });
     for (std::size_t index = 0; index < opened.cardCount(); ++index) {
         cards_.push_back(std::make_unique<GuestCard>(opened, opened.card(index),

@@ -2,9 +2,9 @@
 
 // The cards of a simulated machine on the bus of a guest computer, from power-up to power-off.
 //
-// The first store that shows in a card's memory tells where the guest has mapped the card's page, and so does
-// the first one after the page has moved. Loads before that are not seen. So a guest that wants all of its
-// accesses counted begins with a store to kMark, which is not counted.
+// The first store that changes a card's memory shows where the guest has mapped the card's page; after a
+// move, the next such store does. Loads before that are not seen. So a guest that wants all of its accesses
+// counted begins with a store to kMark, which is not counted.
 
 #include <cstdint>
 #include <filesystem>

@@ -19,7 +19,7 @@ using QemuPluginMemoryCallback = void(unsigned processor, uint32_t access, uint6
 using QemuPluginExitCallback = void(uint64_t plugin, void* data);
 
 enum QemuPluginRegisters { QEMU_PLUGIN_CB_NO_REGS };  // what a callback uses of the processor's
-enum QemuPluginAccesses { QEMU_PLUGIN_MEM_RW = 3 };   // what a callback wants to be told of
+enum QemuPluginAccesses { QEMU_PLUGIN_MEM_RW = 3 };   // what a callback is called for
 constexpr int kQemuPluginVersion = 1;
 
 // What is done, without a callback, whenever a block runs.

@@ -4,10 +4,10 @@
 //
 //   -plugin guest_cards.so,machine=FOLDER,memory=FOLDER[,nanoseconds=NUMBER]
 //
-// With nanoseconds, an access of a card takes about so much more of the processor's time, since a real bus is
-// far slower than shared memory. The guest has one processor, and its programs are seen, not its kernel,
-// which has no business with the cards. Being told of an access costs far more than an access, so nothing is
-// told of a program's own stack and static data.
+// With nanoseconds, an access to a card takes about that much more processor time, since a real bus is far
+// slower than shared memory. The guest has one processor, and its programs are seen, not its kernel, which
+// does not use the cards. Calling back after an access costs far more than the access, so nothing is called
+// for a program's own stack and static data.
 
 #include <algorithm>
 #include <array>
@@ -33,13 +33,12 @@ simulator::GuestBus* bus = nullptr;
 uint64_t turnsOfAnAccess = 0;
 
 // The kernel's addresses are above these, and while it is being loaded everything is below. A program maps
-// nothing there, and to look up where an address leads is dear.
+// nothing there, and looking up an address is expensive.
 constexpr uint64_t kLeastAddress = uint64_t{1} << 32;
 constexpr uint64_t kMostAddress = (uint64_t{1} << 47) - 1;
 
-// Takes time as waiting for a bus does. A processor that waits meets no branches, so these are few: many
-// would make it forget which way the emulated program's own went. And nothing that comes after begins before
-// the end.
+// Takes time as waiting for a bus does. Few branches, because a waiting processor executes none, and many
+// would displace the program's own from the branch predictor. Nothing that comes after begins before the end.
 void spend(uint64_t turns) {
     if (turns == 0) {
         return;

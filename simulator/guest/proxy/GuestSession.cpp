@@ -15,7 +15,7 @@
 namespace simulator {
 namespace {
 
-// What the emulator gives a guest if nothing is said.
+// What the emulator gives a guest by default.
 constexpr const char* kUsualMemory = "128M";
 
 bool isDecimal(const std::string& text) {

@@ -17,8 +17,8 @@ struct PciFunction {
         uint32_t bytes;  // a power of two
     };
 
-    // Made up: nobody has been given this vendor number, and no real device has this class. So no driver
-    // takes the card, and no configuration that names a real one means it.
+    // This vendor number is unassigned, and so is the class. So no driver takes the card, and no
+    // configuration that names a real one matches it.
     uint16_t vendor = 0xFADE;
     uint16_t device = 0xCA4D;
     uint16_t subsystemVendor = 0xFADE;

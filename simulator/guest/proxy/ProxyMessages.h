@@ -23,7 +23,7 @@ constexpr std::size_t kMostProxyBytes = 16 + 192;
 
 struct ProxyRequest {
     enum class Kind : uint8_t {
-        notice,  // of no concern to a card, and wants no answer
+        notice,  // irrelevant to a card; not answered
         readConfiguration,
         writeConfiguration,
         load,  // at an address of the guest's memory
@@ -41,7 +41,7 @@ struct ProxyRequest {
 // files::UserError if no message begins so.
 std::optional<std::size_t> proxyMessageBytes(std::span<const uint8_t> beginning);
 
-// What a whole message asks for. Throws files::UserError if it is none.
+// What a whole message asks for. Throws files::UserError if it is not one.
 ProxyRequest parseProxyMessage(std::span<const uint8_t> message);
 
 // The answer to a request: with a value, or to a reset, without one.

@@ -180,10 +180,10 @@ void Agent::answerClaim(sd_bus_message* call, std::optional<bus::ClaimAnswer> an
 
 void Agent::openRange(sd_bus_message* call) {
     const char* address = nullptr;
-    uint32_t range = 0;
-    require(sd_bus_message_read(call, bus::kOpenRange.arguments, &address, &range),
+    uint32_t memoryRange = 0;
+    require(sd_bus_message_read(call, bus::kOpenRange.arguments, &address, &memoryRange),
             "The arguments cannot be read");
-    const pci::OpenedRange opened = keeper_.openRange(sd_bus_message_get_sender(call), address, range);
+    const pci::OpenedRange opened = keeper_.openRange(sd_bus_message_get_sender(call), address, memoryRange);
     require(sd_bus_reply_method_return(call, bus::kOpenRange.answer, opened.file.descriptor(),
                                        opened.offsetInPage, static_cast<uint64_t>(opened.bytes)),
             "The answer could not be sent");

@@ -79,19 +79,19 @@ std::vector<pci::FoundCard> CardKeeper::seenBy(const std::string& client) {
     return listed_;
 }
 
-std::vector<pci::FoundCard> CardKeeper::withFailures(std::vector<pci::FoundCard> cards,
+std::vector<pci::FoundCard> CardKeeper::withRefusals(std::vector<pci::FoundCard> cards,
                                                      const std::string& client) const {
-    const auto failures = failures_.find(client);
+    const auto refusals = refusals_.find(client);
     for (pci::FoundCard& card : cards) {
-        if (card.isUsable() && failures != failures_.end() && failures->second.contains(card.address)) {
-            card.refusal = failures->second.at(card.address);
+        if (card.isUsable() && refusals != refusals_.end() && refusals->second.contains(card.address)) {
+            card.refusal = refusals->second.at(card.address);
         }
     }
     return cards;
 }
 
 std::vector<pci::FoundCard> CardKeeper::list(const std::string& client) {
-    return withFailures(seenBy(client), client);
+    return withRefusals(seenBy(client), client);
 }
 
 bool CardKeeper::hasCardFor(const std::string& client) {
@@ -118,7 +118,7 @@ std::vector<std::string> CardKeeper::claim(const std::string& client) {
     staleFrom_ = {};
     refusals_[client] = cards_->claim(client);
     std::vector<std::string> addresses;
-    for (const pci::FoundCard& card : withFailures(cards_->list(client), client)) {
+    for (const pci::FoundCard& card : withRefusals(cards_->list(client), client)) {
         if (card.isUsable()) {
             addresses.push_back(card.address);
         } else {
@@ -132,11 +132,11 @@ std::vector<std::string> CardKeeper::claim(const std::string& client) {
 }
 
 pci::OpenedRange CardKeeper::openRange(const std::string& client, const std::string& address,
-                                       uint32_t range) {
+                                       uint32_t memoryRange) {
     if (!hasCards(client)) {
         throw files::UserError(pci::refusals::kNotClaimed);
     }
-    pci::OpenedRange opened = cards_->openRange(client, address, range);
+    pci::OpenedRange opened = cards_->openRange(client, address, memoryRange);
     // Shared, because a client may open a range more than once.
     if (flock(opened.file.descriptor(), LOCK_SH | LOCK_NB) != 0) {
         throw files::FileError(address, "could not be locked", errno);

@@ -75,7 +75,7 @@ class CardKeeper {
 
     // The cards without what is known from claims that failed.
     std::vector<pci::FoundCard> seenBy(const std::string& client);
-    std::vector<pci::FoundCard> withFailures(std::vector<pci::FoundCard> cards,
+    std::vector<pci::FoundCard> withRefusals(std::vector<pci::FoundCard> cards,
                                              const std::string& client) const;
     // Reads the rules again while no client has cards, so that changed files take effect without a restart.
     void readRules();

@@ -61,8 +61,8 @@ std::string Cards::refusal(const PciDevice& device, const CardRule& rule) const 
     if (!windowOf(rule, *resources, 0)) {
         return refusals::kNoWindow;
     }
-    for (uint32_t range = 0; range < kMemoryRanges; ++range) {
-        const auto window = windowOf(rule, *resources, range);
+    for (uint32_t memoryRange = 0; memoryRange < kMemoryRanges; ++memoryRange) {
+        const auto window = windowOf(rule, *resources, memoryRange);
         std::string refusal = window ? refusalOf(*window, bus_, device.address()) : "";
         if (!refusal.empty()) {
             return refusal;
@@ -115,7 +115,7 @@ bool Cards::isHeld(const std::string& address) const {
 }
 
 std::map<std::string, std::string> Cards::claim(const std::string& client) {
-    std::map<std::string, std::string> failures;
+    std::map<std::string, std::string> refusals;
     for (const FoundCard& card : list(client)) {
         if (!card.isUsable() || isHeld(card.address)) {
             continue;
@@ -128,13 +128,13 @@ std::map<std::string, std::string> Cards::claim(const std::string& client) {
         }
         claims_.erase(card.address);  // undone before the device that has its address now is made ready
         auto ready = std::make_unique<ReadyDevice>(std::move(*device));
-        if (ready->failure().empty()) {
+        if (ready->refusal().empty()) {
             claims_.emplace(card.address, Claim{.client = client, .ready = std::move(ready)});
         } else {
-            failures.emplace(card.address, ready->failure());
+            refusals.emplace(card.address, ready->refusal());
         }
     }
-    return failures;
+    return refusals;
 }
 
 std::vector<std::string> Cards::claimLeftBehind(const std::string& client) {

@@ -28,7 +28,7 @@ std::string line(const char* text) {
 }  // namespace
 
 ReadyDevice::ReadyDevice(PciDevice device)
-    : device_(std::move(device)), before_(wakeAndLook()), isReserved_(reserve()), failure_(prepare()) {}
+    : device_(std::move(device)), before_(wakeAndLook()), isReserved_(reserve()), refusal_(prepare()) {}
 
 bool ReadyDevice::isLeftBehind(const PciDevice& device) {
     return noted(device).has_value();

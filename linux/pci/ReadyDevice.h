@@ -29,8 +29,8 @@ class ReadyDevice {
     // Leaves the device awake afterwards, for as long as the computer is on.
     void stayAwake();
 
-    // Why the device is not ready; empty if it is.
-    const std::string& failure() const { return failure_; }
+    // Why the device is not ready, one of pci::refusals; empty if it is.
+    const std::string& refusal() const { return refusal_; }
     const PciDevice& device() const { return device_; }
 
   private:
@@ -53,7 +53,7 @@ class ReadyDevice {
     PciDevice device_;
     Before before_;
     bool isReserved_;
-    std::string failure_;
+    std::string refusal_;
 };
 
 }  // namespace pci

@@ -245,11 +245,11 @@ TEST_F(CardsTest, AreNotClaimedIfTheirConfigurationCannotBeChanged) {
     const rlimit none{.rlim_cur = 4, .rlim_max = earlier.rlim_max};
     const auto handler = signal(SIGXFSZ, SIG_IGN);
     ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &none), 0);
-    auto failures = cards_.claim("client");
+    auto refusals = cards_.claim("client");
     setrlimit(RLIMIT_FSIZE, &earlier);
     signal(SIGXFSZ, handler);
     EXPECT_EQ(
-        failures[kCard],
+        refusals[kCard],
         "The card's bus mastering cannot be switched off. Switch the computer off and on, then try again.");
     EXPECT_NE(failure(), "");
     // What failed once is tried again.

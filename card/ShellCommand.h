@@ -10,4 +10,4 @@ std::string Quoted(std::string_view text);
 
 // Runs a command in the shell and waits for it. Returns 0 if it succeeded. It has no terminal, so no tool can
 // stop to ask a question, and only this user can access what it creates.
-int RunByShell(const std::string& command);
+[[nodiscard]] int RunByShell(const std::string& command);

@@ -120,7 +120,8 @@ bool putIntoTmp(AuthorizationRef authorization, CFURLRef archive) {
     if (!unpacked) {
         say("Could not unpax\n");
     }
-    RunByShell("rm -rf " + Quoted(kArchiveCopy));
+    // A copy that stays behind does no harm: the next run replaces it.
+    static_cast<void>(RunByShell("rm -rf " + Quoted(kArchiveCopy)));
     return unpacked;
 }
 

@@ -55,7 +55,8 @@ class CardKeeper {
     bool hasCards(const std::string& client) const;
 
     // A memory range of a card of the client's. Throws files::UserError.
-    pci::OpenedRange openRange(const std::string& client, const std::string& address, uint32_t range);
+    [[nodiscard]] pci::OpenedRange openRange(const std::string& client, const std::string& address,
+                                             uint32_t memoryRange);
 
     // The client is about to write into its cards.
     void noteWrite(const std::string& client) { cards_->keepAwake(client); }

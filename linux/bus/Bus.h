@@ -61,12 +61,12 @@ constexpr std::chrono::microseconds kNoLimit = std::chrono::hours(24 * 365);
 
 // Makes a call and waits for its answer. Null if that is an error, or if there is none within the limit. If
 // given, `mayWait` is asked about every 100 ms; if it says no, the result is -ECANCELED.
-Message answerTo(const Message& call, std::chrono::microseconds limit, Error& error, int& result,
-                 const std::function<bool()>& mayWait = {});
+[[nodiscard]] Message answerTo(const Message& call, std::chrono::microseconds limit, Error& error,
+                               int& result, const std::function<bool()>& mayWait = {});
 
 // Connect to the system bus, or to that of the user's session, within the limit. Null if that fails; `result`
 // says why.
-Connection openSystemBus(std::chrono::microseconds limit, int& result);
-Connection openSessionBus(std::chrono::microseconds limit, int& result);
+[[nodiscard]] Connection openSystemBus(std::chrono::microseconds limit, int& result);
+[[nodiscard]] Connection openSessionBus(std::chrono::microseconds limit, int& result);
 
 }  // namespace bus

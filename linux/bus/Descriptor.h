@@ -13,7 +13,7 @@ class Descriptor {
     ~Descriptor() { close(); }
 
     // A second descriptor of what a message or somebody else owns; empty if that fails.
-    static Descriptor duplicate(int descriptor);
+    [[nodiscard]] static Descriptor duplicate(int descriptor);
 
     explicit operator bool() const { return descriptor_ >= 0; }
     int number() const { return descriptor_; }

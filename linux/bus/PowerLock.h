@@ -24,6 +24,6 @@ Message newLockCall(sd_bus* connection);
 Message newCancelCall(sd_bus* connection);
 
 // A second descriptor of the lock that an answer brought; empty if it brought none.
-Descriptor lockIn(const Message& answer);
+[[nodiscard]] Descriptor lockIn(const Message& answer);
 
 }  // namespace bus

@@ -55,8 +55,8 @@ class AgentClient : public host::CardAgent {
     // Calls `mayWait` and ignores its answer.
     bool keepWaiting();
     // Hold a lock afterwards, or return false and why.
-    bool takeAgentsLock(Answer& answer);
-    bool takeOwnLock(Answer& answer);
+    [[nodiscard]] bool takeAgentsLock(Answer& answer);
+    [[nodiscard]] bool takeOwnLock(Answer& answer);
     void takeLock();
 
     std::function<bool()> mayWait_;

@@ -24,7 +24,7 @@ class CardAgent {
     // The cards in the order of their addresses. Anybody may ask; those that another program uses are
     // refused, those that this one has claimed are not. Nothing, without a message, if the agent cannot be
     // asked.
-    virtual std::optional<std::vector<pci::FoundCard>> cards() = 0;
+    [[nodiscard]] virtual std::optional<std::vector<pci::FoundCard>> cards() = 0;
 
     // Claims all usable cards for this program until letGo() or its end. Asks for an administrator's password
     // if that is needed and mayAsk allows it. If the answer is not `granted`, mayAsk was true and the user

@@ -72,7 +72,7 @@ class LinuxHost final : public Host {
     RightAnswer claim(bool mayAsk);
     void letGo();
     // The range; nothing, after a line on standard error, if it cannot be mapped.
-    std::optional<RangeMapping> mapRange(const pci::FoundCard& card, uint32_t memoryRange);
+    [[nodiscard]] std::optional<RangeMapping> mapRange(const pci::FoundCard& card, uint32_t memoryRange);
     [[gnu::noinline]] uint32_t loadAndLook(const uint32_t* address);
     void choosePace();
     // Paces loads from now on if those since the last look were too fast, and makes up for them: a processor

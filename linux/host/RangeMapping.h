@@ -31,8 +31,8 @@ class RangeMapping {
     const std::string& refusal() const { return refusal_; }
 
   private:
-    // Returns why not; empty if it could.
-    std::string map(const pci::OpenedRange& range);
+    // Returns the refusal; empty if the range is mapped.
+    [[nodiscard]] std::string map(const pci::OpenedRange& range);
 
     void* pages_ = nullptr;
     std::size_t pagesBytes_ = 0;

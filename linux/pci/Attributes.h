@@ -17,7 +17,7 @@ namespace pci {
 class Attributes {
   public:
     // Nothing if there is no such folder.
-    static std::optional<Attributes> open(const std::filesystem::path& folder);
+    [[nodiscard]] static std::optional<Attributes> open(const std::filesystem::path& folder);
 
     // An attribute's text; nothing if it cannot be read or is longer than any attribute is.
     std::optional<std::string> text(const std::string& name) const;
@@ -32,7 +32,7 @@ class Attributes {
                                std::span<const uint8_t> bytes) const;
 
     // Opens a binary attribute for mapping. Throws FileError.
-    files::OpenFile openForMapping(const std::string& name) const;
+    [[nodiscard]] files::OpenFile openForMapping(const std::string& name) const;
 
   private:
     explicit Attributes(files::OpenFile folder) : folder_(std::move(folder)) {}

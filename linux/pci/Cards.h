@@ -47,7 +47,8 @@ class Cards {
     // Opens memory range 0 or 1 of a card of the client's. Throws files::UserError with what to do if the
     // card is not the client's, has no such range or can no longer be used. The range stays mapped where it
     // is, whatever is released later.
-    OpenedRange openRange(const std::string& client, const std::string& address, uint32_t memoryRange) const;
+    [[nodiscard]] OpenedRange openRange(const std::string& client, const std::string& address,
+                                        uint32_t memoryRange) const;
 
     // Keeps the client's cards awake even after they have been taken back. A card whose firmware is
     // incomplete is lost when its power goes, and the port above a card that may sleep can take it away.

@@ -70,8 +70,8 @@ class PciDevice {
     void restoreCommand(uint16_t command) const { static_cast<void>(writeCommand(command)); }
 
   private:
-    bool changeCommand(uint16_t bit, uint16_t wanted) const;
-    bool writeCommand(uint16_t command) const;
+    [[nodiscard]] bool changeCommand(uint16_t bit, uint16_t wanted) const;
+    [[nodiscard]] bool writeCommand(uint16_t command) const;
 
     std::string address_;
     Attributes attributes_;

@@ -77,6 +77,7 @@ bool ReadyDevice::reserve() const {
 void ReadyDevice::stayAwake() {
     before_.mightSleep = false;
     if (isReserved_) {
+        // If that fails, the device can sleep only after this program has been killed.
         static_cast<void>(reserve());
     }
 }
@@ -85,6 +86,7 @@ std::string ReadyDevice::prepare() {
     if (!device_.command()) {
         return refusals::kGone;
     }
+    // What counts is memory decoding, which is checked below.
     static_cast<void>(replace(kEnable, line(kNotEnabled), "1\n"));
     if (!device_.clearInCommand(PciDevice::kBusMastering)) {
         return refusals::kBusMastering;

@@ -44,11 +44,14 @@ class ReadyDevice {
     static std::optional<Before> noted(const PciDevice& device);
     // Wakes the device, so that it answers.
     Before wakeAndLook() const;
-    // Keeps drivers away with a note of what to put back. Whether it could: somebody else's override stays.
-    bool reserve() const;
-    // Replaces an attribute's text if it has this one. Whether it did.
-    bool replace(const char* attribute, const std::string& text, const std::string& replacement) const;
-    std::string prepare();
+    // Keeps drivers away with a note of what to put back. Returns whether it could: somebody else's override
+    // stays.
+    [[nodiscard]] bool reserve() const;
+    // Replaces an attribute's text if it has this one. Returns whether it did.
+    [[nodiscard]] bool replace(const char* attribute, const std::string& text,
+                               const std::string& replacement) const;
+    // Returns the refusal; empty if the device is ready.
+    [[nodiscard]] std::string prepare();
 
     PciDevice device_;
     Before before_;

@@ -14,6 +14,6 @@ struct DriverBundle {
 };
 
 // Nothing if the folder is not a well-formed driver bundle (CFBundlePackageType KEXT).
-std::optional<DriverBundle> readDriverBundle(const std::filesystem::path& folder);
+[[nodiscard]] std::optional<DriverBundle> readDriverBundle(const std::filesystem::path& folder);
 
 }  // namespace simulator

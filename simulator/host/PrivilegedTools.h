@@ -34,7 +34,7 @@ class PrivilegedTools {
   private:
     using Arguments = std::vector<std::string>;
 
-    bool start(const std::string& program, const Arguments& arguments);
+    [[nodiscard]] bool start(const std::string& program, const Arguments& arguments);
 
     // Return the tool's complaint; empty if it succeeded.
     std::string changeOwner(const Arguments& arguments);

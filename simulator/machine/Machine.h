@@ -69,7 +69,7 @@ class Machine {
     std::vector<Host::Process> processes() const;
     // Sends the shutdown event to a process: the login process switches the machine off, the others ignore
     // it. False if there is no such process.
-    bool deliverShutDownEvent(uint64_t processSerialNumber);
+    [[nodiscard]] bool deliverShutDownEvent(uint64_t processSerialNumber);
 
   private:
     void losePower();

@@ -23,7 +23,7 @@ class GuestSession {
     // ends. Returns its exit code, in a shell's terms. If the machine loses its power, the emulator is killed
     // before it gets another answer, and the machine is off afterwards. SIGINT, SIGTERM and SIGHUP ask the
     // emulator to end, and kill it if they come again. Throws files::UserError.
-    int run(std::vector<std::string> command);
+    [[nodiscard]] int run(std::vector<std::string> command);
 
     // A line for each card that was on the bus: its number, and its accesses.
     std::string report() const;

@@ -29,8 +29,8 @@ class ProxyConnection {
 
   private:
     // Appends what is there; false at the end.
-    bool receive();
-    bool answer(const std::vector<uint8_t>& message) const;
+    [[nodiscard]] bool receive();
+    [[nodiscard]] bool answer(const std::vector<uint8_t>& message) const;
 
     ProxyDevice& device_;
     int descriptor_ = -1;

@@ -146,6 +146,8 @@ pci::OpenedRange CardKeeper::openRange(const std::string& client, const std::str
 
 void CardKeeper::giveUp(const std::string& client) {
     refusals_.erase(client);
+    // A program that is started after this one has ended sees what has changed meanwhile.
+    staleFrom_ = {};
     const auto holding = holdings_.find(client);
     if (holding != holdings_.end()) {
         holding->second.isGivenUp = true;

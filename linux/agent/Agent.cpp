@@ -123,7 +123,12 @@ void Agent::claim(sd_bus_message* call) {
     int mayAsk = 0;
     require(sd_bus_message_read(call, bus::kClaim.arguments, &mayAsk), "The arguments cannot be read");
     const std::string client = sd_bus_message_get_sender(call);
-    if (keeper_.hasCards(client) || !keeper_.hasCardFor(client)) {
+    if (keeper_.hasCards(client)) {
+        // The right is for all cards, so it covers those that have become free since it was granted.
+        give(call);
+        return;
+    }
+    if (!keeper_.hasCardFor(client)) {
         require(sd_bus_reply_method_return(call, bus::kClaim.answer, bus::textOf(bus::ClaimAnswer::granted)),
                 "The answer could not be sent");
         return;
@@ -161,12 +166,7 @@ void Agent::answerClaim(sd_bus_message* call, std::optional<bus::ClaimAnswer> an
         sd_bus_reply_method_return(call, bus::kClaim.answer, bus::textOf(*answer));
     } else {
         try {
-            std::string addresses;
-            for (const std::string& address : keeper_.claim(client)) {
-                addresses += ' ' + address;
-            }
-            files::say(who + ": Was given the cards at" + addresses + ".");
-            sd_bus_reply_method_return(call, bus::kClaim.answer, bus::textOf(*answer));
+            give(call);
         } catch (const files::UserError& error) {
             files::say(who + ": " + error.what());
             sd_bus_reply_method_errorf(call, SD_BUS_ERROR_FAILED, "%s", error.what());
@@ -176,6 +176,18 @@ void Agent::answerClaim(sd_bus_message* call, std::optional<bus::ClaimAnswer> an
         clients_.erase(client);
     }
     setTimer();
+}
+
+void Agent::give(sd_bus_message* call) {
+    const std::string client = sd_bus_message_get_sender(call);
+    std::string addresses;
+    for (const std::string& address : keeper_.claim(client)) {
+        addresses += ' ' + address;
+    }
+    files::say(client + ", user " + std::to_string(clients_.at(client).user) + ": Was given the cards at" +
+               addresses + ".");
+    require(sd_bus_reply_method_return(call, bus::kClaim.answer, bus::textOf(bus::ClaimAnswer::granted)),
+            "The answer could not be sent");
 }
 
 void Agent::openRange(sd_bus_message* call) {

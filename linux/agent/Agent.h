@@ -61,9 +61,11 @@ class Agent {
     // Puts a claim to polkit, which may take as long as somebody takes to enter a password. Throws
     // files::UserError if too many are waiting.
     void ask(sd_bus_message* call, bool mayAsk);
-    // Answers the claim, and takes the cards for the client if polkit granted it. Without an answer from
-    // polkit, the reason is why there is none.
+    // Answers the claim, and gives the client the cards if polkit granted it. Without an answer from polkit,
+    // the reason is why there is none.
     void answerClaim(sd_bus_message* call, std::optional<bus::ClaimAnswer> answer, const std::string& reason);
+    // Gives the client the cards and answers its claim. Throws files::UserError if a card is still in use.
+    void give(sd_bus_message* call);
     // Withdraws the client's question, ends its lock and gives up its cards.
     void forget(const std::string& client);
     // Takes back what it can, and sets when to try again, or to exit because nobody needs the agent.

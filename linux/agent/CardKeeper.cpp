@@ -3,6 +3,7 @@
 #include <sys/file.h>
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "files/FileError.h"
@@ -42,7 +43,7 @@ void CardKeeper::takeOver() {
     Holding holding{.probes = {}, .isGivenUp = true};
     const std::vector<std::string> addresses = cards_->claimLeftBehind(kEarlierAgent);
     for (const std::string& address : addresses) {
-        addProbes(holding, address);
+        std::ranges::move(probesOf(address), std::back_inserter(holding.probes));
         files::say(address + ": Taken over from an agent that was killed.");
     }
     if (!addresses.empty()) {
@@ -105,14 +106,14 @@ bool CardKeeper::hasCards(const std::string& client) const {
 
 std::vector<std::string> CardKeeper::claim(const std::string& client) {
     readRules();
-    Holding holding;
+    std::map<std::string, Probes> added;
     for (const pci::FoundCard& card : cards_->list(client)) {
-        if (card.isUsable()) {
-            addProbes(holding, card.address);
+        if (card.isUsable() && !cards_->isHeld(card.address)) {
+            added.emplace(card.address, probesOf(card.address));
         }
     }
     // Checked first: undoing a claim restores the cards, even while a program still uses one.
-    if (holdings_.find(client) == holdings_.end() && isInUse(holding)) {
+    if (std::ranges::any_of(added, [](const auto& entry) { return isInUse(entry.second); })) {
         throw files::UserError(pci::refusals::kStillInUse);
     }
     staleFrom_ = {};
@@ -126,7 +127,12 @@ std::vector<std::string> CardKeeper::claim(const std::string& client) {
         }
     }
     if (!addresses.empty()) {
-        holdings_.insert_or_assign(client, std::move(holding));
+        // The earlier probes stay: what the client had before may still be mapped, even if it is refused now.
+        Holding& holding = holdings_[client];
+        holding.isGivenUp = false;
+        for (const std::string& address : addresses) {
+            std::ranges::move(added[address], std::back_inserter(holding.probes));
+        }
     }
     return addresses;
 }
@@ -159,7 +165,7 @@ bool CardKeeper::takeBack() {
     bool isSomethingLeft = false;
     for (auto entry = holdings_.begin(); entry != holdings_.end();) {
         const auto& [client, holding] = *entry;
-        if (!holding.isGivenUp || isInUse(holding)) {
+        if (!holding.isGivenUp || isInUse(holding.probes)) {
             isSomethingLeft |= holding.isGivenUp;
             ++entry;
             continue;
@@ -172,18 +178,17 @@ bool CardKeeper::takeBack() {
     return isSomethingLeft;
 }
 
-void CardKeeper::addProbes(Holding& holding, const std::string& address) const {
+CardKeeper::Probes CardKeeper::probesOf(const std::string& address) const {
     try {
-        for (files::OpenFile& file : cards_->rangeFiles(address)) {
-            holding.probes.push_back(std::move(file));
-        }
+        return cards_->rangeFiles(address);
     } catch (const files::UserError& error) {
         files::say(address + ": " + error.what());
+        return {};
     }
 }
 
-bool CardKeeper::isInUse(const Holding& holding) {
-    return std::ranges::any_of(holding.probes, [](const files::OpenFile& probe) {
+bool CardKeeper::isInUse(const Probes& probes) {
+    return std::ranges::any_of(probes, [](const files::OpenFile& probe) {
         const bool isLocked = flock(probe.descriptor(), LOCK_EX | LOCK_NB) != 0;
         flock(probe.descriptor(), LOCK_UN);
         return isLocked;

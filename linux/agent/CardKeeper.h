@@ -49,8 +49,8 @@ class CardKeeper {
 
     // Whether there is a card that a claim might give to the client.
     bool hasCardFor(const std::string& client);
-    // Gives the client all usable cards and returns their addresses. Throws files::UserError if a program
-    // that had one from an earlier agent still uses it.
+    // Gives the client all usable cards that it does not have yet, and returns the addresses of all that it
+    // can use. Throws files::UserError if a program that had a new one from an earlier agent still uses it.
     std::vector<std::string> claim(const std::string& client);
     bool hasCards(const std::string& client) const;
 
@@ -67,10 +67,12 @@ class CardKeeper {
     bool takeBack();
 
   private:
+    // The files of cards' ranges once more, to find out whether the ones that were handed out are still
+    // locked.
+    using Probes = std::vector<files::OpenFile>;
+
     struct Holding {
-        // The files of the cards' ranges once more, to find out whether the ones that were handed out are
-        // still locked.
-        std::vector<files::OpenFile> probes;
+        Probes probes;
         bool isGivenUp = false;
     };
 
@@ -80,8 +82,8 @@ class CardKeeper {
                                              const std::string& client) const;
     // Reads the rules again while no client has cards, so that changed files take effect without a restart.
     void readRules();
-    void addProbes(Holding& holding, const std::string& address) const;
-    static bool isInUse(const Holding& holding);
+    Probes probesOf(const std::string& address) const;
+    static bool isInUse(const Probes& probes);
 
     Folders folders_;
     pci::CardRules rules_;

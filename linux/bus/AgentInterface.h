@@ -25,7 +25,8 @@ constexpr char kCardTypes[] = "(sssbs)";
 constexpr Method kCards{"Cards", "", "a(sssbs)"};
 
 // Whether the user may be asked for a password. If the answer is ClaimAnswer::granted, all usable cards are
-// the caller's until LetGo or its disconnection.
+// the caller's until LetGo or its disconnection. A caller that has cards is given those that have become free
+// since, and nobody is asked again.
 constexpr Method kClaim{"Claim", "b", "s"};
 constexpr Method kLetGo{"LetGo", "", ""};
 

@@ -108,7 +108,6 @@ std::vector<files::OpenFile> Cards::rangeFiles(const std::string& address) const
     return files;
 }
 
-// Whether the device of a claim is still there, not only another with its address.
 bool Cards::isHeld(const std::string& address) const {
     const auto claim = claims_.find(address);
     return claim != claims_.end() && claim->second.ready->device().identifiers();

@@ -36,6 +36,9 @@ class Cards {
     // them changes nothing.
     std::vector<files::OpenFile> rangeFiles(const std::string& address) const;
 
+    // Whether a client has the device that is at the address now, not only one that was there before.
+    bool isHeld(const std::string& address) const;
+
     // Gives the client all usable cards, ready for their registers to be mapped (see ReadyDevice). Returns
     // the refusals of those that could not be made ready, by address. What the client has stays the client's.
     std::map<std::string, std::string> claim(const std::string& client);
@@ -66,7 +69,6 @@ class Cards {
     const CardRule* ruleFor(const PciDevice& device) const;
     std::string refusal(const PciDevice& device, const CardRule& rule) const;
     std::string refusalOfClaims(const std::string& address, const std::string& client) const;
-    bool isHeld(const std::string& address) const;
 
     PciBus bus_;
     CardRules rules_;

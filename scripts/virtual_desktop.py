@@ -36,6 +36,12 @@ class Failure(Exception):
     """Something did not happen as expected. The text is for the person who started the script."""
 
 
+def check(holds, what, seen=""):
+    """Fails with the text, and with what was seen instead, unless it holds."""
+    if not holds:
+        raise Failure(f"{what}\n{seen}" if seen else what)
+
+
 def say(text):
     print(text, flush=True)
 

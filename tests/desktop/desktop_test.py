@@ -18,7 +18,7 @@ import tempfile
 import traceback
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "scripts"))
-from virtual_desktop import Failure, run_cardsim, say, take_own_session, wait_until  # noqa: E402
+from virtual_desktop import check, run_cardsim, say, take_own_session, wait_until  # noqa: E402
 
 IMAGE = "VMBM12A.xsv"
 IDENTITY = "2103070021"
@@ -47,11 +47,6 @@ def run_test(test, **options):
         traceback.print_exc()
         sys.exit(f"Failed. Machines and logs are in {folder}.")
     shutil.rmtree(folder)
-
-
-def check(holds, what):
-    if not holds:
-        raise Failure(what)
 
 
 class Machine:

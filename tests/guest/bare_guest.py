@@ -8,7 +8,7 @@ import sys
 from guest_kernel import ROOT, kernel
 
 sys.path.insert(0, str(ROOT / "scripts"))
-from virtual_desktop import Failure  # noqa: E402
+from virtual_desktop import Failure, check  # noqa: E402
 
 BUILD = ROOT / "build/release"
 CARDSIM = BUILD / "bin/cardsim"
@@ -36,11 +36,6 @@ probe() { traced_update --rules /rules "$@" 2>&1; echo "exit code $?"; }
 . /scenario
 poweroff -f
 """
-
-
-def expect(holds, what, seen=""):
-    if not holds:
-        raise Failure(f"{what}\n{seen}")
 
 
 def output_of(*command):
@@ -103,5 +98,5 @@ class BareGuest:
         except subprocess.TimeoutExpired as error:
             raise Failure(f"The guest was not switched off.\n{(error.stdout or b'').decode(errors='replace')}") from None
         said = run.stdout.replace("\r", "")
-        expect(run.returncode == expected, f"The guest ended with {run.returncode} instead of {expected}.", said)
+        check(run.returncode == expected, f"The guest ended with {run.returncode} instead of {expected}.", said)
         return said

@@ -7,9 +7,9 @@ import subprocess
 import sys
 import traceback
 
-from guest_computer import CARD_RULE, INSIDE, PROGRAMS, SITTER, Failure, tell
+from guest_computer import CARD_RULE, INSIDE, PROGRAMS, SITTER, tell
 from guest_kernel import CACHE
-from virtual_desktop import take_own_session
+from virtual_desktop import check, take_own_session
 
 FOLDERS = CACHE / "runs"
 # So that the first person need not be asked for the administrator's password.
@@ -32,11 +32,6 @@ def run_test(test):
         traceback.print_exc()
         sys.exit(f"{name} failed. Its machine, pictures and logs are in {folder}.")
     tell(f"{name} passed. Its pictures and logs are in {folder}.")
-
-
-def check(holds, what):
-    if not holds:
-        raise Failure(what)
 
 
 def cardsim(*arguments):

@@ -69,7 +69,7 @@ class Bench {
             card_.cells().assign(pristine_);
         }
         cellsChanged_ = false;
-        machine_.ledger().clear();
+        machine_.ledger().restore({});
         machine_.clock().resume(0);
         card_.chain().losePower();
         card_.resume(kFirmware, 0);

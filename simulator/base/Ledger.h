@@ -52,7 +52,6 @@ class Ledger {
     bool empty() const { return entries_.empty(); }
     // Replaces all by those of an earlier run.
     void restore(std::vector<Entry> entries) { entries_ = std::move(entries); }
-    void clear() { entries_.clear(); }
 
   private:
     std::vector<Entry> entries_;

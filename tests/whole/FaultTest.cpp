@@ -287,7 +287,7 @@ TEST_F(FaultyUpdateTest, SkippedStepsShowInTheLedger) {
             misuses.insert(misuses.end(), entry.times, entry.misuse);
         }
         EXPECT_EQ(misuses, expected);
-        machine_.ledger().clear();
+        machine_.ledger().restore({});
     }
 }
 

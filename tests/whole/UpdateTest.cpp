@@ -204,7 +204,7 @@ TEST_F(UpdateTest, WriteAbortedByAnExceptionCanBeRetried) {
     EXPECT_EQ(listener.states, (std::vector<int32_t>{1, 0, 1, 0, 1, 2}));
     EXPECT_EQ(listener.stores, storesAround);
     EXPECT_NE(session.standardError.find("Unexpected error: from the listener"), std::string::npos);
-    machine_.ledger().clear();  // of the interrupted erase
+    machine_.ledger().restore({});  // of the interrupted erase
 }
 
 }  // namespace

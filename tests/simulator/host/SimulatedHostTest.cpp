@@ -91,7 +91,7 @@ TEST_F(SimulatedHostTest, RecordsWindowsAndChildrenThatAProgramLeaves) {
     ASSERT_EQ(machine_.ledger().entries().size(), 1U);
     EXPECT_EQ(machine_.ledger().entries()[0].detail,
               "A program ended without giving back 1 of its mapped windows.");
-    machine_.ledger().clear();
+    machine_.ledger().restore({});
     host_.closeConnection(connection);
     host_.programEnded();
     EXPECT_TRUE(machine_.ledger().empty());

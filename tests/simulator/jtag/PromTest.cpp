@@ -116,7 +116,7 @@ TEST_F(PromTest, WritesOnlyExistingRowsInProgrammingMode) {
     probe_->programUserCode(0);
     erase();
     EXPECT_EQ(misuses(), Misuses(2, Misuse::outsideProgrammingMode));
-    machine_.ledger().clear();
+    machine_.ledger().restore({});
 
     probe_->enterProgramming();
     for (const uint32_t address : {0x0U, 0x20U, 0x4000U, 0x8000U, 0x4001U, 0x21U}) {

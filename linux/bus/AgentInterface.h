@@ -21,8 +21,8 @@ struct Method {
 
 // The computer's cards, for anybody who asks: of each its address, name and location, whether it is
 // simulated, and the refusal, which is empty if it can be used.
-constexpr char kCardTypes[] = "(sssbs)";
 constexpr Method kCards{"Cards", "", "a(sssbs)"};
+constexpr const char* kCardTypes = kCards.answer + 1;  // of each card in that array
 
 // Whether the user may be asked for a password. If the answer is ClaimAnswer::granted, all usable cards are
 // the caller's until LetGo or its disconnection. A caller that has cards is given those that have become free

@@ -4,7 +4,6 @@
 #include <cerrno>
 #include <exception>
 #include <span>
-#include <string_view>
 #include <system_error>
 #include <tuple>
 #include <utility>

@@ -4,6 +4,7 @@ _vupdater_program() {
     local command=()
     help=$("$program" --help 2>/dev/null) || return 0
     for next in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
+        [[ $next != -- ]] || return 0  # the rest are arguments, or another program's command line
         # As soon as a command takes no further command, the rest are its arguments.
         if [[ $next != -* ]] && _vupdater_commands <<<"$help" | grep -qx -- "$next"; then
             command+=("$next")
@@ -11,7 +12,8 @@ _vupdater_program() {
         fi
     done
     if [[ $word == -* ]]; then
-        mapfile -t COMPREPLY < <(compgen -W "$(grep -oE '^ +-[^ ]+' <<<"$help" | tr ',' ' ')" -- "$word")
+        # Lines indented further go on with the text about an option.
+        mapfile -t COMPREPLY < <(compgen -W "$(grep -oE '^ {2,4}-[^ ]+' <<<"$help" | tr ',' ' ')" -- "$word")
     else
         mapfile -t COMPREPLY < <(compgen -W "$(_vupdater_commands <<<"$help")" -- "$word")
     fi

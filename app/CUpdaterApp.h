@@ -89,7 +89,7 @@ class CUpdaterApp : public LApplication, public LListener, public LBroadcaster {
     void WriteFirmware(uint8_t* image, uint32_t bytes);
 
     // Keeps whether the open card's firmware is whole, and tells the listeners.
-    void RememberOutcome(bool isWritten);
+    void RememberWhetherWritten(bool isWritten);
 
     // Gives the keyboard to the button that the user needs next after a write.
     void OfferNextStep();
@@ -119,9 +119,9 @@ class CUpdaterApp : public LApplication, public LListener, public LBroadcaster {
     uint32_t mCardConnection = 0;
     // The open card already carries the chosen firmware or a newer one.
     bool mFirmwareIsCurrent = false;
-    // Popup items of the cards whose last update has failed. The firmware that such a card still runs says
-    // nothing about what its PROM holds now.
-    std::set<int32_t> mFailedCardItems;
+    // Popup items of the cards that an update has begun to change and none has completed since. The firmware
+    // that such a card still runs says nothing about what its PROM holds now.
+    std::set<int32_t> mIncompleteCardItems;
     // A message is being handled, including its dialogs and the firmware write.
     bool mIsBusy = false;
 };

@@ -159,7 +159,7 @@ void CUpdaterApp::ShowFirmwareState() {
     const char* text = "Newer firmware is available";
     if (gNewFirmware == kNoFirmware) {
         text = "No firmware for this card";
-    } else if (mFailedCardItems.contains(mCurrentCardItem)) {
+    } else if (mIncompleteCardItems.contains(mCurrentCardItem)) {
         text = "The last update failed";
     } else if (mFirmwareIsCurrent) {
         text = "This card has the newest firmware";

@@ -77,13 +77,13 @@ void CUpdaterApp::OfferNextStep() {
     ThrowIfNil(mMainWindow->FindPaneByID(next))->TakeKeyboard();
 }
 
-void CUpdaterApp::RememberOutcome(bool isWritten) {
+void CUpdaterApp::RememberWhetherWritten(bool isWritten) {
     if (isWritten) {
-        mFailedCardItems.erase(mCurrentCardItem);
+        mIncompleteCardItems.erase(mCurrentCardItem);
     } else {
-        mFailedCardItems.insert(mCurrentCardItem);
+        mIncompleteCardItems.insert(mCurrentCardItem);
     }
-    auto incompleteCards = static_cast<int32_t>(mFailedCardItems.size());
+    auto incompleteCards = static_cast<int32_t>(mIncompleteCardItems.size());
     KeepException([&] { BroadcastMessage(kIncompleteCardsMessage, &incompleteCards); });
 }
 
@@ -101,10 +101,14 @@ void CUpdaterApp::WriteFirmware(uint8_t* image, uint32_t bytes) {
     uint16_t error = kWriteBrokenOff;
     {
         const DisplayWatchdog watchdog;
+        // Whatever happens from here on, the card needs its power until a write has succeeded.
+        RememberWhetherWritten(false);
         // An exception from the write is reported later; what matters first is that the write has failed.
         KeepException([&] { error = ProgramConfigProm(image, bytes); });
     }
-    RememberOutcome(error == 0);
+    if (error == 0) {
+        RememberWhetherWritten(true);
+    }
     // Clicks and keys since the last pass were meant for the window as it is now, not for the buttons that
     // are about to appear.
     ProcessNextEvent();

@@ -18,8 +18,9 @@ enum WindowState : int32_t {
 // warns of switching the computer off has been answered by then.
 constexpr MessageT kWindowStateMessage = FourCharCode("WSTA");
 
-// Broadcast by the application after each firmware write, before the state that ends it, with an int32_t*:
-// how many of the cards have firmware whose last write has failed.
+// Broadcast by the application before a firmware write changes anything, and again when it has succeeded,
+// before the state that ends it, with an int32_t*: how many cards an update has begun to change and none has
+// completed since.
 constexpr MessageT kIncompleteCardsMessage = FourCharCode("INCO");
 
 // Broadcast by the application before and after it writes the identity that the user has typed into a card,

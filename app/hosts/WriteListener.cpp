@@ -13,7 +13,7 @@ void WriteListener::ListenToMessage(MessageT message, void* parameter) {
         mIncompleteCards = value;
     } else if (message == kIdentityWriteMessage) {
         HearOfWrite(value != 0);
-    } else if (message == kWindowStateMessage && value != kWindowIdle) {
+    } else if (message == kWindowStateMessage) {
         HearOfWrite(value == kWindowUpdating);
     }
 }

@@ -49,6 +49,12 @@ def run_test(test, **options):
     shutil.rmtree(folder)
 
 
+def class_in_menu(application):
+    """The class of the windows that the desktop takes for the menu entry's."""
+    entry = pathlib.Path(__file__).resolve().parents[2] / f"share/{application}.desktop"
+    return re.search(r"^StartupWMClass=(.+)$", entry.read_text(), re.MULTILINE)[1]
+
+
 class Machine:
     """The simulated machine in a folder; it is created if the folder does not exist.
 

@@ -1,4 +1,4 @@
-// The updater on a simulated machine, which is stored in the folder that the command line names.
+// The updater on a simulated machine: the one in the folder that the command line names, or the user's own.
 
 #include <QGuiApplication>
 #include <exception>
@@ -37,20 +37,24 @@ int runUpdater(simulator::Machine& machine) {
     }
 }
 
-// Sets the names by which the desktop knows the program and its window.
-void introduce(const std::filesystem::path& folder) {
-    QCoreApplication::setApplicationName(kProgram);
-    QGuiApplication::setDesktopFileName("com.vornlabs.vupdater.simulated");
-    // A path such as "." gets the name of the folder that it leads to.
+// A path such as "." gets the name of the folder that it leads to.
+QString titleFor(const std::filesystem::path& folder) {
     std::error_code ignored;
     const std::filesystem::path whole = std::filesystem::canonical(folder, ignored);
-    LWindow::UseTitle("Simulated machine \"" + QString::fromStdString(whole.filename()).simplified() + '"');
+    return "Simulated machine \"" + QString::fromStdString(whole.filename()).simplified() + '"';
 }
 
-int runOn(const std::filesystem::path& folder) {
+// Sets the names by which the desktop knows the program and its window.
+void introduce(const QString& title) {
+    QCoreApplication::setApplicationName(kProgram);
+    QGuiApplication::setDesktopFileName("com.vornlabs.vupdater.simulated");
+    LWindow::UseTitle(title);
+}
+
+int runOn(const std::filesystem::path& folder, const QString& title) {
     const auto directory =
         simulator::MachineDirectory::open(folder, simulator::MachineDirectory::OnOpening::powerUp);
-    introduce(folder);
+    introduce(title);
     directory->machine().beginRecordings();
     // Programs that look at the machine after this process has been killed must see that it is on.
     directory->save();
@@ -90,6 +94,10 @@ int main(int argc, char** argv) {
         {.name = kProgram,
          .description = "Updates the firmware of the cards in a simulated machine.",
          .addArguments = [&folder](CLI::App& commandLine) { addArguments(commandLine, folder); },
-         .run = [&folder] { return runOn(folder.empty() ? UsersMachine() : std::filesystem::path(folder)); }},
+         .run =
+             [&folder] {
+                 return folder.empty() ? runOn(UsersMachine(), "Your simulated machine")
+                                       : runOn(folder, titleFor(folder));
+             }},
         argc, argv);
 }

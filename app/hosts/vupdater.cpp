@@ -32,17 +32,19 @@ bool goOn() {
 }
 
 // The agent, for real or for simulated cards only, whichever are there when the program starts, because the
-// kind decides which images are offered. A card of the other kind that appears later is refused.
+// kind decides which images are offered. A card of the other kind that appears later is refused, and so are
+// all cards if it is not known which were there.
 class AgentForOneKind final : public client::AgentClient {
   public:
     AgentForOneKind() : AgentClient(goOn) {
-        const auto atStart = AgentClient::cards().value_or(std::vector<pci::FoundCard>());
-        mAreSimulated = std::ranges::any_of(
-            atStart, [](const pci::FoundCard& card) { return card.isSimulated && card.isUsable(); });
+        if (const auto atStart = AgentClient::cards()) {
+            mAreSimulated = std::ranges::any_of(
+                *atStart, [](const pci::FoundCard& card) { return card.isSimulated && card.isUsable(); });
+        }
     }
 
     CardsOfComputer Kind() const {
-        return mAreSimulated ? CardsOfComputer::kSimulated : CardsOfComputer::kReal;
+        return mAreSimulated.value_or(false) ? CardsOfComputer::kSimulated : CardsOfComputer::kReal;
     }
 
     std::optional<std::vector<pci::FoundCard>> cards() override {
@@ -51,7 +53,7 @@ class AgentForOneKind final : public client::AgentClient {
             return all;
         }
         for (pci::FoundCard& card : *all) {
-            if (card.isSimulated != mAreSimulated && card.isUsable()) {
+            if (mAreSimulated != card.isSimulated && card.isUsable()) {
                 card.refusal = pci::refusals::kAppearedLater;
             }
         }
@@ -67,7 +69,7 @@ class AgentForOneKind final : public client::AgentClient {
 
   private:
     bool mIsStillOn = false;
-    bool mAreSimulated = false;
+    std::optional<bool> mAreSimulated;  // nothing if nobody has said which cards there are
 };
 
 // Sets the names by which the desktop knows the program and its window.

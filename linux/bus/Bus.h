@@ -34,6 +34,8 @@ class Error {
 
     // For sd-bus to fill in; what was there before is forgotten.
     sd_bus_error* fill();
+    // Whether the program that answered reported an error.
+    bool isSet() const { return sd_bus_error_is_set(&error_) != 0; }
     bool is(const char* name) const { return sd_bus_error_has_name(&error_, name) != 0; }
     // The reason, without a full stop. If the program that answered gave one, the words are its own, so print
     // them with files::say; otherwise they are the system's for `result`.

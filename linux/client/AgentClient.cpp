@@ -10,6 +10,8 @@
 #include "files/PrintableText.h"
 #include "linux/bus/AgentInterface.h"
 #include "linux/bus/PowerLock.h"
+#include "linux/client/AgentPulse.h"
+#include "linux/client/ClaimMeaning.h"
 #include "linux/client/PowerOff.h"
 
 namespace client {
@@ -20,12 +22,23 @@ using namespace std::chrono_literals;
 // A bus or an agent that hangs must not hold a write.
 constexpr std::chrono::microseconds kLimit = 5s;
 // The calls that may have to start the agent, which takes its time on a busy computer.
-constexpr std::chrono::microseconds kStartLimit = 25s;
+constexpr std::chrono::microseconds kStartLimit = 15s;
+// A claim without a question for a password, for which polkit may have to be started as well.
+constexpr std::chrono::microseconds kPolkitLimit = 25s;
 
 // Between two attempts to get a lock while the computer is going to sleep or shutting down.
 constexpr std::chrono::milliseconds kBetweenTries = 100ms;
 
 constexpr char kNoReply[] = "org.freedesktop.DBus.Error.NoReply";
+
+constexpr char kSilentAgent[] =
+    "The agent that opens this computer's cards does not answer. Run as root: systemctl restart "
+    "vupdater-agent. If that does not help, restart the computer. Then start VUpdater again.";
+
+std::string whyNoBus(int result) {
+    return "The system bus cannot be reached (" + bus::Error().reason(result) +
+           "). The cards cannot be used without it. Start the computer's D-Bus service.";
+}
 
 std::string whyTheAgentFails(const bus::Error& error, int result) {
     if (error.is("org.freedesktop.DBus.Error.ServiceUnknown")) {
@@ -33,33 +46,6 @@ std::string whyTheAgentFails(const bus::Error& error, int result) {
     }
     return "The agent did not open this computer's cards: " + error.reason(result) +
            ". To see its messages, run: journalctl --unit vupdater-agent";
-}
-
-// What an answer to a claim means for the updater and, unless the claim was granted, for its user.
-struct Meaning {
-    Host::RightAnswer right;
-    const char* explanation;
-};
-
-Meaning meaningOf(bus::ClaimAnswer answer) {
-    switch (answer) {
-        case bus::ClaimAnswer::granted:
-            return {Host::RightAnswer::granted, nullptr};
-        case bus::ClaimAnswer::dismissed:
-            return {Host::RightAnswer::cancelled,
-                    "The cards cannot be used because no password was entered. To be asked again, start "
-                    "VUpdater again."};
-        case bus::ClaimAnswer::refused:
-            return {Host::RightAnswer::denied,
-                    "The cards cannot be used because permission was refused. Start VUpdater again and enter "
-                    "an administrator's password, or ask somebody who has one."};
-        case bus::ClaimAnswer::nobodyToAsk:
-            break;
-    }
-    return {Host::RightAnswer::denied,
-            "The cards cannot be used because nobody could be asked for an administrator's password. Log in "
-            "to a desktop at the computer itself. If you have done so, that desktop's polkit authentication "
-            "agent is missing or not running."};
 }
 
 // The next value in the answer says whether a scheduled shutdown was cancelled.
@@ -82,6 +68,10 @@ sd_bus* AgentClient::connection(int& result) {
 }
 
 bus::Message AgentClient::newCall(const bus::Method& method, Answer& answer) {
+    if (!whyGivenUp_.empty()) {
+        answer.result = -ETIMEDOUT;
+        return nullptr;
+    }
     return bus::newCall(connection(answer.result), bus::kAgent, method.name);
 }
 
@@ -92,9 +82,25 @@ void AgentClient::makeCall(const bus::Message& call, std::chrono::microseconds l
     }
 }
 
+void AgentClient::callAgent(const bus::Message& call, std::chrono::microseconds limit, Answer& answer,
+                            const std::function<bool()>& mayWait) {
+    AgentPulse pulse(connection_.get());
+    makeCall(call, limit, answer, [&] {
+        pulse.look();
+        return !pulse.hasStopped() && (!mayWait || mayWait());
+    });
+    const bool isTimeUp = answer.result == -ETIMEDOUT && !answer.error.isSet();
+    if (whyGivenUp_.empty() && (isTimeUp || pulse.hasStopped())) {
+        answer.result = -ETIMEDOUT;
+        whyGivenUp_ = connection_ ? kSilentAgent : whyNoBus(answer.result);
+        // So that the agent asks nobody for a password if it goes on later.
+        connection_.reset();
+    }
+}
+
 std::optional<std::vector<pci::FoundCard>> AgentClient::cards() {
     Answer answer;
-    makeCall(newCall(bus::kCards, answer), kStartLimit, answer);
+    callAgent(newCall(bus::kCards, answer), kStartLimit, answer);
     sd_bus_message* const list = answer.message.get();
     if (sd_bus_message_enter_container(list, SD_BUS_TYPE_ARRAY, bus::kCardTypes) < 0) {
         return std::nullopt;
@@ -112,10 +118,17 @@ std::optional<std::vector<pci::FoundCard>> AgentClient::cards() {
     return cards;
 }
 
+std::string AgentClient::whyNotClaimed(const Answer& answer) const {
+    if (!whyGivenUp_.empty()) {
+        return whyGivenUp_;
+    }
+    return connection_ ? whyTheAgentFails(answer.error, answer.result) : whyNoBus(answer.result);
+}
+
 void AgentClient::askForClaim(bool mayAsk, Answer& answer) {
     const bus::Message call = newCall(bus::kClaim, answer);
     sd_bus_message_append(call.get(), bus::kClaim.arguments, static_cast<int>(mayAsk));
-    makeCall(call, mayAsk ? bus::kNoLimit : kStartLimit, answer, mayWait_);
+    callAgent(call, mayAsk ? bus::kNoLimit : kPolkitLimit, answer, mayWait_);
 }
 
 Host::RightAnswer AgentClient::claim(bool mayAsk) {
@@ -131,17 +144,14 @@ Host::RightAnswer AgentClient::claim(bool mayAsk) {
     const char* text = "";
     sd_bus_message_read(answer.message.get(), bus::kClaim.answer, &text);
     if (const auto known = bus::claimAnswerOf(text)) {
-        const Meaning meaning = meaningOf(*known);
+        const ClaimMeaning meaning = meaningOf(*known);
         if (mayAsk && meaning.explanation != nullptr) {
             files::say(meaning.explanation);
         }
         return meaning.right;
     }
     if (mayAsk) {
-        files::say(!connection_
-                       ? "The system bus cannot be reached (" + answer.error.reason(answer.result) +
-                             "). The cards cannot be used without it. Start the computer's D-Bus service."
-                       : whyTheAgentFails(answer.error, answer.result));
+        files::say(whyNotClaimed(answer));
     }
     return Host::RightAnswer::denied;
 }

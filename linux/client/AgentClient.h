@@ -23,6 +23,10 @@ class AgentClient : public host::CardAgent {
     // says no, the claim is cancelled; the agent withdraws its question when this program exits. This never
     // cancels a write.
     //
+    // If the agent or the bus does not answer when cards are listed or claimed, it is given up: from then on
+    // there are no cards, and nothing is waited for again. Somebody who takes long to enter a password is no
+    // reason, for the agent answers meanwhile.
+    //
     // A write does not begin while the computer is going to sleep or off, nor until it has been awake for
     // `longestSilence` since logind last said that it is.
     explicit AgentClient(std::function<bool()> mayWait = {},
@@ -48,10 +52,15 @@ class AgentClient : public host::CardAgent {
     // The connection, opened when it is first needed and again after the bus has ended it; null, with the
     // reason, if it cannot be.
     sd_bus* connection(int& result);
+    // Null if there is no connection or the agent was given up.
     bus::Message newCall(const bus::Method& method, Answer& answer);
     void makeCall(const bus::Message& call, std::chrono::microseconds limit, Answer& answer,
                   const std::function<bool()>& mayWait = {});
+    // Makes a call that may have to start the agent, and gives the agent up if it is silent.
+    void callAgent(const bus::Message& call, std::chrono::microseconds limit, Answer& answer,
+                   const std::function<bool()>& mayWait = {});
     void askForClaim(bool mayAsk, Answer& answer);
+    std::string whyNotClaimed(const Answer& answer) const;
     // Calls `mayWait` and ignores its answer.
     bool keepWaiting();
     // Hold a lock afterwards, or return false and why.
@@ -62,6 +71,7 @@ class AgentClient : public host::CardAgent {
     std::function<bool()> mayWait_;
     std::chrono::milliseconds longestSilence_;
     bus::Connection connection_;
+    std::string whyGivenUp_;  // what to do about it; empty if the agent was not given up
     // Held during a write.
     bus::Descriptor lock_;
     SessionLock sessionLock_;

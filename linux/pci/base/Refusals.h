@@ -43,7 +43,7 @@ constexpr char kStillInUse[] =
     "A program that was given the cards earlier is still using one. Quit it, then try again.";
 constexpr char kNotClaimed[] = "The card was not claimed. Quit the program, then start it again.";
 constexpr char kAppearedLater[] =
-    "The card was not there when the program started. Quit the program, then start it again.";
+    "The card was not found when the program started. Quit the program, then start it again.";
 
 // A driver has the card.
 std::string driver(const std::string& name);

@@ -103,6 +103,10 @@ class SystemBus:
         wait_until((folder / "bus").exists, "The bus did not start.")
         self.connection = dbus.bus.BusConnection(os.environ["DBUS_SYSTEM_BUS_ADDRESS"])
 
+    def reload(self):
+        """Has the bus read again which services there are."""
+        self.connection.get_object("org.freedesktop.DBus", "/org/freedesktop/DBus").ReloadConfig()
+
     def start(self, name, *command):
         with open(self.folder / f"{name}.log", "ab") as log:
             process = subprocess.Popen(command, stdout=log, stderr=log, start_new_session=True)

@@ -1,0 +1,128 @@
+"""What is left of cards, locks and questions when the agent, the bus, polkit or logind dies, hangs or is missing."""
+
+import os
+import signal
+
+from agent_bench import FIRST, check_equal, refusals
+from system_bus import check, is_decoding, wait_until
+
+
+def the_agent_dies(bench):
+    owner = bench.owner()
+    owner.ask("begin")
+    for deadly in (signal.SIGKILL, signal.SIGTERM):
+        os.kill(agent := bench.bus.agent_process(), deadly)
+        wait_until(lambda: bench.bus.agent_process() != agent, "The agent did not end.")
+        check_equal(len(bench.bus.locks()), 1)
+        other = bench.client()
+        check(all("Another program" in refusal for refusal in refusals(other)), "Two programs have a card.")
+        check(all(map(is_decoding, bench.cards)), "The card was taken away from a program that writes to it.")
+        other.kill()
+    for _ in ("with the agent's lock", "with the user's own, which is better than none"):
+        owner.ask("end")
+        wait_until(lambda: not bench.bus.locks(), "The lock outlived the write.")
+        bench.schedule_shut_down()
+        owner.ask("begin")
+        check(not bench.logind.IsScheduled(), "The computer goes off during the write.")
+        check_equal(len(bench.bus.locks()), 1)
+        check("You can switch the computer off during the write" in owner.said(), owner.said())
+    owner.kill()
+    bench.wait_until_all_is_undone(has_written=True)
+
+    # Where the agent could leave no note, it still notices the program.
+    for card in bench.cards:
+        (card / "driver_override").write_text("another\n")
+    owner = bench.owner()
+    os.kill(bench.bus.agent_process(), signal.SIGKILL)
+    other = bench.client()
+    check_equal(other.ask("claim-asking"), ["denied"])
+    check("still using one" in other.said(), f"Two programs have a card: {other.said()}")
+    for client in (owner, other):
+        client.kill()
+    for card in bench.cards:
+        check_equal((card / "driver_override").read_text(), "another\n")
+        bench.reset(card)
+
+    bench.polkit.SetAnswer("dialog")
+    asking = bench.client()
+    asking.send("claim-asking")
+    wait_until(lambda: bench.polkit.CountOpenQuestions() == 1, "Nobody was asked.")
+    for _ in range(3):
+        os.kill(asking.process.pid, signal.SIGUSR1)
+    os.kill(bench.bus.agent_process(), signal.SIGKILL)
+    wait_until(lambda: bench.polkit.CountOpenQuestions() == 2, "The next agent was not asked.")
+    bench.polkit.AnswerDialog("granted")
+    check_equal(asking.answer(), ["granted"])
+    os.kill(agent := bench.bus.agent_process(), signal.SIGTERM)
+    wait_until(lambda: bench.bus.agent_process() is None, "The agent did not end.")
+    bench.wait_until_all_is_undone()
+    asking.kill()
+
+
+def others_hang_or_are_missing(bench):
+    os.symlink("somewhere/a_driver", driver := bench.cards[1] / "driver")
+    owner, bus, polkit, logind = bench.owner(), *bench.bus.processes[:3]
+    driver.unlink()
+    bus.send_signal(signal.SIGSTOP)
+    patient = bench.client()
+    patient.send("cards")
+    owner.ask("begin")
+    check_equal(patient.answer(), ["nobody answers"])
+    bus.send_signal(signal.SIGCONT)
+    check("during the write: Connection timed out" in owner.said(), owner.said())
+    owner.ask("end")
+    check_equal(patient.ask("claim-asking"), ["denied"])
+    check("system bus cannot be reached (Connection timed out" in patient.said(), patient.said())
+    bench.polkit.SetAnswer("dialog")
+    asking = bench.client()
+    asking.send("claim-asking")
+    wait_until(lambda: bench.polkit.CountOpenQuestions() == 1, "Nobody was asked.")
+    bench.logind.SetGoingToSleep(True)
+    owner.send("begin")
+    wait_until(lambda: "begins when it is awake" in owner.said(), "The write did not wait.")
+    logind.send_signal(signal.SIGSTOP)
+    owner.send("waits")
+    (waits,) = owner.answer() + owner.answer()
+    check("put to sleep during the write: logind gave no lock" in owner.said(), owner.said())
+    check(int(waits) > 20, f"The window was drawn {waits} times while the lock was waited for.")
+    owner.ask("end")
+    # All this time somebody has been typing a password.
+    bench.polkit.AnswerDialog("granted")
+    check_equal(asking.answer() + asking.ask("let-go"), ["granted"])
+    asking.send("claim-asking")
+    wait_until(lambda: bench.polkit.CountOpenQuestions() == 1, "Nobody was asked.")
+    os.kill(agent := bench.bus.agent_process(), signal.SIGSTOP)
+    (patient := bench.client()).send("cards")
+    check_equal(asking.answer() + patient.answer(), ["denied", "nobody answers"])
+    os.kill(agent, signal.SIGCONT)
+    check("does not answer. Run as root: systemctl restart" in asking.said(), asking.said())
+    wait_until(lambda: bench.polkit.CountOpenQuestions() == 0, "The dialog was not taken back.")
+    check_equal(patient.ask("claim-asking"), ["denied"])
+    for process in (polkit, logind):
+        process.kill()
+        process.wait()
+    owner.ask("begin")
+    check("during the write: logind gave no lock" in owner.said(), owner.said())
+    check_equal(owner.ask("end") + owner.ask("power-off"), ["not begun"])
+    owner.kill()
+    bench.wait_until_cards_are_back()
+    asking = bench.client()
+    check_equal(asking.ask("claim-asking"), ["denied"])
+    check("polkit does not answer" in asking.said(), asking.said())
+    asking.kill()
+
+
+def nothing_is_there(bench):
+    bench.bus.service.unlink()
+    bench.bus.reload()
+    client = bench.client()
+    check_equal(client.ask("cards") + client.ask("claim-asking"), ["nobody answers", "denied"])
+    check("is not installed" in client.said(), client.said())
+    client.ask("begin")
+    client.kill()
+    os.environ["DBUS_SYSTEM_BUS_ADDRESS"] = f"unix:path={bench.bus.folder}/no-bus"
+    client = bench.client()
+    check_equal(client.ask("cards") + client.ask("claim-asking"), ["nobody answers", "denied"])
+    check("system bus cannot be reached (No such file" in client.said(), client.said())
+    check_equal(client.ask("begin") + client.ask("end") + client.ask("power-off"), ["not begun"])
+    client.kill()

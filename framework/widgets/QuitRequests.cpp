@@ -65,8 +65,16 @@ bool QuitRequests::AskToQuit() noexcept {
 }
 
 void QuitRequests::EndSession(QSessionManager& manager) {
-    if (!AskToQuit()) {
+    if (AskToQuit()) {
+        return;
+    }
+    // Only after a question to the user may the end be cancelled, and Qt waits until the session manager
+    // allows it. As long as another program asks something, that would hold up the write. In the second phase
+    // all others have answered.
+    if (manager.isPhase2()) {
         manager.cancel();
+    } else {
+        manager.requestPhase2();
     }
 }
 

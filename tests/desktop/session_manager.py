@@ -1,8 +1,15 @@
 #!/usr/bin/python3
-"""A session manager that accepts clients and nothing more. Prints its address for SESSION_MANAGER; runs until killed."""
+"""A session manager for one client. Prints its address for SESSION_MANAGER; runs until killed.
+
+Obeys the lines of its input and prints the client's answers:
+
+    end             the session is to end. Another client is asking the user, so this one may not
+    others done     the client may do what it has put off until all others are done, and ask the user
+"""
 
 import ctypes
 import select
+import sys
 
 ICE = ctypes.CDLL("libICE.so.6")
 SM = ctypes.CDLL("libSM.so.6")
@@ -11,7 +18,11 @@ for function, result in ((ICE.IceAcceptConnection, POINTER), (ICE.IceComposeNetw
                          (SM.SmsGenerateClientID, TEXT)):
     function.restype = result
 
+SAVE_BOTH, ASK_ANYTHING = 2, 2
+
 IGNORE = ctypes.CFUNCTYPE(INT, POINTER, POINTER)
+NOTE = ctypes.CFUNCTYPE(None, POINTER, POINTER)
+HEAR = ctypes.CFUNCTYPE(None, POINTER, POINTER, INT)
 REGISTER = ctypes.CFUNCTYPE(INT, POINTER, POINTER, POINTER)
 NEW_CLIENT = ctypes.CFUNCTYPE(INT, POINTER, POINTER, ctypes.POINTER(ctypes.c_ulong), ctypes.POINTER(POINTER * 20),
                               ctypes.POINTER(TEXT))
@@ -19,12 +30,55 @@ ALLOW = ctypes.CFUNCTYPE(INT, TEXT)
 
 ignore = IGNORE(lambda connection, data: 1)
 allow = ALLOW(lambda host: 1)
+registered, are_others_done = [], []
+
+
+def tell(text):
+    print(text, flush=True)
+
 
 
 @REGISTER
 def register(connection, _data, _previous):
     SM.SmsRegisterClientReply(POINTER(connection), SM.SmsGenerateClientID(POINTER(connection)))
+    registered.append(POINTER(connection))
     return 1
+
+
+@HEAR
+def hear_question(connection, _data, _kind):
+    if are_others_done:
+        SM.SmsInteract(POINTER(connection))
+    else:
+        tell("waits for the user")
+
+
+@HEAR
+def hear_cancelled(connection, _data, is_cancelled):
+    if is_cancelled:
+        tell("cancelled")
+        SM.SmsShutdownCancelled(POINTER(connection))
+
+
+@NOTE
+def note_wait(_connection, _data):
+    tell("waits for others")
+
+
+@HEAR
+def hear_done(_connection, _data, _succeeded):
+    tell("done")
+
+
+CALLBACKS = {0: register, 1: hear_question, 2: hear_cancelled, 4: note_wait, 5: hear_done}
+
+
+def obey(order):
+    are_others_done[:] = [order] if order == "others done" else []
+    if are_others_done:
+        SM.SmsSaveYourselfPhase2(registered[-1])
+    else:
+        SM.SmsSaveYourself(registered[-1], SAVE_BOTH, True, ASK_ANYTHING, False)
 
 
 @NEW_CLIENT
@@ -32,7 +86,7 @@ def new_client(_connection, _data, mask, callbacks, _reason):
     mask[0] = (1 << 10) - 1
     # Ten callbacks, each followed by its data.
     for index in range(10):
-        callbacks[0][2 * index] = ctypes.cast(ignore if index else register, POINTER)
+        callbacks[0][2 * index] = ctypes.cast(CALLBACKS.get(index, ignore), POINTER)
         callbacks[0][2 * index + 1] = None
     return 1
 
@@ -51,8 +105,10 @@ def main():
     print(ICE.IceComposeNetworkIdList(count, listeners).decode(), flush=True)
     clients = {}
     while True:
-        for ready in select.select([*listening, *clients], [], [])[0]:
-            if ready in listening:
+        for ready in select.select([sys.stdin, *listening, *clients], [], [])[0]:
+            if ready is sys.stdin:
+                obey(sys.stdin.readline().strip())
+            elif ready in listening:
                 client = ICE.IceAcceptConnection(POINTER(listening[ready]), ctypes.byref(INT()))
                 clients[ICE.IceConnectionNumber(POINTER(client))] = client
             elif ICE.IceProcessMessages(POINTER(clients[ready]), None, None) != 0:

@@ -47,6 +47,8 @@ void CardKeeper::takeOver() {
         files::say(address + ": Taken over from an agent that was killed.");
     }
     if (!addresses.empty()) {
+        // The program that had them may have begun a write since, of which no agent was told.
+        cards_->keepAwake(kEarlierAgent);
         holdings_.emplace(kEarlierAgent, std::move(holding));
     }
 }

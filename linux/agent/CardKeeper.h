@@ -39,7 +39,7 @@ class CardKeeper {
     const std::filesystem::path& rulesFolder() const { return folders_.rules; }
 
     // Takes the cards over that an agent had given to somebody before it was killed, so that they are taken
-    // back, too.
+    // back, too. They stay awake, because a write may have begun while no agent was there.
     void takeOver();
 
     // The cards as the client sees them: those of other clients are refused, and those that its latest claim

@@ -29,6 +29,19 @@ def the_agent_dies(bench):
     owner.kill()
     bench.wait_until_all_is_undone(has_written=True)
 
+    # No agent is told of a write that begins without one, whether or not the next one meets the program.
+    for meets in (True, False):
+        owner, other = bench.owner(), bench.client()
+        os.kill(agent := bench.bus.agent_process(), signal.SIGKILL)
+        wait_until(lambda: bench.bus.agent_process() != agent, "The agent did not end.")
+        if meets:
+            check(all("Another program" in refusal for refusal in refusals(other)), "Two programs have a card.")
+        owner.ask("begin")
+        owner.kill()
+        check_equal(len(other.ask("cards")), 2)
+        bench.wait_until_all_is_undone(has_written=True)
+        other.kill()
+
     # Where the agent could leave no note, it still notices the program.
     for card in bench.cards:
         (card / "driver_override").write_text("another\n")

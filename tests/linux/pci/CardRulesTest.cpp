@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <fstream>
+#include <sstream>
 
 #include "linux/pci/CardRuleFiles.h"
 #include "tests/support/TemporaryDirectory.h"
@@ -94,6 +95,10 @@ class CardRuleFilesTest : public testing::Test {
 };
 
 TEST_F(CardRuleFilesTest, AreReadInTheOrderOfTheirNames) {
+    // The installed example names no card.
+    std::ostringstream example;
+    ASSERT_TRUE(example << std::ifstream(EXAMPLE_RULES).rdbuf());
+    write("15-example.conf", example.str());
     write("20-b.conf", "1af4:0002 \"b\"\n");
     write("10-a.conf", "1af4:0001 \"a\"\nbad\n");
     write("notes.txt", "bad\n");

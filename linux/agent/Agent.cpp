@@ -144,7 +144,10 @@ void Agent::ask(sd_bus_message* call, bool mayAsk) {
     const auto ofUser =
         std::ranges::count_if(clients_, [&](const auto& entry) { return entry.second.user == user; });
     if (clients_.size() >= kMostClients || ofUser >= kMostClientsOfAUser) {
-        throw files::UserError("Too many programs are asking for the cards.");
+        throw files::UserError(
+            "Too many programs are asking for the cards. Quit VUpdater wherever else it is open, or answer "
+            "its "
+            "question for the password.");
     }
     std::shared_ptr<sd_bus_message> kept(sd_bus_message_ref(call), sd_bus_message_unref);
     auto question = std::make_unique<Question>(
@@ -159,8 +162,10 @@ void Agent::answerClaim(sd_bus_message* call, std::optional<bus::ClaimAnswer> an
     const std::string who = client + ", user " + std::to_string(clients_.at(client).user);
     clients_.at(client).question.reset();
     if (!answer) {
-        files::say(who + ": polkit does not answer: " + reason);
-        sd_bus_reply_method_errorf(call, SD_BUS_ERROR_FAILED, "polkit does not answer: %s", reason.c_str());
+        const std::string explanation = "polkit does not answer (" + reason +
+                                        "). An administrator can restart it with: systemctl restart polkit";
+        files::say(who + ": " + explanation);
+        sd_bus_reply_method_errorf(call, SD_BUS_ERROR_FAILED, "%s", explanation.c_str());
     } else if (*answer != bus::ClaimAnswer::granted) {
         files::say(who + ": The cards may not be used: " + bus::textOf(*answer) + ".");
         sd_bus_reply_method_return(call, bus::kClaim.answer, bus::textOf(*answer));

@@ -45,7 +45,9 @@ std::string whyTheAgentFails(const bus::Error& error, int result) {
         return "The agent that opens this computer's cards is not installed. Install VUpdater completely.";
     }
     return "The agent did not open this computer's cards: " + error.reason(result) +
-           ". To see its messages, run: journalctl --unit vupdater-agent";
+           ". Start VUpdater again. If that does not help, an administrator can see the agent's messages "
+           "with: "
+           "journalctl --unit vupdater-agent";
 }
 
 // The next value in the answer says whether a scheduled shutdown was cancelled.

@@ -16,7 +16,8 @@ int32_t gNumXSVFiles = 0;
 int32_t gNewFirmware = kNoFirmware;
 uint16_t gusNewFirmwareRev = 0;
 
-int32_t GetXSVFilesInBundle(char (*paths)[kResourcePathBytes], int32_t max) {
+int32_t GetXSVFilesInBundle(char (*paths)[kResourcePathBytes], int32_t max,
+                            const std::function<bool(const std::string& path)>& mayBeOffered) {
     const CFBundleRef bundle = CFBundleGetMainBundle();
     if (bundle == nullptr) {
         std::fputs("Could not get main bundle\n", stderr);
@@ -30,7 +31,8 @@ int32_t GetXSVFilesInBundle(char (*paths)[kResourcePathBytes], int32_t max) {
     for (CFIndex i = 0; i < CFArrayGetCount(urls) && filled < max; ++i) {
         const auto url = static_cast<CFURLRef>(CFArrayGetValueAtIndex(urls, i));
         auto* const path = reinterpret_cast<uint8_t*>(paths[filled]);
-        if (url != nullptr && CFURLGetFileSystemRepresentation(url, 1, path, kResourcePathBytes) != 0) {
+        if (url != nullptr && CFURLGetFileSystemRepresentation(url, 1, path, kResourcePathBytes) != 0 &&
+            (!mayBeOffered || mayBeOffered(paths[filled]))) {
             ++filled;
         }
     }
@@ -39,13 +41,7 @@ int32_t GetXSVFilesInBundle(char (*paths)[kResourcePathBytes], int32_t max) {
 }
 
 void CatalogueFirmwareFiles(const std::function<bool(const std::string& path)>& mayBeOffered) {
-    const int32_t found = GetXSVFilesInBundle(gszResourcePaths, kMaxFirmwareFiles);
-    gNumXSVFiles = 0;
-    for (int32_t i = 0; i < found; ++i) {
-        if (!mayBeOffered || mayBeOffered(gszResourcePaths[i])) {
-            std::memmove(gszResourcePaths[gNumXSVFiles++], gszResourcePaths[i], kResourcePathBytes);
-        }
-    }
+    gNumXSVFiles = GetXSVFilesInBundle(gszResourcePaths, kMaxFirmwareFiles, mayBeOffered);
     for (int32_t i = 0; i < gNumXSVFiles; ++i) {
         std::memset(gszResourceNames[i], 0, kResourceNameBytes);
         if (const char* const slash = std::strrchr(gszResourcePaths[i], '/')) {

@@ -22,11 +22,12 @@ extern int32_t gNewFirmware;
 extern uint16_t gusNewFirmwareRev;
 
 // Fills at most max paths from the bundle, in the bundle's order, and returns how many. A path that does not
-// fit is skipped. Without a bundle there are none, and a line on standard error says so.
-int32_t GetXSVFilesInBundle(char (*paths)[kResourcePathBytes], int32_t max);
+// fit is skipped, and so is one for which the function, if there is one, returns false; they do not count
+// towards max. Without a bundle there are no paths, and a line on standard error says so.
+int32_t GetXSVFilesInBundle(char (*paths)[kResourcePathBytes], int32_t max,
+                            const std::function<bool(const std::string& path)>& mayBeOffered = {});
 
-// Fills both tables and the count. A file name too long for its entry is cut to fit. If there is a
-// function, images for whose path it returns false are left out.
+// Fills both tables and the count. A file name too long for its entry is cut to fit.
 void CatalogueFirmwareFiles(const std::function<bool(const std::string& path)>& mayBeOffered = {});
 
 // Sets gNewFirmware and gusNewFirmwareRev to the first image in the tables for a model and board revision,

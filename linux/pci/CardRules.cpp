@@ -130,7 +130,12 @@ const CardRule* CardRules::find(const Identifiers& device, const Identifiers& su
 void CardRules::complain(std::string sentence) {
     if (complaints.size() < kMostComplaints) {
         complaints.push_back(std::move(sentence));
+        return;
     }
+    ++furtherComplaints;
+    complaints.resize(kMostComplaints);
+    complaints.push_back(
+        "Lines and files that were passed over besides these: " + std::to_string(furtherComplaints) + ".");
 }
 
 void parseCardRules(std::string_view text, const std::string& knownAs, CardRules& rules) {

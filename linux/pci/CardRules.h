@@ -43,9 +43,10 @@ struct CardRule {
 
 struct CardRules {
     std::vector<CardRule> rules;
-    // One sentence each about a line or file that was passed over, beginning with its name; printable. The
-    // first kMostComplaints are kept.
+    // One sentence each about a line or file that was passed over, beginning with its name; printable. If
+    // there are more than kMostComplaints, a last sentence says how many more.
     std::vector<std::string> complaints;
+    std::size_t furtherComplaints = 0;
 
     void complain(std::string sentence);
 

@@ -1,24 +1,11 @@
 #include "app/hosts/HostProcess.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
-#include <cerrno>
 #include <csignal>
-#include <initializer_list>
 #include <system_error>
 
-namespace {
+#include "files/StandardDescriptors.h"
 
-// A file or connection with one of these numbers would receive messages meant for the user.
-void openStandardDescriptors() {
-    for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
-        if (fcntl(descriptor, F_GETFD) == -1 && errno == EBADF) {
-            // The lowest free number is this one.
-            [[maybe_unused]] const int opened = open("/dev/null", O_RDWR);
-        }
-    }
-}
+namespace {
 
 void setHandler(int signalNumber, void (*handler)(int)) {
     struct sigaction action = {};
@@ -32,7 +19,7 @@ void carryOn(int /*signalNumber*/) {}
 }  // namespace
 
 void SetUpProcess() {
-    openStandardDescriptors();
+    files::reserveStandardDescriptors();
     // A handler, because children would inherit an ignored signal.
     setHandler(SIGPIPE, carryOn);
     setHandler(SIGXFSZ, carryOn);

@@ -9,6 +9,7 @@
 #include <memory>
 
 #include "files/PrintableText.h"
+#include "files/StandardDescriptors.h"
 #include "linux/agent/Agent.h"
 #include "linux/agent/CardKeeper.h"
 #include "linux/agent/CardReport.h"
@@ -91,6 +92,7 @@ int run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    files::reserveStandardDescriptors();
     try {
         return run(argc, argv);
     } catch (const std::exception& exception) {

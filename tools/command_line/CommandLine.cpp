@@ -8,6 +8,7 @@
 #include <new>
 #include <ostream>
 
+#include "files/StandardDescriptors.h"
 #include "tools/command_line/HelpFormatter.h"
 
 namespace tools {
@@ -76,6 +77,7 @@ int exitCodeOf(CLI::App& program, const std::vector<std::string>& arguments, std
 
 int runCommandLine(CLI::App& program, const std::vector<std::string>& arguments, std::ostream& out,
                    std::ostream& err) {
+    files::reserveStandardDescriptors();
     // Writing beyond a limit on file sizes then fails, instead of ending the program halfway.
     std::signal(SIGXFSZ, SIG_IGN);
     program.require_subcommand(1);

@@ -107,6 +107,12 @@ class SystemBus:
         """Has the bus read again which services there are."""
         self.connection.get_object("org.freedesktop.DBus", "/org/freedesktop/DBus").ReloadConfig()
 
+    def start_agent_by(self, script):
+        """From now on the bus starts the agent by a shell script, in which "$@" is the agent's command."""
+        service = self.service.read_text()
+        self.service.write_text(service.replace("Exec=", f"Exec=/bin/sh -c '{script}' sh "))
+        self.reload()
+
     def start(self, name, *command):
         with open(self.folder / f"{name}.log", "ab") as log:
             process = subprocess.Popen(command, stdout=log, stderr=log, start_new_session=True)

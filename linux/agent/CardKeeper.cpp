@@ -22,6 +22,10 @@ constexpr std::chrono::milliseconds kListLasts(100);
 // In place of a client's name on the bus.
 constexpr char kEarlierAgent[] = "An earlier agent";
 
+void sayMayBeUsed(const std::string& address, const std::string& whyUnknown) {
+    files::say(address + ": A program may still be using it. " + whyUnknown);
+}
+
 }  // namespace
 
 CardKeeper::CardKeeper(Folders folders) : folders_(std::move(folders)) {
@@ -40,10 +44,10 @@ CardKeeper::~CardKeeper() {
 }
 
 void CardKeeper::takeOver() {
-    Holding holding{.probes = {}, .isGivenUp = true};
+    Holding holding{.probes = {}, .unprobed = {}, .isGivenUp = true};
     const std::vector<std::string> addresses = cards_->claimLeftBehind(kEarlierAgent);
     for (const std::string& address : addresses) {
-        std::ranges::move(probesOf(address), std::back_inserter(holding.probes));
+        holding.unprobed.emplace(address, "");
         files::say(address + ": Taken over from an agent that was killed.");
     }
     if (!addresses.empty()) {
@@ -111,7 +115,7 @@ std::vector<std::string> CardKeeper::claim(const std::string& client) {
     std::map<std::string, Probes> added;
     for (const pci::FoundCard& card : cards_->list(client)) {
         if (card.isUsable() && !cards_->isHeld(card.address)) {
-            added.emplace(card.address, probesOf(card.address));
+            added.emplace(card.address, cards_->rangeFiles(card.address));
         }
     }
     // Checked first: undoing a claim restores the cards, even while a program still uses one.
@@ -166,8 +170,9 @@ void CardKeeper::giveUp(const std::string& client) {
 bool CardKeeper::takeBack() {
     bool isSomethingLeft = false;
     for (auto entry = holdings_.begin(); entry != holdings_.end();) {
-        const auto& [client, holding] = *entry;
-        if (!holding.isGivenUp || isInUse(holding.probes)) {
+        auto& [client, holding] = *entry;
+        openProbes(holding);
+        if (!holding.isGivenUp || !holding.unprobed.empty() || isInUse(holding.probes)) {
             isSomethingLeft |= holding.isGivenUp;
             ++entry;
             continue;
@@ -180,12 +185,19 @@ bool CardKeeper::takeBack() {
     return isSomethingLeft;
 }
 
-CardKeeper::Probes CardKeeper::probesOf(const std::string& address) const {
-    try {
-        return cards_->rangeFiles(address);
-    } catch (const files::UserError& error) {
-        files::say(address + ": " + error.what());
-        return {};
+void CardKeeper::openProbes(Holding& holding) const {
+    for (auto entry = holding.unprobed.begin(); entry != holding.unprobed.end();) {
+        auto& [address, failure] = *entry;
+        try {
+            std::ranges::move(cards_->rangeFiles(address), std::back_inserter(holding.probes));
+            entry = holding.unprobed.erase(entry);
+        } catch (const files::UserError& error) {
+            if (failure != error.what()) {
+                failure = error.what();
+                sayMayBeUsed(address, failure);
+            }
+            ++entry;
+        }
     }
 }
 

@@ -50,7 +50,8 @@ class CardKeeper {
     // Whether there is a card that a claim might give to the client.
     bool hasCardFor(const std::string& client);
     // Gives the client all usable cards that it does not have yet, and returns the addresses of all that it
-    // can use. Throws files::UserError if a program that had a new one from an earlier agent still uses it.
+    // can use. Throws files::UserError if a program that had a new one from an earlier agent still uses it,
+    // or if that is unknown.
     std::vector<std::string> claim(const std::string& client);
     bool hasCards(const std::string& client) const;
 
@@ -73,6 +74,8 @@ class CardKeeper {
 
     struct Holding {
         Probes probes;
+        // Why a card's files could not be opened, by address: such a card may be in use.
+        std::map<std::string, std::string> unprobed;
         bool isGivenUp = false;
     };
 
@@ -82,7 +85,8 @@ class CardKeeper {
                                              const std::string& client) const;
     // Reads the rules again while no client has cards, so that changed files take effect without a restart.
     void readRules();
-    Probes probesOf(const std::string& address) const;
+    // Opens what could not be opened before.
+    void openProbes(Holding& holding) const;
     static bool isInUse(const Probes& probes);
 
     Folders folders_;

@@ -99,8 +99,11 @@ std::vector<FoundCard> Cards::list(const std::string& client) const {
 std::vector<files::OpenFile> Cards::rangeFiles(const std::string& address) const {
     const auto device = bus_.device(address);
     const auto resources = device ? device->resources() : std::nullopt;
+    if (!resources) {
+        throw files::UserError(refusals::kGone);
+    }
     std::vector<files::OpenFile> files;
-    for (std::size_t bar = 0; resources && bar < kBars; ++bar) {
+    for (std::size_t bar = 0; bar < kBars; ++bar) {
         if ((*resources)[bar].isPlacedMemory()) {
             files.push_back(openBar(*device, bar));
         }

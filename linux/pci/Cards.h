@@ -33,7 +33,7 @@ class Cards {
     std::vector<FoundCard> list(const std::string& client) const;
 
     // The files behind a device's memory ranges, to look at the locks that others have put on them. Opening
-    // them changes nothing.
+    // them changes nothing. Throws files::UserError if one cannot be opened.
     std::vector<files::OpenFile> rangeFiles(const std::string& address) const;
 
     // Whether a client has the device that is at the address now, not only one that was there before.

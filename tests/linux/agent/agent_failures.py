@@ -42,18 +42,25 @@ def the_agent_dies(bench):
         bench.wait_until_all_is_undone(has_written=True)
         other.kill()
 
-    # Where the agent could leave no note, it still notices the program.
-    for card in bench.cards:
-        (card / "driver_override").write_text("another\n")
-    owner = bench.owner()
+    # An agent that cannot look whether a card is in use leaves it as it is.
+    owner, registers = bench.owner(), bench.cards[0] / "resource0"
     os.kill(bench.bus.agent_process(), signal.SIGKILL)
+    registers.rename(bench.bus.folder / "registers")
     other = bench.client()
+    check(all("Another program" in refusal for refusal in refusals(other)), "Two programs have a card.")
+    check(is_decoding(bench.cards[0]), "A card was taken away from a program that may use it.")
+    # Nor without its note does it give the card away.
+    os.kill(bench.bus.agent_process(), signal.SIGKILL)
+    for card in bench.cards:
+        (card / "driver_override").write_text("(null)\n")
+    check_equal(other.ask("claim-asking"), ["denied"])
+    check("resource0: could not be opened" in other.said(), f"Two programs have a card: {other.said()}")
+    (bench.bus.folder / "registers").rename(registers)
     check_equal(other.ask("claim-asking"), ["denied"])
     check("still using one" in other.said(), f"Two programs have a card: {other.said()}")
     for client in (owner, other):
         client.kill()
     for card in bench.cards:
-        check_equal((card / "driver_override").read_text(), "another\n")
         bench.reset(card)
 
     bench.polkit.SetAnswer("dialog")

@@ -54,6 +54,9 @@ std::string Cards::refusal(const PciDevice& device, const CardRule& rule) const 
     if (const auto driver = device.driver()) {
         return refusals::driver(*driver);
     }
+    if (const auto driver = ReadyDevice::reservedFor(device)) {
+        return refusals::reserved(*driver);
+    }
     const auto resources = device.resources();
     if (!resources) {
         return refusals::kGone;

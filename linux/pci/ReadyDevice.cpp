@@ -34,6 +34,15 @@ bool ReadyDevice::isLeftBehind(const PciDevice& device) {
     return noted(device).has_value();
 }
 
+std::optional<std::string> ReadyDevice::reservedFor(const PciDevice& device) {
+    const std::string text = device.attributes().text(kOverride).value_or("");
+    const std::string name = text.substr(0, text.find('\n'));
+    if (name.empty() || text == kNoOverride || isLeftBehind(device)) {
+        return std::nullopt;
+    }
+    return plainText(name);
+}
+
 std::optional<ReadyDevice::Before> ReadyDevice::noted(const PciDevice& device) {
     std::istringstream note(device.attributes().text(kOverride).value_or(""));
     std::string begin;
@@ -64,7 +73,7 @@ bool ReadyDevice::replace(const char* attribute, const std::string& text,
 }
 
 bool ReadyDevice::reserve() const {
-    if (!before_.command || (device_.attributes().text(kOverride) != kNoOverride && !isLeftBehind(device_))) {
+    if (!before_.command || reservedFor(device_)) {
         return false;
     }
     std::ostringstream note;
@@ -83,8 +92,17 @@ void ReadyDevice::stayAwake() {
 }
 
 std::string ReadyDevice::prepare() {
+    // One may have come before the device was reserved.
+    if (const auto driver = device_.driver()) {
+        leaveToDriver();
+        return refusals::driver(*driver);
+    }
     if (!device_.command()) {
         return refusals::kGone;
+    }
+    if (!isReserved_) {
+        leaveToDriver();
+        return refusals::kNotReserved;
     }
     // What counts is memory decoding, which is checked below.
     static_cast<void>(replace(kEnable, line(kNotEnabled), "1\n"));
@@ -93,6 +111,11 @@ std::string ReadyDevice::prepare() {
     }
     // The kernel leaves decoding alone if the device counts as enabled already.
     return device_.setInCommand(PciDevice::kMemoryDecoding) ? "" : refusals::kMemoryDecoding;
+}
+
+void ReadyDevice::leaveToDriver() {
+    before_.command.reset();
+    before_.wasEnabled = true;
 }
 
 // Failures are passed over: the device may have gone.
@@ -108,7 +131,7 @@ ReadyDevice::~ReadyDevice() {
     if (before_.mightSleep) {
         static_cast<void>(attributes.writeText(kPower, line(kMightSleep)));
     }
-    if (isReserved_) {
+    if (isReserved_ && isLeftBehind(device_)) {
         static_cast<void>(attributes.writeText(kOverride, "\n"));
     }
 }

@@ -26,6 +26,9 @@ class ReadyDevice {
     // Whether a program that was killed has left the device as it made it ready; or one is still at it.
     static bool isLeftBehind(const PciDevice& device);
 
+    // The driver, as plainText(), for which somebody else has set the device aside; nothing if nobody has.
+    static std::optional<std::string> reservedFor(const PciDevice& device);
+
     // Leaves the device awake afterwards, for as long as the computer is on.
     void stayAwake();
 
@@ -52,6 +55,8 @@ class ReadyDevice {
                                const std::string& replacement) const;
     // Returns the refusal; empty if the device is ready.
     [[nodiscard]] std::string prepare();
+    // What a driver that has the device has changed is not put back.
+    void leaveToDriver();
 
     PciDevice device_;
     Before before_;

@@ -9,6 +9,11 @@ std::string driver(const std::string& name) {
     return "The driver \"" + name + "\" uses the card. Unload that driver, then try again.";
 }
 
+std::string reserved(const std::string& driver) {
+    return "The card is kept for the driver \"" + driver +
+           "\". Clear the card's driver_override, then try again.";
+}
+
 std::string neighbour(const std::string& address) {
     return "The card's registers are in the same page of memory as those of the device " + address +
            ". Put the card into another slot, or take the other device out.";

@@ -27,6 +27,8 @@ constexpr char kUnknownNeighbours[] =
 // The device itself, when a client claims it or opens a range.
 constexpr char kBusMastering[] =
     "The card's bus mastering cannot be switched off. Switch the computer off and on, then try again.";
+constexpr char kNotReserved[] =
+    "Drivers cannot be kept away from the card. Switch the computer off and on, then try again.";
 constexpr char kMemoryDecoding[] =
     "The card's memory decoding cannot be switched on. Switch the computer off and on, then try again.";
 constexpr char kGone[] =
@@ -47,6 +49,8 @@ constexpr char kAppearedLater[] =
 
 // A driver has the card.
 std::string driver(const std::string& name);
+// The kernel may give the card to this driver only, at any time.
+std::string reserved(const std::string& driver);
 // Another device, at this address, has registers in a page of the card's.
 std::string neighbour(const std::string& address);
 // mmap(2) of the card's registers failed with this error. EPERM means a kernel that is locked down, EINVAL a

@@ -132,6 +132,14 @@ TEST_F(CardsTest, AreRefusedWhileTheKernelKeepsThem) {
     bus_.bind(kCard, "snd_card");
     EXPECT_EQ(refusal(), "The driver \"snd_card\" uses the card. Unload that driver, then try again.");
     EXPECT_EQ(failure(), refusal());
+    std::filesystem::remove(bus_.device(kCard) / "driver");
+    bus_.setAttribute(kCard, "driver_override", "vfio-pci\n");
+    EXPECT_EQ(
+        refusal(),
+        "The card is kept for the driver \"vfio-pci\". Clear the card's driver_override, then try again.");
+    EXPECT_EQ(failure(), refusal());
+    cards_.release("client");
+    EXPECT_EQ(bus_.attribute(kCard, "driver_override"), "vfio-pci\n");
 }
 
 TEST_F(CardsTest, OpenTheRangesThatTheRuleNamesElseThoseInOrder) {
@@ -233,29 +241,36 @@ TEST_F(CardsTest, AreLookedAtAgainWhenARangeIsOpened) {
 
 TEST_F(CardsTest, AreNotClaimedIfTheirConfigurationCannotBeChanged) {
     bus_.add(kCard, {MadeUpBus::range(0xF1000000, 0x200)});
-    // A device that no longer answers, and a kernel that does not let the configuration be written.
+    // A device that no longer answers, and a kernel that takes no more than four bytes.
     bus_.setCommand(kCard, 0xFFFF);
     EXPECT_EQ(cards_.claim("client")[kCard],
               "The card could not be read. Check that it is still in the computer, then try again.");
     EXPECT_EQ(bus_.attribute(kCard, "power/control"), "auto\n");
 
-    bus_.setCommand(kCard, 0x0004);
     rlimit earlier{};
     ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &earlier), 0);
-    const rlimit none{.rlim_cur = 4, .rlim_max = earlier.rlim_max};
+    const rlimit little{.rlim_cur = 4, .rlim_max = earlier.rlim_max};
     const auto handler = signal(SIGXFSZ, SIG_IGN);
-    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &none), 0);
+    bus_.setCommand(kCard, 0x0004);
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &little), 0);
     auto refusals = cards_.claim("client");
     setrlimit(RLIMIT_FSIZE, &earlier);
-    signal(SIGXFSZ, handler);
-    EXPECT_EQ(
-        refusals[kCard],
-        "The card's bus mastering cannot be switched off. Switch the computer off and on, then try again.");
+    EXPECT_EQ(refusals[kCard],
+              "Drivers cannot be kept away from the card. Switch the computer off and on, then try again.");
+    EXPECT_EQ(bus_.command(kCard), 0x0004);
     EXPECT_NE(failure(), "");
     // What failed once is tried again.
+    bus_.setAttribute(kCard, "driver_override", "(null)\n");
     EXPECT_EQ(refusal(), "");
     cards_.claim("client");
     EXPECT_EQ(failure(), "");
+    bus_.setCommand(kCard, 0x0006);
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &little), 0);
+    EXPECT_EQ(
+        failure(),
+        "The card's bus mastering cannot be switched off. Switch the computer off and on, then try again.");
+    setrlimit(RLIMIT_FSIZE, &earlier);
+    signal(SIGXFSZ, handler);
     bus_.setCommand(kCard, 0xFFFF);
     EXPECT_NE(failure(), "");
 }

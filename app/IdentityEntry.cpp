@@ -9,7 +9,6 @@
 #include "catalogue/CardIdentity.h"
 #include "catalogue/CardModels.h"
 #include "framework/core/PascalString.h"
-#include "framework/core/UKeptException.h"
 #include "framework/widgets/UModalDialogs.h"
 #include "hw/PromOperations.h"
 

@@ -9,7 +9,6 @@
 #include "app/ResourceIDs.h"
 #include "card/CardAccess.h"
 #include "framework/core/LException.h"
-#include "framework/core/UKeptException.h"
 #include "framework/widgets/LPopupButton.h"
 #include "framework/widgets/LWindow.h"
 

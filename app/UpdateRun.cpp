@@ -8,7 +8,6 @@
 #include "app/logic/FirmwareImage.h"
 #include "catalogue/CardModels.h"
 #include "framework/core/LException.h"
-#include "framework/core/UKeptException.h"
 #include "framework/widgets/DisplayWatchdog.h"
 #include "framework/widgets/LProgressBar.h"
 #include "framework/widgets/LWindow.h"

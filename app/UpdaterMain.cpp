@@ -18,7 +18,7 @@ constexpr int32_t kMemoryReserveBytes = 20000;
 constexpr int32_t kMaxPathBytes = 4096;
 
 // Layouts, alerts and the icon come from the bundle, wherever the program is started from.
-void useBundleResources() {
+void useBundleResources(CUpdaterApp& application) {
     const CFBundleRef bundle = CFBundleGetMainBundle();
     if (bundle == nullptr) {
         return;
@@ -26,7 +26,7 @@ void useBundleResources() {
     const CFURLRef folder = CFBundleCopyResourcesDirectoryURL(bundle);
     char path[kMaxPathBytes];
     if (CFURLGetFileSystemRepresentation(folder, 1, reinterpret_cast<uint8_t*>(path), sizeof path) != 0) {
-        UResources::UseFolder(path);
+        application.UseResources(path);
         UResources::UseIcon();
     }
     CFRelease(folder);
@@ -43,11 +43,12 @@ int UpdaterMain(const UpdaterSetup& setup) {
     // Lives as long as the process.
     static const LGrowZone* const reserve = new LGrowZone(kMemoryReserveBytes);
     static_cast<void>(reserve);
-    useBundleResources();
     bool hasLostDisplay = false;
     {
         CUpdaterApp application(setup);
         gpTheApp = &application;
+        useBundleResources(application);
+        application.UseTitle(setup.windowTitle);
         application.SetAboutDetails(FirmwareOverview);
         application.Run();
         hasLostDisplay = application.HasLostDisplay();

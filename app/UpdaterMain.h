@@ -11,6 +11,9 @@ class LListener;
 
 // What a host's main adds to the updater. By default that is nothing.
 struct UpdaterSetup {
+    // The window's title; if it is empty, that of the layout.
+    std::string windowTitle;
+
     // Hears the window's states (app/WindowState.h), and so when a write begins and ends. It must outlive the
     // updater's run.
     LListener* windowStateListener = nullptr;

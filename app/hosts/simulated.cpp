@@ -11,7 +11,6 @@
 #include "app/hosts/HostProcess.h"
 #include "app/hosts/UsersMachine.h"
 #include "app/hosts/WriteListener.h"
-#include "framework/widgets/LWindow.h"
 #include "framework/widgets/UDisplay.h"
 #include "platform/Host.h"
 #include "simulator/host/SimulatedHost.h"
@@ -27,34 +26,35 @@ void say(const char* what) {
 }
 
 // Reports errors here, because the machine must be saved even after one.
-int runUpdater(simulator::Machine& machine) {
+int runUpdater(simulator::Machine& machine, const std::string& title) {
     WriteListener listener([&machine] { machine.preventSleep(); }, [&machine] { machine.allowSleep(); });
     try {
-        return UpdaterMain({.windowStateListener = &listener, .mayBeOffered = {}, .mayBeWritten = {}});
+        return UpdaterMain(
+            {.windowTitle = title, .windowStateListener = &listener, .mayBeOffered = {}, .mayBeWritten = {}});
     } catch (const std::exception& error) {
         say(error.what());
         return kFailed;
     }
 }
 
-// A path such as "." gets the name of the folder that it leads to.
-QString titleFor(const std::filesystem::path& folder) {
+std::string titleFor(const std::filesystem::path& folder) {
+    // A path such as "." gets the name of the folder that it leads to.
     std::error_code ignored;
     const std::filesystem::path whole = std::filesystem::canonical(folder, ignored);
-    return "Simulated machine \"" + QString::fromStdString(whole.filename()).simplified() + '"';
+    const QString name = QString::fromStdString(whole.filename()).simplified();
+    return "Simulated machine \"" + name.toStdString() + '"';
 }
 
-// Sets the names by which the desktop knows the program and its window.
-void introduce(const QString& title) {
+// Sets the names by which the desktop knows the program.
+void introduce() {
     QCoreApplication::setApplicationName(kProgram);
     QGuiApplication::setDesktopFileName("com.vornlabs.vupdater.simulated");
-    LWindow::UseTitle(title);
 }
 
-int runOn(const std::filesystem::path& folder, const QString& title) {
+int runOn(const std::filesystem::path& folder, const std::string& title) {
     const auto directory =
         simulator::MachineDirectory::open(folder, simulator::MachineDirectory::OnOpening::powerUp);
-    introduce(title);
+    introduce();
     directory->machine().beginRecordings();
     // Programs that look at the machine after this process has been killed must see that it is on.
     directory->save();
@@ -63,7 +63,7 @@ int runOn(const std::filesystem::path& folder, const QString& title) {
     {
         simulator::SimulatedHost host(directory->machine(), BundleBesideExecutable(), AskAdministrator);
         InstallHost(&host);
-        exitCode = runUpdater(directory->machine());
+        exitCode = runUpdater(directory->machine(), title);
         host.programEnded();
         InstallHost(nullptr);
     }

@@ -12,7 +12,6 @@
 #include "app/hosts/OfferedImages.h"
 #include "app/hosts/WriteListener.h"
 #include "framework/widgets/LApplication.h"
-#include "framework/widgets/LWindow.h"
 #include "linux/client/AgentClient.h"
 #include "linux/host/LinuxHost.h"
 #include "linux/pci/base/Refusals.h"
@@ -72,24 +71,23 @@ class AgentForOneKind final : public client::AgentClient {
     std::optional<bool> mAreSimulated;  // nothing if nobody has said which cards there are
 };
 
-// Sets the names by which the desktop knows the program and its window.
-void introduce(CardsOfComputer cards) {
+// Sets the names by which the desktop knows the program.
+void introduce() {
     QCoreApplication::setApplicationName(kProgram);
     QGuiApplication::setDesktopFileName("com.vornlabs.vupdater");
-    if (cards == CardsOfComputer::kSimulated) {
-        LWindow::UseTitle("Simulated cards");
-    }
 }
 
 int runUpdater() {
     AgentForOneKind agent;
-    introduce(agent.Kind());
+    introduce();
     host::LinuxHost host(agent, BundleBesideExecutable(), [] { static_cast<void>(goOn()); });
     WriteListener listener([&agent] { agent.beginWrite(); }, [&agent] { agent.endWrite(); });
     InstallHost(&host);
-    const int exitCode = UpdaterMain({.windowStateListener = &listener,
-                                      .mayBeOffered = OfferedImages(agent.Kind()),
-                                      .mayBeWritten = WrittenImages(agent.Kind())});
+    const int exitCode =
+        UpdaterMain({.windowTitle = agent.Kind() == CardsOfComputer::kSimulated ? "Simulated cards" : "",
+                     .windowStateListener = &listener,
+                     .mayBeOffered = OfferedImages(agent.Kind()),
+                     .mayBeWritten = WrittenImages(agent.Kind())});
     InstallHost(nullptr);
     if (agent.IsStillOn()) {
         ShowFailure("The computer was not switched off. Shut it down from the desktop's menu.");

@@ -2,33 +2,26 @@
 
 #include <algorithm>
 
-namespace {
-
-LCommander* gTarget = nullptr;
-
-}  // namespace
-
 LCommander::LCommander(LCommander* super) {
     SetSuperCommander(super);
 }
 
 LCommander::~LCommander() {
-    if (gTarget == this) {
-        gTarget = mSuper;
-    }
+    SetSuperCommander(nullptr);
     for (LCommander* sub : mSubCommanders) {
         sub->mSuper = nullptr;
     }
-    SetSuperCommander(nullptr);
 }
 
 void LCommander::SetSuperCommander(LCommander* super) {
     if (mSuper != nullptr) {
+        PassTargetOn();
         std::erase(mSuper->mSubCommanders, this);
     }
     mSuper = super;
     if (mSuper != nullptr) {
         mSuper->mSubCommanders.push_back(this);
+        mTarget = nullptr;
     }
 }
 
@@ -58,10 +51,30 @@ bool LCommander::AttemptQuit(int32_t saveOption) {
     });
 }
 
-LCommander* LCommander::GetTarget() {
-    return gTarget;
+LCommander& LCommander::GetTarget() {
+    LCommander& top = Top();
+    return top.mTarget != nullptr ? *top.mTarget : top;
 }
 
-void LCommander::SwitchTarget(LCommander* target) {
-    gTarget = target;
+void LCommander::BecomeTarget() {
+    Top().mTarget = this;
+}
+
+LCommander& LCommander::Top() {
+    LCommander* top = this;
+    while (top->mSuper != nullptr) {
+        top = top->mSuper;
+    }
+    return *top;
+}
+
+// The target leaves with this commander if it is this one or below it.
+void LCommander::PassTargetOn() {
+    LCommander& top = Top();
+    for (const LCommander* link = top.mTarget; link != nullptr; link = link->mSuper) {
+        if (link == this) {
+            top.mTarget = mSuper;
+            return;
+        }
+    }
 }

@@ -42,12 +42,17 @@ class LCommander : public virtual LAttachable {
     // Asks this commander and everything below it, and stops at the first refusal.
     [[nodiscard]] bool AttemptQuit(int32_t saveOption);
 
-    // Where a command from the menu bar enters the chain. Never owned; when the target is destroyed, its
-    // super-commander takes its place.
-    static LCommander* GetTarget();
-    static void SwitchTarget(LCommander* target);
+    // The commander at which a command from the menu bar enters this one's chain: the top, until another has
+    // become the target. If the target leaves the chain, its super-commander takes its place.
+    LCommander& GetTarget();
+    void BecomeTarget();
 
   private:
+    LCommander& Top();
+    void PassTargetOn();
+
     LCommander* mSuper = nullptr;
     std::vector<LCommander*> mSubCommanders;
+    // Of the chain that this commander is the top of; null for the top itself.
+    LCommander* mTarget = nullptr;
 };

@@ -7,7 +7,6 @@
 #include <cstdio>
 #include <string>
 
-#include "framework/core/UKeptException.h"
 #include "framework/widgets/DesktopFit.h"
 #include "framework/widgets/DialogLoop.h"
 #include "framework/widgets/DisplayWatchdog.h"
@@ -52,7 +51,6 @@ LApplication::LApplication() {
     UQDGlobals::InitializeToolbox();
     gCurrent = this;
     mQuitRequests = std::make_unique<QuitRequests>(*this);
-    SwitchTarget(this);
 }
 
 LApplication::~LApplication() {
@@ -69,12 +67,20 @@ LApplication* LApplication::Current() {
     return gCurrent;
 }
 
+void LApplication::KeepCurrentException() noexcept {
+    if (gCurrent != nullptr) {
+        gCurrent->mKept.KeepCurrent();
+    } else {
+        std::fprintf(stderr, "Unexpected error: %s\n", Describe(std::current_exception()).c_str());
+    }
+}
+
 void LApplication::Run() {
     mState = State::kStartingUp;
     try {
         StartUp();
         // An alert's own event loop may have kept an exception.
-        UKeptException::RethrowKept();
+        mKept.Rethrow();
     } catch (...) {
         Report(std::current_exception());
         DoQuit();
@@ -118,7 +124,7 @@ void LApplication::ProcessNextEvent() {
         }
     }
     if (isOutermost) {
-        UKeptException::RethrowKept();
+        mKept.Rethrow();
     }
 }
 
@@ -141,7 +147,7 @@ void LApplication::DoQuit(int32_t saveOption) {
 
 void LApplication::ReportUnthrown() {
     try {
-        UKeptException::RethrowKept();
+        mKept.Rethrow();
     } catch (...) {
         Report(std::current_exception());
     }

@@ -12,11 +12,14 @@
 #include <QDialog>
 #include <QPointer>
 #include <exception>
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "framework/core/KeptException.h"
 #include "framework/core/LCommander.h"
 
 class LDialogBox;
@@ -30,6 +33,15 @@ class LApplication : public LCommander {
 
     // The application object that exists now, or null.
     static LApplication* Current();
+
+    // Sets the folder of the layouts and the icon (UResources.h), usually the bundle's Contents/Resources.
+    // Until then there are none.
+    void UseResources(std::filesystem::path folder) { mResources = std::move(folder); }
+    const std::filesystem::path& Resources() const { return mResources; }
+
+    // Gives windows created from then on this title instead of their layouts', unless it is empty. The
+    // desktop shows the program's name after it.
+    void UseTitle(std::string title) { mTitle = std::move(title); }
 
     // Calls StartUp and then runs the event loop until a quit is accepted. An exception is reported, on
     // standard error and in an alert, and the loop continues; after one that escapes from StartUp the
@@ -45,6 +57,10 @@ class LApplication : public LCommander {
     // As ProcessNextEvent from inside long work, but keys and clicks are left for later: lets the windows
     // draw, and tells the desktop that the program is alive.
     void DrawInPassing();
+
+    // Keeps the exception that is being handled for the application that exists now; its outermost
+    // ProcessNextEvent throws it. Without an application it goes to standard error.
+    static void KeepCurrentException() noexcept;
 
     // Quits if everyone in the chain of command agrees, and otherwise calls QuitRefused. A dialog that is up
     // is dismissed as cancelled; a later one is cancelled without being shown.
@@ -100,9 +116,24 @@ class LApplication : public LCommander {
 
     State mState = State::kConstructed;
     bool mHasLostDisplay = false;
+    KeptException mKept;
+    std::filesystem::path mResources;
+    std::string mTitle;
     int32_t mPassDepth = 0;
     std::vector<LWindow*> mWindows;
     std::vector<QPointer<QDialog>> mPages;
     std::unique_ptr<QuitRequests> mQuitRequests;
     std::function<std::string()> mAboutDetails;
 };
+
+// Calls a function and keeps what it throws. Exceptions must not cross the event loop's own frames, nor
+// unwind a firmware write that happens to be running below them, so every entry point that the event loop
+// calls runs inside this.
+template <typename Function>
+void KeepException(Function&& function) noexcept {
+    try {
+        std::forward<Function>(function)();
+    } catch (...) {
+        LApplication::KeepCurrentException();
+    }
+}

@@ -3,7 +3,7 @@
 #include <QVariant>
 #include <QWidget>
 
-#include "framework/core/UKeptException.h"
+#include "framework/widgets/LApplication.h"
 #include "framework/widgets/UDisplay.h"
 
 void LControl::BroadcastValueMessage() {

@@ -16,7 +16,6 @@
 #include <cstdio>
 
 #include "framework/core/LException.h"
-#include "framework/core/UKeptException.h"
 #include "framework/widgets/DesktopFit.h"
 #include "framework/widgets/LApplication.h"
 #include "framework/widgets/LSeparator.h"
@@ -28,12 +27,6 @@ namespace {
 
 // The program's one menu bar.
 constexpr int32_t kMenuBarLayout = 128;
-
-// Empty while the layouts' own titles are shown.
-QString& Title() {
-    static QString title;
-    return title;
-}
 
 // The text of the widget that a caption names; empty for any other label.
 QString ValueNamedBy(const QLabel& caption) {
@@ -54,10 +47,6 @@ LWindow::~LWindow() {
     }
 }
 
-void LWindow::UseTitle(const QString& title) {
-    Title() = title;
-}
-
 LWindow* LWindow::CreateWindow(int32_t layoutID, LCommander* super) {
     LApplication* application = ThrowIfNil(LApplication::Current());
     std::unique_ptr<QWidget> root = UResources::LoadLayout("window", layoutID);
@@ -69,8 +58,8 @@ LWindow* LWindow::CreateWindow(int32_t layoutID, LCommander* super) {
         return nullptr;
     }
     static_cast<void>(root.release());
-    if (!Title().isEmpty()) {
-        window->setWindowTitle(Title());
+    if (!application->mTitle.empty()) {
+        window->setWindowTitle(QString::fromStdString(application->mTitle));
     }
     application->AddWindow(window);
     window->SetSuperCommander(super);
@@ -134,7 +123,7 @@ void LWindow::Show() {
     if (focusWidget() == nullptr) {
         focusNextChild();
     }
-    SwitchTarget(this);
+    BecomeTarget();
 }
 
 void LWindow::UpdatePort() {
@@ -181,7 +170,7 @@ bool LWindow::event(QEvent* event) {
     if (event->type() == QEvent::LayoutRequest) {
         KeepRoomForContents();
     } else if (event->type() == QEvent::WindowActivate) {
-        SwitchTarget(this);
+        BecomeTarget();
     }
     return handled;
 }

@@ -18,10 +18,6 @@ class LWindow : public QMainWindow, public LPane, public LCommander {
     LWindow();
     ~LWindow() override;
 
-    // Gives windows created from then on this title instead of their layouts'. The desktop shows the
-    // program's name after it.
-    static void UseTitle(const QString& title);
-
     // Builds the hidden window that window-<layoutID>.ui describes, gives it the menu bar and puts it on the
     // application's window list. Null, with one line on standard error, if there is no usable layout.
     static LWindow* CreateWindow(int32_t layoutID, LCommander* super);

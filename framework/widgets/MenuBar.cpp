@@ -6,8 +6,8 @@
 #include <cstdio>
 
 #include "framework/core/PascalString.h"
-#include "framework/core/UKeptException.h"
 #include "framework/widgets/DialogLoop.h"
+#include "framework/widgets/LApplication.h"
 #include "framework/widgets/LWindow.h"
 #include "framework/widgets/UResources.h"
 
@@ -15,18 +15,13 @@ namespace {
 
 constexpr const char* kCommandProperty = "command";
 
-LCommander& TargetFor(LWindow& window) {
-    LCommander* target = LCommander::GetTarget();
-    return target != nullptr ? *target : window;
-}
-
 void UpdateStatus(LWindow& window, QAction& action) {
     uint8_t enabled = 0;
     uint8_t usesMark = 0;
     uint16_t mark = 0;
     Str255 name = {0};
-    TargetFor(window).FindCommandStatus(action.property(kCommandProperty).toInt(), enabled, usesMark, mark,
-                                        name);
+    window.GetTarget().FindCommandStatus(action.property(kCommandProperty).toInt(), enabled, usesMark, mark,
+                                         name);
     action.setEnabled(enabled != 0);
     action.setCheckable(usesMark != 0);
     action.setChecked(usesMark != 0 && mark != 0);
@@ -43,7 +38,7 @@ void ConnectMenu(LWindow& window, QMenu& menu) {
         QObject::connect(action, &QAction::triggered, &window, [&window, action] {
             if (!IsBehindDialog(window)) {
                 KeepException(
-                    [&] { TargetFor(window).ObeyCommand(action->property(kCommandProperty).toInt()); });
+                    [&] { window.GetTarget().ObeyCommand(action->property(kCommandProperty).toInt()); });
             }
         });
         QObject::connect(&menu, &QMenu::aboutToShow, action,

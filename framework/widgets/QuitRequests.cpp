@@ -12,7 +12,6 @@
 #include <cstdio>
 #include <cstring>
 
-#include "framework/core/UKeptException.h"
 #include "framework/widgets/LApplication.h"
 
 namespace {

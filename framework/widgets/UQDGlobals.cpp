@@ -5,8 +5,8 @@
 #include <QApplication>
 #include <cerrno>
 
-#include "framework/core/UKeptException.h"
 #include "framework/widgets/HeldKeyFilter.h"
+#include "framework/widgets/LApplication.h"
 
 namespace {
 

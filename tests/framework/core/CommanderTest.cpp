@@ -75,13 +75,18 @@ TEST(CommanderTest, ChainSurvivesDestructionInEitherOrder) {
     auto other = std::make_unique<LCommander>(top.get());
     other.reset();
     EXPECT_TRUE(top->AttemptQuit(kSaveOptionAsk));
-    LCommander::SwitchTarget(top.get());
     {
-        LCommander target(top.get());
-        LCommander::SwitchTarget(&target);
+        LCommander middle(top.get());
+        LCommander target(&middle);
+        target.BecomeTarget();
+        EXPECT_EQ(&bottom->GetTarget(), &target);
+        middle.SetSuperCommander(nullptr);
+        EXPECT_EQ(&bottom->GetTarget(), top.get()) << "the target has left the chain";
+        target.SetSuperCommander(bottom.get());
+        target.BecomeTarget();
     }
-    EXPECT_EQ(LCommander::GetTarget(), top.get());
+    EXPECT_EQ(&top->GetTarget(), bottom.get());
     top.reset();
-    EXPECT_EQ(LCommander::GetTarget(), nullptr);
+    EXPECT_EQ(&bottom->GetTarget(), bottom.get());
     EXPECT_FALSE(bottom->ObeyCommand(20));
 }

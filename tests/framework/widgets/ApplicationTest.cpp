@@ -5,7 +5,6 @@
 
 #include "framework/core/LException.h"
 #include "framework/core/PascalString.h"
-#include "framework/core/UKeptException.h"
 #include "framework/widgets/LPushButton.h"
 #include "framework/widgets/LStaticText.h"
 #include "tests/framework/widgets/Fixture.h"
@@ -116,7 +115,7 @@ TEST(ApplicationTest, MenuItemsFollowTheChainOfCommand) {
     LWindow& window = application.openWindow();
     application.pane<LStaticText>("SRNO").SetText("2103070021", 10);
     Namer namer(&window);
-    LCommander::SwitchTarget(&namer);
+    namer.BecomeTarget();
     for (QMenu* menu : window.menuBar()->findChildren<QMenu*>()) {
         QAction* action = menu->actions().first();
         emit menu->aboutToShow();

@@ -13,10 +13,9 @@
 #include "framework/widgets/LPushButton.h"
 #include "framework/widgets/LStaticText.h"
 #include "framework/widgets/UControlRegistry.h"
-#include "framework/widgets/UResources.h"
 
 SampleApplication::SampleApplication() {
-    UResources::UseFolder(LAYOUTS);
+    UseResources(LAYOUTS);
     URegistrar::RegisterClass<LDialogBox>();
     URegistrar::RegisterClass<LWindow>();
     URegistrar::RegisterClass<LPopupButton>();

@@ -221,7 +221,7 @@ TEST(LayoutTest, ReadsEveryPropertyOfTheShippedLayouts) {
 TEST(LayoutTest, ReportsUnknownContentWithItsLine) {
     SampleApplication application;
     const QTemporaryDir folder;
-    UResources::UseFolder(folder.path().toStdString());
+    application.UseResources(folder.path().toStdString());
     const auto complaintOf = [&](const char* inside, bool isUsable) {
         QFile file(folder.filePath("window-1.ui"));
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
@@ -253,7 +253,7 @@ TEST(LayoutTest, ReportsUnknownContentWithItsLine) {
 TEST(LayoutTest, UnusableLayoutGivesAMessageAndNoWindow) {
     SampleApplication application;
     const QTemporaryDir folder;
-    UResources::UseFolder(folder.path().toStdString());
+    application.UseResources(folder.path().toStdString());
     for (const char* layout : {"<ui version=\"4.0\"><widget class=",
                                "<ui version=\"4.0\"><widget class=\"QWidget\" name=\"w\"/></ui>", ""}) {
         QFile file(folder.filePath("window-1.ui"));

@@ -14,7 +14,7 @@ constexpr int32_t kReadsInARow = kReadsPerMicrosecond * kSettlingMicroseconds;
 
 }  // namespace
 
-void makeAccesses(const Accesses& accesses) {
+void makeAccesses(const images::Accesses& accesses) {
     uint32_t* const output = RegisterAt(kJtagOutputRegister);
     for (uint64_t store = 0; store < accesses.stores; ++store) {
         MacWriteULONG(output, 0);

@@ -2,16 +2,11 @@
 
 // What the player and the simulator are measured against: register accesses and nothing else.
 
-#include <cstdint>
+#include "images/AccessCount.h"
 
 namespace benchmarks {
 
-struct Accesses {
-    uint64_t loads = 0;
-    uint64_t stores = 0;
-};
-
 // Accesses the open card's JTAG output register that many times.
-void makeAccesses(const Accesses& accesses);
+void makeAccesses(const images::Accesses& accesses);
 
 }  // namespace benchmarks

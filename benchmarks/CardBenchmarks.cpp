@@ -35,7 +35,7 @@ PlainMemoryHost plainMemory;
 
 class CountingHost final : public PlainMemoryHost {
   public:
-    Accesses accesses;
+    images::Accesses accesses;
 
     uint32_t loadWord(const uint32_t* address) override {
         ++accesses.loads;
@@ -60,7 +60,7 @@ int32_t play(std::vector<uint8_t>& image) {
 }
 
 void bareLoop(benchmark::State& state) {
-    static const Accesses accesses = [] {
+    static const images::Accesses accesses = [] {
         CountingHost counting;
         use(counting);
         auto image = unmaskedFirmwareImage();

@@ -31,15 +31,19 @@ constexpr AESendMode kAECanSwitchLayer = 0x40;
 constexpr AESendPriority kAENormalPriority = 0;
 constexpr int32_t kAEDefaultTimeout = -1;
 
-// Makes a descriptor with a copy of the data.
+// Makes a descriptor with a copy of the data, which the caller disposes of. Always noErr.
 OSErr AECreateDesc(DescType type, const void* data, uint32_t dataBytes, AEDesc* result);
+
+// Leaves the descriptor empty. Always noErr.
 OSErr AEDisposeDesc(AEDesc* descriptor);
 
-// Makes an event addressed to a copy of the target.
+// Makes an event addressed to a copy of the target, which must be a process serial number; any other target
+// gives paramErr and an empty descriptor. The two IDs have no meaning here.
 OSErr AECreateAppleEvent(AEEventClass eventClass, AEEventID eventID, const AEAddressDesc* target,
                          int16_t returnID, int32_t transactionID, AppleEvent* result);
 
 // Sends an event. Only the shutdown event to a process is known here: any other gives paramErr, and a
-// process that does not exist procNotFound. The reply is left empty.
+// process that does not exist procNotFound. With noErr the event was delivered, but not necessarily obeyed.
+// The reply is left empty. Mode, priority, timeout and procedures have no meaning here.
 OSErr AESend(const AppleEvent* event, AppleEvent* reply, AESendMode mode, AESendPriority priority,
              int32_t timeoutTicks, void* idleProcedure, void* filterProcedure);

@@ -29,6 +29,7 @@ constexpr OSType FourCharacters(const char (&text)[5]) {
 // fits. The framework, which knows no Mac services, has its own PascalFromText.
 void CopyCStringToPascal(const char* source, Str255 destination);
 
-// Compares two Pascal strings; upper and lower case and diacritical marks count.
+// Compares two Pascal strings byte for byte: upper and lower case and diacritical marks count, whatever the
+// last two arguments say.
 bool EqualString(ConstStr255Param first, ConstStr255Param second, bool caseSensitive,
                  bool diacriticalSensitive);

@@ -23,8 +23,9 @@ struct ProcessInfoRec {
 };
 
 // Replaces a serial number with that of the next process in the list, starting from kNoProcess. At the end of
-// the list it becomes kNoProcess again and the result is procNotFound.
+// the list, or if the process has ended since, it becomes kNoProcess and the result is procNotFound.
 OSErr GetNextProcess(ProcessSerialNumber* process);
 
-// Fills the record; leaves it and the name buffer alone if there is no such process (procNotFound).
+// Fills the record. Leaves it and the name buffer alone if there is no such process (procNotFound) or the
+// record's length is not kProcessInfoRecordLength (paramErr).
 OSErr GetProcessInformation(const ProcessSerialNumber* process, ProcessInfoRec* information);

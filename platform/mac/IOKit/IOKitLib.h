@@ -38,6 +38,7 @@ constexpr IOOptionBits kIOMapAnywhere = 0x1;
 // This process.
 task_port_t mach_task_self();
 
+// Stores the port through which the registry is asked. Always succeeds.
 kern_return_t IOMasterPort(mach_port_t bootstrapPort, mach_port_t* masterPort);
 
 // A matching dictionary for a driver class, owned by the caller.
@@ -51,12 +52,16 @@ kern_return_t IOServiceGetMatchingServices(mach_port_t masterPort, CFMutableDict
 // The iterator's next object, owned by the caller, or 0 at the end.
 io_object_t IOIteratorNext(io_iterator_t iterator);
 
+// kIOReturnBadArgument, changing nothing, for a number that is not an object.
 kern_return_t IOObjectRelease(io_object_t object);
 
+// Stores a connection, which the caller closes with IOServiceClose. kIOReturnNoDevice if the service cannot
+// be opened. The type has no meaning here.
 kern_return_t IOServiceOpen(io_service_t service, task_port_t owningTask, uint32_t type,
                             io_connect_t* connection);
 
-// Takes the connection's mappings away too. A number that is not a connection is refused and nothing changes.
+// Takes the connection's mappings away too. kIOReturnBadArgument, changing nothing, for a number that is not
+// a connection.
 kern_return_t IOServiceClose(io_connect_t connection);
 
 // Stores the address and the length in bytes of one of the device's memory ranges. Both are left alone on

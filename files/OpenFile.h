@@ -26,7 +26,7 @@ class OpenFile {
     // The same, but refuses everything except an ordinary file, without following links or waiting for pipes.
     static OpenFile ordinary(int folder, const std::filesystem::path& name, int flags,
                              const std::filesystem::path& knownAs);
-    // Takes over a descriptor that somebody else has opened.
+    // Takes ownership of a descriptor that is already open.
     OpenFile(int descriptor, std::filesystem::path knownAs)
         : name_(std::move(knownAs)), descriptor_(descriptor) {}
     OpenFile(OpenFile&& other) noexcept;

@@ -40,7 +40,7 @@ std::string whyNot(const std::string& path, CardsOfComputer cards) {
     }
 }
 
-// Whether there is no reason against it; says the reason otherwise.
+// Takes the reason that whyNot gives. If there is one, prints it and returns false.
 bool isAllowed(const std::string& reason) {
     if (!reason.empty()) {
         std::fprintf(stderr, "vupdater: %s It is not offered.\n", reason.c_str());

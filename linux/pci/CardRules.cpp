@@ -13,7 +13,7 @@ constexpr std::size_t kMostLineCharacters = 500;
 constexpr std::string_view kRange = "range";
 constexpr std::string_view kBlanks = " \t\r";
 
-// Why a line is no rule.
+// Why a line is not a rule.
 struct BadLine {
     std::string reason;
 };

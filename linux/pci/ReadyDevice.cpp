@@ -9,9 +9,9 @@
 namespace pci {
 namespace {
 
-// A driver that is loaded now would take the device, unless only one of this name may. No driver has the name
-// that a note is, which is the program's with the command register and two attributes as they were before,
-// such as "vupdater 0140 0 auto".
+// A driver that is loaded now would take the device, unless only a driver of a certain name may. The name is
+// a note, which no driver is called: the program's name, then the command register and two attributes as they
+// were before, such as "vupdater 0140 0 auto".
 constexpr char kOverride[] = "driver_override";
 constexpr char kNoOverride[] = "(null)\n";
 constexpr char kNoteBegin[] = "vupdater";

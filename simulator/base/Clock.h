@@ -24,6 +24,7 @@ class Clock {
 
     // Counts one access, before it is carried out. True if wake() must be called first.
     [[nodiscard]] bool tick() { return ++accesses_ >= wakeAt_; }
+    // Runs the callback, which lets every device see what is due.
     void wake() {
         wakeAt_ = kNever;
         if (onWake_) {

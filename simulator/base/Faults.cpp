@@ -14,7 +14,7 @@ const std::array<FaultKindDescription, kFaultKinds>& faultKinds() {
          .hasCode = true},
         {.name = "page-not-taken", .meaning = "a page of the PROM does not take its data", .hasPage = true},
         {.name = "page-misread",
-         .meaning = "a page of the PROM reads back wrongly so many times",
+         .meaning = "a page of the PROM reads back wrongly a number of times",
          .hasPage = true,
          .hasTimes = true},
         {.name = "user-code-not-taken", .meaning = "the PROM does not take its user code"},

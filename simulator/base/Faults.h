@@ -24,18 +24,18 @@ enum class FaultKind : uint8_t {
     foreignIdentification,  // the PROM answers with another identification code
     pageNotTaken,           // programming a page takes its time and changes nothing
     pageMisread,            // a page reads back wrongly a number of times, then correctly
-    userCodeNotTaken,
-    slowProgramming,  // programming needs a multiple of the data sheet's time
-    powerLost,        // the whole machine goes off
-    machineSleeps,    // it takes the power away from all cards, and gives it back; its programs go on
-    cardVanished,     // the card keeps its power but does not answer on the bus
-    serviceNotOpened,
-    serviceNotMapped,
-    serviceSilent,  // the driver does not report the card's name and location
+    userCodeNotTaken,       // programming the user code takes its time and changes nothing
+    slowProgramming,        // programming needs a multiple of the data sheet's time
+    powerLost,              // the whole machine goes off
+    machineSleeps,          // it takes the power away from all cards, and gives it back; its programs go on
+    cardVanished,           // the card keeps its power but does not answer on the bus
+    serviceNotOpened,       // the driver refuses connections to the card
+    serviceNotMapped,       // the driver does not map the card's memory
+    serviceSilent,          // the driver does not report the card's name and location
 };
 
 // One fault of a card. Which of code, page, times and factor a kind uses is in its description; the others
-// keep their initial values. Limits are checked by whoever reads a fault from a file or a command line, not
+// keep their initial values. The limits are checked when a fault is read from a file or a command line, not
 // here.
 struct Fault {
     enum class When : uint8_t {
@@ -57,8 +57,8 @@ struct Fault {
     uint32_t times = 0;   // pageMisread: wrong readings still to come, up to kMostTimes; 0 when it is over
     uint32_t factor = 1;  // slowProgramming: kLeastFactor to kMostFactor
     When when = When::atOnce;
-    uint64_t count = 0;  // of accesses or clocks; atOnce does not use it
-    bool struck = false;
+    uint64_t count = 0;      // of accesses or clocks; atOnce does not use it
+    bool struck = false;     // and so in force, unless it was over at once
     bool prevented = false;  // machineSleeps: it struck, but sleep was prevented
 
     bool operator==(const Fault&) const = default;

@@ -72,7 +72,7 @@ class SimulatedHost final : public Host {
 
         // The index of the word at an address; `count` or more if there is none. The rotation divides by four
         // and moves the two bits that are 0 in an aligned offset to the top, where any other value makes the
-        // index too large. So a single comparison refuses unaligned addresses and those before or behind the
+        // index too large. So a single comparison refuses unaligned addresses and those before or after the
         // window, in the function that an update calls most.
         std::size_t indexOf(const void* address) const {
             return std::rotr(reinterpret_cast<uintptr_t>(address) - base, 2);

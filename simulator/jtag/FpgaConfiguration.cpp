@@ -21,7 +21,7 @@ constexpr uint32_t kCrcPolynomial = 0xEDB88320;  // IEEE 802.3, least significan
 // Bytes that are taken together: every PROM is checked whenever the machine is switched on.
 constexpr std::size_t kCrcStride = 8;
 
-// [n][byte] is the remainder of the byte with n zero bytes behind it.
+// [n][byte] is the remainder of the byte with n zero bytes after it.
 using CrcTables = std::array<std::array<uint32_t, 256>, kCrcStride>;
 
 constexpr CrcTables crcTables() {

@@ -2,8 +2,8 @@
 
 // A card's JTAG chain: TDI -> PROM -> FPGA -> TDO, driven by the levels of its signals.
 //
-// The order of the devices and the PROM's instructions are also told in hw/, on purpose: the updater is
-// written from the data sheet and so is this model, so a mistake in one of them shows.
+// The order of the devices and the PROM's instructions are also written down in hw/, on purpose: both the
+// updater and this model are written from the data sheet, so a mistake in one of them shows.
 
 #include <cstdint>
 #include <optional>

@@ -33,6 +33,7 @@ class JtagDevice {
     JtagDevice& operator=(const JtagDevice&) = delete;
     virtual ~JtagDevice() = default;
 
+    // TCK's edges, which alternate, with the signals' levels at the rising one.
     void risingEdge(bool tms, bool tdi);
     void fallingEdge();
     bool tdo() const { return state_.tdo; }

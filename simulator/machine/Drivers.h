@@ -47,7 +47,8 @@ struct Drivers {
                 }));
     }
 
-    // Lets the drivers attach for so long. The machine's clock, which counts accesses, does not move.
+    // Gives the drivers this much more time to attach. The machine's clock, which counts accesses, does not
+    // move.
     void letPass(uint32_t seconds) {
         for (auto& [identifier, driver] : loaded) {
             driver.secondsToAttach -= std::min(seconds, driver.secondsToAttach);

@@ -24,7 +24,7 @@ class Machine {
     Machine(const Machine&) = delete;
     Machine& operator=(const Machine&) = delete;
 
-    // Adds a card behind the others; the machine must be off. The card lives, and stays where it is in
+    // Adds a card after the others; the machine must be off. The card lives, and stays where it is in
     // memory, until it is removed.
     Card& addCard(Board board, PromCells cells);
     // Removes a card; the machine must be off.
@@ -55,7 +55,7 @@ class Machine {
     void beginRecordings();
     void endRecordings();
 
-    // Who carries out an access ticks the clock first, and wakes it if that asks for it.
+    // Whoever carries out an access ticks the clock first, and wakes it if tick() says so.
     Clock& clock() { return clock_; }
     uint64_t accesses() const { return clock_.accesses(); }
     uint64_t microseconds() const { return clock_.microseconds(); }

@@ -34,7 +34,7 @@ IDLE_UNITS = ("systemd-timesyncd.service", "apt-daily.timer", "apt-daily-upgrade
 
 
 def in_loading_order(files):
-    """The files of MODULES and of all that they need, each behind what it needs."""
+    """The files of MODULES and of all that they need, each after what it needs."""
     order = []
 
     def add(name):

@@ -27,7 +27,7 @@ class CardMemory {
     // What the guest's next load finds. The card is not told.
     void put(uint32_t offset, uint32_t word);
 
-    // What a load of the window at an offset, or of the page behind the window, should find.
+    // What a load of the window at an offset, or of the page after the window, should find.
     static uint32_t shouldBe(const RegisterWindow& window, uint32_t offset) {
         return offset < window.bytes() ? window.at(offset) : 0;
     }

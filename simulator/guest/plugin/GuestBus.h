@@ -19,7 +19,7 @@ namespace simulator {
 
 class GuestBus {
   public:
-    // An offset behind the registers: any store that changes the word makes the card known.
+    // An offset after the registers: any store that changes the word makes the card known.
     static constexpr uint32_t kMark = 0xFFC;
 
     // Switches on the machine in a folder, and makes a file with the memory of each card in another folder:

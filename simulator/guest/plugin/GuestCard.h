@@ -1,8 +1,7 @@
 #pragma once
 
-// A card on the bus of a guest computer. The guest loads from the card's memory and stores to it without
-// asking anybody; after each access the emulator tells this class, which carries it out and shows its result
-// before the guest's next instruction.
+// A card on the bus of a guest computer. The guest accesses the card's memory directly. After each access the
+// emulator tells this class, which carries it out and shows its result before the guest's next instruction.
 
 #include <cstdint>
 #include <filesystem>
@@ -25,7 +24,7 @@ class GuestCard {
     bool wasStoredTo(uint32_t offset) const;
 
     // After the guest has accessed `bytes` at an offset in the page. An access counts as time. True if that
-    // woke the machine: all cards must then be shown anew, so a fault shows from the next access on.
+    // woke the machine: all cards must then be shown again, so a fault shows from the next access on.
     [[nodiscard]] bool accessed(uint32_t offset, uint32_t bytes, GuestAccess access);
 
     // Undoes a guest's store.

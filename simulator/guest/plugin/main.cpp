@@ -65,7 +65,7 @@ uint64_t turnsIn(std::chrono::nanoseconds time) {
 }
 
 // What is known of a page of a program's addresses. It holds until the kernel runs again, which alone could
-// make the page lead elsewhere. Looking it up anew would take most of the emulator's time.
+// make the page lead elsewhere. Looking it up again would take most of the emulator's time.
 struct KnownPage {
     uint64_t number = 0;
     uint64_t kernelBlocks = 0;

@@ -21,7 +21,7 @@ class Emulator {
     // Kills it if it still runs.
     ~Emulator();
 
-    // Sends a signal; does nothing once exitCode() has told the end.
+    // Sends a signal; does nothing once exitCode() has returned a code.
     void signal(int number) const;
 
     // The exit code, in a shell's terms, if it has ended; never waits.

@@ -31,7 +31,7 @@ constexpr uint32_t offsetOfBar(uint32_t number) {
     return kFirstBar + number * kWordBytes;
 }
 
-// At most kBytes, which is behind the space.
+// At most kBytes, which is beyond the space.
 std::size_t placeOf(uint32_t offset, uint32_t index) {
     return std::min(offset, PciConfiguration::kBytes - index) + index;
 }

@@ -17,8 +17,8 @@ class PciConfiguration {
 
     explicit PciConfiguration(const PciFunction& function);
 
-    // As the guest accesses it: 1 to 4 bytes at any offset, also unaligned. What is behind the space reads as
-    // ones and takes nothing; of the rest a write changes only the bits that the bus lets a guest change.
+    // As the guest accesses it: 1 to 4 bytes at any offset, also unaligned. Bytes beyond the space read as
+    // ones and ignore writes. Elsewhere a write changes only the bits that the bus lets a guest change.
     uint32_t read(uint32_t offset, uint32_t bytes) const;
     void write(uint32_t offset, uint32_t bytes, uint32_t value);
 

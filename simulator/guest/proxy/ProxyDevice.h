@@ -22,7 +22,7 @@ class ProxyDevice {
     // Carries out a request. Returns the value to answer with; nothing for a request without a value. The bus
     // and the guest have the lowest byte first. A card that does not answer on the bus reads as ones.
     //
-    // An access that is not of one aligned word, or is behind what the card has, reads as ones, too, changes
+    // An access that is not of one aligned word, or is beyond what the card has, also reads as ones, changes
     // nothing and goes into the machine's ledger.
     std::optional<uint64_t> carryOut(const ProxyRequest& request);
 

@@ -1,5 +1,5 @@
 // Simulated cards on this computer's bus, as far as the host can tell: a made-up /sys, the agent's own search
-// in it, and a trap behind every load and store.
+// in it, and a trap at every load and store.
 
 #include <gtest/gtest.h>
 #include <regex>
@@ -63,7 +63,7 @@ pci::CardRules rules() {
     return rules;
 }
 
-// Puts the trap behind the pages that the host maps, answered where the card's window is in them.
+// Replaces the pages that the host maps with the trap, which answers where the card's window is in them.
 class TrappingHost final : public ForwardingHost {
   public:
     TrappingHost(Host& host, Host& bus) : ForwardingHost(host), bus_(bus), trap_(bus) {}

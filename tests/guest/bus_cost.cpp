@@ -3,12 +3,17 @@
 //   bus_cost record MACHINE IMAGE STEPS    writes the image on a simulated machine, records its accesses and
 //                                          prints their number
 //   bus_cost compare RULES IMAGE STEPS     writes it into the first card of this computer, and from time to
-//                                          time repeats the recorded accesses of that stretch on the second
+//                                          time repeats the recorded accesses of that stretch on the second;
+//                                          then the other way round
 //
 // To compare, both cards are open on the same host. Whatever slows this computer down affects both alike,
-// since they take turns of a second or so. Lines say whose turn begins.
+// since they take turns of a second or so, and each mapping carries the accesses of both. Lines say whose
+// turn begins.
+
+#include <arpa/inet.h>
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdio>
 #include <span>
@@ -46,7 +51,7 @@ bool ShowAlert(const char* title, const char* message) {
 
 namespace {
 
-// A store of a word, or a number of loads, at one offset; or the end of a turn.
+// A store of a word, as this processor stores it, or a number of loads, at one offset; or the end of a turn.
 struct Step {
     uint32_t offset;  // with kStore or kTurn, in the bits that an aligned offset leaves free
     uint32_t wordOrLoads;
@@ -68,7 +73,7 @@ class RecordingHost final : public ForwardingHost {
         return ForwardingHost::loadWord(address);
     }
     void storeWord(uint32_t* address, uint32_t word) override {
-        steps.push_back({offsetOf(address) | kStore, word});
+        steps.push_back({offsetOf(address) | kStore, htonl(word)});
         ForwardingHost::storeWord(address, word);
     }
 
@@ -76,8 +81,8 @@ class RecordingHost final : public ForwardingHost {
     uint64_t loads = 0;       // in all of them
 };
 
-std::span<const Step> gSteps;           // those that remain to be made in the second card
-volatile uint32_t* gpSecond = nullptr;  // its registers
+std::span<const Step> gSteps;         // those that remain to be made barely
+volatile uint32_t* gpBare = nullptr;  // the registers of the card in which they are made
 RecordingHost* gpRecorder = nullptr;
 
 void tell(const char* what) {
@@ -95,8 +100,9 @@ uint32_t* openCard(int index) {
     return static_cast<uint32_t*>(base);
 }
 
-void openFirstCard() {
-    gpRegisters = openCard(0);
+void useCard(uint32_t* registers) {
+    gpRegisters = registers;
+    gbSwap = 0;
     gbSwap = (MacReadULONG(RegisterAt(kByteSwapIDRegister)) & 0xFFFF) == kByteSwapID ? 0 : 1;
     if (GetSerialNumber(&gSerialNumber) != 0) {
         throw std::runtime_error("The card's identity could not be read.");
@@ -115,7 +121,7 @@ void record(const std::string& machine, const std::string& image, const std::str
         simulator::MachineDirectory::open(machine, simulator::MachineDirectory::OnOpening::powerUp);
     simulator::SimulatedHost simulated(directory->machine(), {});
     RecordingHost host(simulated);
-    openFirstCard();
+    useCard(openCard(0));
     host.steps.clear();
     host.loads = 0;
     gpRecorder = &host;
@@ -128,13 +134,12 @@ void record(const std::string& machine, const std::string& image, const std::str
     files::writeOutputFile(file, {bytes, host.steps.size() * sizeof(Step)});
 }
 
-// The second card takes its registers' least significant byte first, as this processor does.
 void makeBareAccessesOfATurn() {
     tell("bare");
     std::size_t made = 0;
     for (const Step& step : gSteps) {
         ++made;
-        auto* const word = gpSecond + step.offset / sizeof(uint32_t);
+        auto* const word = gpBare + step.offset / sizeof(uint32_t);
         if ((step.offset & kTurn) != 0) {
             break;
         }
@@ -157,14 +162,19 @@ void compare(const std::string& rulesFile, const std::string& image, const std::
     LocalAgent agent("/sys", std::move(rules));
     host::LinuxHost linuxHost(agent, {}, [] {});
     InstallHost(&linuxHost);
-    openFirstCard();
-    gpSecond = openCard(1);
+    const std::array cards{openCard(0), openCard(1)};
     const auto bytes = files::readFile(stepsFile);
-    gSteps = {reinterpret_cast<const Step*>(bytes.data()), bytes.size() / sizeof(Step)};
     gpTakeTurns = makeBareAccessesOfATurn;
-    tell("updater");
-    write(image);
-    makeBareAccessesOfATurn();
+    for (std::size_t written = 0; written < cards.size(); ++written) {
+        gpBare = cards[1 - written];
+        // Both cards await the accesses in the state that the recorded card did.
+        useCard(cards[1 - written]);
+        useCard(cards[written]);
+        gSteps = {reinterpret_cast<const Step*>(bytes.data()), bytes.size() / sizeof(Step)};
+        tell("updater");
+        write(image);
+        makeBareAccessesOfATurn();
+    }
     InstallHost(nullptr);
 }
 

@@ -2,6 +2,7 @@
 
 import os
 import signal
+import time
 
 from agent_bench import FIRST, check_equal, refusals
 from system_bus import check, is_decoding, wait_until
@@ -88,9 +89,11 @@ def others_hang_or_are_missing(bench):
     patient.send("cards")
     owner.ask("begin")
     check_equal(patient.answer(), ["nobody answers"])
+    since = time.monotonic()
+    owner.ask("end")
+    check(time.monotonic() < since + 4, "The end of a write was waited for.")
     bus.send_signal(signal.SIGCONT)
     check("during the write: Connection timed out" in owner.said(), owner.said())
-    owner.ask("end")
     check_equal(patient.ask("claim-asking"), ["denied"])
     check("system bus cannot be reached (Connection timed out" in patient.said(), patient.said())
     bench.polkit.SetAnswer("dialog")

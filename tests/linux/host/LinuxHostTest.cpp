@@ -86,6 +86,21 @@ TEST_F(LinuxHostTest, ClaimsAndLetsGoAsThePrivateDriverComesAndGoes) {
     EXPECT_EQ(agent_.calls, (Calls{"claim", "claim, asking", "claim, asking", "let go"}));
 }
 
+TEST_F(LinuxHostTest, SaysWhoseFolderIsInTheWay) {
+    const uid_t user = ::geteuid();
+    ASSERT_TRUE(user != 0 || ::seteuid(1) == 0);
+    // Nobody can remove it, and its contents are not asked for.
+    const std::string said = saidBy([&] {
+        EXPECT_TRUE(host_.runPrivilegedTool("/bin/rm", {"-f", "/sys"})) << "all the same";
+    });
+    ASSERT_EQ(::seteuid(user), 0);
+    ::wait(nullptr);
+    EXPECT_TRUE(said.starts_with(
+        "/sys belongs to another user. Have it removed by that user or an administrator, then try again.\n"))
+        << said;
+    EXPECT_EQ(saidBy([&] { run("/bin/rm"); }), "");
+}
+
 TEST_F(LinuxHostTest, AsksNobodyIfThereIsNothingToUse) {
     EXPECT_TRUE(services().empty());
     const auto ask = [&] { EXPECT_EQ(host_.askForAdministratorRight(), Host::RightAnswer::granted); };

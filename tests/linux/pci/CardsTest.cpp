@@ -1,5 +1,6 @@
 #include "linux/pci/Cards.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <unistd.h>
@@ -165,6 +166,7 @@ TEST_F(CardsTest, OpenTheRangesThatTheRuleNamesElseThoseInOrder) {
         try {
             const OpenedRange range = cards.openRange("client", kCard, each.memoryRange);
             EXPECT_EQ(pread(range.file.descriptor(), &bar, 1, 0), 1);
+            EXPECT_EQ(fcntl(range.file.descriptor(), F_GETFL) & O_SYNC, O_SYNC) << "registers are not cached";
             EXPECT_EQ(range.offsetInPage, each.offsetInPage) << each.options;
             EXPECT_EQ(range.bytes, each.bytes) << each.options;
         } catch (const files::UserError&) {

@@ -19,8 +19,8 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// A bus or an agent that hangs must not hold a write.
-constexpr std::chrono::microseconds kLimit = 5s;
+// The calls that one attempt to get a lock needs, together.
+constexpr std::chrono::seconds kLockLimit = 10s;
 // The calls that may have to start the agent, which takes its time on a busy computer.
 constexpr std::chrono::microseconds kStartLimit = 15s;
 // A claim without a question for a password, for which polkit may have to be started as well.
@@ -64,7 +64,7 @@ void sayWhetherCancelled(const bus::Message& answer) {
 
 sd_bus* AgentClient::connection(int& result) {
     if (!connection_ || sd_bus_is_open(connection_.get()) <= 0) {
-        connection_ = bus::openSystemBus(kLimit, result);
+        connection_ = bus::openSystemBus(limit(), result);
     }
     return connection_.get();
 }
@@ -141,6 +141,8 @@ Host::RightAnswer AgentClient::claim(bool mayAsk) {
         askForClaim(mayAsk, answer);
     }
     if (answer.result == -ECANCELED) {
+        // So that the claim is not granted later. The agent withdraws its question.
+        connection_.reset();
         return Host::RightAnswer::cancelled;
     }
     const char* text = "";
@@ -200,7 +202,7 @@ bool AgentClient::keepWaiting() {
 bool AgentClient::takeAgentsLock(Answer& answer) {
     const bus::Message call = newCall(bus::kBeginWrite, answer);
     sd_bus_message_set_auto_start(call.get(), 0);
-    makeCall(call, kLimit, answer, [this] { return keepWaiting(); });
+    makeCall(call, limit(), answer, [this] { return keepWaiting(); });
     lock_ = bus::lockIn(answer.message);
     sayWhetherCancelled(answer.message);
     return static_cast<bool>(lock_);
@@ -208,11 +210,11 @@ bool AgentClient::takeAgentsLock(Answer& answer) {
 
 // The user's own lock. It stops a lid, a timer and other users, but not the user who asks for a shutdown.
 bool AgentClient::takeOwnLock(Answer& answer) {
-    makeCall(bus::newLockCall(connection(answer.result)), kLimit, answer, [this] { return keepWaiting(); });
+    makeCall(bus::newLockCall(connection(answer.result)), limit(), answer, [this] { return keepWaiting(); });
     lock_ = bus::lockIn(answer.message);
     if (lock_) {
         Answer cancelled;
-        makeCall(bus::newCancelCall(connection(cancelled.result)), kLimit, cancelled,
+        makeCall(bus::newCancelCall(connection(cancelled.result)), limit(), cancelled,
                  [this] { return keepWaiting(); });
         sayWhetherCancelled(cancelled.message);
     }
@@ -220,11 +222,11 @@ bool AgentClient::takeOwnLock(Answer& answer) {
 }
 
 void AgentClient::takeLock() {
-    using Clock = std::chrono::steady_clock;  // which stands still while the computer sleeps
     // Once the computer is on its way to sleep or off, other calls fail as well, and the write must not begin
     // before the computer is awake again. But such a failure may also be permanent.
     std::optional<Clock::time_point> lastGoingDown;
     while (true) {
+        lockDeadline_ = Clock::now() + kLockLimit;
         Answer agents;
         Answer own;
         if (takeAgentsLock(agents)) {
@@ -263,6 +265,7 @@ void AgentClient::beginWrite() {
         std::fprintf(stderr, "The computer can be switched off or put to sleep during the write: %s\n",
                      exception.what());
     }
+    lockDeadline_ = Clock::time_point::max();
 }
 
 void AgentClient::endWrite() {

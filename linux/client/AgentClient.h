@@ -2,6 +2,7 @@
 
 // This computer's cards through the agent on the system bus, and logind for switching off.
 
+#include <algorithm>
 #include <chrono>
 #include <functional>
 #include <optional>
@@ -20,8 +21,7 @@ namespace client {
 class AgentClient : public host::CardAgent {
   public:
     // While a password or the lock for a write is waited for, `mayWait` is called about every 100 ms. If it
-    // says no, the claim is cancelled; the agent withdraws its question when this program exits. This never
-    // cancels a write.
+    // says no, the claim is cancelled and the agent withdraws its question. This never cancels a write.
     //
     // If the agent or the bus does not answer when cards are listed or claimed, it is given up: from then on
     // there are no cards, and nothing is waited for again. Somebody who takes long to enter a password is no
@@ -42,6 +42,10 @@ class AgentClient : public host::CardAgent {
     bool powerOff() override;
 
   private:
+    using Clock = std::chrono::steady_clock;  // which stands still while the computer sleeps
+    // A bus or an agent that hangs must not hold a write.
+    static constexpr std::chrono::microseconds kLimit = std::chrono::seconds(5);
+
     // What a call brought: its answer, or null and why.
     struct Answer {
         bus::Message message;
@@ -61,6 +65,11 @@ class AgentClient : public host::CardAgent {
                    const std::function<bool()>& mayWait = {});
     void askForClaim(bool mayAsk, Answer& answer);
     std::string whyNotClaimed(const Answer& answer) const;
+    // Of one call.
+    std::chrono::microseconds limit() const {
+        const auto left = std::chrono::duration_cast<std::chrono::microseconds>(lockDeadline_ - Clock::now());
+        return std::clamp(left, std::chrono::microseconds::zero(), kLimit);
+    }
     // Calls `mayWait` and ignores its answer.
     bool keepWaiting();
     // Hold a lock afterwards, or return false and why.
@@ -72,6 +81,8 @@ class AgentClient : public host::CardAgent {
     std::chrono::milliseconds longestSilence_;
     bus::Connection connection_;
     std::string whyGivenUp_;  // what to do about it; empty if the agent was not given up
+    // While a lock is being taken.
+    Clock::time_point lockDeadline_ = Clock::time_point::max();
     // Held during a write.
     bus::Descriptor lock_;
     SessionLock sessionLock_;

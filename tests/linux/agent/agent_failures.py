@@ -96,6 +96,16 @@ def others_hang_or_are_missing(bench):
     check("during the write: Connection timed out" in owner.said(), owner.said())
     check_equal(patient.ask("claim-asking"), ["denied"])
     check("system bus cannot be reached (Connection timed out" in patient.said(), patient.said())
+    # What is slow takes no longer together than what hangs.
+    os.kill(agent := bench.bus.agent_process(), signal.SIGSTOP)
+    bench.logind.SetSecondsOfACall(4.5)
+    begin = time.monotonic()
+    owner.ask("begin")
+    seconds = time.monotonic() - begin
+    check(seconds < 12, f"The write waited {seconds:.1f} seconds for the lock.")
+    bench.logind.SetSecondsOfACall(0)
+    os.kill(agent, signal.SIGCONT)
+    owner.ask("end")
     bench.polkit.SetAnswer("dialog")
     asking = bench.client()
     asking.send("claim-asking")

@@ -1,5 +1,7 @@
 """python-dbusmock's logind, which can also be on its way to sleep, and then gives no lock, or be scheduled to shut down."""
 
+import time
+
 import dbus
 from dbusmock import MOCK_IFACE, mockobject
 from dbusmock.templates import logind
@@ -12,10 +14,12 @@ def load(mock, parameters):
     logind.load(mock, parameters)
     mock.is_going_to_sleep = False
     mock.is_scheduled = False
+    mock.seconds = 0
 
 
 @dbus.service.method(MAIN_IFACE, in_signature="ssss", out_signature="h")
 def Inhibit(self, what, who, why, mode):
+    time.sleep(self.seconds)
     if self.is_going_to_sleep:
         raise dbus.exceptions.DBusException("Already running", name="org.freedesktop.login1.OperationInProgress")
     return logind.Inhibit(self, what, who, why, mode)
@@ -30,6 +34,7 @@ def ScheduleShutdown(self, _what, _when):
 
 @dbus.service.method(MAIN_IFACE, out_signature="b")
 def CancelScheduledShutdown(self):
+    time.sleep(self.seconds)
     was_scheduled, self.is_scheduled = self.is_scheduled, False
     if not getattr(mockobject, "inhibitors", []):
         ScheduleShutdown(self, "poweroff", 0)  # by somebody else, at once
@@ -39,6 +44,11 @@ def CancelScheduledShutdown(self):
 @dbus.service.method(MOCK_IFACE, out_signature="b")
 def IsScheduled(self):
     return self.is_scheduled
+
+
+@dbus.service.method(MOCK_IFACE, in_signature="d")
+def SetSecondsOfACall(self, seconds):
+    self.seconds = seconds
 
 
 @dbus.service.method(MOCK_IFACE, in_signature="b")

@@ -153,7 +153,8 @@ void Agent::ask(sd_bus_message* call, bool mayAsk) {
     auto question = std::make_unique<Question>(
         connection_, client, mayAsk,
         [this, kept](auto answer, const std::string& reason) { answerClaim(kept.get(), answer, reason); });
-    clients_.emplace(client, Client{.user = user, .question = std::move(question), .lock = nullptr});
+    clients_.emplace(client,
+                     Client{.user = user, .question = std::move(question), .lock = nullptr, .given = {}});
 }
 
 void Agent::answerClaim(sd_bus_message* call, std::optional<bus::ClaimAnswer> answer,
@@ -189,8 +190,12 @@ void Agent::give(sd_bus_message* call) {
     for (const std::string& address : keeper_.claim(client)) {
         addresses += ' ' + address;
     }
-    files::say(client + ", user " + std::to_string(clients_.at(client).user) + ": Was given the cards at" +
-               addresses + ".");
+    Client& known = clients_.at(client);
+    if (!addresses.empty() && addresses != known.given) {
+        files::say(client + ", user " + std::to_string(known.user) + ": Was given the cards at" + addresses +
+                   ".");
+    }
+    known.given = addresses;
     require(sd_bus_reply_method_return(call, bus::kClaim.answer, bus::textOf(bus::ClaimAnswer::granted)),
             "The answer could not be sent");
 }

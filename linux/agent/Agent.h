@@ -39,6 +39,7 @@ class Agent {
         uid_t user;
         std::unique_ptr<Question> question;  // while it is open
         std::unique_ptr<WriteLock> lock;     // during a write
+        std::string given;                   // its cards' addresses, as the journal has them
     };
     // Answers a call, at once or later. What it throws is the answer if it fails.
     using Member = void (Agent::*)(sd_bus_message*);

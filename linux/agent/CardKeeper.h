@@ -47,6 +47,9 @@ class CardKeeper {
     // that a program that asks continuously cannot delay others.
     std::vector<pci::FoundCard> list(const std::string& client);
 
+    // Whether an agent, perhaps another than this one, has given the card to a program.
+    bool isTaken(const std::string& address) const { return cards_->isReady(address); }
+
     // Whether there is a card that a claim might give to the client.
     bool hasCardFor(const std::string& client);
     // Gives the client all usable cards that it does not have yet, and returns the addresses of all that it

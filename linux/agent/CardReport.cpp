@@ -12,7 +12,10 @@ bool reportCards(CardKeeper& keeper, std::ostream& out) {
         out << pci::refusals::noCard(keeper.rulesFolder()) << "\n";
     }
     bool isOneUsable = false;
-    for (const pci::FoundCard& card : cards) {
+    for (pci::FoundCard card : cards) {
+        if (card.isUsable() && keeper.isTaken(card.address)) {
+            card.refusal = pci::refusals::kInUse;
+        }
         out << card.address << "  " << card.name;
         if (card.location != card.address) {
             out << ", " << card.location;

@@ -119,6 +119,11 @@ bool Cards::isHeld(const std::string& address) const {
     return claim != claims_.end() && claim->second.ready->device().identifiers();
 }
 
+bool Cards::isReady(const std::string& address) const {
+    const auto device = bus_.device(address);
+    return device && ReadyDevice::isLeftBehind(*device);
+}
+
 std::map<std::string, std::string> Cards::claim(const std::string& client) {
     std::map<std::string, std::string> refusals;
     for (const FoundCard& card : list(client)) {

@@ -39,6 +39,10 @@ class Cards {
     // Whether a client has the device that is at the address now, not only one that was there before.
     bool isHeld(const std::string& address) const;
 
+    // Whether a program has made the device ready and not put it back: this one, another, or one that was
+    // killed.
+    bool isReady(const std::string& address) const;
+
     // Gives the client all usable cards, ready for their registers to be mapped (see ReadyDevice). Returns
     // the refusals of those that could not be made ready, by address. What the client has stays the client's.
     std::map<std::string, std::string> claim(const std::string& client);

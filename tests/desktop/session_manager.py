@@ -37,7 +37,6 @@ def tell(text):
     print(text, flush=True)
 
 
-
 @REGISTER
 def register(connection, _data, _previous):
     SM.SmsRegisterClientReply(POINTER(connection), SM.SmsGenerateClientID(POINTER(connection)))
@@ -107,7 +106,9 @@ def main():
     while True:
         for ready in select.select([sys.stdin, *listening, *clients], [], [])[0]:
             if ready is sys.stdin:
-                obey(sys.stdin.readline().strip())
+                if not (order := sys.stdin.readline()):
+                    return
+                obey(order.strip())
             elif ready in listening:
                 client = ICE.IceAcceptConnection(POINTER(listening[ready]), ctypes.byref(INT()))
                 clients[ICE.IceConnectionNumber(POINTER(client))] = client

@@ -100,8 +100,15 @@ class SystemBus:
         (folder / "bus.conf").write_text(BUS.format(folder=folder, root=ROOT, agent=AGENT, user=os.geteuid()))
         os.environ["DBUS_SYSTEM_BUS_ADDRESS"] = f"unix:path={folder}/bus"
         self.start("bus", "dbus-daemon", f"--config-file={folder}/bus.conf", "--nofork", "--nopidfile")
-        wait_until((folder / "bus").exists, "The bus did not start.")
-        self.connection = dbus.bus.BusConnection(os.environ["DBUS_SYSTEM_BUS_ADDRESS"])
+        wait_until(self.connect, "The bus did not start.")
+
+    def connect(self):
+        """Returns whether the bus listens already."""
+        try:
+            self.connection = dbus.bus.BusConnection(os.environ["DBUS_SYSTEM_BUS_ADDRESS"])
+        except dbus.DBusException:
+            return False
+        return True
 
     def reload(self):
         """Has the bus read again which services there are."""

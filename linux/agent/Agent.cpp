@@ -145,9 +145,8 @@ void Agent::ask(sd_bus_message* call, bool mayAsk) {
         std::ranges::count_if(clients_, [&](const auto& entry) { return entry.second.user == user; });
     if (clients_.size() >= kMostClients || ofUser >= kMostClientsOfAUser) {
         throw files::UserError(
-            "Too many programs are asking for the cards. Quit VUpdater wherever else it is open, or answer "
-            "its "
-            "question for the password.");
+            "Too many programs are asking for the cards. Quit VUpdater wherever else it is open, or "
+            "answer its question for the password.");
     }
     std::shared_ptr<sd_bus_message> kept(sd_bus_message_ref(call), sd_bus_message_unref);
     auto question = std::make_unique<Question>(

@@ -10,6 +10,7 @@
 #include "files/PrintableText.h"
 #include "linux/bus/AgentInterface.h"
 #include "linux/bus/PowerLock.h"
+#include "linux/client/AgentFailures.h"
 #include "linux/client/AgentPulse.h"
 #include "linux/client/ClaimMeaning.h"
 #include "linux/client/PowerOff.h"
@@ -26,29 +27,13 @@ constexpr std::chrono::microseconds kStartLimit = 15s;
 // A claim without a question for a password, for which polkit may have to be started as well.
 constexpr std::chrono::microseconds kPolkitLimit = 25s;
 
+// For the window, which is not drawn meanwhile.
+constexpr std::chrono::microseconds kEndLimit = 500ms;
+
 // Between two attempts to get a lock while the computer is going to sleep or shutting down.
 constexpr std::chrono::milliseconds kBetweenTries = 100ms;
 
 constexpr char kNoReply[] = "org.freedesktop.DBus.Error.NoReply";
-
-constexpr char kSilentAgent[] =
-    "The agent that opens this computer's cards does not answer. Run as root: systemctl restart "
-    "vupdater-agent. If that does not help, restart the computer. Then start VUpdater again.";
-
-std::string whyNoBus(int result) {
-    return "The system bus cannot be reached (" + bus::Error().reason(result) +
-           "). The cards cannot be used without it. Start the computer's D-Bus service.";
-}
-
-std::string whyTheAgentFails(const bus::Error& error, int result) {
-    if (error.is("org.freedesktop.DBus.Error.ServiceUnknown")) {
-        return "The agent that opens this computer's cards is not installed. Install VUpdater completely.";
-    }
-    return "The agent did not open this computer's cards: " + error.reason(result) +
-           ". Start VUpdater again. If that does not help, an administrator can see the agent's messages "
-           "with: "
-           "journalctl --unit vupdater-agent";
-}
 
 // The next value in the answer says whether a scheduled shutdown was cancelled.
 void sayWhetherCancelled(const bus::Message& answer) {
@@ -86,18 +71,26 @@ void AgentClient::makeCall(const bus::Message& call, std::chrono::microseconds l
 
 void AgentClient::callAgent(const bus::Message& call, std::chrono::microseconds limit, Answer& answer,
                             const std::function<bool()>& mayWait) {
-    AgentPulse pulse(connection_.get());
-    makeCall(call, limit, answer, [&] {
-        pulse.look();
-        return !pulse.hasStopped() && (!mayWait || mayWait());
-    });
-    const bool isTimeUp = answer.result == -ETIMEDOUT && !answer.error.isSet();
-    if (whyGivenUp_.empty() && (isTimeUp || pulse.hasStopped())) {
-        answer.result = -ETIMEDOUT;
-        whyGivenUp_ = connection_ ? kSilentAgent : whyNoBus(answer.result);
-        // So that the agent asks nobody for a password if it goes on later.
-        connection_.reset();
+    bool isSilent = false;
+    {
+        AgentPulse pulse(connection_.get());
+        makeCall(call, limit, answer, [&] {
+            pulse.look();
+            isSilent = pulse.hasStopped();
+            return !isSilent && (!mayWait || mayWait());
+        });
     }
+    const bool isTimeUp = answer.result == -ETIMEDOUT && !answer.error.isSet();
+    if (!whyGivenUp_.empty() || !(isTimeUp || isSilent)) {
+        return;
+    }
+    // An agent that is not silent may be waiting for polkit, or has yet to start.
+    if (isSilent || !connection_) {
+        answer.result = -ETIMEDOUT;
+        whyGivenUp_ = connection_ ? whyTheAgentIsSilent() : whyNoBus(answer.result);
+    }
+    // So that the agent asks nobody for a password if it goes on later.
+    connection_.reset();
 }
 
 std::optional<std::vector<pci::FoundCard>> AgentClient::cards() {
@@ -272,12 +265,12 @@ void AgentClient::endWrite() {
     // This alone ends the lock if the agent has died.
     lock_.close();
     sessionLock_.release();
-    // Nothing depends on the answer, and a bus that hangs must not hold the window. An agent to which there
-    // is no connection any more has noticed that.
+    // Nothing depends on the answer, but before it comes whatever the agent answered too late, perhaps with
+    // another lock. An agent to which there is no connection any more has noticed that.
+    Answer answer;
     const bus::Message call = bus::newCall(connection_.get(), bus::kAgent, bus::kEndWrite.name);
     sd_bus_message_set_auto_start(call.get(), 0);
-    sd_bus_message_set_expect_reply(call.get(), 0);
-    sd_bus_send(connection_.get(), call.get(), nullptr);
+    makeCall(call, kEndLimit, answer);
 }
 
 bool AgentClient::powerOff() {

@@ -1,6 +1,7 @@
 #include "linux/client/AgentPulse.h"
 
 #include <algorithm>
+#include <cstdint>
 
 #include "linux/bus/AgentInterface.h"
 

@@ -91,6 +91,9 @@ class CUpdaterApp : public LApplication, public LListener, public LBroadcaster {
     // Keeps whether the open card's firmware is whole, and tells the listeners.
     void RememberWhetherWritten(bool isWritten);
 
+    // Says, if there are any, which cards' updates have failed, and that they need their power.
+    void WarnOfIncompleteCards();
+
     // Gives the keyboard to the button that the user needs next after a write.
     void OfferNextStep();
 

@@ -52,6 +52,7 @@ void CUpdaterApp::UpdateCardInfo() {
     }
     uint16_t firmwareVersion = 0;
     if (!OpenChosenCard(item) || !ReadCardRegisters(firmwareVersion) || !ReadCardIdentity()) {
+        WarnOfIncompleteCards();
         DoQuit(kSaveOptionAsk);
         return;
     }

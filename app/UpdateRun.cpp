@@ -9,6 +9,7 @@
 #include "catalogue/CardModels.h"
 #include "framework/core/LException.h"
 #include "framework/widgets/DisplayWatchdog.h"
+#include "framework/widgets/LPopupButton.h"
 #include "framework/widgets/LProgressBar.h"
 #include "framework/widgets/LWindow.h"
 #include "hw/PromOperations.h"
@@ -65,6 +66,25 @@ void CUpdaterApp::UpdateFirmware() {
     }
 }
 
+void CUpdaterApp::WarnOfIncompleteCards() {
+    if (mIncompleteCardItems.empty()) {
+        return;
+    }
+    auto* const popup = ThrowIfNil(dynamic_cast<LPopupButton*>(mMainWindow->FindPaneByID(kCardPopupPane)));
+    std::string cards;
+    for (const int32_t item : mIncompleteCardItems) {
+        cards += (cards.empty() ? "" : ", ") + popup->GetItemText(item);
+    }
+    const std::string text =
+        "The last update of a card failed. Do not switch the computer off. Start VUpdater again and update "
+        "this card first: " +
+        cards;
+    ShowAlert("A card is incomplete", text.c_str());
+    SetWindowItemText(mMainWindow, kFinishedText2Pane,
+                      "Do not shut down yet: the last update of another card failed. Choose Quit in the File "
+                      "menu, start VUpdater again and update that card first.");
+}
+
 void CUpdaterApp::OfferNextStep() {
     // Clicks and keys made while the window was being redrawn were not meant for the buttons that appeared,
     // which ignore them during the run.
@@ -72,6 +92,9 @@ void CUpdaterApp::OfferNextStep() {
     // A user who is reading the help must see how the write ended.
     ClosePages();
     mMainWindow->CallForAttention();
+    if (mWindowState == kWindowFinished && !mIncompleteCardItems.empty()) {
+        return;  // no key may shut the computer down at once
+    }
     const PaneIDT next = mWindowState == kWindowFinished ? kPowerDownButtonPane : kUpdateButtonPane;
     ThrowIfNil(mMainWindow->FindPaneByID(next))->TakeKeyboard();
 }
@@ -112,6 +135,7 @@ void CUpdaterApp::WriteFirmware(uint8_t* image, uint32_t bytes) {
     // are about to appear.
     ProcessNextEvent();
     if (error != 0) {
+        // The alert before this one has named the error, unless an exception ended the write.
         ShowAlert(
             "EEPROM Programming Failure",
             "Updating the Firmware on the VornMX/K40/DX8 FAILED!\n"
@@ -120,6 +144,7 @@ void CUpdaterApp::WriteFirmware(uint8_t* image, uint32_t bytes) {
         ShowFirmwareState();
         ChangeWindowState(kWindowIdle);
     } else {
+        KeepException([this] { WarnOfIncompleteCards(); });
         ChangeWindowState(kWindowFinished);
     }
 }

@@ -7,6 +7,7 @@
 // it arrives after the code that fills the menu has returned.
 
 #include <QComboBox>
+#include <string>
 
 #include "framework/core/PascalString.h"
 #include "framework/widgets/LControl.h"
@@ -25,6 +26,9 @@ class LPopupButton : public QComboBox, public LControl {
     // whether or not metacharacters are ignored. A text too long for the popup is cut in the middle, because
     // equal cards differ at the end, in their slots; the tool tip then shows it in full.
     void AppendMenu(ConstStringPtr itemText, bool ignoreMetacharacters);
+
+    // The text of an item; empty if there is none of this number.
+    std::string GetItemText(int32_t value) const { return itemText(value - 1).toStdString(); }
 
     // Shows the list if the popup is usable.
     void showPopup() override;

@@ -196,22 +196,6 @@ TEST_F(FaultyUpdateTest, SleepIsPreventedUntilAWriteHasSucceeded) {
     });
 }
 
-TEST_F(FaultyUpdateTest, SleepIsPreventedAfterASuccessOnAnotherCard) {
-    bundle_.addImage("K40W08B.xsv", twoPageImage());
-    UpdaterSession session(machine_, bundle_);
-    WriteListener listener([&] { machine_.preventSleep(); }, [&] { machine_.allowSleep(); });
-    session.setup.windowStateListener = &listener;
-    session.run([&] {
-        card().inject({.kind = FaultKind::pageNotTaken, .page = 0});
-        session.click("UPDT");
-        card().clearFaults();
-        session.pickCard(2);
-        session.click("UPDT");
-        EXPECT_EQ(session.shownStatePanes(), finishedPanes);
-        EXPECT_TRUE(isPrevented());
-    });
-}
-
 // Faults that strike before or while a card is read.
 TEST_F(FaultyUpdateTest, BrokenCardEndsTheUpdater) {
     const struct {

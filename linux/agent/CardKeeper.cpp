@@ -19,6 +19,11 @@ using std::chrono::steady_clock;
 // Looking at every device takes milliseconds, and anybody may ask for it.
 constexpr std::chrono::milliseconds kListLasts(100);
 
+// A program unmaps the registers before it lets the cards go. One that ends, however it does, has let go of
+// them milliseconds after the bus has noticed, even on a busy computer. One that still has them after this
+// time lives on.
+constexpr std::chrono::seconds kEndingLasts(5);
+
 // In place of a client's name on the bus.
 constexpr char kEarlierAgent[] = "An earlier agent";
 
@@ -34,7 +39,7 @@ CardKeeper::CardKeeper(Folders folders) : folders_(std::move(folders)) {
 
 CardKeeper::~CardKeeper() {
     for (auto& [client, holding] : holdings_) {
-        holding.isGivenUp = true;
+        holding.givenUp = steady_clock::now();
     }
     if (takeBack()) {
         files::say("A program is still using a card, so the cards are left as they are.");
@@ -44,7 +49,7 @@ CardKeeper::~CardKeeper() {
 }
 
 void CardKeeper::takeOver() {
-    Holding holding{.probes = {}, .unprobed = {}, .isGivenUp = true};
+    Holding holding{.probes = {}, .unprobed = {}, .givenUp = steady_clock::now(), .staysAwake = true};
     const std::vector<std::string> addresses = cards_->claimLeftBehind(kEarlierAgent);
     for (const std::string& address : addresses) {
         holding.unprobed.emplace(address, "");
@@ -107,7 +112,7 @@ bool CardKeeper::hasCardFor(const std::string& client) {
 
 bool CardKeeper::hasCards(const std::string& client) const {
     const auto holding = holdings_.find(client);
-    return holding != holdings_.end() && !holding->second.isGivenUp;
+    return holding != holdings_.end() && !holding->second.givenUp;
 }
 
 std::vector<std::string> CardKeeper::claim(const std::string& client) {
@@ -135,7 +140,8 @@ std::vector<std::string> CardKeeper::claim(const std::string& client) {
     if (!addresses.empty()) {
         // The earlier probes stay: what the client had before may still be mapped, even if it is refused now.
         Holding& holding = holdings_[client];
-        holding.isGivenUp = false;
+        holding.givenUp.reset();
+        holding.staysAwake = false;
         for (const std::string& address : addresses) {
             std::ranges::move(added[address], std::back_inserter(holding.probes));
         }
@@ -162,7 +168,7 @@ void CardKeeper::giveUp(const std::string& client) {
     staleFrom_ = {};
     const auto holding = holdings_.find(client);
     if (holding != holdings_.end()) {
-        holding->second.isGivenUp = true;
+        holding->second.givenUp = holding->second.givenUp.value_or(steady_clock::now());
         takeBack();
     }
 }
@@ -172,8 +178,9 @@ bool CardKeeper::takeBack() {
     for (auto entry = holdings_.begin(); entry != holdings_.end();) {
         auto& [client, holding] = *entry;
         openProbes(holding);
-        if (!holding.isGivenUp || !holding.unprobed.empty() || isInUse(holding.probes)) {
-            isSomethingLeft |= holding.isGivenUp;
+        if (!holding.givenUp || !holding.unprobed.empty() || isInUse(holding.probes)) {
+            isSomethingLeft |= holding.givenUp.has_value();
+            keepAwakeIfUsedOn(client, holding);
             ++entry;
             continue;
         }
@@ -183,6 +190,14 @@ bool CardKeeper::takeBack() {
         entry = holdings_.erase(entry);
     }
     return isSomethingLeft;
+}
+
+void CardKeeper::keepAwakeIfUsedOn(const std::string& client, Holding& holding) {
+    if (holding.givenUp && !holding.staysAwake && steady_clock::now() >= *holding.givenUp + kEndingLasts) {
+        holding.staysAwake = true;
+        cards_->keepAwake(client);
+        files::say(client + ": It goes on using a card, perhaps to write, so its cards will stay awake.");
+    }
 }
 
 void CardKeeper::openProbes(Holding& holding) const {

@@ -14,6 +14,7 @@
 #include <filesystem>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -67,7 +68,9 @@ class CardKeeper {
 
     // The client no longer needs its cards.
     void giveUp(const std::string& client);
-    // Takes back what was given up and is no longer used. Returns whether something is left for another try.
+    // Takes back what was given up and is no longer used. A card that a program goes on using stays awake
+    // afterwards: the program may write, and cannot tell the agent. Returns whether something is left for
+    // another try.
     bool takeBack();
 
   private:
@@ -79,7 +82,8 @@ class CardKeeper {
         Probes probes;
         // Why a card's files could not be opened, by address: such a card may be in use.
         std::map<std::string, std::string> unprobed;
-        bool isGivenUp = false;
+        std::optional<std::chrono::steady_clock::time_point> givenUp;
+        bool staysAwake = false;
     };
 
     // The cards without what is known from claims that failed.
@@ -90,6 +94,7 @@ class CardKeeper {
     void readRules();
     // Opens what could not be opened before.
     void openProbes(Holding& holding) const;
+    void keepAwakeIfUsedOn(const std::string& client, Holding& holding);
     static bool isInUse(const Probes& probes);
 
     Folders folders_;

@@ -4,8 +4,9 @@ import os
 import signal
 import time
 
+import dbus
 from agent_bench import FIRST, check_equal, refusals
-from system_bus import check, is_decoding, wait_until
+from system_bus import AGENT, check, is_decoding, wait_until
 
 PROTECTED = "The computer stays on during the write."
 
@@ -80,6 +81,21 @@ def the_agent_dies(bench):
     wait_until(lambda: bench.bus.agent_process() is None, "The agent did not end.")
     bench.wait_until_all_is_undone()
     asking.kill()
+
+
+def a_client_outlives_its_connection(bench):
+    bench.polkit.SetAnswer("granted")
+    connection = dbus.bus.BusConnection(os.environ["DBUS_SYSTEM_BUS_ADDRESS"])
+    owner = dbus.Interface(connection.get_object(AGENT, "/com/vornlabs/VUpdater/Agent"), AGENT)
+    check_equal(str(owner.Claim(False)), "granted")
+    registers = owner.OpenRange(FIRST, dbus.UInt32(0))[0].take()
+    connection.close()
+    # Whether it writes from now on, no agent is told.
+    wait_until(lambda: all((card / "driver_override").read_text().endswith(" on\n") for card in bench.cards),
+               "The cards may sleep after what may be an incomplete write.")
+    check(all(map(is_decoding, bench.cards)), "A card was taken away from a program that uses it.")
+    os.close(registers)
+    bench.wait_until_all_is_undone(has_written=True)
 
 
 def others_hang_or_are_missing(bench):

@@ -53,6 +53,6 @@ class LCommander : public virtual LAttachable {
 
     LCommander* mSuper = nullptr;
     std::vector<LCommander*> mSubCommanders;
-    // Of the chain that this commander is the top of; null for the top itself.
+    // Of the chain that this commander is the top of; null until a commander has become the target.
     LCommander* mTarget = nullptr;
 };

@@ -6,7 +6,7 @@
 //
 // Every way out calls DoQuit: the menu, a window's close box, the end of the desktop session, the signals
 // SIGTERM, SIGINT, SIGHUP and SIGQUIT (while this object exists), and the application itself. If the
-// connection to the display or the session manager breaks, no one is asked: work under way is completed
+// connection to the display or the session manager breaks, nobody is asked: work under way is completed
 // without a display, and then Run says so on standard error and returns.
 
 #include <QDialog>

@@ -156,7 +156,7 @@ std::string MachineDirectory::unusedPromName() const {
     for (std::size_t number = promFiles_.size() + 1;; ++number) {
         std::string name = "card-" + std::to_string(number) + kPromExtension;
         const auto isTaken = [&](const auto& file) { return file->name == name; };
-        // A file of this name that is not the machine's belongs to someone else.
+        // A file of this name that is not the machine's belongs to somebody else.
         if (std::ranges::none_of(promFiles_, isTaken) && !folder_.status(name)) {
             return name;
         }

@@ -18,20 +18,25 @@
 namespace simulator {
 
 enum class FaultKind : uint8_t {
-    tdoStuckLow,
-    tdoStuckHigh,
-    chainBroken,            // TDI is high whatever is written, TDO floats high
+    // On the card's JTAG chain.
+    tdoStuckLow,   // the card reads TDO as 0, even if the chain is broken
+    tdoStuckHigh,  // the card reads TDO as 1
+    chainBroken,   // TDI is high whatever is written, TDO floats high
+    // In its PROM.
     foreignIdentification,  // the PROM answers with another identification code
     pageNotTaken,           // programming a page takes its time and changes nothing
     pageMisread,            // a page reads back wrongly a number of times, then correctly
     userCodeNotTaken,       // programming the user code takes its time and changes nothing
     slowProgramming,        // programming needs a multiple of the data sheet's time
-    powerLost,              // the whole machine goes off
-    machineSleeps,          // it takes the power away from all cards, and gives it back; its programs go on
-    cardVanished,           // the card keeps its power but does not answer on the bus
-    serviceNotOpened,       // the driver refuses connections to the card
-    serviceNotMapped,       // the driver does not map the card's memory
-    serviceSilent,          // the driver does not report the card's name and location
+    // In the whole machine, whichever of its cards has the fault.
+    powerLost,      // the machine goes off
+    machineSleeps,  // it takes the power away from all cards, and gives it back; its programs go on
+    // On the machine's bus, or on a guest computer's.
+    cardVanished,  // the card keeps its power but does not answer
+    // In the driver, which a guest computer does not use.
+    serviceNotOpened,  // the driver refuses connections to the card
+    serviceNotMapped,  // the driver does not map the card's memory
+    serviceSilent,     // the driver does not report the card's name and location
 };
 
 // One fault of a card. Which of code, page, times and factor a kind uses is in its description; the others

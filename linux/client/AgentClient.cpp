@@ -234,7 +234,7 @@ void AgentClient::takeLock() {
         if (isGoingDown) {
             lastGoingDown = Clock::now();
         }
-        if (hasOwn || !lastGoingDown || Clock::now() - *lastGoingDown > longestSilence_) {
+        if (hasOwn || !lastGoingDown || Clock::now() - *lastGoingDown > timeAwake_) {
             files::say(
                 std::string(hasOwn ? "You can switch the computer off during the write: "
                                    : "The computer can be switched off or put to sleep during the write: ") +

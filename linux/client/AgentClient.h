@@ -28,10 +28,10 @@ class AgentClient : public host::CardAgent {
     // reason, for the agent answers meanwhile.
     //
     // A write does not begin while the computer is going to sleep or off, nor until it has been awake for
-    // `longestSilence` since logind last said that it is.
+    // `timeAwake` since logind last said that it is.
     explicit AgentClient(std::function<bool()> mayWait = {},
-                         std::chrono::milliseconds longestSilence = std::chrono::minutes(5))
-        : mayWait_(std::move(mayWait)), longestSilence_(longestSilence) {}
+                         std::chrono::milliseconds timeAwake = std::chrono::minutes(5))
+        : mayWait_(std::move(mayWait)), timeAwake_(timeAwake) {}
 
     std::optional<std::vector<pci::FoundCard>> cards() override;
     Host::RightAnswer claim(bool mayAsk) override;
@@ -78,7 +78,7 @@ class AgentClient : public host::CardAgent {
     void takeLock();
 
     std::function<bool()> mayWait_;
-    std::chrono::milliseconds longestSilence_;
+    std::chrono::milliseconds timeAwake_;
     bus::Connection connection_;
     std::string whyGivenUp_;  // what to do about it; empty if the agent was not given up
     // While a lock is being taken.

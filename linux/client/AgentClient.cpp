@@ -127,19 +127,19 @@ void AgentClient::askForClaim(bool mayAsk, Answer& answer) {
 }
 
 Host::RightAnswer AgentClient::claim(bool mayAsk) {
-    Answer answer;
-    askForClaim(mayAsk, answer);
-    if (answer.error.is(kNoReply)) {
+    std::optional<Answer> answer(std::in_place);
+    askForClaim(mayAsk, *answer);
+    if (answer->error.is(kNoReply)) {
         // The agent exits when nobody has used it for a while, and may have done so just now.
-        askForClaim(mayAsk, answer);
+        askForClaim(mayAsk, answer.emplace());
     }
-    if (answer.result == -ECANCELED) {
+    if (answer->result == -ECANCELED) {
         // So that the claim is not granted later. The agent withdraws its question.
         connection_.reset();
         return Host::RightAnswer::cancelled;
     }
     const char* text = "";
-    sd_bus_message_read(answer.message.get(), bus::kClaim.answer, &text);
+    sd_bus_message_read(answer->message.get(), bus::kClaim.answer, &text);
     if (const auto known = bus::claimAnswerOf(text)) {
         const ClaimMeaning meaning = meaningOf(*known);
         if (mayAsk && meaning.explanation != nullptr) {
@@ -148,7 +148,7 @@ Host::RightAnswer AgentClient::claim(bool mayAsk) {
         return meaning.right;
     }
     if (mayAsk) {
-        files::say(whyNotClaimed(answer));
+        files::say(whyNotClaimed(*answer));
     }
     return Host::RightAnswer::denied;
 }

@@ -1,5 +1,6 @@
 #include "linux/agent/Question.h"
 
+#include <cerrno>
 #include <cstdint>
 #include <cstring>
 #include <utility>
@@ -9,8 +10,6 @@
 namespace agent {
 namespace {
 
-constexpr bus::Object kPolkit{"org.freedesktop.PolicyKit1", "/org/freedesktop/PolicyKit1/Authority",
-                              "org.freedesktop.PolicyKit1.Authority"};
 // What the administrator permits; its description in share/agent/ has the same name.
 constexpr char kAction[] = "com.vornlabs.vupdater.use-cards";
 constexpr uint32_t kAllowUserInteraction = 1;
@@ -52,7 +51,8 @@ std::string nextId() {
 
 Question::Question(sd_bus* connection, const std::string& client, bool mayAsk, Done done)
     : connection_(connection), id_(nextId()), done_(std::move(done)) {
-    const bus::Message call = bus::newCall(connection, kPolkit, "CheckAuthorization");
+    pulse_.emplace(connection, [this] { giveUp(); });
+    const bus::Message call = bus::newCall(connection, bus::kPolkit, "CheckAuthorization");
     sd_bus_message_append(call.get(), "(sa{sv})", "system-bus-name", 1, "name", "s", client.c_str());
     sd_bus_message_append(call.get(), "sa{ss}us", kAction, 0, mayAsk ? kAllowUserInteraction : 0,
                           id_.c_str());
@@ -65,17 +65,30 @@ Question::Question(sd_bus* connection, const std::string& client, bool mayAsk, D
 }
 
 Question::~Question() {
+    withdraw();
+}
+
+void Question::withdraw() {
+    pulse_.reset();
     if (pending_) {
-        const bus::Message call = bus::newCall(connection_, kPolkit, "CancelCheckAuthorization");
+        pending_.reset();
+        const bus::Message call = bus::newCall(connection_, bus::kPolkit, "CancelCheckAuthorization");
         sd_bus_message_append(call.get(), "s", id_.c_str());
         sd_bus_message_set_expect_reply(call.get(), 0);
         sd_bus_send(connection_, call.get(), nullptr);
     }
 }
 
+void Question::giveUp() {
+    const Done done = std::move(done_);
+    withdraw();
+    done(std::nullopt, bus::Error().reason(-ETIMEDOUT));
+}
+
 int Question::onAnswer(sd_bus_message* answer, void* question, sd_bus_error* /*error*/) {
     auto* const self = static_cast<Question*>(question);
     const bus::Slot answered = std::move(self->pending_);
+    self->pulse_.reset();
     const Done done = std::move(self->done_);
     const std::optional<bus::ClaimAnswer> given =
         sd_bus_message_is_method_error(answer, nullptr) != 0 ? std::nullopt : answerIn(answer);

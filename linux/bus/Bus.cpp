@@ -72,6 +72,12 @@ Message newCall(sd_bus* connection, const Object& object, const char* member) {
     return Message(message);
 }
 
+Message newPropertyCall(sd_bus* connection, const Object& object, const char* property) {
+    Message call = newCall(connection, {object.owner, object.path, "org.freedesktop.DBus.Properties"}, "Get");
+    sd_bus_message_append(call.get(), "ss", object.interface, property);
+    return call;
+}
+
 Message answerTo(const Message& call, microseconds limit, Error& error, int& result,
                  const std::function<bool()>& mayWait) {
     // sd_bus_call would lose the answer if a signal interrupted it.

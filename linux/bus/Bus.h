@@ -54,9 +54,14 @@ struct Object {
 
 constexpr Object kLogind{"org.freedesktop.login1", "/org/freedesktop/login1",
                          "org.freedesktop.login1.Manager"};
+constexpr Object kPolkit{"org.freedesktop.PolicyKit1", "/org/freedesktop/PolicyKit1/Authority",
+                         "org.freedesktop.PolicyKit1.Authority"};
 
 // A call, still without arguments; null if there is no connection.
 Message newCall(sd_bus* connection, const Object& object, const char* member);
+
+// The call for the value of a property; null if there is no connection.
+Message newPropertyCall(sd_bus* connection, const Object& object, const char* property);
 
 // Longer than anybody takes to enter a password.
 constexpr std::chrono::microseconds kNoLimit = std::chrono::hours(24 * 365);

@@ -23,12 +23,11 @@ constexpr std::chrono::microseconds kUnlockLimit = 2s;
 constexpr std::chrono::microseconds kPowerOffLimit = 2min;
 
 bool isShuttingDown(sd_bus* connection) {
-    const bus::Message call = bus::newCall(
-        connection, {bus::kLogind.owner, bus::kLogind.path, "org.freedesktop.DBus.Properties"}, "Get");
-    sd_bus_message_append(call.get(), "ss", bus::kLogind.interface, "PreparingForShutdown");
     bus::Error error;
     int result = 0;
-    const bus::Message answer = bus::answerTo(call, kQuestionLimit, error, result);
+    const bus::Message answer =
+        bus::answerTo(bus::newPropertyCall(connection, bus::kLogind, "PreparingForShutdown"), kQuestionLimit,
+                      error, result);
     int shuttingDown = 0;
     return sd_bus_message_read(answer.get(), "v", "b", &shuttingDown) > 0 && shuttingDown != 0;
 }

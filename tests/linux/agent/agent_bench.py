@@ -2,6 +2,7 @@
 and logind."""
 
 import argparse
+import multiprocessing
 import pathlib
 import shutil
 import tempfile
@@ -71,22 +72,32 @@ def refusals(client):
     return [line.rsplit("|", 1)[1] for line in client.ask("cards")]
 
 
+def run_bench(programs, cases, options):
+    folder = pathlib.Path(tempfile.mkdtemp(prefix="vupdater-bus-"))
+    bench = Bench(folder, programs, **options)
+    try:
+        for case in cases:
+            print(case.__name__.replace("_", " "), flush=True)
+            case(bench)
+    except Exception:
+        traceback.print_exc()
+        print(*(f"--- {log.name}\n{log.read_text()}" for log in folder.glob("*.log")), sep="\n")
+        raise SystemExit(1) from None
+    finally:
+        bench.bus.stop()
+        shutil.rmtree(folder)
+
+
 def run_benches(benches):
-    """Runs the groups of cases, each with a bus of its own and the options of its agent."""
+    """Runs the groups of cases at the same time, each with a bus of its own and the options of its agent."""
     parser = argparse.ArgumentParser()
     parser.add_argument("--programs", type=pathlib.Path, default=pathlib.Path(__file__).resolve().parents[3] / "build/release/bin")
     programs = parser.parse_args().programs.resolve()
-    for cases, options in benches:
-        folder = pathlib.Path(tempfile.mkdtemp(prefix="vupdater-bus-"))
-        bench = Bench(folder, programs, **options)
-        try:
-            for case in cases:
-                print(case.__name__.replace("_", " "), flush=True)
-                case(bench)
-        except Exception:
-            traceback.print_exc()
-            print(*(f"--- {log.name}\n{log.read_text()}" for log in folder.glob("*.log")), sep="\n")
-            raise SystemExit(1) from None
-        finally:
-            bench.bus.stop()
-            shutil.rmtree(folder)
+    # They mostly wait for time limits.
+    groups = [multiprocessing.Process(target=run_bench, args=(programs, *bench)) for bench in benches]
+    for group in groups:
+        group.start()
+    for group in groups:
+        group.join()
+    if any(group.exitcode != 0 for group in groups):
+        raise SystemExit(1)

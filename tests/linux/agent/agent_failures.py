@@ -8,6 +8,7 @@ import dbus
 from agent_bench import FIRST, check_equal, refusals
 from system_bus import AGENT, check, is_decoding, wait_until
 
+POLKITS_SILENCE_SECONDS = 16  # after which it is given up
 PROTECTED = "The computer stays on during the write."
 
 
@@ -164,6 +165,34 @@ def others_hang_or_are_missing(bench):
     check_equal(asking.ask("claim-asking"), ["denied"])
     check(all(text in asking.said() for text in ("polkit does not answer (", "systemctl restart polkit")), asking.said())
     asking.kill()
+
+
+def polkit_hangs(bench):
+    bench.polkit.SetAnswer("dialog")
+    asking, waiting, polkit = bench.client(), bench.client(), bench.bus.processes[1]
+    asking.send("claim-asking")
+    wait_until(lambda: bench.polkit.CountOpenQuestions() == 1, "Nobody was asked.")
+    # Somebody takes longer to type a password.
+    time.sleep(POLKITS_SILENCE_SECONDS + 2)
+    bench.polkit.AnswerDialog("granted")
+    check_equal(asking.answer() + asking.ask("let-go"), ["granted"])
+    asking.send("claim-asking")
+    wait_until(lambda: bench.polkit.CountOpenQuestions() == 1, "Nobody was asked.")
+    polkit.send_signal(signal.SIGSTOP)
+    since = time.monotonic()
+    waiting.send("claim")
+    check_equal(waiting.answer() + asking.answer(), ["denied", "denied"])
+    seconds = time.monotonic() - since
+    polkit.send_signal(signal.SIGCONT)
+    check(abs(seconds - POLKITS_SILENCE_SECONDS) < 5, f"A silent polkit was waited for {seconds:.1f} seconds.")
+    check("polkit does not answer (" in asking.said() and not waiting.said(), asking.said() + waiting.said())
+    wait_until(lambda: bench.polkit.CountOpenQuestions() == 0, "The dialog was not taken back.")
+    # Without a question, polkit is left alone.
+    calls = bench.bus.said("polkit").count(" Get ")
+    time.sleep(1.5)
+    check_equal(bench.bus.said("polkit").count(" Get "), calls)
+    for client in (asking, waiting):
+        client.kill()
 
 
 def nothing_is_there(bench):

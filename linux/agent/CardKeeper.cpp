@@ -1,12 +1,8 @@
 #include "linux/agent/CardKeeper.h"
 
-#include <sys/file.h>
-
 #include <algorithm>
-#include <iterator>
 #include <utility>
 
-#include "files/FileError.h"
 #include "files/PrintableText.h"
 #include "linux/pci/CardRuleFiles.h"
 #include "linux/pci/base/Refusals.h"
@@ -27,8 +23,19 @@ constexpr std::chrono::seconds kEndingLasts(5);
 // In place of a client's name on the bus.
 constexpr char kEarlierAgent[] = "An earlier agent";
 
-void sayMayBeUsed(const std::string& address, const std::string& whyUnknown) {
-    files::say(address + ": A program may still be using it. " + whyUnknown);
+void sayAbout(const std::string& address, const std::string& text) {
+    files::say(address + ": " + text);
+}
+
+// Says the texts that are new, and remembers them all.
+void sayNews(const std::map<std::string, std::string>& texts, std::map<std::string, std::string>& said) {
+    for (const auto& [address, text] : texts) {
+        const auto known = said.find(address);
+        if (known == said.end() || known->second != text) {
+            sayAbout(address, text);
+        }
+    }
+    said = texts;
 }
 
 }  // namespace
@@ -49,16 +56,13 @@ CardKeeper::~CardKeeper() {
 }
 
 void CardKeeper::takeOver() {
-    Holding holding{.probes = {}, .unprobed = {}, .givenUp = steady_clock::now(), .staysAwake = true};
-    const std::vector<std::string> addresses = cards_->claimLeftBehind(kEarlierAgent);
-    for (const std::string& address : addresses) {
-        holding.unprobed.emplace(address, "");
-        files::say(address + ": Taken over from an agent that was killed.");
+    for (const std::string& address : cards_->claimLeftBehind(kEarlierAgent)) {
+        sayAbout(address, "Taken over from an agent that was killed.");
     }
-    if (!addresses.empty()) {
+    if (cards_->hasAny(kEarlierAgent)) {
         // The program that had them may have begun a write since, of which no agent was told.
         cards_->keepAwake(kEarlierAgent);
-        holdings_.emplace(kEarlierAgent, std::move(holding));
+        holdings_[kEarlierAgent] = {.givenUp = steady_clock::now(), .staysAwake = true, .saidOfUse = {}};
     }
 }
 
@@ -93,10 +97,10 @@ std::vector<pci::FoundCard> CardKeeper::seenBy(const std::string& client) {
 
 std::vector<pci::FoundCard> CardKeeper::withRefusals(std::vector<pci::FoundCard> cards,
                                                      const std::string& client) const {
-    const auto refusals = refusals_.find(client);
+    const auto known = refusals_.find(client);
     for (pci::FoundCard& card : cards) {
-        if (card.isUsable() && refusals != refusals_.end() && refusals->second.contains(card.address)) {
-            card.refusal = refusals->second.at(card.address);
+        if (card.isUsable() && known != refusals_.end() && known->second.contains(card.address)) {
+            card.refusal = known->second.at(card.address);
         }
     }
     return cards;
@@ -117,49 +121,28 @@ bool CardKeeper::hasCards(const std::string& client) const {
 
 std::vector<std::string> CardKeeper::claim(const std::string& client) {
     readRules();
-    std::map<std::string, Probes> added;
-    for (const pci::FoundCard& card : cards_->list(client)) {
-        if (card.isUsable() && !cards_->isHeld(card.address)) {
-            added.emplace(card.address, cards_->rangeFiles(card.address));
-        }
-    }
-    // Checked first: undoing a claim restores the cards, even while a program still uses one.
-    if (std::ranges::any_of(added, [](const auto& entry) { return isInUse(entry.second); })) {
-        throw files::UserError(pci::refusals::kStillInUse);
-    }
     staleFrom_ = {};
     refusals_[client] = cards_->claim(client);
     std::vector<std::string> addresses;
     for (const pci::FoundCard& card : withRefusals(cards_->list(client), client)) {
-        if (card.isUsable()) {
+        if (!card.isUsable()) {
+            sayAbout(card.address, card.refusal);
+        } else if (cards_->isHeld(card.address)) {
             addresses.push_back(card.address);
-        } else {
-            files::say(card.address + ": " + card.refusal);
         }
     }
-    if (!addresses.empty()) {
-        // The earlier probes stay: what the client had before may still be mapped, even if it is refused now.
-        Holding& holding = holdings_[client];
-        holding.givenUp.reset();
-        holding.staysAwake = false;
-        for (const std::string& address : addresses) {
-            std::ranges::move(added[address], std::back_inserter(holding.probes));
-        }
+    if (cards_->hasAny(client)) {
+        holdings_[client] = {};
     }
     return addresses;
 }
 
 pci::OpenedRange CardKeeper::openRange(const std::string& client, const std::string& address,
-                                       uint32_t memoryRange) {
+                                       uint32_t memoryRange) const {
     if (!hasCards(client)) {
         throw files::UserError(pci::refusals::kNotClaimed);
     }
-    pci::OpenedRange opened = cards_->openRange(client, address, memoryRange);
-    // Shared, because a client may open a range more than once.
-    if (flock(opened.file.descriptor(), LOCK_SH | LOCK_NB) != 0) {
-        throw files::FileError(address, "could not be locked", errno);
-    }
-    return opened;
+    return cards_->openRange(client, address, memoryRange);
 }
 
 void CardKeeper::giveUp(const std::string& client) {
@@ -177,51 +160,38 @@ bool CardKeeper::takeBack() {
     bool isSomethingLeft = false;
     for (auto entry = holdings_.begin(); entry != holdings_.end();) {
         auto& [client, holding] = *entry;
-        openProbes(holding);
-        if (!holding.givenUp || !holding.unprobed.empty() || isInUse(holding.probes)) {
-            isSomethingLeft |= holding.givenUp.has_value();
+        if (!holding.givenUp) {
+            ++entry;
+        } else if (isInUse(client, holding)) {
+            isSomethingLeft = true;
             keepAwakeIfUsedOn(client, holding);
             ++entry;
-            continue;
+        } else {
+            staleFrom_ = {};
+            cards_->release(client);
+            files::say(client + ": The cards were taken back.");
+            entry = holdings_.erase(entry);
         }
-        staleFrom_ = {};
-        cards_->release(client);
-        files::say(client + ": The cards were taken back.");
-        entry = holdings_.erase(entry);
     }
     return isSomethingLeft;
 }
 
+bool CardKeeper::isInUse(const std::string& client, Holding& holding) {
+    const pci::Cards::Use use = cards_->use(client);
+    TextsByAddress unknown;
+    for (const auto& [address, reason] : use.unknown) {
+        unknown.emplace(address, "A program may still be using it. " + reason);
+    }
+    sayNews(unknown, holding.saidOfUse);
+    return use.isGoingOn || !unknown.empty();
+}
+
 void CardKeeper::keepAwakeIfUsedOn(const std::string& client, Holding& holding) {
-    if (holding.givenUp && !holding.staysAwake && steady_clock::now() >= *holding.givenUp + kEndingLasts) {
+    if (!holding.staysAwake && steady_clock::now() >= *holding.givenUp + kEndingLasts) {
         holding.staysAwake = true;
         cards_->keepAwake(client);
         files::say(client + ": It goes on using a card, perhaps to write, so its cards will stay awake.");
     }
-}
-
-void CardKeeper::openProbes(Holding& holding) const {
-    for (auto entry = holding.unprobed.begin(); entry != holding.unprobed.end();) {
-        auto& [address, failure] = *entry;
-        try {
-            std::ranges::move(cards_->rangeFiles(address), std::back_inserter(holding.probes));
-            entry = holding.unprobed.erase(entry);
-        } catch (const files::UserError& error) {
-            if (failure != error.what()) {
-                failure = error.what();
-                sayMayBeUsed(address, failure);
-            }
-            ++entry;
-        }
-    }
-}
-
-bool CardKeeper::isInUse(const Probes& probes) {
-    return std::ranges::any_of(probes, [](const files::OpenFile& probe) {
-        const bool isLocked = flock(probe.descriptor(), LOCK_EX | LOCK_NB) != 0;
-        flock(probe.descriptor(), LOCK_UN);
-        return isLocked;
-    });
 }
 
 }  // namespace agent

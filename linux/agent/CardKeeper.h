@@ -1,12 +1,7 @@
 #pragma once
 
-// Which client has which cards. A card is taken back only when no program has its registers mapped any more:
-// restoring it may switch its memory off, which would ruin a write that is under way.
-//
-// A program keeps its mapping, whatever becomes of its connection to the bus or of the agent. So every range
-// that is handed out carries a lock on its file, which the kernel keeps until the last mapping and descriptor
-// are gone. With it the agent notices programs that hang or outlive the agent. A program could deceive it by
-// unlocking the file, but only one that an administrator has allowed to use the cards.
+// Which client has which cards. A card is taken back only when no program has its registers mapped any more
+// (see pci::RangeLocks): restoring it may switch its memory off, which would ruin a write that is under way.
 
 #include <sys/types.h>
 
@@ -54,14 +49,13 @@ class CardKeeper {
     // Whether there is a card that a claim might give to the client.
     bool hasCardFor(const std::string& client);
     // Gives the client all usable cards that it does not have yet, and returns the addresses of all that it
-    // can use. Throws files::UserError if a program that had a new one from an earlier agent still uses it,
-    // or if that is unknown.
+    // can use.
     std::vector<std::string> claim(const std::string& client);
     bool hasCards(const std::string& client) const;
 
     // A memory range of a card of the client's. Throws files::UserError.
     [[nodiscard]] pci::OpenedRange openRange(const std::string& client, const std::string& address,
-                                             uint32_t memoryRange);
+                                             uint32_t memoryRange) const;
 
     // The client is about to write into its cards.
     void noteWrite(const std::string& client) { cards_->keepAwake(client); }
@@ -74,16 +68,12 @@ class CardKeeper {
     bool takeBack();
 
   private:
-    // The files of cards' ranges once more, to find out whether the ones that were handed out are still
-    // locked.
-    using Probes = std::vector<files::OpenFile>;
+    using TextsByAddress = std::map<std::string, std::string>;
 
     struct Holding {
-        Probes probes;
-        // Why a card's files could not be opened, by address: such a card may be in use.
-        std::map<std::string, std::string> unprobed;
         std::optional<std::chrono::steady_clock::time_point> givenUp;
         bool staysAwake = false;
+        TextsByAddress saidOfUse;
     };
 
     // The cards without what is known from claims that failed.
@@ -92,18 +82,16 @@ class CardKeeper {
                                              const std::string& client) const;
     // Reads the rules again while no client has cards, so that changed files take effect without a restart.
     void readRules();
-    // Opens what could not be opened before.
-    void openProbes(Holding& holding) const;
+    bool isInUse(const std::string& client, Holding& holding);
     void keepAwakeIfUsedOn(const std::string& client, Holding& holding);
-    static bool isInUse(const Probes& probes);
 
     Folders folders_;
     pci::CardRules rules_;
     std::unique_ptr<pci::Cards> cards_;
     std::map<std::string, Holding> holdings_;  // by client
-    // By client and address, until the client leaves: why its latest claim could not make the card ready. The
-    // next claim may, so nobody else is told.
-    std::map<std::string, std::map<std::string, std::string>> refusals_;
+    // By client, until it leaves: why its latest claim could not make a card ready. The next claim may, so
+    // nobody else is told.
+    std::map<std::string, TextsByAddress> refusals_;
     std::vector<pci::FoundCard> listed_;  // the latest list for clients without cards
     std::chrono::steady_clock::time_point staleFrom_;
 };

@@ -44,6 +44,16 @@ std::optional<Attributes> Attributes::open(const std::filesystem::path& folder) 
     }
 }
 
+// Asks without opening anything, which can fail for reasons of this program's own.
+bool Attributes::isStillThere() const {
+    struct stat there {};
+    if (::stat(folder_.name().c_str(), &there) != 0) {
+        return errno != ENOENT && errno != ENOTDIR;
+    }
+    const struct stat own = folder_.status();
+    return own.st_dev == there.st_dev && own.st_ino == there.st_ino;
+}
+
 std::optional<std::string> Attributes::text(const std::string& name) const {
     const auto file = openOrdinary(folder_, name, O_RDONLY);
     if (!file) {

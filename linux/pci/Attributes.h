@@ -19,6 +19,9 @@ class Attributes {
     // Nothing if there is no such folder.
     [[nodiscard]] static std::optional<Attributes> open(const std::filesystem::path& folder);
 
+    // Whether the folder is still where it was opened, and no other one is. True if that is unknown.
+    bool isStillThere() const;
+
     // An attribute's text; nothing if it cannot be read or is longer than any attribute is.
     std::optional<std::string> text(const std::string& name) const;
     // The last part of where a link leads; nothing if there is no such link, empty if it cannot be read.

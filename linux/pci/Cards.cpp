@@ -16,10 +16,6 @@ namespace {
 // More than any card has, and little enough for a program with 32-bit addresses.
 constexpr uint64_t kMostBytes = 0x10000000;
 
-files::OpenFile openBar(const PciDevice& device, std::size_t bar) {
-    return device.attributes().openForMapping("resource" + std::to_string(bar));
-}
-
 // Finds out what only an attempt shows: a kernel that is locked down, or that keeps the range for itself.
 void tryMapping(const files::OpenFile& file) {
     void* const page = ::mmap(nullptr, pageBytes(), PROT_READ | PROT_WRITE, MAP_SHARED, file.descriptor(), 0);
@@ -99,24 +95,9 @@ std::vector<FoundCard> Cards::list(const std::string& client) const {
     return cards;
 }
 
-std::vector<files::OpenFile> Cards::rangeFiles(const std::string& address) const {
-    const auto device = bus_.device(address);
-    const auto resources = device ? device->resources() : std::nullopt;
-    if (!resources) {
-        throw files::UserError(refusals::kGone);
-    }
-    std::vector<files::OpenFile> files;
-    for (std::size_t bar = 0; bar < kBars; ++bar) {
-        if ((*resources)[bar].isPlacedMemory()) {
-            files.push_back(openBar(*device, bar));
-        }
-    }
-    return files;
-}
-
 bool Cards::isHeld(const std::string& address) const {
     const auto claim = claims_.find(address);
-    return claim != claims_.end() && claim->second.ready->device().identifiers();
+    return claim != claims_.end() && claim->second.ready->device().attributes().isStillThere();
 }
 
 bool Cards::isReady(const std::string& address) const {
@@ -136,15 +117,32 @@ std::map<std::string, std::string> Cards::claim(const std::string& client) {
         if (rule == nullptr || rule->isSimulated != card.isSimulated || !refusal(*device, *rule).empty()) {
             continue;
         }
-        claims_.erase(card.address);  // undone before the device that has its address now is made ready
-        auto ready = std::make_unique<ReadyDevice>(std::move(*device));
-        if (ready->refusal().empty()) {
-            claims_.emplace(card.address, Claim{.client = client, .ready = std::move(ready)});
-        } else {
-            refusals.emplace(card.address, ready->refusal());
+        if (std::string failure = take(client, std::move(*device)); !failure.empty()) {
+            refusals.emplace(card.address, std::move(failure));
         }
     }
     return refusals;
+}
+
+std::string Cards::take(const std::string& client, PciDevice device) {
+    try {
+        const std::string address = device.address();
+        RangeLocks locks(device);
+        // Before anything is changed: undoing that later would ruin what the program does with the card.
+        if (locks.isAnyHeld()) {
+            return refusals::kStillInUse;
+        }
+        claims_.erase(address);  // undone before the device that has its address now is made ready
+        auto ready = std::make_unique<ReadyDevice>(std::move(device));
+        std::string failure = ready->refusal();
+        if (failure.empty()) {
+            claims_.emplace(address,
+                            Claim{.client = client, .ready = std::move(ready), .locks = std::move(locks)});
+        }
+        return failure;
+    } catch (const files::UserError& error) {
+        return error.what();
+    }
 }
 
 std::vector<std::string> Cards::claimLeftBehind(const std::string& client) {
@@ -153,7 +151,7 @@ std::vector<std::string> Cards::claimLeftBehind(const std::string& client) {
         auto device = bus_.device(address);
         if (device && !claims_.contains(address) && ReadyDevice::isLeftBehind(*device)) {
             auto ready = std::make_unique<ReadyDevice>(std::move(*device));
-            claims_.emplace(address, Claim{.client = client, .ready = std::move(ready)});
+            claims_.emplace(address, Claim{.client = client, .ready = std::move(ready), .locks = {}});
             addresses.push_back(address);
         }
     }
@@ -185,15 +183,39 @@ OpenedRange Cards::openRange(const std::string& client, const std::string& addre
     if (!device.clearInCommand(PciDevice::kBusMastering)) {
         throw files::UserError(refusals::kBusMastering);
     }
-    files::OpenFile file = openBar(device, window->bar);
+    files::OpenFile file = device.openBar(window->bar);
     tryMapping(file);
     // The kernel may have moved the device meanwhile.
     if (device.resources() != resources) {
         throw files::UserError(refusals::kGone);
     }
+    lockRange(file);
     return {.file = std::move(file),
             .offsetInPage = static_cast<uint32_t>(window->resource.first % pageBytes()),
             .bytes = static_cast<uint32_t>(std::min(window->resource.bytes(), kMostBytes))};
+}
+
+bool Cards::hasAny(const std::string& client) const {
+    return std::ranges::any_of(claims_, [&](const auto& claim) { return claim.second.client == client; });
+}
+
+Cards::Use Cards::use(const std::string& client) {
+    Use use;
+    for (auto& [address, claim] : claims_) {
+        // The kernel ends the mappings of a device that is taken out.
+        if (claim.client != client || !claim.ready->device().attributes().isStillThere()) {
+            continue;
+        }
+        try {
+            if (!claim.locks) {
+                claim.locks.emplace(claim.ready->device());
+            }
+            use.isGoingOn |= claim.locks->isAnyHeld();
+        } catch (const files::UserError& error) {
+            use.unknown.emplace(address, error.what());
+        }
+    }
+    return use;
 }
 
 void Cards::keepAwake(const std::string& client) {

@@ -8,13 +8,14 @@
 #include <filesystem>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
-#include "files/OpenFile.h"
 #include "files/UserError.h"
 #include "linux/pci/CardRules.h"
 #include "linux/pci/PciBus.h"
+#include "linux/pci/RangeLocks.h"
 #include "linux/pci/ReadyDevice.h"
 #include "linux/pci/base/FoundCard.h"
 #include "linux/pci/base/MemoryRange.h"
@@ -32,10 +33,6 @@ class Cards {
     // refused. Changes nothing and needs no rights. A client is any text that stays the same.
     std::vector<FoundCard> list(const std::string& client) const;
 
-    // The files behind a device's memory ranges, to look at the locks that others have put on them. Opening
-    // them changes nothing. Throws files::UserError if one cannot be opened.
-    std::vector<files::OpenFile> rangeFiles(const std::string& address) const;
-
     // Whether a client has the device that is at the address now, not only one that was there before.
     bool isHeld(const std::string& address) const;
 
@@ -44,7 +41,8 @@ class Cards {
     bool isReady(const std::string& address) const;
 
     // Gives the client all usable cards, ready for their registers to be mapped (see ReadyDevice). Returns
-    // the refusals of those that could not be made ready, by address. What the client has stays the client's.
+    // the refusals of those that could not be made ready or may still be in use by a program that had them
+    // from an earlier agent, by address. What the client has stays the client's.
     std::map<std::string, std::string> claim(const std::string& client);
 
     // Gives the client, ready or not, the devices that a program had made ready before it was killed,
@@ -57,6 +55,17 @@ class Cards {
     [[nodiscard]] OpenedRange openRange(const std::string& client, const std::string& address,
                                         uint32_t memoryRange) const;
 
+    // Whether the client has a card, even one that is refused now.
+    bool hasAny(const std::string& client) const;
+
+    // What is known of programs that have registers of the client's cards open or mapped.
+    struct Use {
+        bool isGoingOn = false;
+        // Of the other cards that a program may be using, why that is unknown, by address.
+        std::map<std::string, std::string> unknown;
+    };
+    Use use(const std::string& client);
+
     // Keeps the client's cards awake even after they have been taken back. A card whose firmware is
     // incomplete is lost when its power goes, and the port above a card that may sleep can take it away.
     void keepAwake(const std::string& client);
@@ -68,10 +77,13 @@ class Cards {
     struct Claim {
         std::string client;
         std::unique_ptr<ReadyDevice> ready;
+        std::optional<RangeLocks> locks;  // nothing until they could be looked at
     };
 
     const CardRule* ruleFor(const PciDevice& device) const;
     std::string refusal(const PciDevice& device, const CardRule& rule) const;
+    // Gives the client the device. Returns the refusal; empty if the device is the client's now.
+    [[nodiscard]] std::string take(const std::string& client, PciDevice device);
     std::string refusalOfClaims(const std::string& address, const std::string& client) const;
 
     PciBus bus_;

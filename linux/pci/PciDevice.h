@@ -69,6 +69,11 @@ class PciDevice {
     // Restores an earlier value, if the device is still there.
     void restoreCommand(uint16_t command) const { static_cast<void>(writeCommand(command)); }
 
+    // Opens the memory of a base address register for mapping. Throws files::FileError.
+    [[nodiscard]] files::OpenFile openBar(std::size_t bar) const {
+        return attributes_.openForMapping("resource" + std::to_string(bar));
+    }
+
   private:
     [[nodiscard]] bool changeCommand(uint16_t bit, uint16_t wanted) const;
     [[nodiscard]] bool writeCommand(uint16_t command) const;

@@ -42,7 +42,7 @@ constexpr char kSimulatedBesideReal[] =
 // To one client about a card that others may be able to use.
 constexpr char kInUse[] = "Another program is using the card. Quit that program, then try again.";
 constexpr char kStillInUse[] =
-    "A program that was given the cards earlier is still using one. Quit it, then try again.";
+    "A program that was given the card earlier is still using it. Quit that program, then try again.";
 constexpr char kNotClaimed[] = "The card was not claimed. Quit the program, then start it again.";
 constexpr char kAppearedLater[] =
     "The card was not found when the program started. Quit the program, then start it again.";

@@ -99,8 +99,8 @@ std::vector<pci::FoundCard> CardKeeper::withRefusals(std::vector<pci::FoundCard>
                                                      const std::string& client) const {
     const auto known = refusals_.find(client);
     for (pci::FoundCard& card : cards) {
-        if (card.isUsable() && known != refusals_.end() && known->second.contains(card.address)) {
-            card.refusal = known->second.at(card.address);
+        if (card.isUsable() && known != refusals_.end() && known->second.ofClaim.contains(card.address)) {
+            card.refusal = known->second.ofClaim.at(card.address);
         }
     }
     return cards;
@@ -122,15 +122,18 @@ bool CardKeeper::hasCards(const std::string& client) const {
 std::vector<std::string> CardKeeper::claim(const std::string& client) {
     readRules();
     staleFrom_ = {};
-    refusals_[client] = cards_->claim(client);
+    Refusals& refusals = refusals_[client];
+    refusals.ofClaim = cards_->claim(client);
     std::vector<std::string> addresses;
+    TextsByAddress refused;
     for (const pci::FoundCard& card : withRefusals(cards_->list(client), client)) {
         if (!card.isUsable()) {
-            sayAbout(card.address, card.refusal);
+            refused.emplace(card.address, card.refusal);
         } else if (cards_->isHeld(card.address)) {
             addresses.push_back(card.address);
         }
     }
+    sayNews(refused, refusals.said);
     if (cards_->hasAny(client)) {
         holdings_[client] = {};
     }

@@ -76,6 +76,12 @@ class CardKeeper {
         TextsByAddress saidOfUse;
     };
 
+    struct Refusals {
+        // Why its latest claim could not make a card ready. The next claim may, so nobody else is told.
+        TextsByAddress ofClaim;
+        TextsByAddress said;
+    };
+
     // The cards without what is known from claims that failed.
     std::vector<pci::FoundCard> seenBy(const std::string& client);
     std::vector<pci::FoundCard> withRefusals(std::vector<pci::FoundCard> cards,
@@ -88,11 +94,9 @@ class CardKeeper {
     Folders folders_;
     pci::CardRules rules_;
     std::unique_ptr<pci::Cards> cards_;
-    std::map<std::string, Holding> holdings_;  // by client
-    // By client, until it leaves: why its latest claim could not make a card ready. The next claim may, so
-    // nobody else is told.
-    std::map<std::string, TextsByAddress> refusals_;
-    std::vector<pci::FoundCard> listed_;  // the latest list for clients without cards
+    std::map<std::string, Holding> holdings_;   // by client
+    std::map<std::string, Refusals> refusals_;  // by client, until it leaves
+    std::vector<pci::FoundCard> listed_;        // the latest list for clients without cards
     std::chrono::steady_clock::time_point staleFrom_;
 };
 

@@ -14,7 +14,7 @@ bool reportCards(CardKeeper& keeper, std::ostream& out) {
     bool isOneUsable = false;
     for (pci::FoundCard card : cards) {
         if (card.isUsable() && keeper.isTaken(card.address)) {
-            card.refusal = pci::refusals::kInUse;
+            card.refusal = pci::refusals::kNotTakenBack;
         }
         out << card.address << "  " << card.name;
         if (card.location != card.address) {

@@ -41,6 +41,9 @@ constexpr char kSimulatedBesideReal[] =
 
 // To one client about a card that others may be able to use.
 constexpr char kInUse[] = "Another program is using the card. Quit that program, then try again.";
+constexpr char kNotTakenBack[] =
+    "The card was given to a program and has not been taken back. Quit that program if it is running, then "
+    "start VUpdater.";
 constexpr char kStillInUse[] =
     "A program that was given the card earlier is still using it. Quit that program, then try again.";
 constexpr char kNotClaimed[] = "The card was not claimed. Quit the program, then start it again.";

@@ -94,14 +94,14 @@ void ReadyDevice::stayAwake() {
 std::string ReadyDevice::prepare() {
     // One may have come before the device was reserved.
     if (const auto driver = device_.driver()) {
-        leaveToDriver();
+        leaveAsItIs();
         return refusals::driver(*driver);
     }
     if (!device_.command()) {
         return refusals::kGone;
     }
     if (!isReserved_) {
-        leaveToDriver();
+        leaveAsItIs();
         return refusals::kNotReserved;
     }
     // What counts is memory decoding, which is checked below.
@@ -113,7 +113,7 @@ std::string ReadyDevice::prepare() {
     return device_.setInCommand(PciDevice::kMemoryDecoding) ? "" : refusals::kMemoryDecoding;
 }
 
-void ReadyDevice::leaveToDriver() {
+void ReadyDevice::leaveAsItIs() {
     before_.command.reset();
     before_.wasEnabled = true;
 }

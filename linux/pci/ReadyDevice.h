@@ -55,8 +55,9 @@ class ReadyDevice {
                                const std::string& replacement) const;
     // Returns the refusal; empty if the device is ready.
     [[nodiscard]] std::string prepare();
-    // What a driver that has the device has changed is not put back.
-    void leaveToDriver();
+    // Puts nothing back afterwards, except that the device may sleep: a driver may change the rest at any
+    // time.
+    void leaveAsItIs();
 
     PciDevice device_;
     Before before_;

@@ -29,14 +29,15 @@ int advance(sd_bus* connection, steady_clock::time_point end) {
     return waited == -EINTR ? 0 : waited;
 }
 
-Connection open(int (*begin)(sd_bus**), microseconds limit, int& result) {
+Connection open(int (*begin)(sd_bus**), microseconds limit, int& result,
+                const std::function<bool()>& mayWait = {}) {
     sd_bus* opened = nullptr;
     result = begin(&opened);
     Connection connection(opened);
     // sd-bus by itself would wait for the bus's greeting for half a minute.
     const auto end = steady_clock::now() + limit;
     while (result >= 0 && sd_bus_is_ready(opened) == 0) {
-        result = advance(opened, end);
+        result = mayWait && !mayWait() ? -ECANCELED : advance(opened, end);
     }
     return result < 0 ? nullptr : std::move(connection);
 }
@@ -97,8 +98,8 @@ Message answerTo(const Message& call, microseconds limit, Error& error, int& res
     return answer;
 }
 
-Connection openSystemBus(microseconds limit, int& result) {
-    return open(sd_bus_open_system, limit, result);
+Connection openSystemBus(microseconds limit, int& result, const std::function<bool()>& mayWait) {
+    return open(sd_bus_open_system, limit, result, mayWait);
 }
 
 Connection openSessionBus(microseconds limit, int& result) {

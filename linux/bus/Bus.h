@@ -72,8 +72,9 @@ constexpr std::chrono::microseconds kNoLimit = std::chrono::hours(24 * 365);
                                int& result, const std::function<bool()>& mayWait = {});
 
 // Connect to the system bus, or to that of the user's session, within the limit. Null if that fails; `result`
-// says why.
-[[nodiscard]] Connection openSystemBus(std::chrono::microseconds limit, int& result);
+// says why. `mayWait` is asked as above.
+[[nodiscard]] Connection openSystemBus(std::chrono::microseconds limit, int& result,
+                                       const std::function<bool()>& mayWait = {});
 [[nodiscard]] Connection openSessionBus(std::chrono::microseconds limit, int& result);
 
 }  // namespace bus

@@ -203,12 +203,13 @@ bool AgentClient::takeAgentsLock(Answer& answer) {
 
 // The user's own lock. It stops a lid, a timer and other users, but not the user who asks for a shutdown.
 bool AgentClient::takeOwnLock(Answer& answer) {
-    makeCall(bus::newLockCall(connection(answer.result)), limit(), answer, [this] { return keepWaiting(); });
+    const auto mayWait = [this] { return keepWaiting(); };
+    ownLockConnection_ = bus::openSystemBus(limit(), answer.result, mayWait);
+    makeCall(bus::newLockCall(ownLockConnection_.get()), limit(), answer, mayWait);
     lock_ = bus::lockIn(answer.message);
     if (lock_) {
         Answer cancelled;
-        makeCall(bus::newCancelCall(connection(cancelled.result)), limit(), cancelled,
-                 [this] { return keepWaiting(); });
+        makeCall(bus::newCancelCall(ownLockConnection_.get()), limit(), cancelled, mayWait);
         sayWhetherCancelled(cancelled.message);
     }
     return static_cast<bool>(lock_);
@@ -264,6 +265,7 @@ void AgentClient::beginWrite() {
 void AgentClient::endWrite() {
     // This alone ends the lock if the agent has died.
     lock_.close();
+    ownLockConnection_.reset();
     sessionLock_.release();
     // Nothing depends on the answer, but before it comes whatever the agent answered too late, perhaps with
     // another lock. An agent to which there is no connection any more has noticed that.

@@ -85,6 +85,8 @@ class AgentClient : public host::CardAgent {
     Clock::time_point lockDeadline_ = Clock::time_point::max();
     // Held during a write.
     bus::Descriptor lock_;
+    // A lock that logind gives after its time limit stays unread in this connection and ends with it.
+    bus::Connection ownLockConnection_;
     SessionLock sessionLock_;
 };
 

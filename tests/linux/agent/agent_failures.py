@@ -141,11 +141,14 @@ def others_hang_or_are_missing(bench):
     owner.send("begin")
     wait_until(lambda: "begins when it is awake" in owner.said(), "The write did not wait.")
     logind.send_signal(signal.SIGSTOP)
+    bench.logind.SetGoingToSleep(False, ignore_reply=True)  # so that it gives what it is asked for when it goes on
     owner.send("waits")
     (waits,) = owner.answer() + owner.answer()
     check("put to sleep during the write: logind gave no lock" in owner.said(), owner.said())
     check(int(waits) > 20, f"The window was drawn {waits} times while the lock was waited for.")
     owner.ask("end")
+    logind.send_signal(signal.SIGCONT)
+    wait_until(lambda: not bench.bus.locks(), "The user's lock that came too late outlived the write.")
     # All this time somebody has been typing a password.
     bench.polkit.AnswerDialog("granted")
     check_equal(asking.answer() + asking.ask("let-go"), ["granted"])

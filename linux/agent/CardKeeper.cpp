@@ -61,8 +61,8 @@ void CardKeeper::takeOver() {
     }
     if (cards_->hasAny(kEarlierAgent)) {
         // The program that had them may have begun a write since, of which no agent was told.
-        cards_->keepAwake(kEarlierAgent);
-        holdings_[kEarlierAgent] = {.givenUp = steady_clock::now(), .staysAwake = true, .saidOfUse = {}};
+        holdings_[kEarlierAgent].givenUp = steady_clock::now();
+        noteWrite(kEarlierAgent);
     }
 }
 
@@ -135,7 +135,11 @@ std::vector<std::string> CardKeeper::claim(const std::string& client) {
     }
     sayNews(refused, refusals.said);
     if (cards_->hasAny(client)) {
-        holdings_[client] = {};
+        Holding& holding = holdings_[client];
+        holding.givenUp.reset();
+        if (holding.staysAwake) {
+            cards_->keepAwake(client);
+        }
     }
     return addresses;
 }
@@ -146,6 +150,11 @@ pci::OpenedRange CardKeeper::openRange(const std::string& client, const std::str
         throw files::UserError(pci::refusals::kNotClaimed);
     }
     return cards_->openRange(client, address, memoryRange);
+}
+
+void CardKeeper::noteWrite(const std::string& client) {
+    holdings_.at(client).staysAwake = true;
+    cards_->keepAwake(client);
 }
 
 void CardKeeper::giveUp(const std::string& client) {
@@ -189,10 +198,9 @@ bool CardKeeper::isInUse(const std::string& client, Holding& holding) {
     return use.isGoingOn || !unknown.empty();
 }
 
-void CardKeeper::keepAwakeIfUsedOn(const std::string& client, Holding& holding) {
+void CardKeeper::keepAwakeIfUsedOn(const std::string& client, const Holding& holding) {
     if (!holding.staysAwake && steady_clock::now() >= *holding.givenUp + kEndingLasts) {
-        holding.staysAwake = true;
-        cards_->keepAwake(client);
+        noteWrite(client);
         files::say(client + ": It goes on using a card, perhaps to write, so its cards will stay awake.");
     }
 }

@@ -57,8 +57,9 @@ class CardKeeper {
     [[nodiscard]] pci::OpenedRange openRange(const std::string& client, const std::string& address,
                                              uint32_t memoryRange) const;
 
-    // The client is about to write into its cards.
-    void noteWrite(const std::string& client) { cards_->keepAwake(client); }
+    // The client, which has cards, may write into them from now on, and into those that it claims later. They
+    // stay awake even after they have been taken back.
+    void noteWrite(const std::string& client);
 
     // The client no longer needs its cards.
     void giveUp(const std::string& client);
@@ -89,7 +90,7 @@ class CardKeeper {
     // Reads the rules again while no client has cards, so that changed files take effect without a restart.
     void readRules();
     bool isInUse(const std::string& client, Holding& holding);
-    void keepAwakeIfUsedOn(const std::string& client, Holding& holding);
+    void keepAwakeIfUsedOn(const std::string& client, const Holding& holding);
 
     Folders folders_;
     pci::CardRules rules_;

@@ -5,8 +5,6 @@
 
 #include <QCoreApplication>
 #include <QEvent>
-#include <QGuiApplication>
-#include <QSessionManager>
 #include <QSocketNotifier>
 #include <cerrno>
 #include <cstdio>
@@ -29,10 +27,9 @@ void NoteSignal(int /*signalNumber*/) {
 
 }  // namespace
 
-QuitRequests::QuitRequests(LApplication& application) : mApplication(application) {
+QuitRequests::QuitRequests(LApplication& application)
+    : mApplication(application), mSession([this] { return AskToQuit(); }) {
     qApp->installEventFilter(this);
-    connect(qGuiApp, &QGuiApplication::commitDataRequest, this, &QuitRequests::EndSession,
-            Qt::DirectConnection);
     ListenToSignals();
 }
 
@@ -61,20 +58,6 @@ bool QuitRequests::eventFilter(QObject* watched, QEvent* event) {
 bool QuitRequests::AskToQuit() noexcept {
     KeepException([this] { mApplication.DoQuit(); });
     return mApplication.IsQuitting();
-}
-
-void QuitRequests::EndSession(QSessionManager& manager) {
-    if (AskToQuit()) {
-        return;
-    }
-    // Only after a question to the user may the end be cancelled, and Qt waits until the session manager
-    // allows it. As long as another program asks something, that would hold up the write. In the second phase
-    // all others have answered.
-    if (manager.isPhase2()) {
-        manager.cancel();
-    } else {
-        manager.requestPhase2();
-    }
 }
 
 void QuitRequests::ListenToSignals() {

@@ -9,8 +9,9 @@
 #include <array>
 #include <csignal>
 
+#include "framework/widgets/SessionClient.h"
+
 class LApplication;
-class QSessionManager;
 
 class QuitRequests : public QObject {
   public:
@@ -23,10 +24,10 @@ class QuitRequests : public QObject {
     static constexpr std::array<int, 4> kSignals = {SIGTERM, SIGINT, SIGHUP, SIGQUIT};
 
     bool AskToQuit() noexcept;
-    void EndSession(QSessionManager& manager);
     void ListenToSignals();
 
     LApplication& mApplication;
+    SessionClient mSession;
     std::array<int, 2> mSignalPipe = {-1, -1};
     std::array<struct sigaction, kSignals.size()> mPreviousActions = {};
 };

@@ -7,6 +7,7 @@
 
 #include "framework/widgets/HeldKeyFilter.h"
 #include "framework/widgets/LApplication.h"
+#include "framework/widgets/SessionClient.h"
 
 namespace {
 
@@ -43,6 +44,7 @@ void UQDGlobals::InitializeToolbox() {
         return;
     }
     QAccessible::installFactory(DescribeProgram);
+    SessionClient::ReplaceQts();
     // Qt keeps referring to these. The entry code passes no arguments on. Window managers and screen readers
     // know the program by this name.
     static int argumentCount = 1;

@@ -3,8 +3,8 @@
 // Keeps the user's desktop session from being ended during a write.
 //
 // logind's locks do not: a session may end while the computer stays on, and the desktop then ends its
-// programs. Its session manager has to be asked, over the session's bus. Without such a session manager, the
-// window still refuses the end of the session if the display announces it.
+// programs. Its session manager has to be asked, over the session's bus. One that asks its programs instead
+// is answered by the application framework.
 
 #include "linux/bus/Bus.h"
 

@@ -3,8 +3,9 @@
 
 Obeys the lines of its input and prints the client's answers:
 
+    save            the session is to be saved, and continues
     end             the session is to end. Another client is asking the user, so this one may not
-    others done     the client may do what it has put off until all others are done, and ask the user
+    others done     the client may ask the user
 """
 
 import ctypes
@@ -18,10 +19,9 @@ for function, result in ((ICE.IceAcceptConnection, POINTER), (ICE.IceComposeNetw
                          (SM.SmsGenerateClientID, TEXT)):
     function.restype = result
 
-SAVE_BOTH, ASK_ANYTHING = 2, 2
+SAVE_BOTH, ASK_NOTHING, ASK_ANYTHING = 2, 0, 2
 
 IGNORE = ctypes.CFUNCTYPE(INT, POINTER, POINTER)
-NOTE = ctypes.CFUNCTYPE(None, POINTER, POINTER)
 HEAR = ctypes.CFUNCTYPE(None, POINTER, POINTER, INT)
 REGISTER = ctypes.CFUNCTYPE(INT, POINTER, POINTER, POINTER)
 NEW_CLIENT = ctypes.CFUNCTYPE(INT, POINTER, POINTER, ctypes.POINTER(ctypes.c_ulong), ctypes.POINTER(POINTER * 20),
@@ -30,7 +30,7 @@ ALLOW = ctypes.CFUNCTYPE(INT, TEXT)
 
 ignore = IGNORE(lambda connection, data: 1)
 allow = ALLOW(lambda host: 1)
-registered, are_others_done = [], []
+registered, asking = [], []
 
 
 def tell(text):
@@ -46,10 +46,8 @@ def register(connection, _data, _previous):
 
 @HEAR
 def hear_question(connection, _data, _kind):
-    if are_others_done:
-        SM.SmsInteract(POINTER(connection))
-    else:
-        tell("waits for the user")
+    asking.append(POINTER(connection))
+    tell("waits for the user")
 
 
 @HEAR
@@ -59,25 +57,20 @@ def hear_cancelled(connection, _data, is_cancelled):
         SM.SmsShutdownCancelled(POINTER(connection))
 
 
-@NOTE
-def note_wait(_connection, _data):
-    tell("waits for others")
-
-
 @HEAR
 def hear_done(_connection, _data, _succeeded):
     tell("done")
 
 
-CALLBACKS = {0: register, 1: hear_question, 2: hear_cancelled, 4: note_wait, 5: hear_done}
+CALLBACKS = {0: register, 1: hear_question, 2: hear_cancelled, 5: hear_done}
 
 
 def obey(order):
-    are_others_done[:] = [order] if order == "others done" else []
-    if are_others_done:
-        SM.SmsSaveYourselfPhase2(registered[-1])
+    if order == "others done":
+        SM.SmsInteract(asking.pop())
     else:
-        SM.SmsSaveYourself(registered[-1], SAVE_BOTH, True, ASK_ANYTHING, False)
+        is_end = order == "end"
+        SM.SmsSaveYourself(registered[-1], SAVE_BOTH, is_end, ASK_ANYTHING if is_end else ASK_NOTHING, False)
 
 
 @NEW_CLIENT

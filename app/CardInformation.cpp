@@ -1,6 +1,7 @@
 // CUpdaterApp's view of a card: opening the chosen one, reading it, showing it, choosing its firmware.
 
 #include <cstdio>
+#include <optional>
 
 #include "app/ApplicationHooks.h"
 #include "app/CUpdaterApp.h"
@@ -153,7 +154,9 @@ void CUpdaterApp::ChooseFirmwareForCard(uint8_t firmwareVersion) {
     mFirmwareIsCurrent =
         IsFirmwareCurrent(ByteOrderLetter(gbSwap), firmwareVersion, letter, gusNewFirmwareRev);
     ShowFirmwareState();
-    SetWindowItemText(mMainWindow, kWriteTimePane, WriteTimeText(gszResourcePaths[gNewFirmware]).c_str());
+    const char* const image = gszResourcePaths[gNewFirmware];
+    const auto loadTime = mSetup.loadTime ? std::optional(mSetup.loadTime()) : std::nullopt;
+    SetWindowItemText(mMainWindow, kWriteTimePane, WriteTimeText(image, loadTime).c_str());
 }
 
 void CUpdaterApp::ShowFirmwareState() {

@@ -2,6 +2,7 @@
 
 // The program's entry, the same on every host: a host's main installs its Host and calls this.
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <span>
@@ -17,6 +18,10 @@ struct UpdaterSetup {
     // Hears the window's states (app/WindowState.h), and so when a write begins and ends. It must outlive the
     // updater's run.
     LListener* windowStateListener = nullptr;
+
+    // How long a load from the open card takes, to tell how long a write takes. Without it, the shortest time
+    // that the updater counts on.
+    std::function<std::chrono::nanoseconds()> loadTime;
 
     // Decides, from its path, whether a firmware image in the bundle may be offered. Called for each image
     // before anything else is done. An image that may not be offered is treated as if it were not there.

@@ -86,6 +86,7 @@ int runUpdater() {
     const int exitCode =
         UpdaterMain({.windowTitle = agent.Kind() == CardsOfComputer::kSimulated ? "Simulated cards" : "",
                      .windowStateListener = &listener,
+                     .loadTime = [&host] { return host.loadTime(); },
                      .mayBeOffered = OfferedImages(agent.Kind()),
                      .mayBeWritten = WrittenImages(agent.Kind())});
     InstallHost(nullptr);

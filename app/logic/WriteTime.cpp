@@ -23,13 +23,21 @@ bool canBeAnImage(const char* path) {
 
 }  // namespace
 
-std::string WriteTimeText(const char* imagePath) {
+std::string WriteTimeText(const char* imagePath, std::optional<std::chrono::nanoseconds> loadTime) {
     if (!canBeAnImage(imagePath)) {
         return {};
     }
     std::ifstream image(imagePath, std::ios::binary);
     const auto accesses = images::accessesOf(image);
-    return accesses ? "Writing takes " + RoundedDuration(accesses->seconds()) + "." : std::string();
+    if (!accesses) {
+        return {};
+    }
+    double seconds = accesses->seconds();
+    if (loadTime) {
+        // Nearly all accesses are loads.
+        seconds = static_cast<double>(accesses->count()) * std::chrono::duration<double>(*loadTime).count();
+    }
+    return "Writing takes " + RoundedDuration(seconds) + ".";
 }
 
 std::string RoundedDuration(double seconds) {

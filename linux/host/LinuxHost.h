@@ -60,8 +60,14 @@ class LinuxHost final : public Host {
     bool runPrivilegedTool(const std::string& tool, const std::vector<std::string>& arguments) override;
     void sleepSeconds(uint32_t seconds) override;
 
+    // How long a load takes from the card whose registers were mapped last, pacing included.
+    std::chrono::nanoseconds loadTime() const { return loadTime_; }
+
   private:
     using Clock = std::chrono::steady_clock;
+
+    // The third of a microsecond that the updater counts on.
+    static constexpr std::chrono::nanoseconds kLeastLoadTime{334};
 
     struct Connection {
         pci::FoundCard card;
@@ -91,6 +97,7 @@ class LinuxHost final : public Host {
     // Loads until one looks at the clock. While loads are paced, every one does.
     uint32_t loadsUntilLook_ = 1;
     bool isPaced_ = false;
+    std::chrono::nanoseconds loadTime_ = kLeastLoadTime;
     Clock::time_point lastLook_;  // the clock's beginning if no loads have followed it
     Clock::time_point lastPause_ = Clock::now();
 };

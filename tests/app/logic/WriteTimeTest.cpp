@@ -47,6 +47,7 @@ TEST(WriteTimeTest, CountsACommandThatIsLongerThanWhatIsReadAtOnce) {
     std::ofstream(image, std::ios::binary) << bytes << '\0';
     // 49 accesses for a bit, three in a microsecond: 86 seconds.
     EXPECT_EQ(WriteTimeText(image.c_str()), "Writing takes about a minute and a half.");
+    EXPECT_EQ(WriteTimeText(image.c_str(), std::chrono::nanoseconds(1000)), "Writing takes about 4 minutes.");
     std::filesystem::resize_file(image, bytes.size());
     EXPECT_EQ(WriteTimeText(image.c_str()), "");
 }

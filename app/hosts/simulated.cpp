@@ -29,8 +29,11 @@ void say(const char* what) {
 int runUpdater(simulator::Machine& machine, const std::string& title) {
     WriteListener listener([&machine] { machine.preventSleep(); }, [&machine] { machine.allowSleep(); });
     try {
-        return UpdaterMain(
-            {.windowTitle = title, .windowStateListener = &listener, .mayBeOffered = {}, .mayBeWritten = {}});
+        return UpdaterMain({.windowTitle = title,
+                            .windowStateListener = &listener,
+                            .loadTime = {},
+                            .mayBeOffered = {},
+                            .mayBeWritten = {}});
     } catch (const std::exception& error) {
         say(error.what());
         return kFailed;

@@ -33,6 +33,9 @@ class CUpdaterApp : public LApplication, public LListener, public LBroadcaster {
     // Refuses while the firmware is being written, and only then.
     bool AttemptQuitSelf(int32_t saveOption) override;
 
+    // Not while a card needs its power, because the computer may be about to be switched off.
+    bool AllowsEndOfSession() const override { return mIncompleteCardItems.empty(); }
+
     // Lists the firmware images, counts the cards (installing the private driver if there are none) and
     // builds the main window. Throws "nilP" if the window or one of its controls is missing.
     void StartUp() override;

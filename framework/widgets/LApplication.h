@@ -66,6 +66,9 @@ class LApplication : public LCommander {
     // is dismissed as cancelled; a later one is cancelled without being shown.
     void DoQuit(int32_t saveOption = kSaveOptionAsk);
 
+    // Whether the desktop may end the session, which ends the program, although the user may quit.
+    virtual bool AllowsEndOfSession() const { return true; }
+
     // Whether a quit has been accepted.
     bool IsQuitting() const { return mState == State::kQuitting; }
 

@@ -28,7 +28,7 @@ void NoteSignal(int /*signalNumber*/) {
 }  // namespace
 
 QuitRequests::QuitRequests(LApplication& application)
-    : mApplication(application), mSession([this] { return AskToQuit(); }) {
+    : mApplication(application), mSession([this] { return EndSession(); }) {
     qApp->installEventFilter(this);
     ListenToSignals();
 }
@@ -58,6 +58,10 @@ bool QuitRequests::eventFilter(QObject* watched, QEvent* event) {
 bool QuitRequests::AskToQuit() noexcept {
     KeepException([this] { mApplication.DoQuit(); });
     return mApplication.IsQuitting();
+}
+
+bool QuitRequests::EndSession() noexcept {
+    return mApplication.IsQuitting() || (mApplication.AllowsEndOfSession() && AskToQuit());
 }
 
 void QuitRequests::ListenToSignals() {

@@ -2,8 +2,8 @@
 
 // Requests to quit from outside the window: Qt's quit event, the end of the desktop session, and the signals
 // SIGTERM, SIGINT, SIGHUP and SIGQUIT. Each becomes a call of LApplication::DoQuit, made in the event loop,
-// while this object exists. A signal that was ignored from the start stays ignored. After an accepted quit
-// the signals do nothing.
+// while this object exists; the end of the session only if the application allows it. A signal that was
+// ignored from the start stays ignored. After an accepted quit the signals do nothing.
 
 #include <QObject>
 #include <array>
@@ -24,6 +24,8 @@ class QuitRequests : public QObject {
     static constexpr std::array<int, 4> kSignals = {SIGTERM, SIGINT, SIGHUP, SIGQUIT};
 
     bool AskToQuit() noexcept;
+    // Returns whether the program quits.
+    bool EndSession() noexcept;
     void ListenToSignals();
 
     LApplication& mApplication;

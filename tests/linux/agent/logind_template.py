@@ -1,4 +1,5 @@
-"""python-dbusmock's logind, which can also be on its way to sleep, and then gives no lock, or be scheduled to shut down."""
+"""python-dbusmock's logind, which can also be on its way to sleep, and then gives no lock, or be scheduled to shut down. It
+notices the end of a lock late."""
 
 import time
 
@@ -6,12 +7,22 @@ import dbus
 from dbusmock import MOCK_IFACE, mockobject
 from dbusmock.templates import logind
 from dbusmock.templates.logind import ListInhibitors  # noqa: F401 - a method of the mock
+from gi.repository import GLib
 
 BUS_NAME, MAIN_OBJ, MAIN_IFACE, SYSTEM_BUS = logind.BUS_NAME, logind.MAIN_OBJ, logind.MAIN_IFACE, True
+LATE_MILLISECONDS = 200
+
+
+class Locks(list):
+    """As logind does, handles calls that come after the end of a lock before it notices that end."""
+
+    def remove(self, lock):
+        GLib.timeout_add(LATE_MILLISECONDS, super().remove, lock)
 
 
 def load(mock, parameters):
     logind.load(mock, parameters)
+    mockobject.inhibitors = Locks()
     mock.is_going_to_sleep = False
     mock.is_scheduled = False
     mock.seconds = 0
@@ -27,7 +38,7 @@ def Inhibit(self, what, who, why, mode):
 
 @dbus.service.method(MAIN_IFACE, in_signature="st")
 def ScheduleShutdown(self, _what, _when):
-    if getattr(mockobject, "inhibitors", []):
+    if mockobject.inhibitors:
         raise dbus.exceptions.DBusException("Access denied", name="org.freedesktop.DBus.Error.AccessDenied")
     self.is_scheduled = True
 
@@ -36,7 +47,7 @@ def ScheduleShutdown(self, _what, _when):
 def CancelScheduledShutdown(self):
     time.sleep(self.seconds)
     was_scheduled, self.is_scheduled = self.is_scheduled, False
-    if not getattr(mockobject, "inhibitors", []):
+    if not mockobject.inhibitors:
         ScheduleShutdown(self, "poweroff", 0)  # by somebody else, at once
     return was_scheduled
 

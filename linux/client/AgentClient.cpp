@@ -196,9 +196,13 @@ bool AgentClient::takeAgentsLock(Answer& answer) {
     const bus::Message call = newCall(bus::kBeginWrite, answer);
     sd_bus_message_set_auto_start(call.get(), 0);
     makeCall(call, limit(), answer, [this] { return keepWaiting(); });
-    lock_ = bus::lockIn(answer.message);
+    bus::Descriptor lock = bus::lockIn(answer.message);
+    if (!lock) {
+        return false;
+    }
+    lock_ = std::move(lock);
     sayWhetherCancelled(answer.message);
-    return static_cast<bool>(lock_);
+    return true;
 }
 
 // The user's own lock. It stops a lid, a timer and other users, but not the user who asks for a shutdown.
@@ -206,13 +210,17 @@ bool AgentClient::takeOwnLock(Answer& answer) {
     const auto mayWait = [this] { return keepWaiting(); };
     ownLockConnection_ = bus::openSystemBus(limit(), answer.result, mayWait);
     makeCall(bus::newLockCall(ownLockConnection_.get()), limit(), answer, mayWait);
-    lock_ = bus::lockIn(answer.message);
-    if (lock_) {
-        Answer cancelled;
-        makeCall(bus::newCancelCall(ownLockConnection_.get()), limit(), cancelled, mayWait);
-        sayWhetherCancelled(cancelled.message);
+    bus::Descriptor lock = bus::lockIn(answer.message);
+    if (!lock) {
+        return false;
     }
-    return static_cast<bool>(lock_);
+    if (!lock_) {  // or a failed write has left one, which may be the agent's
+        lock_ = std::move(lock);
+    }
+    Answer cancelled;
+    makeCall(bus::newCancelCall(ownLockConnection_.get()), limit(), cancelled, mayWait);
+    sayWhetherCancelled(cancelled.message);
+    return true;
 }
 
 void AgentClient::takeLock() {
@@ -237,8 +245,8 @@ void AgentClient::takeLock() {
         }
         if (hasOwn || !lastGoingDown || Clock::now() - *lastGoingDown > timeAwake_) {
             files::say(
-                std::string(hasOwn ? "You can switch the computer off during the write: "
-                                   : "The computer can be switched off or put to sleep during the write: ") +
+                std::string(lock_ ? "You can switch the computer off during the write: "
+                                  : "The computer can be switched off or put to sleep during the write: ") +
                 agents.error.reason(agents.result) + ". Do not do this until the write has ended.");
             return;
         }
@@ -248,10 +256,8 @@ void AgentClient::takeLock() {
 }
 
 void AgentClient::beginWrite() {
-    if (lock_) {
-        return;
-    }
     try {
+        // Even with a lock that a failed write has left: root can have scheduled a shutdown all the same.
         takeLock();
         sessionLock_.take();
     } catch (const std::exception& exception) {

@@ -19,6 +19,9 @@ constexpr uint32_t kNoWindow = 0;
 }  // namespace
 
 void SessionLock::take() {
+    if (connection_) {
+        return;
+    }
     int result = 0;
     connection_ = bus::openSessionBus(kLimit, result);
     const bus::Message call = bus::newCall(connection_.get(), kSessionManager, "Inhibit");

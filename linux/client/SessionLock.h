@@ -12,7 +12,7 @@ namespace client {
 
 class SessionLock {
   public:
-    // Waits for a moment at most. Says nothing if there is no such session manager.
+    // Waits for a moment at most. Keeps a lock that it has. Says nothing if there is no such session manager.
     void take();
     void release() { connection_.reset(); }
 

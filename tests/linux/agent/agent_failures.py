@@ -23,14 +23,19 @@ def the_agent_dies(bench):
         check(all("Another program" in refusal for refusal in refusals(other)), "Two programs have a card.")
         check(all(map(is_decoding, bench.cards)), "The card was taken away from a program that writes to it.")
         other.kill()
-    for _ in ("with the agent's lock", "with the user's own, which is better than none"):
+    bench.logind.ScheduleShutdownAsRoot()
+    agents = owner.pipes()
+    owner.ask("begin")
+    check(not bench.logind.IsScheduled(), "The computer goes off during the second attempt.")
+    check(agents <= owner.pipes(), "The agent's lock was given up for one that does not stop the user.")
+    for count, _ in enumerate(("with the agent's lock", "with the user's own, which is better than none"), 2):
         owner.ask("end")
         wait_until(lambda: not bench.bus.locks(), "The lock outlived the write.")
         bench.schedule_shut_down()
         owner.ask("begin")
         check(not bench.logind.IsScheduled(), "The computer goes off during the write.")
         check_equal(len(bench.bus.locks()), 1)
-        check("You can switch the computer off during the write" in owner.said(), owner.said())
+        check_equal(owner.said().count("You can switch the computer off during the write"), count)
     owner.kill()
     bench.wait_until_all_is_undone(has_written=True)
 

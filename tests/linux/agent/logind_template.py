@@ -52,6 +52,12 @@ def CancelScheduledShutdown(self):
     return was_scheduled
 
 
+@dbus.service.method(MOCK_IFACE)
+def ScheduleShutdownAsRoot(self):
+    """Locks do not bind root."""
+    self.is_scheduled = True
+
+
 @dbus.service.method(MOCK_IFACE, out_signature="b")
 def IsScheduled(self):
     return self.is_scheduled

@@ -196,6 +196,11 @@ class Client:
     def said(self):
         return self.log.read_text()
 
+    def pipes(self):
+        """The pipes that it holds open; a lock is one."""
+        files = map(os.readlink, pathlib.Path(f"/proc/{self.process.pid}/fd").iterdir())
+        return {file for file in files if file.startswith("pipe:")}
+
     def kill(self):
         self.process.kill()
         self.process.wait()

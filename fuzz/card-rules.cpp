@@ -54,8 +54,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
     for (const CardRule& rule : rules.rules) {
         require(!rule.name.empty() && rule.name.size() <= 63 && isPrintable(rule.name),
                 "a name can be shown");
-        require(rules.find(rule.device, rule.subsystem.value_or(Identifiers{})) != nullptr,
-                "a rule is found");
+        const Identifiers subsystem = rule.subsystem.value_or(Identifiers{});
+        const bool isOthers = !rule.subsystem && rules.firstLines.contains({rule.device, subsystem});
+        require(isOthers || rules.find(rule.device, subsystem) == &rule, "a rule is found");
         again += written(rule);
     }
     CardRules reread;

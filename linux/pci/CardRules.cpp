@@ -57,13 +57,23 @@ void parseRange(std::string_view word, CardRule& rule) {
         throw BadLine{"a range is named twice"};
     }
     bar = static_cast<uint32_t>(digits[2] - '0');
+    if (rule.bars[0] == rule.bars[1]) {
+        throw BadLine{"both ranges name the same base address register"};
+    }
+}
+
+void parseSimulated(CardRule& rule) {
+    if (rule.isSimulated) {
+        throw BadLine{"\"simulated\" is given twice"};
+    }
+    rule.isSimulated = true;
 }
 
 void parseOption(std::string_view word, CardRule& rule) {
     if (word.starts_with(kRange)) {
         parseRange(word, rule);
     } else if (word == "simulated") {
-        rule.isSimulated = true;
+        parseSimulated(rule);
     } else {
         throw BadLine{"\"" + std::string(word) + "\" is not known here"};
     }
@@ -112,19 +122,41 @@ CardRule parseRule(std::string_view line) {
     return rule;
 }
 
+NamedKind kindOf(const CardRule& rule) {
+    return {rule.device, rule.subsystem};
+}
+
+void add(CardRule rule, const std::string& place, CardRules& rules) {
+    const NamedKind kind = kindOf(rule);
+    const auto known = rules.firstLines.find(kind);
+    if (known == rules.firstLines.end()) {
+        if (rules.firstLines.size() == kMostRules) {
+            throw BadLine{"there are more than " + std::to_string(kMostRules) + " cards"};
+        }
+        rules.firstLines.emplace(kind, FirstLine{.place = place, .isSimulated = rule.isSimulated});
+        rules.rules.push_back(std::move(rule));
+        return;
+    }
+    FirstLine& first = known->second;
+    if (rule.isSimulated != first.isSimulated && !first.isContradicted) {
+        first.isContradicted = true;
+        std::erase_if(rules.rules, [&](const CardRule& each) { return kindOf(each) == kind; });
+    }
+    const std::string contradiction =
+        first.isContradicted
+            ? ", but only some of the lines that name them say \"simulated\", so none of those lines counts"
+            : "";
+    throw BadLine{"these identifiers are already named in " + first.place + contradiction};
+}
+
 }  // namespace
 
 const CardRule* CardRules::find(const Identifiers& device, const Identifiers& subsystem) const {
-    const CardRule* lessSpecific = nullptr;
-    for (const CardRule& rule : rules) {
-        if (rule.device == device && rule.subsystem == subsystem) {
-            return &rule;
-        }
-        if (rule.device == device && !rule.subsystem && lessSpecific == nullptr) {
-            lessSpecific = &rule;
-        }
-    }
-    return lessSpecific;
+    const bool isSpecific = firstLines.contains({device, subsystem});
+    const auto rule = std::ranges::find_if(rules, [&](const CardRule& each) {
+        return each.device == device && (isSpecific ? each.subsystem == subsystem : !each.subsystem);
+    });
+    return rule == rules.end() ? nullptr : &*rule;
 }
 
 void CardRules::complain(std::string sentence) {
@@ -149,14 +181,14 @@ void parseCardRules(std::string_view text, const std::string& knownAs, CardRules
         if (first.empty() || first.starts_with('#')) {
             continue;
         }
-        const std::string place = files::printable(knownAs) + ":" + std::to_string(number) + ": ";
+        const std::string file = files::printable(knownAs);
+        const std::string lineNumber = std::to_string(number);
         try {
-            if (rules.rules.size() == kMostRules) {
-                throw BadLine{"there are more than " + std::to_string(kMostRules) + " cards"};
-            }
-            rules.rules.push_back(parseRule(line));
+            add(parseRule(line), std::string(file).append(", line ").append(lineNumber), rules);
         } catch (const BadLine& bad) {
-            rules.complain(place + files::printable(bad.reason) + ".");
+            std::string complaint = file;
+            complaint.append(":").append(lineNumber).append(": ").append(files::printable(bad.reason));
+            rules.complain(complaint.append("."));
         }
     }
 }

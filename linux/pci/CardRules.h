@@ -10,9 +10,11 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "linux/pci/base/MemoryRange.h"
@@ -29,6 +31,9 @@ struct Identifiers {
     uint16_t vendor = 0;
     uint16_t device = 0;
     bool operator==(const Identifiers&) const = default;
+    bool operator<(const Identifiers& other) const {
+        return vendor != other.vendor ? vendor < other.vendor : device < other.device;
+    }
 };
 
 struct CardRule {
@@ -41,8 +46,21 @@ struct CardRule {
     bool operator==(const CardRule&) const = default;
 };
 
+// A device and, if the line is only for one, a subsystem.
+using NamedKind = std::pair<Identifiers, std::optional<Identifiers>>;
+
+// The first line that names a kind of card.
+struct FirstLine {
+    std::string place;  // for people
+    bool isSimulated = false;
+    bool isContradicted = false;  // a later line disagrees on whether the card is simulated
+};
+
 struct CardRules {
+    // At most one for each kind, and none for a kind whose lines contradict each other: images for simulated
+    // cards would ruin a real one.
     std::vector<CardRule> rules;
+    std::map<NamedKind, FirstLine> firstLines;  // also of the kinds that have no rule
     // One sentence each about a line or file that was passed over, beginning with its name; printable. If
     // there are more than kMostComplaints, a last sentence says how many more.
     std::vector<std::string> complaints;
@@ -50,7 +68,8 @@ struct CardRules {
 
     void complain(std::string sentence);
 
-    // The rule for a device: the first that names its subsystem, else the first that names none.
+    // The rule for a device; nothing if there is none. Lines that name its subsystem are preferred to those
+    // that name none, even if they contradict each other.
     const CardRule* find(const Identifiers& device, const Identifiers& subsystem) const;
 };
 

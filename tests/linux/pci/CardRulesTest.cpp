@@ -45,6 +45,8 @@ TEST(CardRulesTest, NamesEachBadLineAndKeepsTheRest) {
         {"1af4:1110 range0=6 \"N\"", "\"range0=6\" " + range},
         {"1af4:1110 range2=0 \"N\"", "\"range2=0\" " + range},
         {"1af4:1110 range0=1 range0=2 \"N\"", "a range is named twice."},
+        {"1af4:1110 range1=0 range0=0 \"N\"", "both ranges name the same base address register."},
+        {"1af4:1110 simulated simulated \"N\"", "\"simulated\" is given twice."},
         {"1af4:1110 simulated 1af4:1100 \"N\"", "\"1af4:1100\" is not known here."},
         {"1af4:1110 \x1B[2J \"N\"", "\"\\x1B[2J\" is not known here."},
         {"1af4:1110", "the card's name is missing, in quotation marks at the end of the line."},
@@ -65,23 +67,40 @@ TEST(CardRulesTest, NamesEachBadLineAndKeepsTheRest) {
     const CardRules rules = parsed(text + "1af4:1111 \"Good\"\n");
     const auto many = parsed(text + text + text + text + text + text + text).complaints;
     EXPECT_EQ(many.size(), 101u);
-    EXPECT_EQ(many.back(), "Lines and files that were passed over besides these: 5.");
+    EXPECT_EQ(many.back(), "Lines and files that were passed over besides these: 19.");
     EXPECT_EQ(rules.complaints, expected);
     ASSERT_EQ(rules.rules.size(), 1u);
     EXPECT_EQ(rules.rules[0].name, "Good");
 }
 
-TEST(CardRulesTest, PrefersTheFirstLineThatNamesTheSubsystem) {
-    const CardRules rules = parsed(
-        "1af4:1110 \"any\"\n1af4:1110 \"any, later\"\n"
-        "1af4:1110 1af4:0001 \"one\"\n1af4:1110 1af4:0001 \"one, later\"\n");
+TEST(CardRulesTest, PrefersTheLineForTheSubsystemAndCountsNoneThatContradict) {
+    CardRules rules;
+    parseCardRules(
+        "1af4:1110 \"any\"\n1af4:1110 1af4:0001 simulated \"one\"\n1af4:1110 1af4:0003 \"real\"\n"
+        "1af4:1110 range0=1 \"any, later\"\n1af4:1112 simulated \"guest's leftovers\"\n",
+        "10-old.conf", rules);
+    parseCardRules(
+        "1AF4:1110 1af4:0001 simulated \"one, later\"\n1af4:1110 1af4:0003 simulated \"guest's\"\n"
+        "1af4:1112 \"real\"\n1af4:1112 simulated \"guest's again\"\n",
+        "20-mine.conf", rules);
     const auto name = [&](Identifiers device, Identifiers subsystem) {
         const CardRule* const rule = rules.find(device, subsystem);
         return rule == nullptr ? "none" : rule->name;
     };
     EXPECT_EQ(name({0x1AF4, 0x1110}, {0x1AF4, 1}), "one");
     EXPECT_EQ(name({0x1AF4, 0x1110}, {0x1AF4, 2}), "any");
+    EXPECT_EQ(name({0x1AF4, 0x1110}, {0x1AF4, 3}), "none") << "nor what a less specific line says";
     EXPECT_EQ(name({0x1AF4, 0x1111}, {0x1AF4, 1}), "none");
+    EXPECT_EQ(name({0x1AF4, 0x1112}, {0x1AF4, 1}), "none");
+    EXPECT_EQ(rules.rules.size(), 2U);
+    const std::string already = ": these identifiers are already named in 10-old.conf, line ";
+    const std::string contradiction =
+        ", but only some of the lines that name them say \"simulated\", so none of those lines counts.";
+    const std::vector<std::string> expected{
+        "10-old.conf:4" + already + "1.", "20-mine.conf:1" + already + "2.",
+        "20-mine.conf:2" + already + "3" + contradiction, "20-mine.conf:3" + already + "5" + contradiction,
+        "20-mine.conf:4" + already + "5" + contradiction};
+    EXPECT_EQ(rules.complaints, expected);
 }
 
 class CardRuleFilesTest : public testing::Test {

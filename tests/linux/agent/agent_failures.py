@@ -6,7 +6,7 @@ import time
 
 import dbus
 from agent_bench import FIRST, SECOND, check_equal, refusals
-from system_bus import AGENT, check, is_decoding, wait_until
+from system_bus import AGENT, OBJECT, check, is_decoding, wait_until
 
 POLKITS_SILENCE_SECONDS = 16  # after which it is given up
 PROTECTED = "The computer stays on during the write."
@@ -97,7 +97,7 @@ def the_agent_dies(bench):
 def a_client_outlives_its_connection(bench):
     bench.polkit.SetAnswer("granted")
     connection = dbus.bus.BusConnection(os.environ["DBUS_SYSTEM_BUS_ADDRESS"])
-    owner = dbus.Interface(connection.get_object(AGENT, "/com/vornlabs/VUpdater/Agent"), AGENT)
+    owner = dbus.Interface(connection.get_object(AGENT, OBJECT), AGENT)
     check_equal(str(owner.Claim(False)), "granted")
     registers = owner.OpenRange(FIRST, dbus.UInt32(0))[0].take()
     connection.close()

@@ -13,6 +13,7 @@ import dbus
 
 ROOT = pathlib.Path(__file__).resolve().parents[3]
 AGENT = "com.vornlabs.VUpdater.Agent"
+OBJECT = "/com/vornlabs/VUpdater/Agent"
 MOCK = "org.freedesktop.DBus.Mock"
 POLKIT = ("org.freedesktop.PolicyKit1", "/org/freedesktop/PolicyKit1/Authority")
 SESSION = ("org.gnome.SessionManager", "/org/gnome/SessionManager")

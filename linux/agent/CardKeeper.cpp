@@ -138,7 +138,7 @@ std::vector<std::string> CardKeeper::claim(const std::string& client) {
         Holding& holding = holdings_[client];
         holding.givenUp.reset();
         if (holding.staysAwake) {
-            cards_->keepAwake(client);
+            noteWrite(client);
         }
     }
     return addresses;
@@ -154,7 +154,9 @@ pci::OpenedRange CardKeeper::openRange(const std::string& client, const std::str
 
 void CardKeeper::noteWrite(const std::string& client) {
     holdings_.at(client).staysAwake = true;
-    cards_->keepAwake(client);
+    for (const auto& [address, refusal] : cards_->keepAwake(client)) {
+        sayAbout(address, refusal);
+    }
 }
 
 void CardKeeper::giveUp(const std::string& client) {

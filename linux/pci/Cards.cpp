@@ -218,12 +218,17 @@ Cards::Use Cards::use(const std::string& client) {
     return use;
 }
 
-void Cards::keepAwake(const std::string& client) {
+std::map<std::string, std::string> Cards::keepAwake(const std::string& client) {
+    std::map<std::string, std::string> refusals;
     for (auto& [address, claim] : claims_) {
-        if (claim.client == client) {
-            claim.ready->stayAwake();
+        if (claim.client != client) {
+            continue;
+        }
+        if (std::string failure = claim.ready->stayAwake(); !failure.empty()) {
+            refusals.emplace(address, std::move(failure));
         }
     }
+    return refusals;
 }
 
 void Cards::release(const std::string& client) {

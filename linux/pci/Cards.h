@@ -68,7 +68,9 @@ class Cards {
 
     // Keeps the client's cards awake even after they have been taken back. A card whose firmware is
     // incomplete is lost when its power goes, and the port above a card that may sleep can take it away.
-    void keepAwake(const std::string& client);
+    // Cards that others have changed since the claim are made ready again. Returns the refusals of those that
+    // could not be, by address.
+    [[nodiscard]] std::map<std::string, std::string> keepAwake(const std::string& client);
 
     // Takes back all cards of the client, and leaves each as it was before. The destructor does so for all.
     void release(const std::string& client);

@@ -83,12 +83,14 @@ bool ReadyDevice::reserve() const {
     return device_.attributes().writeText(kOverride, note.str());
 }
 
-void ReadyDevice::stayAwake() {
+std::string ReadyDevice::stayAwake() {
     before_.mightSleep = false;
+    static_cast<void>(replace(kPower, line(kMightSleep), "on\n"));
     if (isReserved_) {
         // If that fails, the device can sleep only after this program has been killed.
         static_cast<void>(reserve());
     }
+    return before_.command ? prepare() : "";
 }
 
 std::string ReadyDevice::prepare() {

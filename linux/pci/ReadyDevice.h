@@ -29,8 +29,10 @@ class ReadyDevice {
     // The driver, as plainText(), for which somebody else has set the device aside; nothing if nobody has.
     static std::optional<std::string> reservedFor(const PciDevice& device);
 
-    // Leaves the device awake afterwards, for as long as the computer is on.
-    void stayAwake();
+    // Leaves the device awake afterwards, for as long as the computer is on, and makes it ready again if
+    // others have changed it: programs that save power let all devices sleep when the mains go. Returns the
+    // refusal if a device that was ready cannot be made so again; else it is empty.
+    [[nodiscard]] std::string stayAwake();
 
     // Why the device is not ready, one of pci::refusals; empty if it is.
     const std::string& refusal() const { return refusal_; }

@@ -30,4 +30,35 @@ TEST(ReadyDeviceTest, IsLeftToADriverThatComesFirst) {
     EXPECT_EQ(bus.attribute(kCard, "driver_override"), "\n");
 }
 
+TEST(ReadyDeviceTest, IsMadeReadyAgainWhenItHasToStayAwake) {
+    MadeUpBus bus;
+    bus.add(kCard, {MadeUpBus::range(0xF1000000, 0x200)});
+    {
+        ReadyDevice device(*PciBus(bus.path()).device(kCard));
+        // As programs do that save power, and others that mean no harm.
+        bus.setAttribute(kCard, "power/control", "auto\n");
+        bus.setAttribute(kCard, "driver_override", "(null)\n");
+        bus.setAttribute(kCard, "enable", "0\n");
+        bus.setCommand(kCard, 0x0144);
+        EXPECT_EQ(device.stayAwake(), "");
+        EXPECT_EQ(bus.command(kCard), 0x0142);
+        EXPECT_EQ(bus.attribute(kCard, "power/control"), "on\n");
+        EXPECT_EQ(bus.attribute(kCard, "enable"), "1\n");
+        EXPECT_EQ(bus.attribute(kCard, "driver_override"), "vupdater 0000 0 on\n");
+        bus.setCommand(kCard, 0xFFFF);
+        EXPECT_EQ(device.stayAwake(),
+                  "The card could not be read. Check that it is still in the computer, then try again.");
+        bus.setCommand(kCard, 0x0140);
+        EXPECT_EQ(device.stayAwake(), "") << "at the next try";
+        EXPECT_EQ(bus.command(kCard), 0x0142);
+        bus.setCommand(kCard, 0x0146);
+        bus.bind(kCard, "snd_card");
+        EXPECT_EQ(device.stayAwake(),
+                  "The driver \"snd_card\" uses the card. Unload that driver, then try again.");
+    }
+    EXPECT_EQ(bus.command(kCard), 0x0146) << "the driver's";
+    EXPECT_EQ(bus.attribute(kCard, "power/control"), "on\n");
+    EXPECT_EQ(bus.attribute(kCard, "driver_override"), "\n");
+}
+
 }  // namespace

@@ -10,11 +10,13 @@ import fcntl
 import json
 import os
 import pathlib
+import random
 import re
 import shutil
 import subprocess
 import sys
 import tempfile
+import time
 import traceback
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "scripts"))
@@ -130,6 +132,16 @@ def slow_programs(programs, folder, programming=1_000_000, reading=0):
     image_of(slow).unlink()
     subprocess.run([programs / "xsvf", "assemble", folder / "slow.txt", "--output", image_of(slow)], check=True)
     return slow
+
+
+def begin_write(updater, machine, seconds=0):
+    """Begins an update, waits for a random moment after the PROM's cells have begun to change, and returns the cells then."""
+    before = machine.cells()
+    updater.wait_for("push button", "Update").do_action(0)
+    updater.wait_for("push button", "OK").do_action(0)
+    wait_until(lambda: machine.cells() != before, "The write did not begin.")
+    time.sleep(random.uniform(0, seconds))
+    return machine.cells()
 
 
 @contextlib.contextmanager

@@ -152,8 +152,10 @@ void Agent::ask(sd_bus_message* call, bool mayAsk) {
     auto question = std::make_unique<Question>(
         connection_, client, mayAsk,
         [this, kept](auto answer, const std::string& reason) { answerClaim(kept.get(), answer, reason); });
-    clients_.emplace(client,
-                     Client{.user = user, .question = std::move(question), .lock = nullptr, .given = {}});
+    clients_.emplace(
+        client,
+        Client{
+            .user = user, .question = std::move(question), .lock = nullptr, .scope = nullptr, .given = {}});
 }
 
 void Agent::answerClaim(sd_bus_message* call, std::optional<bus::ClaimAnswer> answer,
@@ -217,7 +219,10 @@ void Agent::beginWrite(sd_bus_message* call) {
         throw files::UserError("The cards have not been claimed.");
     }
     keeper_.noteWrite(client);
-    clients_.at(client).lock = std::make_unique<WriteLock>(connection_, call);
+    Client& known = clients_.at(client);
+    // The answer does not wait for it: whatever ends a session asks its programs first, and then waits.
+    known.scope = std::make_unique<WriteScope>(connection_, call, known.user);
+    known.lock = std::make_unique<WriteLock>(connection_, call);
 }
 
 void Agent::endWrite(sd_bus_message* call) {

@@ -14,6 +14,7 @@
 #include "linux/agent/CardKeeper.h"
 #include "linux/agent/Question.h"
 #include "linux/agent/WriteLock.h"
+#include "linux/agent/WriteScope.h"
 #include "linux/bus/AgentInterface.h"
 #include "linux/bus/Bus.h"
 
@@ -39,6 +40,7 @@ class Agent {
         uid_t user;
         std::unique_ptr<Question> question;  // while it is open
         std::unique_ptr<WriteLock> lock;     // during a write
+        std::unique_ptr<WriteScope> scope;   // from its first write on
         std::string given;                   // its cards' addresses, as the journal has them
     };
     // Answers a call, at once or later. What it throws is the answer if it fails.

@@ -54,6 +54,8 @@ struct Object {
 
 constexpr Object kLogind{"org.freedesktop.login1", "/org/freedesktop/login1",
                          "org.freedesktop.login1.Manager"};
+constexpr Object kSystemd{"org.freedesktop.systemd1", "/org/freedesktop/systemd1",
+                          "org.freedesktop.systemd1.Manager"};
 constexpr Object kPolkit{"org.freedesktop.PolicyKit1", "/org/freedesktop/PolicyKit1/Authority",
                          "org.freedesktop.PolicyKit1.Authority"};
 

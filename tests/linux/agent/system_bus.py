@@ -1,4 +1,4 @@
-"""A system bus of a test's own, with made-up cards, stand-ins for polkit and logind, the real agent, and its clients."""
+"""A system bus of a test's own, with made-up cards, stand-ins for what it calls, the real agent, and its clients."""
 
 import os
 import pathlib
@@ -17,6 +17,7 @@ OBJECT = "/com/vornlabs/VUpdater/Agent"
 MOCK = "org.freedesktop.DBus.Mock"
 POLKIT = ("org.freedesktop.PolicyKit1", "/org/freedesktop/PolicyKit1/Authority")
 SESSION = ("org.gnome.SessionManager", "/org/gnome/SessionManager")
+SYSTEMD = ("org.freedesktop.systemd1", "/org/freedesktop/systemd1", "org.freedesktop.systemd1.Manager")
 LOGIND = ("org.freedesktop.login1", "/org/freedesktop/login1")
 PATIENCE_SECONDS = 60
 
@@ -40,6 +41,7 @@ BUS = """<busconfig>
     <allow send_destination="org.freedesktop.DBus"/>
     <allow own="org.freedesktop.PolicyKit1" /><allow send_destination="org.freedesktop.PolicyKit1"/>
     <allow own="org.freedesktop.login1" /><allow send_destination="org.freedesktop.login1"/>
+    <allow own="org.freedesktop.systemd1" /><allow send_destination="org.freedesktop.systemd1"/>
     <allow own="org.gnome.SessionManager" /><allow send_destination="org.gnome.SessionManager"/>
   </policy>
   <include>{root}/share/agent/{agent}.conf</include>
@@ -132,6 +134,9 @@ class SystemBus:
 
     def start_logind(self):
         return self.start_mock("logind", LOGIND, "--template", pathlib.Path(__file__).with_name("logind_template.py"))
+
+    def start_systemd(self):
+        return self.start_mock("systemd", SYSTEMD, "--template", pathlib.Path(__file__).with_name("systemd_template.py"))
 
     def start_session_manager(self):
         # The session of the clients that are started after it has this bus, too.

@@ -67,7 +67,7 @@ class Agent {
     // Answers the claim, and gives the client the cards if polkit granted it. Without an answer from polkit,
     // the reason is why there is none.
     void answerClaim(sd_bus_message* call, std::optional<bus::ClaimAnswer> answer, const std::string& reason);
-    // Gives the client the cards and answers its claim. Throws files::UserError if a card is still in use.
+    // Gives the client the cards and answers its claim. Throws files::UserError if the answer cannot be sent.
     void give(sd_bus_message* call);
     // Withdraws the client's question, ends its lock and gives up its cards.
     void forget(const std::string& client);

@@ -2,8 +2,10 @@
 and logind."""
 
 import argparse
+import contextlib
 import multiprocessing
 import pathlib
+import resource
 import shutil
 import tempfile
 import traceback
@@ -41,6 +43,14 @@ class Bench:
         check_equal(client.ask("claim"), ["granted"])
         check_equal(client.ask(f"open {FIRST} 0"), ["512 CARD"])
         return client
+
+    @contextlib.contextmanager
+    def agent_that_cannot_map(self):
+        limit = (self.bus.agent_process(), resource.RLIMIT_AS)
+        before = resource.prlimit(*limit)
+        resource.prlimit(*limit, (0, before[1]))
+        yield
+        resource.prlimit(*limit, before)
 
     def schedule_shut_down(self):
         self.bus.mock(LOGIND, "org.freedesktop.login1.Manager").ScheduleShutdown("poweroff", 0)

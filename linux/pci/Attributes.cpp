@@ -54,6 +54,12 @@ bool Attributes::isStillThere() const {
     return own.st_dev == there.st_dev && own.st_ino == there.st_ino;
 }
 
+bool Attributes::has(const std::string& name) const {
+    struct stat status {};
+    return ::fstatat(folder_.descriptor(), name.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0 ||
+           errno != ENOENT;
+}
+
 std::optional<std::string> Attributes::text(const std::string& name) const {
     const auto file = openOrdinary(folder_, name, O_RDONLY);
     if (!file) {

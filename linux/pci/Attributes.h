@@ -22,6 +22,9 @@ class Attributes {
     // Whether the folder is still where it was opened, and no other one is. True if that is unknown.
     bool isStillThere() const;
 
+    // Whether there is an attribute, which needs no right to read it. True if that is unknown.
+    bool has(const std::string& name) const;
+
     // An attribute's text; nothing if it cannot be read or is longer than any attribute is.
     std::optional<std::string> text(const std::string& name) const;
     // The last part of where a link leads; nothing if there is no such link, empty if it cannot be read.

@@ -62,12 +62,18 @@ std::string Cards::refusal(const PciDevice& device, const CardRule& rule) const 
     }
     for (uint32_t memoryRange = 0; memoryRange < kMemoryRanges; ++memoryRange) {
         const auto window = windowOf(rule, *resources, memoryRange);
-        std::string refusal = window ? refusalOf(*window, bus_, device.address()) : "";
-        if (!refusal.empty()) {
+        if (!window) {
+            continue;
+        }
+        if (std::string refusal = refusalOf(*window, bus_, device.address()); !refusal.empty()) {
             return refusal;
         }
+        if (!device.hasBar(window->bar)) {
+            return refusals::mapping(ENOENT);
+        }
     }
-    return "";
+    // Whether a device that sleeps answers is seen when it is claimed, which wakes it.
+    return device.command() || device.isAsleep() ? "" : refusals::kGone;
 }
 
 std::string Cards::refusalOfClaims(const std::string& address, const std::string& client) const {

@@ -69,12 +69,18 @@ class PciDevice {
     // Restores an earlier value, if the device is still there.
     void restoreCommand(uint16_t command) const { static_cast<void>(writeCommand(command)); }
 
+    // Whether the device has been put to sleep, and so need not answer until somebody wakes it.
+    bool isAsleep() const { return attributes_.text("power/runtime_status") == "suspended\n"; }
+
+    // Whether the kernel has a file for the memory of a base address register.
+    bool hasBar(std::size_t bar) const { return attributes_.has(fileOfBar(bar)); }
     // Opens the memory of a base address register for mapping. Throws files::FileError.
     [[nodiscard]] files::OpenFile openBar(std::size_t bar) const {
-        return attributes_.openForMapping("resource" + std::to_string(bar));
+        return attributes_.openForMapping(fileOfBar(bar));
     }
 
   private:
+    static std::string fileOfBar(std::size_t bar) { return "resource" + std::to_string(bar); }
     [[nodiscard]] bool changeCommand(uint16_t bit, uint16_t wanted) const;
     [[nodiscard]] bool writeCommand(uint16_t command) const;
 

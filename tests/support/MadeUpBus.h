@@ -49,6 +49,7 @@ class MadeUpBus {
                                                        {"resource", resource},
                                                        {"enable", "0\n"},
                                                        {"power/control", "auto\n"},
+                                                       {"power/runtime_status", "suspended\n"},
                                                        {"driver_override", "(null)\n"},
                                                        {"config", std::string(64, '\0')}};
         for (const auto& [name, text] : texts) {

@@ -71,6 +71,7 @@ def make_card(sys_folder, address, first, content=b"CARD", device="0001"):
     ranges = [f"{first:#x} {first + 0x1ff:#x} 0x40200", *["0x0 0x0 0x0"] * 12]
     for name, text in {"vendor": "0x1234\n", "device": f"0x{device}\n", "subsystem_vendor": "0x0000\n",
                        "subsystem_device": "0x0000\n", "enable": "0\n", "power/control": "auto\n",
+                       "power/runtime_status": "suspended\n",
                        "driver_override": "(null)\n", "resource": "\n".join(ranges) + "\n"}.items():
         (folder / name).write_text(text)
     (folder / "config").write_bytes(bytes(64))

@@ -15,6 +15,8 @@ using namespace pci;
 
 const std::string kCard = "0000:05:01.0";
 const std::string kOther = "0000:05:02.0";
+const std::string kGone =
+    "The card could not be read. Check that it is still in the computer, then try again.";
 
 CardRules rulesOf(const std::string& text) {
     CardRules rules;
@@ -75,8 +77,6 @@ TEST_F(CardsTest, AreRefusedIfTheirRangesCannotBeMappedSafely) {
     const std::string notPlaced =
         "The computer has not assigned usable addresses to the card's registers. Put the card into another "
         "slot.";
-    const std::string gone =
-        "The card could not be read. Check that it is still in the computer, then try again.";
     const std::string none = MadeUpBus::none();
     const std::string registers = MadeUpBus::range(0xF1000000, 0x200);
     const std::string second = MadeUpBus::range(0xF1000200, 0x200);
@@ -94,8 +94,8 @@ TEST_F(CardsTest, AreRefusedIfTheirRangesCannotBeMappedSafely) {
         {"unset", {MadeUpBus::range(0xF1000000, 0x200, 0x20040200)}, {}, notPlaced},
         {"at zero", {MadeUpBus::range(0, 0x200)}, {}, notPlaced},
         {"across pages", {MadeUpBus::range(0xF1000F00, 0x200)}, {}, notPlaced},
-        {"backwards", {"0x2 0x1 0x200\n"}, {}, gone},
-        {"huge", {registers + std::string(5000, '\n')}, {}, gone},
+        {"backwards", {"0x2 0x1 0x200\n"}, {}, kGone},
+        {"huge", {registers + std::string(5000, '\n')}, {}, kGone},
         {"a neighbour", {registers}, {none, MadeUpBus::range(0xF1000FF0, 0x10)}, shared},
         {"a neighbour's ROM", {registers}, {none, none, none, none, none, none, second}, shared},
         {"a neighbour of the second range", {registers, far}, {MadeUpBus::range(0xF1002800, 0x10)}, shared},
@@ -225,7 +225,8 @@ TEST_F(CardsTest, AreLookedAtAgainWhenARangeIsOpened) {
     std::filesystem::rename(bus_.path() / "away", devices);
     EXPECT_EQ(failure(), "");
     std::filesystem::remove(bus_.device(kCard) / "resource0");
-    EXPECT_NE(failure(), "");
+    EXPECT_EQ(refusal(), "The card's registers cannot be reached: No such file or directory.");
+    EXPECT_EQ(failure(), refusal());
 
     // Another card in the place of the first: the claim was not for that one.
     bus_.remove(kCard);
@@ -245,9 +246,11 @@ TEST_F(CardsTest, AreNotClaimedIfTheirConfigurationCannotBeChanged) {
     bus_.add(kCard, {MadeUpBus::range(0xF1000000, 0x200)});
     // A device that no longer answers, and a kernel that takes no more than four bytes.
     bus_.setCommand(kCard, 0xFFFF);
-    EXPECT_EQ(cards_.claim("client")[kCard],
-              "The card could not be read. Check that it is still in the computer, then try again.");
+    EXPECT_EQ(cards_.claim("client")[kCard], kGone);
     EXPECT_EQ(bus_.attribute(kCard, "power/control"), "auto\n");
+    EXPECT_EQ(refusal(), "") << "it may only be asleep";
+    bus_.setAttribute(kCard, "power/runtime_status", "active\n");
+    EXPECT_EQ(refusal(), kGone);
 
     rlimit earlier{};
     ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &earlier), 0);

@@ -2,7 +2,6 @@
 and logind."""
 
 import argparse
-import contextlib
 import multiprocessing
 import pathlib
 import resource
@@ -44,13 +43,16 @@ class Bench:
         check_equal(client.ask(f"open {FIRST} 0"), ["512 CARD"])
         return client
 
-    @contextlib.contextmanager
-    def agent_that_cannot_map(self):
+    def check_that_mapping_is_tried(self, owner):
+        """An agent that cannot map the registers does not open them for its client."""
+        if b"__asan_init" in (self.bus.programs / "vupdater-agent").read_bytes():
+            return  # the address sanitizer needs memory itself, and ends the agent if there is none
         limit = (self.bus.agent_process(), resource.RLIMIT_AS)
         before = resource.prlimit(*limit)
         resource.prlimit(*limit, (0, before[1]))
-        yield
+        check_equal(owner.ask(f"open {FIRST} 0"), ["not opened"])
         resource.prlimit(*limit, before)
+        check("registers cannot be reached: Cannot allocate memory" in owner.said(), owner.said())
 
     def schedule_shut_down(self):
         self.bus.mock(LOGIND, "org.freedesktop.login1.Manager").ScheduleShutdown("poweroff", 0)

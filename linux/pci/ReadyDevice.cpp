@@ -86,11 +86,13 @@ bool ReadyDevice::reserve() const {
 std::string ReadyDevice::stayAwake() {
     before_.mightSleep = false;
     static_cast<void>(replace(kPower, line(kMightSleep), "on\n"));
-    if (isReserved_) {
-        // If that fails, the device can sleep only after this program has been killed.
-        static_cast<void>(reserve());
+    if (!before_.command) {
+        return "";  // left to a driver
     }
-    return before_.command ? prepare() : "";
+    // The rest is worth having even if drivers can no longer be kept away.
+    const bool isReservedAgain = reserve();
+    std::string refusal = prepare();
+    return refusal.empty() && !isReservedAgain ? refusals::kNotReserved : refusal;
 }
 
 std::string ReadyDevice::prepare() {

@@ -51,6 +51,12 @@ TEST(ReadyDeviceTest, IsMadeReadyAgainWhenItHasToStayAwake) {
         bus.setCommand(kCard, 0x0140);
         EXPECT_EQ(device.stayAwake(), "") << "at the next try";
         EXPECT_EQ(bus.command(kCard), 0x0142);
+        bus.setAttribute(kCard, "driver_override", "vfio-pci\n");
+        EXPECT_EQ(
+            device.stayAwake(),
+            "Drivers cannot be kept away from the card. Switch the computer off and on, then try again.");
+        bus.setAttribute(kCard, "driver_override", "(null)\n");
+        EXPECT_EQ(device.stayAwake(), "");
         bus.setCommand(kCard, 0x0146);
         bus.bind(kCard, "snd_card");
         EXPECT_EQ(device.stayAwake(),

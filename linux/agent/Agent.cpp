@@ -220,9 +220,10 @@ void Agent::beginWrite(sd_bus_message* call) {
     }
     keeper_.noteWrite(client);
     Client& known = clients_.at(client);
-    // The answer does not wait for it: whatever ends a session asks its programs first, and then waits.
-    known.scope = std::make_unique<WriteScope>(connection_, call, known.user);
     known.lock = std::make_unique<WriteLock>(connection_, call);
+    // After the lock, which matters more. The answer does not wait for systemd: whatever ends a session asks
+    // its programs first, and then waits.
+    known.scope = std::make_unique<WriteScope>(connection_, call, known.user);
 }
 
 void Agent::endWrite(sd_bus_message* call) {

@@ -1,6 +1,6 @@
 #pragma once
 
-// The place in which a client outlives its user's session during a write.
+// Lets a client outlive its user's session during a write.
 //
 // Desktops start programs as parts of the user's own systemd. Once the user's last session has ended,
 // whatever is still running there is killed, which in the middle of a write would leave the card erased.
@@ -17,8 +17,8 @@ namespace agent {
 class WriteScope {
   public:
     // Asks the computer's systemd to move the caller's process into a scope, which ends with the process.
-    // Returns at once and does not fail: a write without the scope is better than none. Only the journal has
-    // the reason if the process stays where it is. The user is the caller's.
+    // Does not wait for systemd, and does not fail if systemd does: a write without the scope is better than
+    // none. Only the journal has the reason if the process stays where it is. The user is the caller's.
     WriteScope(sd_bus* connection, sd_bus_message* call, uid_t user);
     WriteScope(const WriteScope&) = delete;
     WriteScope& operator=(const WriteScope&) = delete;

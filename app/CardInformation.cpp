@@ -53,7 +53,7 @@ void CUpdaterApp::UpdateCardInfo() {
     }
     uint16_t firmwareVersion = 0;
     if (!OpenChosenCard(item) || !ReadCardRegisters(firmwareVersion) || !ReadCardIdentity()) {
-        WarnOfIncompleteCards();
+        KeepException([this] { WarnOfIncompleteCards(); });
         DoQuit(kSaveOptionAsk);
         return;
     }

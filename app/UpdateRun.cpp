@@ -75,14 +75,15 @@ void CUpdaterApp::WarnOfIncompleteCards() {
     for (const int32_t item : mIncompleteCardItems) {
         cards += (cards.empty() ? "" : ", ") + popup->GetItemText(item);
     }
+    // The names come last, because a text that is too long is cut off.
     const std::string text =
-        "The last update of a card failed. Do not switch the computer off. Start VUpdater again and update "
-        "this card first: " +
+        "An update failed. Do not switch the computer off until you have started VUpdater again and "
+        "updated: " +
         cards;
-    ShowAlert("A card is incomplete", text.c_str());
+    ShowAlert("Firmware is incomplete", text.c_str());
     SetWindowItemText(mMainWindow, kFinishedText2Pane,
-                      "Do not shut down yet: the last update of another card failed. Choose Quit in the File "
-                      "menu, start VUpdater again and update that card first.");
+                      "Do not shut down yet, because an earlier update failed. Choose Quit in the File menu, "
+                      "start VUpdater again and update the card that failed.");
 }
 
 void CUpdaterApp::OfferNextStep() {

@@ -11,9 +11,9 @@
 namespace {
 
 const UpdaterSession::Alert incomplete = {
-    "A card is incomplete",
-    "The last update of a card failed. Do not switch the computer off. Start VUpdater again and update this "
-    "card first: VornMX-B in PCI slot 1"};
+    "Firmware is incomplete",
+    "An update failed. Do not switch the computer off until you have started VUpdater again and updated: "
+    "VornMX-B in PCI slot 1"};
 
 class IncompleteCardTest : public UpdaterTest {
   protected:

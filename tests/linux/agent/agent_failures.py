@@ -28,7 +28,7 @@ def the_agent_dies(bench):
     owner.ask("begin")
     check(not bench.logind.IsScheduled(), "The computer goes off during the second attempt.")
     check(agents <= owner.pipes(), "The agent's lock was given up for one that does not stop the user.")
-    for count, _ in enumerate(("with the agent's lock", "with the user's own, which is better than none"), 2):
+    for count in (2, 3):  # first with the agent's lock, then with the user's own
         owner.ask("end")
         wait_until(lambda: not bench.bus.locks(), "The lock outlived the write.")
         bench.schedule_shut_down()
@@ -200,7 +200,7 @@ def polkit_hangs(bench):
     check_equal(waiting.answer() + asking.answer(), ["denied", "denied"])
     seconds = time.monotonic() - since
     polkit.send_signal(signal.SIGCONT)
-    check(abs(seconds - POLKITS_SILENCE_SECONDS) < 5, f"A silent polkit was waited for {seconds:.1f} seconds.")
+    check(-1 < seconds - POLKITS_SILENCE_SECONDS < 8, f"A silent polkit was waited for {seconds:.1f} seconds.")
     check("polkit does not answer (" in asking.said() and not waiting.said(), asking.said() + waiting.said())
     wait_until(lambda: bench.polkit.CountOpenQuestions() == 0, "The dialog was not taken back.")
     # Without a question, polkit is left alone.

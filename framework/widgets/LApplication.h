@@ -66,7 +66,7 @@ class LApplication : public LCommander {
     // is dismissed as cancelled; a later one is cancelled without being shown.
     void DoQuit(int32_t saveOption = kSaveOptionAsk);
 
-    // Whether the desktop may end the session, which ends the program, although the user may quit.
+    // Whether the program may quit because the desktop session ends. The user may quit it all the same.
     virtual bool AllowsEndOfSession() const { return true; }
 
     // Whether a quit has been accepted.

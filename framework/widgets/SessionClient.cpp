@@ -13,7 +13,7 @@
 
 #include "framework/widgets/UDisplay.h"
 
-// These define macros that Qt's headers cannot bear.
+// Last, because their macros break Qt's headers.
 #include <X11/ICE/ICElib.h>
 #include <X11/SM/SMlib.h>
 
@@ -153,7 +153,7 @@ SessionClient::SessionClient(std::function<bool()> quit) {
 
 SessionClient::~SessionClient() {
     UDisplay::Use([this] { mConnection.reset(); });
-    // If the session manager has gone, the connection is left until the process ends, in the state in which
-    // this was found.
+    // If the session manager has gone, the library must not be called any more, so the connection is left
+    // until the process ends.
     static_cast<void>(mConnection.release());
 }

@@ -16,7 +16,8 @@ class SessionClient {
     // Call this before the QApplication is created. Two clients of one program would both be asked.
     static void ReplaceQts();
 
-    // Connects to the session manager if the environment names one. The function makes the program quit
+    // Connects to the session manager if the environment names one, and waits for its first answer without a
+    // limit, so there must be no work under way. The function makes the program quit
     // unless something prevents that, and returns whether it quits. It is called in the event loop.
     explicit SessionClient(std::function<bool()> quit);
     ~SessionClient();

@@ -59,7 +59,7 @@ class CardKeeper {
 
     // The client, which has cards, may write into them from now on, and into those that it claims later. They
     // stay awake even after they have been taken back. Those that others have changed are made ready again;
-    // if one cannot be, it is said why.
+    // the journal says why if one cannot be.
     void noteWrite(const std::string& client);
 
     // The client no longer needs its cards.

@@ -16,9 +16,8 @@ namespace agent {
 class PolkitPulse {
   public:
     // Asks polkit about every second until it is destroyed. The connection, which must be attached to an
-    // event loop, must outlive this object. After 16 seconds without an answer `onStopped` is called, and
-    // polkit is not asked again; it may destroy this object. Throws files::UserError if there can be no
-    // timer.
+    // event loop, must outlive this object. After 16 seconds without an answer, calls `onStopped`, which may
+    // destroy this object, and asks no more. Throws files::UserError if there can be no timer.
     PolkitPulse(sd_bus* connection, std::function<void()> onStopped);
     PolkitPulse(const PolkitPulse&) = delete;
     PolkitPulse& operator=(const PolkitPulse&) = delete;

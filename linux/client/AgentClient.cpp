@@ -214,7 +214,8 @@ bool AgentClient::takeOwnLock(Answer& answer) {
     if (!lock) {
         return false;
     }
-    if (!lock_) {  // or a failed write has left one, which may be the agent's
+    // A lock that a failed write has left may be the agent's, which is better.
+    if (!lock_) {
         lock_ = std::move(lock);
     }
     Answer cancelled;

@@ -1,5 +1,6 @@
 #include "linux/agent/WriteLock.h"
 
+#include <cerrno>
 #include <string>
 #include <utility>
 
@@ -53,7 +54,7 @@ int WriteLock::onLock(sd_bus_message* answer, void* lock, sd_bus_error* /*error*
         self->ask(bus::newCancelCall(self->connection_), kCancelLimit, onCancelled);
     } catch (const files::UserError& error) {
         files::say(error.what());
-        return self->grant(false);
+        return self->grant(-EIO);
     }
     return 1;
 }
@@ -61,13 +62,12 @@ int WriteLock::onLock(sd_bus_message* answer, void* lock, sd_bus_error* /*error*
 int WriteLock::onCancelled(sd_bus_message* answer, void* lock, sd_bus_error* /*error*/) {
     auto* const self = static_cast<WriteLock*>(lock);
     const bus::Slot answered = std::move(self->pending_);
-    int hasCancelled = 0;
-    if (sd_bus_message_is_method_error(answer, nullptr) != 0 ||
-        sd_bus_message_read(answer, "b", &hasCancelled) < 0) {
-        files::say("logind does not say whether a shutdown is scheduled: " +
+    const int hasCancelled = bus::hasCancelled(answer);
+    if (hasCancelled < 0) {
+        files::say("It is unknown whether a scheduled shutdown was cancelled: " +
                    reasonOf(sd_bus_message_get_error(answer)));
     }
-    return self->grant(hasCancelled != 0);
+    return self->grant(hasCancelled);
 }
 
 int WriteLock::refuse(const sd_bus_error* error) {
@@ -81,15 +81,14 @@ int WriteLock::refuse(const sd_bus_error* error) {
                                       "logind gave no lock: %s", reason.c_str());
 }
 
-int WriteLock::grant(bool hasCancelled) {
+int WriteLock::grant(int hasCancelled) {
     const bus::Message call = std::move(call_);
     const std::string client = sd_bus_message_get_sender(call.get());
-    if (hasCancelled) {
+    if (hasCancelled > 0) {
         files::say(client + ": A scheduled shutdown was cancelled for the write.");
     }
     files::say(client + ": The computer stays on during the write.");
-    return sd_bus_reply_method_return(call.get(), bus::kBeginWrite.answer, lock_.number(),
-                                      static_cast<int>(hasCancelled));
+    return sd_bus_reply_method_return(call.get(), bus::kBeginWrite.answer, lock_.number(), hasCancelled);
 }
 
 }  // namespace agent

@@ -30,7 +30,7 @@ class WriteLock {
     static int onLock(sd_bus_message* answer, void* lock, sd_bus_error* error);
     static int onCancelled(sd_bus_message* answer, void* lock, sd_bus_error* error);
     int refuse(const sd_bus_error* error);
-    int grant(bool hasCancelled);
+    int grant(int hasCancelled);
 
     sd_bus* connection_;
     bus::Message call_;  // until it has been answered

@@ -62,7 +62,7 @@ int run(int argc, char** argv) {
     bool isCheck = false;
     program.add_flag(
         "--check", isCheck,
-        "Show which cards this computer has and whether they can be used; exit with 0 if one can");
+        "Show which of the named cards are there and whether they can be used; exit with 0 if one can");
     program.set_version_flag("--version", "vupdater-agent " VUPDATER_VERSION, "Print the version and exit");
     program.add_option("--sys", folders.sys, "The folder in which the kernel describes the devices")
         ->capture_default_str();

@@ -79,23 +79,24 @@ Message newPropertyCall(sd_bus* connection, const Object& object, const char* pr
     return call;
 }
 
-Message answerTo(const Message& call, microseconds limit, Error& error, int& result,
-                 const std::function<bool()>& mayWait) {
+void makeCall(const Message& call, microseconds limit, Answer& answer, const std::function<bool()>& mayWait) {
+    if (!call) {
+        return;
+    }
     // sd_bus_call would lose the answer if a signal interrupted it.
     sd_bus* const connection = sd_bus_message_get_bus(call.get());
-    Message answer;
+    Message& message = answer.message;
     sd_bus_slot* slot = nullptr;
-    result = sd_bus_call_async(connection, &slot, call.get(), keepAnswer, &answer, UINT64_MAX);
+    answer.result = sd_bus_call_async(connection, &slot, call.get(), keepAnswer, &message, UINT64_MAX);
     const Slot pending(slot);
     const auto end = steady_clock::now() + limit;
-    while (result >= 0 && !answer) {
-        result = mayWait && !mayWait() ? -ECANCELED : advance(connection, end);
+    while (answer.result >= 0 && !message) {
+        answer.result = mayWait && !mayWait() ? -ECANCELED : advance(connection, end);
     }
-    if (sd_bus_message_is_method_error(answer.get(), nullptr) > 0) {
-        result = sd_bus_error_copy(error.fill(), sd_bus_message_get_error(answer.get()));
-        answer.reset();
+    if (sd_bus_message_is_method_error(message.get(), nullptr) > 0) {
+        answer.result = sd_bus_error_copy(answer.error.fill(), sd_bus_message_get_error(message.get()));
+        message.reset();
     }
-    return answer;
 }
 
 Connection openSystemBus(microseconds limit, int& result, const std::function<bool()>& mayWait) {

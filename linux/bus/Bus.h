@@ -68,10 +68,18 @@ Message newPropertyCall(sd_bus* connection, const Object& object, const char* pr
 // Longer than anybody takes to enter a password.
 constexpr std::chrono::microseconds kNoLimit = std::chrono::hours(24 * 365);
 
-// Makes a call and waits for its answer. Null if that is an error, or if there is none within the limit. If
-// given, `mayWait` is asked about every 100 ms; if it says no, the result is -ECANCELED.
-[[nodiscard]] Message answerTo(const Message& call, std::chrono::microseconds limit, Error& error,
-                               int& result, const std::function<bool()>& mayWait = {});
+// What a call brought: its answer, or null and why.
+struct Answer {
+    Message message;
+    Error error;
+    int result = 0;
+};
+
+// Makes a call and waits for its answer. There is none if it is an error, or does not come within the limit.
+// If given, `mayWait` is asked about every 100 ms; if it says no, the result is -ECANCELED. A null call
+// leaves `answer` as it is, with the reason why the call could not be created.
+void makeCall(const Message& call, std::chrono::microseconds limit, Answer& answer,
+              const std::function<bool()>& mayWait = {});
 
 // Connect to the system bus, or to that of the user's session, within the limit. Null if that fails; `result`
 // says why. `mayWait` is asked as above.

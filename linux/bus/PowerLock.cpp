@@ -19,6 +19,12 @@ Message newCancelCall(sd_bus* connection) {
     return newCall(connection, kLogind, "CancelScheduledShutdown");
 }
 
+int hasCancelled(sd_bus_message* answer) {
+    int hasCancelled = 0;
+    const int result = sd_bus_message_read(answer, "b", &hasCancelled);
+    return result < 0 ? result : hasCancelled;
+}
+
 Descriptor lockIn(const Message& answer) {
     int theMessages = -1;
     sd_bus_message_read(answer.get(), "h", &theMessages);

@@ -17,11 +17,14 @@ constexpr char kLockReason[] = "Firmware is being written into a card";
 // The call for the lock; null if there is no connection.
 Message newLockCall(sd_bus* connection);
 
-// The call that cancels a scheduled shutdown. logind answers whether there was one. It looks at the locks
-// when a shutdown is scheduled, not when it is due, so the lock alone does not stop one that was scheduled
-// before. Make it while holding the lock, or another could be scheduled in between. Null if there is no
-// connection.
+// The call that cancels a scheduled shutdown. logind looks at the locks when a shutdown is scheduled, not
+// when it is due, so the lock alone does not stop one that was scheduled before. Make it while holding the
+// lock, or another could be scheduled in between. Null if there is no connection.
 Message newCancelCall(sd_bus* connection);
+
+// Whether that call cancelled one, from its answer: 1 if so, 0 if none was scheduled, negative if that is
+// unknown, because the answer is an error or null.
+[[nodiscard]] int hasCancelled(sd_bus_message* answer);
 
 // A second descriptor of the lock that an answer brought; empty if it brought none.
 [[nodiscard]] Descriptor lockIn(const Message& answer);

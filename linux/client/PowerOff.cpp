@@ -23,13 +23,11 @@ constexpr std::chrono::microseconds kUnlockLimit = 2s;
 constexpr std::chrono::microseconds kPowerOffLimit = 2min;
 
 bool isShuttingDown(sd_bus* connection) {
-    bus::Error error;
-    int result = 0;
-    const bus::Message answer =
-        bus::answerTo(bus::newPropertyCall(connection, bus::kLogind, "PreparingForShutdown"), kQuestionLimit,
-                      error, result);
+    bus::Answer answer;
+    bus::makeCall(bus::newPropertyCall(connection, bus::kLogind, "PreparingForShutdown"), kQuestionLimit,
+                  answer);
     int shuttingDown = 0;
-    return sd_bus_message_read(answer.get(), "v", "b", &shuttingDown) > 0 && shuttingDown != 0;
+    return sd_bus_message_read(answer.message.get(), "v", "b", &shuttingDown) > 0 && shuttingDown != 0;
 }
 
 // A lock that keeps the computer on.
@@ -39,12 +37,11 @@ struct Lock {
 };
 
 std::vector<Lock> locks(sd_bus* connection) {
-    bus::Error error;
-    int result = 0;
-    const bus::Message answer = bus::answerTo(bus::newCall(connection, bus::kLogind, "ListInhibitors"),
-                                              kQuestionLimit, error, result);
+    bus::Answer answer;
+    bus::makeCall(bus::newCall(connection, bus::kLogind, "ListInhibitors"), kQuestionLimit, answer);
+    sd_bus_message* const list = answer.message.get();
     std::vector<Lock> locks;
-    if (sd_bus_message_enter_container(answer.get(), SD_BUS_TYPE_ARRAY, "(ssssuu)") < 0) {
+    if (sd_bus_message_enter_container(list, SD_BUS_TYPE_ARRAY, "(ssssuu)") < 0) {
         return locks;
     }
     const char* what = nullptr;
@@ -53,7 +50,7 @@ std::vector<Lock> locks(sd_bus* connection) {
     const char* mode = nullptr;
     uint32_t user = 0;
     uint32_t process = 0;
-    while (sd_bus_message_read(answer.get(), "(ssssuu)", &what, &who, &why, &mode, &user, &process) > 0) {
+    while (sd_bus_message_read(list, "(ssssuu)", &what, &who, &why, &mode, &user, &process) > 0) {
         if (std::strstr(what, "shutdown") != nullptr && std::strcmp(mode, "delay") != 0) {
             locks.push_back({who, why});
         }
@@ -87,13 +84,13 @@ bool powerOffThroughLogind(sd_bus* connection) {
     const bus::Message call = bus::newCall(connection, bus::kLogind, "PowerOff");
     sd_bus_message_set_allow_interactive_authorization(call.get(), 1);
     sd_bus_message_append(call.get(), "b", 1);
-    bus::Error error;
-    int result = 0;
-    if (bus::answerTo(call, kPowerOffLimit, error, result) || isShuttingDown(connection)) {
+    bus::Answer answer;
+    bus::makeCall(call, kPowerOffLimit, answer);
+    if (answer.message || isShuttingDown(connection)) {
         return true;
     }
-    files::say("The computer was not switched off: " + error.reason(result) + whoPreventsIt(connection) +
-               ". Shut it down from the desktop's menu.");
+    files::say("The computer was not switched off: " + answer.error.reason(answer.result) +
+               whoPreventsIt(connection) + ". Shut it down from the desktop's menu.");
     return false;
 }
 

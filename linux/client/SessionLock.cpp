@@ -22,14 +22,14 @@ void SessionLock::take() {
     if (connection_) {
         return;
     }
-    int result = 0;
-    connection_ = bus::openSessionBus(kLimit, result);
+    bus::Answer answer;
+    connection_ = bus::openSessionBus(kLimit, answer.result);
     const bus::Message call = bus::newCall(connection_.get(), kSessionManager, "Inhibit");
     sd_bus_message_set_auto_start(call.get(), 0);
     sd_bus_message_append(call.get(), "susu", "com.vornlabs.vupdater", kNoWindow, bus::kLockReason,
                           kNoLogOut);
-    bus::Error error;
-    if (!call || !bus::answerTo(call, kLimit, error, result)) {
+    bus::makeCall(call, kLimit, answer);
+    if (!answer.message) {
         connection_.reset();
     }
 }

@@ -3,7 +3,7 @@
 // Why a card cannot be used, and what a person can do about it. Each refusal is one or two sentences in
 // printable ASCII. The program shows it after the card's name and location.
 //
-// What is wrong with the configuration is said by pci::CardRules, and why no card was granted by AgentClient.
+// pci::CardRules says what is wrong with the configuration, and client::meaningOf why no card was granted.
 
 #include <string>
 

@@ -1,5 +1,5 @@
-"""python-dbusmock's logind, which can also be on its way to sleep, and then gives no lock, or be scheduled to shut down. It
-notices the end of a lock late."""
+"""python-dbusmock's logind, which can also be on its way to sleep, and then gives no lock, be scheduled to shut down, or
+refuse a call. It notices the end of a lock late."""
 
 import time
 
@@ -26,11 +26,18 @@ def load(mock, parameters):
     mock.is_going_to_sleep = False
     mock.is_scheduled = False
     mock.seconds = 0
+    mock.refused = ""
+
+
+def refuse(mock, method):
+    if mock.refused == method:
+        raise dbus.exceptions.DBusException("Not now", name="org.freedesktop.DBus.Error.Failed")
 
 
 @dbus.service.method(MAIN_IFACE, in_signature="ssss", out_signature="h")
 def Inhibit(self, what, who, why, mode):
     time.sleep(self.seconds)
+    refuse(self, "Inhibit")
     if self.is_going_to_sleep:
         raise dbus.exceptions.DBusException("Already running", name="org.freedesktop.login1.OperationInProgress")
     return logind.Inhibit(self, what, who, why, mode)
@@ -46,6 +53,7 @@ def ScheduleShutdown(self, _what, _when):
 @dbus.service.method(MAIN_IFACE, out_signature="b")
 def CancelScheduledShutdown(self):
     time.sleep(self.seconds)
+    refuse(self, "CancelScheduledShutdown")
     was_scheduled, self.is_scheduled = self.is_scheduled, False
     if not mockobject.inhibitors:
         ScheduleShutdown(self, "poweroff", 0)  # by somebody else, at once
@@ -66,6 +74,11 @@ def IsScheduled(self):
 @dbus.service.method(MOCK_IFACE, in_signature="d")
 def SetSecondsOfACall(self, seconds):
     self.seconds = seconds
+
+
+@dbus.service.method(MOCK_IFACE, in_signature="s")
+def SetRefused(self, method):
+    self.refused = method
 
 
 @dbus.service.method(MOCK_IFACE, in_signature="b")

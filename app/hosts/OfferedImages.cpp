@@ -40,10 +40,10 @@ std::string whyNot(const std::string& path, CardsOfComputer cards) {
     }
 }
 
-// Takes the reason that whyNot gives. If there is one, prints it and returns false.
-bool isAllowed(const std::string& reason) {
+// Takes the reason that whyNot gives. If there is one, prints it and what follows from it, and returns false.
+bool isAllowed(const std::string& reason, const char* consequence) {
     if (!reason.empty()) {
-        std::fprintf(stderr, "vupdater: %s It is not offered.\n", reason.c_str());
+        std::fprintf(stderr, "vupdater: %s %s\n", reason.c_str(), consequence);
     }
     return reason.empty();
 }
@@ -51,12 +51,12 @@ bool isAllowed(const std::string& reason) {
 }  // namespace
 
 std::function<bool(const std::string& path)> OfferedImages(CardsOfComputer cards) {
-    return [cards](const std::string& path) { return isAllowed(whyNot(path, cards)); };
+    return [cards](const std::string& path) { return isAllowed(whyNot(path, cards), "It is not offered."); };
 }
 
 std::function<bool(const std::string& path, std::span<const uint8_t> image)> WrittenImages(
     CardsOfComputer cards) {
     return [cards](const std::string& path, std::span<const uint8_t> image) {
-        return isAllowed(whyNot(path, image, cards));
+        return isAllowed(whyNot(path, image, cards), "It was not written.");
     };
 }

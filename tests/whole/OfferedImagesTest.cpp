@@ -67,6 +67,7 @@ TEST_F(OfferedImagesTest, AreThoseForTheComputersCards) {
         << real;
     for (const std::string line :
          {"DSXW03NC.xsv is firmware for simulated cards and would ruin a real one. It is not offered.\n",
+          "VMBM13A.xsv is firmware for simulated cards and would ruin a real one. It was not written.\n",
           "VMBM14A.xsv is damaged: it is not an image, or it is incomplete. It is not offered.\n",
           "VMBM16A.xsv: could not be opened (No such file or directory). It is not offered.\n"}) {
         EXPECT_NE(real.find(line), std::string::npos) << line << real;

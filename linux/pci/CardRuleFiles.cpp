@@ -36,13 +36,15 @@ void readFile(const files::Folder& folder, const std::string& name, uid_t truste
     parseCardRules({reinterpret_cast<const char*>(content.data()), content.size()}, file.name(), rules);
 }
 
-std::vector<std::string> ruleFiles(const files::Folder& folder) {
+std::vector<std::string> ruleFiles(const files::Folder& folder, CardRules& rules) {
     std::vector<std::string> names = folder.names();
     std::erase_if(names,
                   [](const std::string& name) { return name.starts_with('.') || !name.ends_with(kEnding); });
     std::ranges::sort(names);
     if (names.size() > kMostRuleFiles) {
-        throw files::FileError(folder.path(), "has more than " + std::to_string(kMostRuleFiles) + " files");
+        rules.complain(folder.path().string() + ": has more than " + std::to_string(kMostRuleFiles) +
+                       " files; those after " + names[kMostRuleFiles - 1] + " were not read.");
+        names.resize(kMostRuleFiles);
     }
     return names;
 }
@@ -51,7 +53,7 @@ void readFolder(const std::filesystem::path& path, uid_t trustedOwner, CardRules
     files::OpenFile opened(AT_FDCWD, path, O_RDONLY | O_DIRECTORY, path);
     refuseUntrusted(path, opened.status(), trustedOwner);
     const files::Folder folder(std::move(opened));
-    for (const std::string& name : ruleFiles(folder)) {
+    for (const std::string& name : ruleFiles(folder, rules)) {
         try {
             readFile(folder, name, trustedOwner, rules);
         } catch (const files::FileError& error) {

@@ -47,6 +47,9 @@ std::string Cards::refusal(const PciDevice& device, const CardRule& rule) const 
     if (bus_.isLockedDown()) {
         return refusals::kLockedDown;
     }
+    if (device.isBridge()) {
+        return refusals::kBridge;
+    }
     if (const auto driver = device.driver()) {
         return refusals::driver(*driver);
     }
@@ -208,12 +211,14 @@ bool Cards::hasAny(const std::string& client) const {
 Cards::Use Cards::use(const std::string& client) {
     Use use;
     for (auto& [address, claim] : claims_) {
-        // The kernel ends the mappings of a device that is taken out.
-        if (claim.client != client || !claim.ready->device().attributes().isStillThere()) {
+        if (claim.client != client) {
             continue;
         }
         try {
             if (!claim.locks) {
+                if (!claim.ready->device().attributes().isStillThere()) {
+                    continue;  // it can be asked no more
+                }
                 claim.locks.emplace(claim.ready->device());
             }
             use.isGoingOn |= claim.locks->isAnyHeld();

@@ -120,6 +120,14 @@ std::optional<Resources> PciDevice::resources() const {
     return text ? parseResources(*text) : std::nullopt;
 }
 
+bool PciDevice::isBridge() const {
+    // To PCI, to CardBus, and half transparent to PCI. Other kinds of bridges have no bus behind them.
+    constexpr std::array<std::string_view, 3> kClasses{"0x0604", "0x0607", "0x0609"};
+    const auto text = attributes_.text("class");
+    return text &&
+           std::ranges::any_of(kClasses, [&](std::string_view known) { return text->starts_with(known); });
+}
+
 std::optional<std::string> PciDevice::driver() const {
     const auto name = attributes_.linkedName("driver");
     return name ? std::optional(plainText(*name)) : std::nullopt;

@@ -54,6 +54,10 @@ class PciDevice {
     std::optional<Identifiers> subsystem() const;
     std::optional<Resources> resources() const;
 
+    // Whether it leads to other devices, which could not reach the computer's memory without its bus
+    // mastering.
+    bool isBridge() const;
+
     // The name of the driver that has the device, as plainText(); nothing if none has.
     std::optional<std::string> driver() const;
 

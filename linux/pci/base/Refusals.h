@@ -24,6 +24,10 @@ constexpr char kNotPlaced[] =
 constexpr char kUnknownNeighbours[] =
     "It is unknown whether another device has registers in the same page of memory. Try again.";
 
+// The device itself, whoever asks for it.
+constexpr char kBridge[] =
+    "This is a bridge to other devices, not a card. Correct the line that names it in the configuration.";
+
 // The device itself, when a client claims it or opens a range.
 constexpr char kBusMastering[] =
     "The card's bus mastering cannot be switched off. Switch the computer off and on, then try again.";

@@ -131,6 +131,13 @@ TEST_F(CardRuleFilesTest, AreReadInTheOrderOfTheirNames) {
     ASSERT_EQ(rules.complaints.size(), 1u);
     EXPECT_TRUE(rules.complaints[0].starts_with(path("10-a.conf").string() + ":2: ")) << rules.complaints[0];
     EXPECT_TRUE(readCardRules(path("missing"), getuid()).complaints.empty());
+    for (int number = 100; number < 200; ++number) {
+        write("30-" + std::to_string(number) + ".conf", "1af4:0003 \"c\"\n");
+    }
+    const CardRules tooMany = read();
+    EXPECT_EQ(tooMany.rules.size(), 3u);
+    EXPECT_EQ(tooMany.complaints[0], directory_.path().string() +
+                                         ": has more than 100 files; those after 30-196.conf were not read.");
 }
 
 TEST_F(CardRuleFilesTest, AreIgnoredIfOthersCanChangeThem) {

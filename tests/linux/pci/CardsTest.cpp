@@ -130,6 +130,13 @@ TEST_F(CardsTest, AreRefusedWhileTheKernelKeepsThem) {
     }
     bus_.lockDown("[none] integrity confidentiality\n");
     EXPECT_EQ(failure(), "");
+    bus_.setAttribute(kCard, "class", "0x060400\n");
+    EXPECT_EQ(refusal(),
+              "This is a bridge to other devices, not a card. Correct the line that names it in the "
+              "configuration.");
+    EXPECT_EQ(failure(), refusal());
+    bus_.setAttribute(kCard, "class", "0x068000\n");  // a bridge in name only
+    EXPECT_EQ(failure(), "");
     bus_.bind(kCard, "snd_card");
     EXPECT_EQ(refusal(), "The driver \"snd_card\" uses the card. Unload that driver, then try again.");
     EXPECT_EQ(failure(), refusal());
@@ -207,39 +214,6 @@ TEST_F(CardsTest, BelongToOneClientAtATimeAndAreLeftAsTheyWere) {
     EXPECT_EQ(state(kOther), std::to_string(0x40) + "\n1\non\n\n");
     cards_.claim("other");
     EXPECT_EQ(failure(0, kCard, "other"), "");
-}
-
-TEST_F(CardsTest, AreLookedAtAgainWhenARangeIsOpened) {
-    bus_.add(kCard, {MadeUpBus::range(0xF1000000, 0x200)});
-    cards_.claim("client");
-    bus_.setCommand(kCard, 0x0006);
-    EXPECT_EQ(failure(), "");
-    EXPECT_EQ(bus_.command(kCard), 0x0002);
-    bus_.add(kOther, {MadeUpBus::range(0xF1000800, 0x200)});
-    EXPECT_NE(failure().find(kOther), std::string::npos);
-    bus_.remove(kOther);
-    const std::filesystem::path devices = bus_.device(kCard).parent_path();
-    std::filesystem::rename(devices, bus_.path() / "away");
-    EXPECT_EQ(failure(),
-              "It is unknown whether another device has registers in the same page of memory. Try again.");
-    std::filesystem::rename(bus_.path() / "away", devices);
-    EXPECT_EQ(failure(), "");
-    std::filesystem::remove(bus_.device(kCard) / "resource0");
-    EXPECT_EQ(refusal(), "The card's registers cannot be reached: No such file or directory.");
-    EXPECT_EQ(failure(), refusal());
-
-    // Another card in the place of the first: the claim was not for that one.
-    bus_.remove(kCard);
-    bus_.add(kCard, {MadeUpBus::range(0xF1000000, 0x200)});
-    EXPECT_NE(failure(), "");
-    cards_.claim("client");
-    EXPECT_EQ(failure(), "");
-    bus_.setAttribute(kCard, "device", "0x1111\n");
-    EXPECT_NE(failure(), "");
-    bus_.remove(kCard);
-    EXPECT_NE(failure(), "");
-    cards_.release("client");
-    EXPECT_EQ(refusal(), "no card");
 }
 
 TEST_F(CardsTest, AreNotClaimedIfTheirConfigurationCannotBeChanged) {

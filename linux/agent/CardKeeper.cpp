@@ -12,8 +12,10 @@ namespace {
 
 using std::chrono::steady_clock;
 
-// Looking at every device takes milliseconds, and anybody may ask for it.
-constexpr std::chrono::milliseconds kListLasts(100);
+// Looking at every device takes milliseconds, and anybody may ask for it, from as many connections as they
+// like. So a list lasts nine times as long as it took, which leaves most of the time for others.
+constexpr int kTimesAListLasts = 9;
+constexpr std::chrono::milliseconds kListLastsAtMost(100);
 
 // A program unmaps the registers before it lets the cards go. One that ends, however it does, has let go of
 // them milliseconds after the bus has noticed, even on a busy computer. One that still has them after this
@@ -88,9 +90,12 @@ std::vector<pci::FoundCard> CardKeeper::seenBy(const std::string& client) {
         return cards_->list(client);
     }
     if (steady_clock::now() >= staleFrom_) {
+        const auto begin = steady_clock::now();
         readRules();
         listed_ = cards_->list(client);
-        staleFrom_ = steady_clock::now() + kListLasts;
+        const auto end = steady_clock::now();
+        staleFrom_ =
+            end + std::min<steady_clock::duration>(kTimesAListLasts * (end - begin), kListLastsAtMost);
     }
     return listed_;
 }
@@ -161,8 +166,6 @@ void CardKeeper::noteWrite(const std::string& client) {
 
 void CardKeeper::giveUp(const std::string& client) {
     refusals_.erase(client);
-    // A program that is started after this one has ended sees what has changed meanwhile.
-    staleFrom_ = {};
     const auto holding = holdings_.find(client);
     if (holding != holdings_.end()) {
         holding->second.givenUp = holding->second.givenUp.value_or(steady_clock::now());

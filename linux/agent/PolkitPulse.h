@@ -7,7 +7,6 @@
 #include <systemd/sd-event.h>
 
 #include <functional>
-#include <memory>
 
 #include "linux/bus/Bus.h"
 
@@ -23,15 +22,13 @@ class PolkitPulse {
     PolkitPulse& operator=(const PolkitPulse&) = delete;
 
   private:
-    using Timer = std::unique_ptr<sd_event_source, bus::Releaser<sd_event_source_disable_unref>>;
-
     static int onTimer(sd_event_source* timer, uint64_t time, void* pulse);
     static int onAnswer(sd_bus_message* answer, void* pulse, sd_bus_error* error);
     void ask();
 
     sd_bus* connection_;
     std::function<void()> onStopped_;
-    Timer timer_;
+    bus::Timer timer_;
     bus::Slot pending_;  // while polkit has not answered
     int silentLooks_ = 0;
 };

@@ -18,6 +18,9 @@ using namespace std::chrono_literals;
 constexpr std::chrono::microseconds kLockLimit = 3s;
 constexpr std::chrono::microseconds kCancelLimit = 1s;
 
+// A shutdown that root schedules is at least a minute away.
+constexpr std::chrono::microseconds kBetweenCancels = 5s;
+
 std::string reasonOf(const sd_bus_error* error) {
     return error != nullptr && error->message != nullptr ? error->message
                                                          : "the answer could not be understood";
@@ -26,7 +29,7 @@ std::string reasonOf(const sd_bus_error* error) {
 }  // namespace
 
 WriteLock::WriteLock(sd_bus* connection, sd_bus_message* call)
-    : connection_(connection), call_(sd_bus_message_ref(call)) {
+    : connection_(connection), call_(sd_bus_message_ref(call)), client_(sd_bus_message_get_sender(call)) {
     ask(bus::newLockCall(connection), kLockLimit, onLock);
 }
 
@@ -50,6 +53,9 @@ int WriteLock::onLock(sd_bus_message* answer, void* lock, sd_bus_error* /*error*
         return self->refuse(sd_bus_message_get_error(answer));
     }
     self->lock_ = bus::Descriptor::duplicate(theMessages);
+    if (!self->lock_) {
+        return self->refuse(nullptr);
+    }
     try {
         self->ask(bus::newCancelCall(self->connection_), kCancelLimit, onCancelled);
     } catch (const files::UserError& error) {
@@ -70,11 +76,39 @@ int WriteLock::onCancelled(sd_bus_message* answer, void* lock, sd_bus_error* /*e
     return self->grant(hasCancelled);
 }
 
+// Without a timer, a shutdown that is scheduled from now on is not cancelled.
+void WriteLock::askAgainLater() {
+    sd_event_source* timer = nullptr;
+    if (sd_event_add_time_relative(sd_bus_get_event(connection_), &timer, CLOCK_MONOTONIC,
+                                   static_cast<uint64_t>(kBetweenCancels.count()), 0, onTimer, this) >= 0) {
+        timer_.reset(timer);
+    }
+}
+
+int WriteLock::onTimer(sd_event_source* /*timer*/, uint64_t /*time*/, void* lock) {
+    auto* const self = static_cast<WriteLock*>(lock);
+    try {
+        self->ask(bus::newCancelCall(self->connection_), kCancelLimit, onCancelledAgain);
+    } catch (const files::UserError& error) {
+        files::say(error.what());
+    }
+    self->askAgainLater();
+    return 0;
+}
+
+int WriteLock::onCancelledAgain(sd_bus_message* answer, void* lock, sd_bus_error* /*error*/) {
+    auto* const self = static_cast<WriteLock*>(lock);
+    const bus::Slot answered = std::move(self->pending_);
+    if (bus::hasCancelled(answer) > 0) {
+        files::say(self->client_ + ": A scheduled shutdown was cancelled during the write.");
+    }
+    return 1;
+}
+
 int WriteLock::refuse(const sd_bus_error* error) {
     const bus::Message call = std::move(call_);
     const std::string reason = reasonOf(error);
-    files::say(std::string(sd_bus_message_get_sender(call.get())) +
-               ": logind gave no lock for the write: " + reason);
+    files::say(client_ + ": logind gave no lock for the write: " + reason);
     // The client must not write before this is over.
     const bool isGoingDown = sd_bus_error_has_name(error, bus::kIsGoingDown) != 0;
     return sd_bus_reply_method_errorf(call.get(), isGoingDown ? bus::kIsGoingDown : SD_BUS_ERROR_FAILED,
@@ -83,11 +117,11 @@ int WriteLock::refuse(const sd_bus_error* error) {
 
 int WriteLock::grant(int hasCancelled) {
     const bus::Message call = std::move(call_);
-    const std::string client = sd_bus_message_get_sender(call.get());
     if (hasCancelled > 0) {
-        files::say(client + ": A scheduled shutdown was cancelled for the write.");
+        files::say(client_ + ": A scheduled shutdown was cancelled for the write.");
     }
-    files::say(client + ": The computer stays on during the write.");
+    askAgainLater();
+    files::say(client_ + ": The computer stays on during the write.");
     return sd_bus_reply_method_return(call.get(), bus::kBeginWrite.answer, lock_.number(), hasCancelled);
 }
 

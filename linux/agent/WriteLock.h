@@ -5,8 +5,10 @@
 // Root asks for it, because a user's own lock does not stop that user from switching the computer off.
 
 #include <systemd/sd-bus.h>
+#include <systemd/sd-event.h>
 
 #include <chrono>
+#include <string>
 
 #include "linux/bus/Bus.h"
 #include "linux/bus/Descriptor.h"
@@ -17,8 +19,9 @@ class WriteLock {
   public:
     // Asks logind for the lock and, once it is held, to cancel a scheduled shutdown. Then answers the
     // client's call with a descriptor that holds the lock, too, or with an error if logind refuses the lock.
-    // Throws files::UserError if logind cannot be asked. The lock ends when this object is gone and the
-    // client has closed its descriptor.
+    // From then on, a shutdown that root schedules meanwhile is cancelled about every five seconds. Throws
+    // files::UserError if logind cannot be asked. The lock ends when this object is gone and the client has
+    // closed its descriptor. The connection must be attached to an event loop.
     WriteLock(sd_bus* connection, sd_bus_message* call);
     WriteLock(const WriteLock&) = delete;
     WriteLock& operator=(const WriteLock&) = delete;
@@ -29,6 +32,9 @@ class WriteLock {
              sd_bus_message_handler_t onAnswer);
     static int onLock(sd_bus_message* answer, void* lock, sd_bus_error* error);
     static int onCancelled(sd_bus_message* answer, void* lock, sd_bus_error* error);
+    static int onTimer(sd_event_source* timer, uint64_t time, void* lock);
+    static int onCancelledAgain(sd_bus_message* answer, void* lock, sd_bus_error* error);
+    void askAgainLater();
     int refuse(const sd_bus_error* error);
     int grant(int hasCancelled);
 
@@ -36,6 +42,8 @@ class WriteLock {
     bus::Message call_;  // until it has been answered
     bus::Slot pending_;
     bus::Descriptor lock_;
+    std::string client_;  // its name on the bus
+    bus::Timer timer_;
 };
 
 }  // namespace agent

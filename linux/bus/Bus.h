@@ -6,6 +6,7 @@
 // chain of calls needs to check only its last result.
 
 #include <systemd/sd-bus.h>
+#include <systemd/sd-event.h>
 
 #include <chrono>
 #include <functional>
@@ -22,8 +23,9 @@ struct Releaser {
 // Closes without sending what is still queued, because a bus that hangs would never take it.
 using Connection = std::unique_ptr<sd_bus, Releaser<sd_bus_close_unref>>;
 using Message = std::unique_ptr<sd_bus_message, Releaser<sd_bus_message_unref>>;
-// A callback that is registered for as long as the slot lives.
+// A callback that is registered for as long as the slot or the timer lives.
 using Slot = std::unique_ptr<sd_bus_slot, Releaser<sd_bus_slot_unref>>;
+using Timer = std::unique_ptr<sd_event_source, Releaser<sd_event_source_disable_unref>>;
 
 class Error {
   public:

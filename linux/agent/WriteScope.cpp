@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <chrono>
+#include <utility>
 
 #include "files/PrintableText.h"
 
@@ -10,10 +11,17 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// Nobody waits for the answer, and systemd is slow while it reloads its units.
+// Nobody waits for the answers, and systemd is slow while it reloads its units.
 constexpr std::chrono::microseconds kLimit = 25s;
 
 constexpr char kExists[] = "org.freedesktop.systemd1.UnitExists";
+
+// The users of the computer's sessions, as logind names them; their numbers follow.
+constexpr char kLogindUsers[] = "/org/freedesktop/login1/user/_";
+
+std::string textOf(const sd_bus_error& error) {
+    return error.message != nullptr ? error.message : error.name;
+}
 
 // The sender's process, by the bus's guarantee, or a negative result. In a container the bus still knows it
 // by its number on the host.
@@ -53,25 +61,58 @@ bus::Message newScopeCall(sd_bus* connection, pid_t process, uid_t user) {
 }  // namespace
 
 WriteScope::WriteScope(sd_bus* connection, sd_bus_message* call, uid_t user)
-    : client_(sd_bus_message_get_sender(call)) {
-    int result = processOf(call);
-    if (result >= 0) {
-        const bus::Message question = newScopeCall(connection, result, user);
-        sd_bus_slot* slot = nullptr;
-        result = sd_bus_call_async(connection, &slot, question.get(), onAnswer, this,
-                                   static_cast<uint64_t>(kLimit.count()));
-        pending_.reset(slot);
+    : connection_(connection),
+      client_(sd_bus_message_get_sender(call)),
+      process_(processOf(call)),
+      user_(user) {
+    if (process_ < 0) {
+        sayWhyNot(bus::Error().reason(process_));
+        return;
     }
+    if (user_ == 0) {
+        // Root may move any process, and may have been given this one by sudo.
+        ask(newScopeCall(connection, process_, user_), onMoved);
+        return;
+    }
+    // The number is that of the process that connected. If that has passed its connection on and ended, it
+    // may be anybody's by now.
+    const bus::Message question = bus::newCall(connection, bus::kLogind, "GetUserByPID");
+    sd_bus_message_append(question.get(), "u", static_cast<uint32_t>(process_));
+    ask(question, onUser);
+}
+
+void WriteScope::ask(const bus::Message& question, sd_bus_message_handler_t onAnswer) {
+    sd_bus_slot* slot = nullptr;
+    const int result = sd_bus_call_async(connection_, &slot, question.get(), onAnswer, this,
+                                         static_cast<uint64_t>(kLimit.count()));
+    pending_.reset(slot);
     if (result < 0) {
         sayWhyNot(bus::Error().reason(result));
     }
 }
 
-int WriteScope::onAnswer(sd_bus_message* answer, void* scope, sd_bus_error* /*error*/) {
+int WriteScope::onUser(sd_bus_message* answer, void* scope, sd_bus_error* /*error*/) {
+    auto* const self = static_cast<WriteScope*>(scope);
+    const bus::Slot answered = std::move(self->pending_);
+    if (const sd_bus_error* const error = sd_bus_message_get_error(answer); error != nullptr) {
+        self->sayWhyNot(textOf(*error));
+        return 1;
+    }
+    const char* path = "";
+    sd_bus_message_read(answer, "o", &path);
+    if (path != kLogindUsers + std::to_string(self->user_)) {
+        self->sayWhyNot("its process is not its user's");
+        return 1;
+    }
+    self->ask(newScopeCall(self->connection_, self->process_, self->user_), onMoved);
+    return 1;
+}
+
+int WriteScope::onMoved(sd_bus_message* answer, void* scope, sd_bus_error* /*error*/) {
     const sd_bus_error* const error = sd_bus_message_get_error(answer);
     // The process is in that scope already.
     if (error != nullptr && sd_bus_error_has_name(error, kExists) == 0) {
-        static_cast<WriteScope*>(scope)->sayWhyNot(error->message != nullptr ? error->message : error->name);
+        static_cast<WriteScope*>(scope)->sayWhyNot(textOf(*error));
     }
     return 1;
 }

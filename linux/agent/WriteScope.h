@@ -24,10 +24,16 @@ class WriteScope {
     WriteScope& operator=(const WriteScope&) = delete;
 
   private:
-    static int onAnswer(sd_bus_message* answer, void* scope, sd_bus_error* error);
+    // Makes a call whose answer is handled later, or says why it cannot be made.
+    void ask(const bus::Message& question, sd_bus_message_handler_t onAnswer);
+    static int onUser(sd_bus_message* answer, void* scope, sd_bus_error* error);
+    static int onMoved(sd_bus_message* answer, void* scope, sd_bus_error* error);
     void sayWhyNot(const std::string& reason) const;
 
+    sd_bus* connection_;
     std::string client_;  // its name on the bus
+    pid_t process_;
+    uid_t user_;
     bus::Slot pending_;
 };
 

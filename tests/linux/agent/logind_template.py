@@ -1,6 +1,7 @@
 """python-dbusmock's logind, which can also be on its way to sleep, and then gives no lock, be scheduled to shut down, or
 refuse a call. It notices the end of a lock late."""
 
+import os
 import time
 
 import dbus
@@ -27,6 +28,7 @@ def load(mock, parameters):
     mock.is_scheduled = False
     mock.seconds = 0
     mock.refused = ""
+    mock.user_of_processes = os.geteuid()
 
 
 def refuse(mock, method):
@@ -58,6 +60,16 @@ def CancelScheduledShutdown(self):
     if not mockobject.inhibitors:
         ScheduleShutdown(self, "poweroff", 0)  # by somebody else, at once
     return was_scheduled
+
+
+@dbus.service.method(MAIN_IFACE, in_signature="u", out_signature="o")
+def GetUserByPID(self, _process):
+    return dbus.ObjectPath(f"/org/freedesktop/login1/user/_{self.user_of_processes}")
+
+
+@dbus.service.method(MOCK_IFACE, in_signature="u")
+def SetUserOfProcesses(self, user):
+    self.user_of_processes = user
 
 
 @dbus.service.method(MOCK_IFACE)

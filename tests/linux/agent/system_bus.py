@@ -85,6 +85,16 @@ def is_decoding(card):
     return (card / "config").read_bytes()[4] & 2 != 0
 
 
+def connection_of(user):
+    """A connection to the bus as a user, which only root can make for others."""
+    own = os.geteuid()
+    os.seteuid(user)
+    try:
+        return dbus.bus.BusConnection(os.environ["DBUS_SYSTEM_BUS_ADDRESS"])
+    finally:
+        os.seteuid(own)
+
+
 class SystemBus:
     """The bus. It starts the agent when a client calls it, if the agent is installed."""
 

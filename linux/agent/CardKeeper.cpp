@@ -13,7 +13,8 @@ namespace {
 using std::chrono::steady_clock;
 
 // Looking at every device takes milliseconds, and anybody may ask for it, from as many connections as they
-// like. So a list lasts nine times as long as it took, which leaves most of the time for others.
+// like. So a list lasts nine times as long as it took, which leaves most of the time for others, but at most
+// so long that nobody waits for a change to be seen.
 constexpr int kTimesAListLasts = 9;
 constexpr std::chrono::milliseconds kListLastsAtMost(100);
 

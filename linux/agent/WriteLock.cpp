@@ -18,7 +18,7 @@ using namespace std::chrono_literals;
 constexpr std::chrono::microseconds kLockLimit = 3s;
 constexpr std::chrono::microseconds kCancelLimit = 1s;
 
-// A shutdown that root schedules is at least a minute away.
+// Root rarely schedules a shutdown less than a minute ahead.
 constexpr std::chrono::microseconds kBetweenCancels = 5s;
 
 std::string reasonOf(const sd_bus_error* error) {
@@ -70,18 +70,28 @@ int WriteLock::onCancelled(sd_bus_message* answer, void* lock, sd_bus_error* /*e
     const bus::Slot answered = std::move(self->pending_);
     const int hasCancelled = bus::hasCancelled(answer);
     if (hasCancelled < 0) {
-        files::say("It is unknown whether a scheduled shutdown was cancelled: " +
-                   reasonOf(sd_bus_message_get_error(answer)));
+        self->sayUnknown(answer);
     }
     return self->grant(hasCancelled);
 }
 
-// Without a timer, a shutdown that is scheduled from now on is not cancelled.
+// Once for each write, or it would be said every few seconds.
+void WriteLock::sayUnknown(sd_bus_message* answer) {
+    if (!std::exchange(hasSaidUnknown_, true)) {
+        files::say(client_ + ": It is unknown whether a scheduled shutdown was cancelled: " +
+                   reasonOf(sd_bus_message_get_error(answer)));
+    }
+}
+
 void WriteLock::askAgainLater() {
     sd_event_source* timer = nullptr;
-    if (sd_event_add_time_relative(sd_bus_get_event(connection_), &timer, CLOCK_MONOTONIC,
-                                   static_cast<uint64_t>(kBetweenCancels.count()), 0, onTimer, this) >= 0) {
-        timer_.reset(timer);
+    const int result =
+        sd_event_add_time_relative(sd_bus_get_event(connection_), &timer, CLOCK_MONOTONIC,
+                                   static_cast<uint64_t>(kBetweenCancels.count()), 0, onTimer, this);
+    timer_.reset(timer);
+    if (result < 0) {
+        files::say(client_ + ": A shutdown that is scheduled from now on is not cancelled: " +
+                   bus::Error().reason(result));
     }
 }
 
@@ -99,8 +109,11 @@ int WriteLock::onTimer(sd_event_source* /*timer*/, uint64_t /*time*/, void* lock
 int WriteLock::onCancelledAgain(sd_bus_message* answer, void* lock, sd_bus_error* /*error*/) {
     auto* const self = static_cast<WriteLock*>(lock);
     const bus::Slot answered = std::move(self->pending_);
-    if (bus::hasCancelled(answer) > 0) {
+    const int hasCancelled = bus::hasCancelled(answer);
+    if (hasCancelled > 0) {
         files::say(self->client_ + ": A scheduled shutdown was cancelled during the write.");
+    } else if (hasCancelled < 0) {
+        self->sayUnknown(answer);
     }
     return 1;
 }
@@ -111,6 +124,9 @@ int WriteLock::refuse(const sd_bus_error* error) {
     files::say(client_ + ": logind gave no lock for the write: " + reason);
     // The client must not write before this is over.
     const bool isGoingDown = sd_bus_error_has_name(error, bus::kIsGoingDown) != 0;
+    if (!isGoingDown) {
+        askAgainLater();  // because the write begins all the same, perhaps with a lock that the client has
+    }
     return sd_bus_reply_method_errorf(call.get(), isGoingDown ? bus::kIsGoingDown : SD_BUS_ERROR_FAILED,
                                       "logind gave no lock: %s", reason.c_str());
 }

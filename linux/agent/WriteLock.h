@@ -19,9 +19,9 @@ class WriteLock {
   public:
     // Asks logind for the lock and, once it is held, to cancel a scheduled shutdown. Then answers the
     // client's call with a descriptor that holds the lock, too, or with an error if logind refuses the lock.
-    // From then on, a shutdown that root schedules meanwhile is cancelled about every five seconds. Throws
-    // files::UserError if logind cannot be asked. The lock ends when this object is gone and the client has
-    // closed its descriptor. The connection must be attached to an event loop.
+    // From then on, with or without the lock, it cancels about every five seconds what root has scheduled
+    // meanwhile. Throws files::UserError if logind cannot be asked. The lock ends when this object is gone
+    // and the client has closed its descriptor. The connection must be attached to an event loop.
     WriteLock(sd_bus* connection, sd_bus_message* call);
     WriteLock(const WriteLock&) = delete;
     WriteLock& operator=(const WriteLock&) = delete;
@@ -35,6 +35,7 @@ class WriteLock {
     static int onTimer(sd_event_source* timer, uint64_t time, void* lock);
     static int onCancelledAgain(sd_bus_message* answer, void* lock, sd_bus_error* error);
     void askAgainLater();
+    void sayUnknown(sd_bus_message* answer);
     int refuse(const sd_bus_error* error);
     int grant(int hasCancelled);
 
@@ -44,6 +45,7 @@ class WriteLock {
     bus::Descriptor lock_;
     std::string client_;  // its name on the bus
     bus::Timer timer_;
+    bool hasSaidUnknown_ = false;
 };
 
 }  // namespace agent

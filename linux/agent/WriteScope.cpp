@@ -70,12 +70,12 @@ WriteScope::WriteScope(sd_bus* connection, sd_bus_message* call, uid_t user)
         return;
     }
     if (user_ == 0) {
-        // Root may move any process, and may have been given this one by sudo.
+        // Root may have any process moved. To logind, one that sudo has started is still another user's.
         ask(newScopeCall(connection, process_, user_), onMoved);
         return;
     }
-    // The number is that of the process that connected. If that has passed its connection on and ended, it
-    // may be anybody's by now.
+    // The number is that of the process that opened the connection. If it has handed the connection on and
+    // ended, another process may have that number by now.
     const bus::Message question = bus::newCall(connection, bus::kLogind, "GetUserByPID");
     sd_bus_message_append(question.get(), "u", static_cast<uint32_t>(process_));
     ask(question, onUser);
@@ -101,7 +101,7 @@ int WriteScope::onUser(sd_bus_message* answer, void* scope, sd_bus_error* /*erro
     const char* path = "";
     sd_bus_message_read(answer, "o", &path);
     if (path != kLogindUsers + std::to_string(self->user_)) {
-        self->sayWhyNot("its process is not its user's");
+        self->sayWhyNot("logind does not count its process among its user's");
         return 1;
     }
     self->ask(newScopeCall(self->connection_, self->process_, self->user_), onMoved);

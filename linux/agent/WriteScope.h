@@ -18,7 +18,8 @@ class WriteScope {
   public:
     // Asks the computer's systemd to move the caller's process into a scope, which ends with the process.
     // Does not wait for systemd, and does not fail if systemd does: a write without the scope is better than
-    // none. Only the journal has the reason if the process stays where it is. The user is the caller's.
+    // none. Leaves a process that logind does not count among the user's, unless the user is root. Only the
+    // journal has the reason if the process stays where it is. The user is the caller's.
     WriteScope(sd_bus* connection, sd_bus_message* call, uid_t user);
     WriteScope(const WriteScope&) = delete;
     WriteScope& operator=(const WriteScope&) = delete;

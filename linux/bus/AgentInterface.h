@@ -37,7 +37,8 @@ constexpr Method kOpenRange{"OpenRange", "su", "hut"};
 // Takes the lock that keeps the computer on. The descriptor holds it, too, so the lock outlives the agent.
 // The answer also says whether a scheduled shutdown was cancelled: 1 if so, 0 if none was scheduled, negative
 // if that is unknown. If logind refuses because the computer is on its way to sleep or off, so does the
-// agent, with logind's own error (see PowerLock.h).
+// agent, with logind's own error (see PowerLock.h). Until EndWrite, shutdowns that are scheduled later are
+// cancelled, too. The caller's process is moved out of its user's session.
 constexpr Method kBeginWrite{"BeginWrite", "", "hi"};
 constexpr Method kEndWrite{"EndWrite", "", ""};
 

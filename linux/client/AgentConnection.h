@@ -25,7 +25,8 @@ class AgentConnection {
     sd_bus* systemBus(std::chrono::microseconds limit, int& result);
     // Null if there is no connection.
     sd_bus* systemBusIfConnected() const { return connection_.get(); }
-    // The agent takes this as the client's end: it takes cards back and withdraws its questions.
+    // The agent takes this as the client's end: it takes the cards back once they are no longer mapped, and
+    // withdraws its questions.
     void close() { connection_.reset(); }
 
     // A call of the agent. Null, with the reason in `answer`, if there is no connection within the limit or

@@ -1,5 +1,6 @@
 #include "linux/client/WriteLocks.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <exception>
 #include <optional>
@@ -51,6 +52,7 @@ bool WriteLocks::takeAgentLock(bus::Answer& answer) {
     callRunningAgent(call, limit(), answer, [this] { return keepWaiting(); });
     bus::Descriptor lock = bus::lockIn(answer.message);
     if (!lock) {
+        answer.result = answer.message ? -EMFILE : answer.result;
         return false;
     }
     agentLock_ = std::move(lock);
@@ -79,7 +81,7 @@ bool WriteLocks::takeUserLock(bus::Answer& answer) {
     return true;
 }
 
-void WriteLocks::sayWhatIsNotPrevented(const bus::Answer& agentAnswer, bool hasAskedLogind) const {
+void WriteLocks::sayWhatIsNotPrevented(const bus::Answer& agentAnswer, bool hasTriedToCancel) const {
     if (!agentLock_) {
         files::say(std::string("Nothing prevents ") +
                    (userLock_ ? "you from switching the computer off"
@@ -87,7 +89,7 @@ void WriteLocks::sayWhatIsNotPrevented(const bus::Answer& agentAnswer, bool hasA
                    " during the write: " + agentAnswer.error.reason(agentAnswer.result) +
                    ". Leave it on until the write has ended.");
     }
-    if (keepComputerOn() && !hasAskedLogind) {
+    if (keepComputerOn() && !hasTriedToCancel) {
         sayWhetherCancelled(-1);
     }
 }
@@ -129,9 +131,7 @@ void WriteLocks::take() {
         sessionLock_.take();
     } catch (const std::exception& exception) {
         // There may be no memory for a text.
-        std::fprintf(stderr, "%s during the write: %s\n",
-                     keepComputerOn() ? "The session can be ended"
-                                      : "The computer can be switched off or put to sleep",
+        std::fprintf(stderr, "The write may be interrupted. Leave the computer on until it has ended: %s\n",
                      exception.what());
     }
 }

@@ -46,7 +46,7 @@ class WriteLocks {
     [[nodiscard]] bool takeAgentLock(bus::Answer& answer);
     [[nodiscard]] bool takeUserLock(bus::Answer& answer);
     void takeComputerLock();
-    void sayWhatIsNotPrevented(const bus::Answer& agentAnswer, bool hasAskedLogind) const;
+    void sayWhatIsNotPrevented(const bus::Answer& agentAnswer, bool hasTriedToCancel) const;
 
     AgentConnection& agent_;
     std::function<void()> whileWaiting_;

@@ -26,7 +26,8 @@ void tryMapping(const files::OpenFile& file) {
 }
 
 void refuseSimulatedBesideReal(std::vector<FoundCard>& cards) {
-    const bool hasReal = !std::ranges::all_of(cards, &FoundCard::isSimulated);
+    const bool hasReal = std::ranges::any_of(
+        cards, [](const FoundCard& card) { return !card.isSimulated && card.refusal != refusals::kBridge; });
     for (FoundCard& card : cards) {
         if (hasReal && card.isSimulated) {
             card.refusal = refusals::kSimulatedBesideReal;
@@ -217,7 +218,7 @@ Cards::Use Cards::use(const std::string& client) {
         try {
             if (!claim.locks) {
                 if (!claim.ready->device().attributes().isStillThere()) {
-                    continue;  // it can be asked no more
+                    continue;  // nothing more can be found out
                 }
                 claim.locks.emplace(claim.ready->device());
             }

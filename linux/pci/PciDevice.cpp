@@ -121,7 +121,7 @@ std::optional<Resources> PciDevice::resources() const {
 }
 
 bool PciDevice::isBridge() const {
-    // To PCI, to CardBus, and half transparent to PCI. Other kinds of bridges have no bus behind them.
+    // PCI to PCI, CardBus, and semi-transparent PCI to PCI. Other kinds of bridges have no bus behind them.
     constexpr std::array<std::string_view, 3> kClasses{"0x0604", "0x0607", "0x0609"};
     const auto text = attributes_.text("class");
     return text &&

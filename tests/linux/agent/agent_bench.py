@@ -11,6 +11,7 @@ import traceback
 
 from system_bus import LOGIND, POLKIT, Client, SystemBus, check, is_decoding, make_card, wait_until
 
+NOT_PREVENTED = "Nothing prevents you from switching the computer off during the write"
 FIRST, SECOND = "0000:05:01.0", "0000:05:02.0"
 # As logind does for a user who may not override a lock.
 POWER_OFF = """

@@ -14,7 +14,6 @@ from system_bus import AGENT, OBJECT, check, connection_of, make_card, wait_unti
 
 LOCK = ("shutdown:sleep:idle:handle-power-key:handle-suspend-key:handle-hibernate-key:handle-lid-switch",
         "VUpdater", "Firmware is being written into a card", "block")
-NOT_PREVENTED = "Nothing prevents you from switching the computer off during the write"
 FLOOD_SECONDS = 3  # by then, an agent that looks for the cards at every call is far behind
 CANCELLED = "A scheduled shutdown was cancelled for the write."
 
@@ -27,22 +26,22 @@ def a_write_is_protected(bench):
     bench.schedule_shut_down()
     owner.ask("begin")
     check(not bench.logind.IsScheduled(), "The computer goes off during the write.")
-    check("scheduled to shut down" in owner.said(), f"Cancelled without a word: {owner.said()}")
+    check("was scheduled to shut down" in owner.said(), f"Cancelled without a word: {owner.said()}")
     check_equal([tuple(lock)[:4] for lock in bench.bus.locks()], [LOCK])
     check(f'"com.vornlabs.vupdater" 0 "{LOCK[2]}" 1' in bench.bus.said("session-manager"), "The session can be ended.")
     (lock,) = set(bench.bus.connection.list_names()) - connections
     # Root schedules them although the lock is held: during the write, and after one that failed.
     bench.logind.ScheduleShutdownAsRoot()
     wait_until(lambda: not bench.logind.IsScheduled(), "The computer goes off in the middle of the write.")
-    bench.logind.ScheduleShutdownAsRoot()
     told = bench.bus.said().count(CANCELLED)
     config = (bench.cards[1] / "config").read_bytes()
     (bench.cards[1] / "config").write_bytes(b"\xff" * 64)
+    bench.logind.ScheduleShutdownAsRoot()
     owner.ask("begin")
     check(f"{SECOND}: The card could not be read" in bench.bus.said(), "A card that is not ready, without a word.")
     (bench.cards[1] / "config").write_bytes(config)
     check(not bench.logind.IsScheduled(), "The computer goes off during the second attempt.")
-    check_equal(owner.said().count("scheduled to shut down"), 2)
+    check_equal(owner.said().count("was scheduled to shut down"), 2)
     check_equal(bench.bus.said().count(CANCELLED), told + 1)
     check_equal(set(bench.bus.connection.list_names()) - connections, {lock})
     wait_until(lambda: len(bench.bus.locks()) == 1, "The first attempt's lock was not ended.")
@@ -52,6 +51,8 @@ def a_write_is_protected(bench):
         owner.ask("begin")
         check_equal(owner.said().count("It is unknown whether the computer is scheduled to shut down"), times)
     bench.logind.SetRefused("")
+    bench.logind.ScheduleShutdownAsRoot()
+    wait_until(lambda: not bench.logind.IsScheduled(), "A refused lock leaves it to the computer to go off.")
     check("Nothing prevents" not in owner.said(), owner.said())
     check_equal(other.ask("power-off"), ["not begun"])
     check("prevented by VUpdater (Firmware is being written into a card)" in other.said(), other.said())
@@ -96,7 +97,7 @@ def a_write_outlives_the_session(bench):
     write()
     systemd.kill()
     wait_until(lambda: bench.bus.said().count(not_moved) == before + 2, "systemd ended, and not a word about it.")
-    check(NOT_PREVENTED not in owner.said(), owner.said())
+    check("Nothing prevents" not in owner.said(), owner.said())
     owner.kill()
     bench.wait_until_all_is_undone(has_written=True)
 
@@ -145,11 +146,10 @@ def others_ask_without_end(bench):
     time.sleep(FLOOD_SECONDS)
     for other in others:
         ask(other, 100)
-    begin = time.monotonic()
     owner.ask("begin")
-    seconds = time.monotonic() - begin
-    check(NOT_PREVENTED not in owner.said(), "The agent let its client wait too long.")
-    check(seconds < 3, f"The agent let its client wait {seconds:.1f} seconds.")
+    check("Nothing prevents" not in owner.said(), "The agent let its client wait too long.")
+    check_equal(len(bench.bus.locks()), 1)
+    check(all(process.is_alive() for process in coming_and_going), "The others have stopped asking.")
     for process in coming_and_going:
         process.kill()
         process.join()
